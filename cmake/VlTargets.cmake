@@ -1,0 +1,33 @@
+# What every target of ours is built with. Qt's headers are system headers and
+# stay out of the warnings.
+find_package(Threads REQUIRED)
+
+add_library(vl_options INTERFACE)
+target_compile_options(vl_options INTERFACE
+    -Wall -Wextra -Wpedantic -Wshadow -Wconversion
+    -Wold-style-cast -Woverloaded-virtual -Wnon-virtual-dtor
+    -Werror
+    -fstack-protector-strong
+    $<$<AND:$<CONFIG:Release,RelWithDebInfo>,$<STREQUAL:${VL_SANITIZE},>>:-U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2>)
+target_compile_definitions(vl_options INTERFACE
+    QT_NO_CAST_FROM_ASCII
+    QT_NO_CAST_TO_ASCII
+    QT_NO_FOREACH
+    QT_NO_NARROWING_CONVERSIONS_IN_CONNECT
+    QT_DEPRECATED_WARNINGS
+    # Keeps file and line in the log of release builds as well.
+    QT_MESSAGELOGCONTEXT)
+if(VL_SANITIZE)
+    target_compile_options(vl_options INTERFACE -fsanitize=${VL_SANITIZE} -fno-omit-frame-pointer -g)
+    target_link_options(vl_options INTERFACE -fsanitize=${VL_SANITIZE})
+endif()
+
+# vl_library(<folder> SOURCES ... LINK ...): the library of one folder. LINK names
+# what its headers need (our folders below it, Qt modules).
+function(vl_library name)
+    cmake_parse_arguments(ARG "" "" "SOURCES;LINK" ${ARGN})
+    add_library(vl_${name} STATIC ${ARG_SOURCES})
+    add_library(vl::${name} ALIAS vl_${name})
+    target_include_directories(vl_${name} PUBLIC ${PROJECT_SOURCE_DIR})
+    target_link_libraries(vl_${name} PUBLIC ${ARG_LINK} PRIVATE vl_options)
+endfunction()

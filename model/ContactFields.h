@@ -1,0 +1,27 @@
+#pragma once
+
+#include "model/ContactInfo.h"
+
+#include <array>
+#include <cstddef>
+
+/// One text field of a device: how the table column is called, how an English device list titles
+/// it, and where the record keeps it.
+struct ContactField
+{
+    const char *column;
+    const char *csvLabel;
+    QString ContactInfo::*member;
+};
+
+constexpr std::size_t contactFieldCount = 24;
+
+/// The 24 text fields in record order, which is also the order in which rows are read.
+const std::array<ContactField, contactFieldCount> &contactFields();
+
+/// The same fields in the order of the table's columns, which puts user name and password before
+/// the IP address; every write follows this order.
+const std::array<ContactField, contactFieldCount> &contactTableFields();
+
+/// The same fields in the order of the columns of a device list file.
+const std::array<ContactField, contactFieldCount> &contactCsvFields();

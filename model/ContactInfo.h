@@ -1,0 +1,55 @@
+#pragma once
+
+#include <QList>
+#include <QMetaType>
+#include <QString>
+
+/// One device: everything that one telephone is to receive, keyed by its MAC address.
+///
+/// A plain value. Every text is kept as it was entered; nothing is validated here, that is
+/// the business of the dialogs and of the import.
+struct ContactInfo
+{
+    /// Record number, the primary key of the stored row. Every save writes the device's running
+    /// number here, so the value is of use only right after a load.
+    qint32 id = 0;
+
+    QString mac;
+    QString product;
+    QString sip_server;
+    QString sip_user_id;
+    QString first_account;
+    QString ip;
+    QString username;
+    QString password;
+    QString city;
+    QString company;
+    QString department;
+    QString auth_id;
+    QString proxy_server;
+    QString speech_coding1;
+    QString speech_coding2;
+    QString dial_plan;
+    QString language;
+    QString random_port;
+    QString keep_alive;
+    QString subnet;
+    QString gateway_ip;
+    QString dns_server1;
+    QString dns_server2;
+    QString phonebook_path;
+};
+
+/// True when both records hold the same texts and the same id.
+bool operator==(const ContactInfo &left, const ContactInfo &right);
+inline bool operator!=(const ContactInfo &left, const ContactInfo &right)
+{
+    return !(left == right);
+}
+
+Q_DECLARE_METATYPE(ContactInfo)
+Q_DECLARE_METATYPE(ContactInfo *)
+
+/// Registers "ContactInfo", "ContactInfo*" and "QList<ContactInfo>" with the meta-type system, so
+/// that records can travel in queued signals. May be called any number of times, on any thread.
+void registerContactTypes();

@@ -1,0 +1,98 @@
+#pragma once
+
+#include "model/ContactInfo.h"
+
+#include <QHash>
+#include <QVector>
+
+#include <memory>
+#include <mutex>
+
+/// One entry of the device list: the running number under which the window shows it, and the
+/// record.
+struct DeviceNode
+{
+    qint32 number = 0;
+    ContactInfo info;
+};
+
+/// The device list as it was at one moment. Copying is O(1) and the contents never change, so a
+/// snapshot may be read on any thread without a lock.
+class DeviceListSnapshot
+{
+public:
+    /// An empty list of version 0.
+    DeviceListSnapshot();
+
+    int size() const;
+    bool isEmpty() const { return size() == 0; }
+    const DeviceNode &at(int row) const;
+    const QVector<DeviceNode> &nodes() const;
+
+    /// Row of the first device with exactly this MAC text, or -1. O(1).
+    int rowOfMac(const QString &mac) const;
+    /// Row of the first device whose MAC, without colons and in lower case, equals `bare`, or -1.
+    /// The given text is compared as it stands. O(1).
+    int rowOfBareMac(const QString &bare) const;
+
+    /// Grows by at least one with every change of the list; equal versions of one list mean equal
+    /// contents.
+    quint64 version() const;
+
+    /// The records alone, in list order; each record's id is its running number. O(n).
+    QList<ContactInfo> contacts() const;
+
+private:
+    friend class DeviceList;
+    struct State;
+    explicit DeviceListSnapshot(std::shared_ptr<const State> state);
+    std::shared_ptr<const State> m_state;
+};
+
+/// The one ordered list of devices: display order, running numbers, look-up by MAC.
+///
+/// Changes come from one thread only, the owner's (the thread that created the list); every change
+/// asserts that. snapshot() and version() may be called on any thread. The list owns the lock that
+/// makes this safe; no lock is held while anybody else's code runs.
+class DeviceList
+{
+public:
+    DeviceList();
+    ~DeviceList();
+    DeviceList(const DeviceList &) = delete;
+    DeviceList &operator=(const DeviceList &) = delete;
+
+    /// The present contents. O(1), any thread.
+    DeviceListSnapshot snapshot() const;
+    /// See DeviceListSnapshot::version(). Any thread.
+    quint64 version() const;
+
+    /// As in the snapshot, on the present contents. Owner's thread only: asking here rather than a
+    /// fresh snapshot spares the next change a copy.
+    int rowOfMac(const QString &mac) const;
+    const DeviceNode &at(int row) const;
+    int size() const;
+
+    /// Appends a record under the next running number.
+    void append(const ContactInfo &info);
+    /// Replaces the record at `row` (must exist), keeping the entry's place; its running number
+    /// becomes its position plus one.
+    void replaceAt(int row, const ContactInfo &info);
+    /// Removes the entry at `row` (must exist) and renumbers.
+    void removeAt(int row);
+    /// Empties the list; the next running number is 1 again.
+    void clear();
+    /// Replaces the whole contents, numbered from 1.
+    void assign(const QList<ContactInfo> &contacts);
+
+private:
+    using State = DeviceListSnapshot::State;
+    template <typename Change>
+    void change(Change &&change);
+
+    mutable std::mutex m_mutex; ///< guards the two members below against snapshot() and version()
+    std::shared_ptr<State> m_state;
+    mutable bool m_handedOut = false; ///< a snapshot of m_state may exist
+    qint32 m_nextNumber = 1;
+    const void *m_ownerThread;
+};

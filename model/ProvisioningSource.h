@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QString>
+
+/// What a connection thread may ask of the data manager. Both calls may be made on any thread and
+/// never wait for the user or for another connection.
+class ProvisioningSource
+{
+public:
+    ProvisioningSource() = default;
+    virtual ~ProvisioningSource() = default;
+    ProvisioningSource(const ProvisioningSource &) = delete;
+    ProvisioningSource &operator=(const ProvisioningSource &) = delete;
+
+    /// Makes sure that the store holds the current list. Called off the owner's thread it does not
+    /// write itself: a list that is not stored yet is saved later on the owner's thread.
+    virtual void saveList() = 0;
+
+    /// Writes the export of this type (see ExportType) of the current list to folder + "/" +
+    /// fileName. False when there is nothing to write or the file cannot be written.
+    virtual bool exportDevices(int type, const QString &codecName, const QString &fileName,
+                               const QString &folder) = 0;
+};

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <QMessageBox>
+
+#include <functional>
+
+class QDialog;
+
+/// The one place where the program stops to ask its user: every message box, file dialog and
+/// chooser is built in full and then run here. A test installs a runner, which gets the real
+/// dialog, checks its texts and presses its buttons, so that no test waits for a person.
+namespace Modal {
+
+/// Takes the dialog and returns its result, as QDialog::exec() does.
+using Runner = std::function<int(QDialog &)>;
+
+/// Runs `dialog` modally and returns its result. GUI thread. Whatever was true before may have
+/// changed when this returns: an event loop ran meanwhile.
+int run(QDialog &dialog);
+
+/// Replaces how dialogs are run; an empty runner brings QDialog::exec() back. For tests.
+void setRunner(Runner runner);
+
+/// The icon of every message box and dialog of the program.
+QIcon windowIcon();
+
+/// Shows a message with a single Ok button.
+void message(QWidget *parent, QMessageBox::Icon icon, const QString &title, const QString &text);
+
+/// Asks a question with the buttons "Yes" and "No".
+enum class Answer {
+    Yes,
+    No,
+    Dismissed, ///< the box was closed without either button
+};
+Answer question(QWidget *parent, const QString &title, const QString &text);
+
+} // namespace Modal
