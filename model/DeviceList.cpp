@@ -4,6 +4,7 @@
 
 #include <QThread>
 
+#include <algorithm>
 #include <utility>
 
 struct DeviceListSnapshot::State
@@ -110,6 +111,15 @@ quint64 DeviceList::version() const
 int DeviceList::rowOfMac(const QString &mac) const
 {
     return m_state->rowByMac.value(mac, -1);
+}
+
+int DeviceList::rowOfNumber(qint32 number) const
+{
+    const auto &nodes = m_state->nodes;
+    const auto found = std::find_if(nodes.begin(), nodes.end(), [number](const DeviceNode &node) {
+        return node.number == number;
+    });
+    return found == nodes.end() ? -1 : static_cast<int>(found - nodes.begin());
 }
 
 const DeviceNode &DeviceList::at(int row) const

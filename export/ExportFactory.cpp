@@ -1,0 +1,23 @@
+#include "export/ExportFactory.h"
+
+#include "export/DkCfgExport.h"
+#include "export/MacCfgExport.h"
+#include "model/ExportType.h"
+
+ExportFactory *ExportFactory::instance()
+{
+    static auto *const factory = new ExportFactory;
+    return factory;
+}
+
+ExportBase *ExportFactory::createExporter(int type)
+{
+    switch (type) {
+    case DeskPhoneXml:
+        return new MacCfgExport;
+    case CordlessXml:
+        return new DkCfgExport;
+    default:
+        return nullptr;
+    }
+}

@@ -1,0 +1,168 @@
+#include "export/ProvisioningDocument.h"
+
+#include "model/DebugLog.h"
+
+#include <QFile>
+#include <QSaveFile>
+#include <QStringList>
+#include <QThread>
+#include <QXmlStreamWriter>
+
+namespace {
+
+struct CodecNumber
+{
+    const char *name;
+    const char *number;
+};
+
+constexpr std::array<CodecNumber, 8> codecNumbers = {{
+    {"PCMU", "0"},
+    {"PCMA", "8"},
+    {"G722", "9"},
+    {"G729A/B", "18"},
+    {"G723.1", "4"},
+    {"G726-32", "2"},
+    {"GSM", "3"},
+    {"L16-256", "98"},
+}};
+
+struct AddressGroup
+{
+    QString ContactInfo::*field;
+    int firstElement; ///< number of the first of four consecutive elements
+};
+
+constexpr int staticIpElement = 8;
+constexpr AddressGroup ipGroup = {&ContactInfo::ip, 9};
+constexpr std::array<AddressGroup, 5> addressGroups = {{
+    ipGroup,
+    {&ContactInfo::subnet, 13},
+    {&ContactInfo::gateway_ip, 17},
+    {&ContactInfo::dns_server1, 21},
+    {&ContactInfo::dns_server2, 25},
+}};
+
+// On Windows a file cannot be replaced while another thread reads it; reading one takes far less
+// than this altogether.
+constexpr int replaceAttempts = 20;
+constexpr unsigned long replacePauseMs = 10;
+
+bool isXmlCharacter(uint codePoint)
+{
+    return codePoint == 0x9 || codePoint == 0xA || codePoint == 0xD ||
+           (codePoint >= 0x20 && codePoint <= 0xD7FF) ||
+           (codePoint >= 0xE000 && codePoint <= 0xFFFD) ||
+           (codePoint >= 0x10000 && codePoint <= 0x10FFFF);
+}
+
+QString xmlText(const QString &text)
+{
+    QString kept;
+    kept.reserve(text.size());
+    for (int i = 0; i < text.size(); ++i) {
+        const QChar c = text.at(i);
+        if (c.isHighSurrogate() && i + 1 < text.size() && text.at(i + 1).isLowSurrogate()) {
+            kept += c;
+            kept += text.at(++i);
+        } else if (isXmlCharacter(c.unicode())) {
+            kept += c;
+        }
+    }
+    return kept;
+}
+
+void writeElement(QXmlStreamWriter &xml, int number, const QString &text)
+{
+    xml.writeTextElement(QLatin1Char('P') + QString::number(number), text);
+}
+
+void writeCodec(QXmlStreamWriter &xml, int element, const QString &codec)
+{
+    for (const CodecNumber &known : codecNumbers) {
+        if (codec == QLatin1String(known.name))
+            writeElement(xml, element, QLatin1String(known.number));
+    }
+}
+
+void writeAddress(QXmlStreamWriter &xml, const AddressGroup &group, const QString &address)
+{
+    const QStringList parts = xmlText(address).split(QLatin1Char('.'));
+    if (parts.size() != 4)
+        return;
+    if (group.field == ipGroup.field)
+        writeElement(xml, staticIpElement, QStringLiteral("1"));
+    for (int i = 0; i < parts.size(); ++i)
+        writeElement(xml, group.firstElement + i, parts.at(i));
+}
+
+bool holds(const QString &filePath, const QByteArray &content)
+{
+    QFile file(filePath);
+    return file.open(QIODevice::ReadOnly) && file.size() == content.size() &&
+           file.readAll() == content;
+}
+
+bool replaceFile(const QString &filePath, const QByteArray &content)
+{
+    for (int attempt = 0; attempt < replaceAttempts; ++attempt) {
+        if (attempt > 0)
+            QThread::msleep(replacePauseMs);
+        QSaveFile file(filePath);
+        if (!file.open(QIODevice::WriteOnly) ||
+            !file.setPermissions(QFile::ReadOwner | QFile::WriteOwner))
+            return false;
+        // A short write makes the commit fail.
+        file.write(content);
+        if (file.commit())
+            return true;
+    }
+    return false;
+}
+
+} // namespace
+
+QString provisioningFileMac(const QString &filePath)
+{
+    const QString fileName = filePath.section(QLatin1Char('/'), -1);
+    return fileName.contains(QLatin1String("cfg")) ? fileName.mid(3, 12) : QString();
+}
+
+QByteArray provisioningDocument(const ContactInfo &device, const AccountElements &account)
+{
+    const QString version = QStringLiteral("version");
+    const QString one = QStringLiteral("1");
+    QByteArray document;
+    QXmlStreamWriter xml(&document);
+    xml.setAutoFormatting(true);
+    xml.writeStartDocument();
+    xml.writeStartElement(QStringLiteral("vl_provision"));
+    xml.writeAttribute(version, one);
+    xml.writeStartElement(QStringLiteral("config"));
+    xml.writeAttribute(version, one);
+    xml.writeTextElement(QStringLiteral("P271"), one); // the account is active
+    for (const ProvisioningElement &element : account)
+        xml.writeTextElement(QLatin1String(element.name), xmlText(device.*element.field));
+    writeCodec(xml, 57, device.speech_coding1);
+    writeCodec(xml, 58, device.speech_coding2);
+    for (const AddressGroup &group : addressGroups)
+        writeAddress(xml, group, device.*group.field);
+    xml.writeEndDocument();
+    return document;
+}
+
+bool exportProvisioningDocument(const QString &filePath, QList<ContactInfo> &devices,
+                                const AccountElements &account)
+{
+    const QString fileMac = provisioningFileMac(filePath);
+    for (ContactInfo &device : devices) {
+        device.mac.remove(QLatin1Char(':'));
+        const QString recordMac = device.mac.toLower();
+        qCDebug(debugLog) << "tmpMac = " << recordMac << "; macInfo = " << fileMac;
+        if (recordMac == fileMac) {
+            const QByteArray document = provisioningDocument(device, account);
+            return holds(filePath, document) || replaceFile(filePath, document);
+        }
+    }
+    return false;
+}

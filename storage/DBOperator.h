@@ -1,0 +1,33 @@
+#pragma once
+
+#include "model/DeviceList.h"
+#include "model/ProgramFolder.h"
+#include "storage/DatabaseLayer.h"
+
+#include <QObject>
+
+/// Owns the store and converts between the device list and stored records. GUI thread only.
+class DBOperator : public QObject
+{
+    Q_OBJECT
+public:
+    /// The program's own, over the program's folder; created on first use, lives until the exit.
+    static DBOperator *instance();
+
+    /// `directory` is where the store keeps its file; it ends in "/".
+    explicit DBOperator(const QString &directory = programFolder(), QObject *parent = nullptr);
+
+    /// The store, created on the first call and owned by this object.
+    DatabaseLayer *database();
+
+    /// Hands the whole list to the store as new rows whose id is the running number. Nothing is
+    /// deleted first.
+    bool save(const DeviceListSnapshot &list);
+
+    /// Every stored record. Whether reading failed, the store's lastErrorText() tells.
+    QList<ContactInfo> load();
+
+private:
+    QString m_directory;
+    DatabaseLayer *m_database = nullptr;
+};

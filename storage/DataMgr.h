@@ -1,0 +1,128 @@
+#pragma once
+
+#include "model/DeviceList.h"
+#include "model/ProgramFolder.h"
+#include "model/ProvisioningSource.h"
+#include "storage/DeviceBackup.h"
+
+#include <QObject>
+#include <QStringList>
+
+#include <atomic>
+
+class DatabaseLayer;
+class DBOperator;
+class HttpdService;
+
+/// The one coordinator: owns the device list, writes it through to the store, asks about duplicate
+/// MACs, and owns the provisioning services.
+///
+/// GUI thread, but for saveList() and exportDevices(), which connection threads call. Operations
+/// return whether they succeeded; what the user has to know about a save that failed is told from
+/// here, once until a save succeeds again.
+class DataMgr : public QObject, public ProvisioningSource
+{
+    Q_OBJECT
+public:
+    /// The program's own, over the program's folder; created on first use, lives until the exit.
+    static DataMgr *instance();
+
+    /// `directory` holds the database file, the backups and the provisioning files, and ends in
+    /// "/". The store of `dbOperator`, which must outlive this object, is the list's.
+    DataMgr(DBOperator &dbOperator, const QString &directory, QObject *parent = nullptr);
+    ~DataMgr() override;
+
+    const DeviceList &devices() const { return m_devices; }
+
+    /// The store, for whoever only keeps the pointer.
+    DatabaseLayer *database();
+    /// Opens the store, creating it on first use. False when it cannot be opened or read; it is
+    /// then left untouched for the rest of the run and lastErrorText() tells why.
+    bool openDatabase();
+    /// Tries a save that failed before once more, stops the services and closes the store.
+    void close();
+    QString lastErrorText() const { return m_lastErrorText; }
+
+    /// Replaces the list by the stored records and numbers them from 1. False, with the list as it
+    /// was, when they cannot be read.
+    bool recoverPreviousData();
+
+    /// Adds one device. When its MAC is listed, asks whether to replace that device; "No" changes
+    /// nothing.
+    void insertContactNode(const ContactInfo &contact);
+    /// Adds each device as insertContactNode() does, with one save for all.
+    void addContacts(const QList<ContactInfo> &contacts);
+    /// Replaces the device whose running number equals the record's id.
+    void updateContact(const ContactInfo &contact);
+    /// Removes the device at `row`; a row out of range changes nothing.
+    void deleteContactAt(int row);
+    /// Removes every device, after writing them to a backup. When that fails the user decides;
+    /// false when nothing was deleted.
+    bool deleteAllContacts();
+
+    /// Makes the store hold exactly the list, in one transaction; does nothing when it does
+    /// already.
+    bool save();
+
+    /// See ProvisioningSource. Any thread.
+    void saveList() override;
+    /// See ProvisioningSource. Any thread. Takes no longer for a long list than for a short one.
+    bool exportDevices(int type, const QString &codecName, const QString &fileName,
+                       const QString &folder) override;
+
+    /// Removes the database file, the import's work files and the provisioning files. What cannot
+    /// be removed stays, silently.
+    void cleanUp();
+
+    /// Starts the HTTP service, which asks the user for the network card. False when it does not
+    /// run afterwards; the user knows why.
+    bool startHttpService();
+    /// Ends the service and every open connection. True also when none runs.
+    bool stopHttpService();
+    /// Addresses on which the running service can be reached; empty when none runs.
+    QStringList serverAddresses() const;
+    /// Port of the running service; 80 when none runs.
+    quint16 serverPort() const;
+
+    /// True while a long change is under way, so that views do not act on a list in the making.
+    bool isBusy() const { return m_busy; }
+    void setBusy(bool busy) { m_busy = busy; }
+
+signals:
+    /// The device list has changed.
+    void updateModel();
+    void giveBack(QString text);
+    /// A report of the HTTP service for the user.
+    void httpdMsg(QString text);
+
+public slots:
+    /// Takes two texts and does nothing.
+    void dealRQ(QString first, QString second);
+
+private:
+    bool addOrReplace(const ContactInfo &contact);
+    void saveAndAnnounce();
+    bool writeList(const DeviceListSnapshot &list);
+    bool keepStoredRows();
+    bool backUp(const QList<ContactInfo> &devices);
+    bool saveFailed(const QString &reason);
+    void deleteHttpService();
+
+    DBOperator &m_dbOperator;
+    QString m_directory;
+    DeviceList m_devices;
+    DeviceBackup m_backup;
+    QString m_lastErrorText;
+    bool m_storeUsable = false;
+    bool m_storedRowsKnown = false; ///< what the table holds was in this run's list at some time
+    bool m_failureTold = false; ///< the last save failed, and the user knows
+    bool m_saving = false;
+    bool m_busy = false;
+    bool m_closed = false;
+    /// Version of the list that the table holds. Written by the GUI thread.
+    std::atomic<quint64> m_savedVersion;
+    std::atomic<bool> m_retryWanted{false}; ///< the last save failed and no retry is queued
+
+    HttpdService *m_httpdService = nullptr;
+    bool m_httpdStarting = false;
+};

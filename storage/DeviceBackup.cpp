@@ -1,0 +1,83 @@
+#include "storage/DeviceBackup.h"
+
+#include "model/ContactFields.h"
+
+#include <QDateTime>
+#include <QDir>
+#include <QRegularExpression>
+#include <QSaveFile>
+
+namespace {
+
+constexpr int keptBackups = 30;
+const QString namePattern = QStringLiteral("devices-*.csv");
+const QString lineEnd = QStringLiteral("\r\n");
+
+QString quotedWhereNeeded(const QString &field)
+{
+    static const QRegularExpression special(QStringLiteral("[,\"\r\n]"));
+    if (!field.contains(special))
+        return field;
+    QString doubled = field;
+    doubled.replace(QLatin1Char('"'), QLatin1String("\"\""));
+    return QLatin1Char('"') + doubled + QLatin1Char('"');
+}
+
+} // namespace
+
+DeviceBackup::DeviceBackup(const QString &directory)
+    : m_folder(directory + QLatin1String("backup"))
+{
+}
+
+bool DeviceBackup::write(const QList<ContactInfo> &devices)
+{
+    constexpr auto owner = QFile::ReadOwner | QFile::WriteOwner;
+    QDir().mkpath(m_folder);
+    QFile::setPermissions(m_folder, owner | QFile::ExeOwner);
+    QSaveFile file(m_folder + QLatin1Char('/') + freeFileName());
+    if (!file.open(QIODevice::WriteOnly) || !file.setPermissions(owner)) {
+        m_errorText = file.errorString();
+        return false;
+    }
+    file.write(csv(devices));
+    if (!file.commit()) {
+        m_errorText = file.errorString();
+        return false;
+    }
+    removeOldest();
+    return true;
+}
+
+QByteArray DeviceBackup::csv(const QList<ContactInfo> &devices)
+{
+    QStringList titles;
+    for (const ContactField &field : contactCsvFields())
+        titles.append(QLatin1String(field.csvLabel));
+    QString text = titles.join(QLatin1Char(',')) + lineEnd;
+    for (const ContactInfo &device : devices) {
+        QStringList fields;
+        for (const ContactField &field : contactCsvFields())
+            fields.append(quotedWhereNeeded(device.*field.member));
+        text += fields.join(QLatin1Char(',')) + lineEnd;
+    }
+    return text.toUtf8();
+}
+
+QString DeviceBackup::freeFileName() const
+{
+    const QString stem = QLatin1String("devices-") +
+                         QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMdd-hhmmss"));
+    QString name = stem + QLatin1String(".csv");
+    for (int i = 2; QFile::exists(m_folder + QLatin1Char('/') + name); ++i)
+        name = QStringLiteral("%1-%2.csv").arg(stem).arg(i);
+    return name;
+}
+
+void DeviceBackup::removeOldest() const
+{
+    QDir folder(m_folder);
+    QStringList names = folder.entryList({namePattern}, QDir::Files, QDir::Time);
+    while (names.size() > keptBackups)
+        folder.remove(names.takeLast());
+}

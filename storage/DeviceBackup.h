@@ -1,0 +1,31 @@
+#pragma once
+
+#include "model/ContactInfo.h"
+
+#include <QString>
+
+/// Keeps what an act is about to drop: device lists in the "backup" folder, in the form that the
+/// import reads back. Only the owner of the process can read them, as they hold passwords.
+class DeviceBackup
+{
+public:
+    /// Backups go to `directory` (ending in "/") + "backup".
+    explicit DeviceBackup(const QString &directory);
+
+    /// Writes the devices to a new file named after the present time and removes the oldest ones
+    /// beyond the newest 30. False, with errorText() set, when the file is not safely on disk.
+    bool write(const QList<ContactInfo> &devices);
+
+    QString errorText() const { return m_errorText; }
+
+    /// The contents of a backup: the English title row and a row a device. Unlike an export, a
+    /// field that holds a comma, a quote or a line break is quoted, so that nothing is lost.
+    static QByteArray csv(const QList<ContactInfo> &devices);
+
+private:
+    QString freeFileName() const;
+    void removeOldest() const;
+
+    QString m_folder;
+    QString m_errorText;
+};

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "storage/DatabaseLayer.h"
+
+/// A transaction that rolls back unless it was committed; joins one that is open already.
+class ScopedTransaction
+{
+public:
+    explicit ScopedTransaction(DatabaseLayer &database)
+        : m_database(database)
+        , m_open(database.beginTransaction())
+    {
+    }
+    ~ScopedTransaction()
+    {
+        if (m_open)
+            m_database.rollbackTransaction();
+    }
+    ScopedTransaction(const ScopedTransaction &) = delete;
+    ScopedTransaction &operator=(const ScopedTransaction &) = delete;
+
+    bool isOpen() const { return m_open; }
+
+    /// True when the transaction, or the one that it joined, will be or is in the database.
+    bool commit()
+    {
+        const bool open = m_open;
+        m_open = false;
+        return open && m_database.commitTransaction();
+    }
+
+private:
+    DatabaseLayer &m_database;
+    bool m_open;
+};

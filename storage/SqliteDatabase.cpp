@@ -1,0 +1,295 @@
+#include "storage/SqliteDatabase.h"
+
+#include "model/ContactFields.h"
+#include "model/DebugLog.h"
+#include "storage/ScopedTransaction.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QSqlError>
+#include <QTextCodec>
+#include <QThread>
+
+namespace {
+
+const QString fileName = QStringLiteral("phonebook.db");
+const QString contactTable = QStringLiteral("contact1");
+
+// A locked database makes the window wait this long before a save fails.
+const QString connectOptions = QStringLiteral("QSQLITE_BUSY_TIMEOUT=2000");
+
+namespace Sql {
+const QString createTable = QStringLiteral(
+    "create table contact1 (id INT PRIMARY KEY, mac VERCHAR, product VERCHAR, sip_server VERCHAR, "
+    "sip_user_id VERCHAR, first_account VERCHAR, username VERCHAR, password VERCHAR, ip VERCHAR, "
+    "city VERCHAR, company VERCHAR, department VERCHAR, auth_id VERCHAR, proxy_server VERCHAR, "
+    "speech_coding1 VERCHAR, speech_coding2 VERCHAR,dial_plan VERCHAR, language VERCHAR, "
+    "random_port VERCHAR, keep_alive VERCHAR, subnet VERCHAR, gateway_ip VERCHAR, "
+    "dns_server1 VERCHAR, dns_server2 VERCHAR, phonebook_path VERCHAR, flag INT)");
+const QString deleteAll = QStringLiteral("delete from contact1");
+const QString insertRow = QStringLiteral(
+    "INSERT INTO contact1 values (?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?)");
+const QString updateField = QStringLiteral("update %1 set %2=%3 where %4=%5");
+const QString countAll = QStringLiteral("select count(*) from contact1");
+const QString countSettled = QStringLiteral("select count(*) from contact1 where flag = 0");
+const QString countNew = QStringLiteral("select count(*) from contact1 where flag = 1");
+const QString dropReplaced = QStringLiteral(
+    "delete from contact1 where id in(select p1.id as contact_id from contact1 p1,contact1 p2 "
+    "where p1.id<>p2.id and p1.mac=p2.mac and p1.flag<>p2.flag and p1.flag=0)");
+const QString settleNew = QStringLiteral("update contact1 set flag = 0 where flag = 1");
+const QString selectAll = QStringLiteral(
+    "SELECT contact1.id, contact1.mac, contact1.product, contact1.sip_server, "
+    "contact1.sip_user_id, contact1.first_account, contact1.ip, contact1.username, "
+    "contact1.password, contact1.city, contact1.company, contact1.department, contact1.auth_id, "
+    "contact1.proxy_server, contact1.speech_coding1, contact1.speech_coding2, contact1.dial_plan, "
+    "contact1.language, contact1.random_port, contact1.keep_alive, contact1.subnet, "
+    "contact1.gateway_ip, contact1.dns_server1, contact1.dns_server2, contact1.phonebook_path "
+    "FROM contact1");
+} // namespace Sql
+
+void useUtf8AsLocaleCodec()
+{
+    QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
+}
+
+} // namespace
+
+SqliteDatabase::SqliteDatabase(const QString &directory, QObject *parent)
+    : DatabaseLayer(parent)
+    , m_directory(directory)
+{
+}
+
+SqliteDatabase::~SqliteDatabase()
+{
+    closeDatabase();
+}
+
+bool SqliteDatabase::openDatabase()
+{
+    const QString path = m_directory + fileName;
+    // A file of no length is what a creation that was cut short leaves behind: nothing was in it.
+    const bool existed = QFileInfo(path).size() > 0;
+
+    closeDatabase();
+    if (!existed) {
+        // Made here and not by the driver, so that nobody else could ever open it.
+        QFile file(path);
+        if (file.open(QIODevice::WriteOnly | QIODevice::Append))
+            file.setPermissions(QFile::ReadOwner | QFile::WriteOwner);
+    }
+    m_database = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"));
+    m_database.setDatabaseName(path);
+    m_database.setConnectOptions(connectOptions);
+    if (!m_database.open()) {
+        m_lastErrorText = m_database.lastError().text();
+        qCDebug(debugLog) << "sqlitedatabase return false db.open";
+        return false;
+    }
+    if (existed)
+        return true;
+    if (!createTable()) {
+        qCDebug(debugLog) << "sqlitedatabase return false createdatabase";
+        return false;
+    }
+    return true;
+}
+
+void SqliteDatabase::closeDatabase()
+{
+    if (!m_database.isValid())
+        return;
+    const QString connection = m_database.connectionName();
+    m_database.close();
+    m_database = QSqlDatabase();
+    QSqlDatabase::removeDatabase(connection);
+    m_transactionDepth = 0;
+    m_rollBack = false;
+}
+
+void SqliteDatabase::clearContacts()
+{
+    QSqlQuery query = newQuery();
+    query.exec(Sql::deleteAll);
+    succeeded(query);
+}
+
+bool SqliteDatabase::createTable()
+{
+    QSqlQuery query = newQuery();
+    query.exec(Sql::createTable);
+    return succeeded(query);
+}
+
+bool SqliteDatabase::insertColumns(const ColumnMap &columns)
+{
+    const QList<QVariantList> contactList = columns.value(contactTable);
+    qCDebug(debugLog) << "insert_map =" << columns;
+    qCDebug(debugLog) << "contactList =" << contactList;
+    ScopedTransaction transaction(*this);
+    QSqlQuery query = newQuery();
+    query.prepare(Sql::insertRow);
+    qCDebug(debugLog) << "contactList.size()" << contactList.size();
+    for (const QVariantList &values : contactList) {
+        qCDebug(debugLog) << "contactList[i] is" << values;
+        query.addBindValue(values);
+    }
+    // Binding no values at all is no batch.
+    const bool nothingToDo = contactList.isEmpty() || contactList.first().isEmpty();
+    const bool inserted = nothingToDo || (query.execBatch(), succeeded(query));
+    // Also after a failed row: what becomes of the rows before it is for whoever opened the
+    // outermost transaction to say.
+    return transaction.commit() && inserted;
+}
+
+bool SqliteDatabase::updateFields(const QString &table, const QStringList &columns,
+                                  const QStringList &values)
+{
+    bool updated = true;
+    for (int i = 1; i < columns.size() && i < values.size(); ++i) {
+        QSqlQuery query = newQuery();
+        query.exec(
+            Sql::updateField.arg(table, columns.at(i), values.at(i), columns.at(0), values.at(0)));
+        updated = succeeded(query);
+    }
+    return updated;
+}
+
+bool SqliteDatabase::deleteAll()
+{
+    QSqlQuery query = newQuery();
+    query.exec(Sql::deleteAll);
+    return succeeded(query);
+}
+
+void SqliteDatabase::setMode(int mode)
+{
+    m_mode = mode;
+}
+
+bool SqliteDatabase::mergeNewRecords()
+{
+    useUtf8AsLocaleCodec();
+    const int settled = count(Sql::countSettled);
+    const int fresh = count(Sql::countNew);
+    QSqlQuery query = newQuery();
+    if (settled != 0 && fresh != 0)
+        query.exec(Sql::dropReplaced);
+    query.exec(Sql::settleNew);
+    return succeeded(query);
+}
+
+QList<ContactInfo> SqliteDatabase::queryContacts()
+{
+    qCDebug(debugLog) << "getCSInfo.";
+    useUtf8AsLocaleCodec();
+    QList<ContactInfo> contacts;
+    QSqlQuery query = newQuery();
+    query.setForwardOnly(true);
+    query.exec(Sql::selectAll);
+    ContactInfo current;
+    while (query.next()) {
+        const int id = query.value(0).toInt();
+        if (id != current.id && current.id > 0)
+            contacts.append(current);
+        current.id = id;
+        int column = 1;
+        for (const ContactField &field : contactFields())
+            current.*field.member = query.value(column++).toString();
+    }
+    if (current.id != 0)
+        contacts.append(current);
+    m_lastErrorText.clear();
+    return succeeded(query) ? contacts : QList<ContactInfo>();
+}
+
+bool SqliteDatabase::insertContacts(const QList<ContactInfo> &contacts)
+{
+    QList<QVariantList> columns;
+    QVariantList ids;
+    QVariantList flags;
+    ids.reserve(contacts.size());
+    flags.reserve(contacts.size());
+    for (const ContactInfo &contact : contacts) {
+        ids.append(contact.id);
+        flags.append(1);
+    }
+    columns.append(ids);
+    for (const ContactField &field : contactTableFields()) {
+        QVariantList values;
+        values.reserve(contacts.size());
+        for (const ContactInfo &contact : contacts) {
+            // A null text would be stored as NULL, which is not the empty text that it stands for.
+            const QString &text = contact.*field.member;
+            values.append(text.isNull() ? QStringLiteral("") : text);
+        }
+        columns.append(values);
+    }
+    columns.append(flags);
+    return insertColumns({{contactTable, columns}});
+}
+
+bool SqliteDatabase::beginTransaction()
+{
+    Q_ASSERT(QThread::currentThread() == thread());
+    if (m_transactionDepth == 0) {
+        m_rollBack = false;
+        if (!m_database.transaction()) {
+            m_lastErrorText = m_database.lastError().text();
+            return false;
+        }
+    }
+    ++m_transactionDepth;
+    return true;
+}
+
+bool SqliteDatabase::commitTransaction()
+{
+    if (--m_transactionDepth > 0)
+        return !m_rollBack;
+    if (!m_rollBack && m_database.commit())
+        return true;
+    if (!m_rollBack)
+        m_lastErrorText = m_database.lastError().text();
+    m_database.rollback();
+    return false;
+}
+
+void SqliteDatabase::rollbackTransaction()
+{
+    m_rollBack = true;
+    if (--m_transactionDepth == 0)
+        m_database.rollback();
+}
+
+int SqliteDatabase::countContacts()
+{
+    return count(Sql::countAll);
+}
+
+QSqlQuery SqliteDatabase::newQuery() const
+{
+    Q_ASSERT(QThread::currentThread() == thread());
+    return QSqlQuery(m_database);
+}
+
+/// Whether the last statement left no error; keeps the reason when it did.
+bool SqliteDatabase::succeeded(const QSqlQuery &query)
+{
+    const QSqlError error = query.lastError();
+    if (!error.isValid())
+        return true;
+    m_lastErrorText = error.text();
+    qCDebug(debugLog) << error;
+    return false;
+}
+
+int SqliteDatabase::count(const QString &statement)
+{
+    QSqlQuery query = newQuery();
+    query.exec(statement);
+    if (query.next())
+        return query.value(0).toInt();
+    succeeded(query);
+    return -1;
+}
