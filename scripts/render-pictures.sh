@@ -1,0 +1,58 @@
+#!/usr/bin/env bash
+# Renders the drawings under resource/src/ to the pictures that the program loads.
+# Needs rsvg-convert (librsvg2-bin) and convert (imagemagick). Run it after a
+# change of a drawing and commit what it writes; an unchanged drawing gives the
+# same bytes again.
+set -euo pipefail
+
+root="$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)"
+src="$root/resource/src"
+out="$root/resource"
+icons="$out/icons"
+work="$(mktemp -d)"
+trap 'rm -rf "$work"' EXIT
+
+for tool in rsvg-convert convert; do
+    command -v "$tool" >/dev/null || { echo "render-pictures: $tool is missing" >&2; exit 1; }
+done
+
+# png <drawing> <width> <height> [file]
+png() {
+    rsvg-convert --width "$2" --height "$3" --output "${4:-$out/$1.png}" "$src/$1.svg"
+}
+
+# Painted at 20x20 in the list; four times that stays sharp on any screen.
+for name in eye trash; do
+    png "$name" 80 80
+done
+for name in tool_new tool_news tool_import tool_export tool_delete_all \
+            pnp_off pnp_on httpdOpenIcon httpdCloseIcon; do
+    png "$name" 64 64
+done
+png search 40 40
+png check 40 40
+png arrow_down 24 24
+
+png selected_row 277 42
+png separator 64 1
+png loading 64 64
+
+# A JPEG has no transparency and would blur colours; full quality, no subsampling.
+png row_background 64 30 "$work/row_background.png"
+convert "$work/row_background.png" -strip -sampling-factor 4:4:4 -quality 98 "$out/row_background.jpg"
+
+# The busy animation: one turn of the wheel in twelve steps. GIF knows only
+# opaque and clear, so the edges are laid on the colour of the busy window.
+for step in 0 1 2 3 4 5 6 7 8 9 10 11; do
+    sed "s/@ANGLE@/$((step * 30))/" "$src/loading_animation.svg" >"$work/step.svg"
+    rsvg-convert --width 64 --height 64 --output "$work/step_$(printf %02d "$step").png" "$work/step.svg"
+done
+convert -delay 8 -loop 0 -dispose background "$work"/step_*.png -strip -layers Optimize "$out/loading_animation.gif"
+
+# The mark: its small sizes have a drawing of their own, on the pixel grid.
+mkdir -p "$icons"
+png logo 256 256
+png logo_small 16 16 "$icons/logo_16.png"
+png logo_small 32 32 "$icons/logo_32.png"
+png logo 48 48 "$icons/logo_48.png"
+png logo 256 256 "$icons/logo_256.png"
