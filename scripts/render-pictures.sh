@@ -41,13 +41,18 @@ png loading 64 64
 png row_background 64 30 "$work/row_background.png"
 convert "$work/row_background.png" -strip -sampling-factor 4:4:4 -quality 98 "$out/row_background.jpg"
 
-# The busy animation: one turn of the wheel in twelve steps. GIF knows only
-# opaque and clear, so the edges are laid on the colour of the busy window.
+# The busy animation: one turn of the wheel in twelve steps. A GIF pixel is either
+# opaque or clear, so the bars are blended with the colour that the busy window
+# takes over a light background, and only what is quite clear stays clear.
 for step in 0 1 2 3 4 5 6 7 8 9 10 11; do
-    sed "s/@ANGLE@/$((step * 30))/" "$src/loading_animation.svg" >"$work/step.svg"
-    rsvg-convert --width 64 --height 64 --output "$work/step_$(printf %02d "$step").png" "$work/step.svg"
+    frame="$work/step_$(printf %02d "$step")"
+    sed "s/@ANGLE@/$((step * 30))/" "$src/loading_animation.svg" >"$frame.svg"
+    rsvg-convert --width 64 --height 64 --output "$frame.png" "$frame.svg"
+    convert "$frame.png" \( +clone -alpha extract -threshold 15% \) \
+        \( -clone 0 -background '#536070' -alpha remove \) \
+        -delete 0 +swap -alpha off -compose CopyOpacity -composite "$frame.gif.png"
 done
-convert -delay 8 -loop 0 -dispose background "$work"/step_*.png -strip -layers Optimize "$out/loading_animation.gif"
+convert -delay 8 -loop 0 -dispose background "$work"/step_*.gif.png -strip "$out/loading_animation.gif"
 
 # The mark: its small sizes have a drawing of their own, on the pixel grid.
 mkdir -p "$icons"
