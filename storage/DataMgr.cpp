@@ -336,7 +336,7 @@ quint16 DataMgr::serverPort() const
     return m_httpdService ? m_httpdService->port() : quint16(80);
 }
 
-void DataMgr::dealRQ(QString first, QString second)
+void DataMgr::dealRQ(const QString &first, const QString &second)
 {
     Q_UNUSED(first)
     Q_UNUSED(second)

@@ -41,6 +41,8 @@ public:
     bool openDatabase();
     /// Tries a save that failed before once more, stops the services and closes the store.
     void close();
+    /// True from a successful openDatabase() to close(), unless reading the rows failed since.
+    bool isStoreUsable() const { return m_storeUsable; }
     QString lastErrorText() const { return m_lastErrorText; }
 
     /// Replaces the list by the stored records and numbers them from 1. False, with the list as it
@@ -91,13 +93,13 @@ public:
 signals:
     /// The device list has changed.
     void updateModel();
-    void giveBack(QString text);
+    void giveBack(const QString &text);
     /// A report of the HTTP service for the user.
-    void httpdMsg(QString text);
+    void httpdMsg(const QString &text);
 
 public slots:
     /// Takes two texts and does nothing.
-    void dealRQ(QString first, QString second);
+    void dealRQ(const QString &first, const QString &second);
 
 private:
     bool addOrReplace(const ContactInfo &contact);

@@ -1,0 +1,103 @@
+#include "app/CommandBar.h"
+
+#include <QHBoxLayout>
+#include <QIcon>
+#include <QLabel>
+#include <QPushButton>
+
+namespace {
+
+constexpr int gridPx = 8;
+constexpr int iconPx = 20;
+
+QIcon icon(const char *name)
+{
+    return QIcon(QStringLiteral("./resource/%1").arg(QLatin1String(name)));
+}
+
+} // namespace
+
+CommandBar::CommandBar(QWidget *parent)
+    : QWidget(parent)
+    , m_countLabel(new QLabel(this))
+{
+    setObjectName(QStringLiteral("tool_bar"));
+
+    auto *const title = new QLabel(tr("Your Device List"), this);
+    title->setObjectName(QStringLiteral("MainTitle"));
+    title->setProperty("class", QStringLiteral("MainTitle"));
+    m_countLabel->setObjectName(QStringLiteral("countLabel"));
+    m_countLabel->setProperty("class", QStringLiteral("CountLabel"));
+
+    auto *const titleRow = new QHBoxLayout;
+    titleRow->addWidget(title);
+    titleRow->addStretch();
+    titleRow->addWidget(m_countLabel);
+
+    auto *const buttonRow = new QHBoxLayout;
+    buttonRow->setSpacing(gridPx);
+    m_newButton = addListButton(*buttonRow, tr("New"), "tool_newBtn", "tool_new.png", "CTRL+N",
+                                tr("New Device"));
+    m_newsButton = addListButton(*buttonRow, tr("News"), "tool_newsBtn", "tool_news.png", "CTRL+T",
+                                 tr("New Devices"));
+    m_importButton = addListButton(*buttonRow, tr("Import"), "tool_importBtn", "tool_import.png",
+                                   "CTRL+I", tr("Import Device List"));
+    m_exportButton = addListButton(*buttonRow, tr("Export"), "tool_exportBtn", "tool_export.png",
+                                   "CTRL+E", tr("Export Device List"));
+    m_deleteAllButton = addListButton(*buttonRow, tr("Delete All"), "tool_deleteAllBtn",
+                                      "tool_delete_all.png", "CTRL+D", tr("Delete All Devices"));
+    buttonRow->addStretch();
+    m_httpButton = addServiceButton(*buttonRow, "tool_httpButton");
+    showHttpOpen(false);
+    m_pnpButton = addServiceButton(*buttonRow, "tool_pnpButton");
+    m_pnpButton->setText(tr("&Enable PNP Server"));
+    m_pnpButton->setIcon(icon("pnp_off.png"));
+
+    auto *const column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(gridPx);
+    column->addLayout(titleRow);
+    column->addLayout(buttonRow);
+
+    setDeviceCount(0);
+}
+
+void CommandBar::setDeviceCount(int count)
+{
+    m_countLabel->setText(tr("Total device") + QLatin1Char(':') + QString::number(count));
+}
+
+void CommandBar::showHttpOpen(bool open)
+{
+    m_httpButton->setText(open ? tr("&Close HTTPD") : tr("&Open HTTPD"));
+    m_httpButton->setIcon(icon(open ? "httpdCloseIcon.png" : "httpdOpenIcon.png"));
+    m_httpButton->setToolTip(open ? tr("Close the HTTPD server") : tr("Open the HTTPD server"));
+}
+
+bool CommandBar::isHttpOpen() const
+{
+    return m_httpButton->text() == tr("&Close HTTPD");
+}
+
+QPushButton *CommandBar::addListButton(QHBoxLayout &row, const QString &text, const char *name,
+                                       const char *iconName, const char *shortcut,
+                                       const QString &tip)
+{
+    auto *const button = addServiceButton(row, name);
+    const QKeySequence keys(QLatin1String(shortcut), QKeySequence::PortableText);
+    button->setText(text);
+    button->setIcon(icon(iconName));
+    button->setShortcut(keys);
+    button->setToolTip(tip + QLatin1String("  ") + keys.toString(QKeySequence::NativeText));
+    return button;
+}
+
+QPushButton *CommandBar::addServiceButton(QHBoxLayout &row, const char *name)
+{
+    auto *const button = new QPushButton(this);
+    button->setObjectName(QLatin1String(name));
+    button->setIconSize({iconPx, iconPx});
+    button->setAutoDefault(false);
+    row.addWidget(button);
+    return button;
+}

@@ -1,0 +1,415 @@
+#include "app/MainWindow.h"
+
+#include "app/CommandBar.h"
+#include "app/OptionsFile.h"
+#include "app/ReportBox.h"
+#include "dialogs/ContactDialog.h"
+#include "model/DebugLog.h"
+#include "model/ProgramFolder.h"
+#include "storage/DataMgr.h"
+#include "storage/DatabaseLayer.h"
+#include "view/ContactTitle.h"
+#include "view/ContactView.h"
+#include "view/SearchBar.h"
+#include "widgets/Modal.h"
+
+#include <QActionGroup>
+#include <QApplication>
+#include <QCloseEvent>
+#include <QFile>
+#include <QMenuBar>
+#include <QPushButton>
+#include <QStatusBar>
+#include <QVBoxLayout>
+
+#include <array>
+
+namespace {
+
+constexpr int gridPx = 8;
+constexpr QSize firstSize(1200, 760);
+constexpr QSize smallestSize(960, 600);
+
+const QString programTitle = QStringLiteral("Velloran Device Management Tool");
+const QString programVersion = QStringLiteral("1.0.0.10");
+const QString optionsPath = QStringLiteral("language/options.xml");
+
+constexpr std::array<const char *, 3> workFiles = {"tmp.csv", "tmp1.csv", "tmp2.csv"};
+
+} // namespace
+
+MainWindow::MainWindow(QWidget *parent)
+    : MainWindow(*DataMgr::instance(), programFolder(), parent)
+{
+}
+
+MainWindow::MainWindow(DataMgr &dataMgr, const QString &folder, QWidget *parent)
+    : QMainWindow(parent)
+    , m_dataMgr(dataMgr)
+    , m_folder(folder)
+    , m_language(QStringLiteral("en"))
+{
+    setObjectName(QStringLiteral("main_window"));
+    setWindowTitle(programTitle);
+    setWindowIcon(Modal::windowIcon());
+    setMinimumSize(smallestSize);
+    resize(firstSize);
+
+    createActions();
+    createMenus();
+    createContent();
+    createDialogs();
+    connectContent();
+
+    createConnection();
+    readOptionsAndSet();
+    onViewUpdated();
+}
+
+MainWindow::~MainWindow()
+{
+    // The content goes after this destructor, when there is no window left to close.
+    disconnect(centralWidget(), &QObject::destroyed, this, &MainWindow::closeWindow);
+    closeWindow();
+}
+
+void MainWindow::bringToFront()
+{
+    setWindowState(windowState() & ~Qt::WindowMinimized);
+    show();
+    QWidget *const front =
+        QApplication::activeModalWidget() ? QApplication::activeModalWidget() : this;
+    front->raise();
+    front->activateWindow();
+}
+
+QAction *MainWindow::addCommand(const QString &text, const QString &statusTip)
+{
+    auto *const action = new QAction(text, this);
+    action->setStatusTip(statusTip);
+    return action;
+}
+
+void MainWindow::createActions()
+{
+    m_newAction = addCommand(tr("&New"), tr("construct a new device"));
+    m_newAction->setShortcuts(QKeySequence::New);
+    m_newsAction = addCommand(tr("&News"), tr("construct new devices"));
+    m_newsAction->setShortcut(QKeySequence(QStringLiteral("CTRL+T")));
+    m_exitAction = addCommand(tr("&Exit"), tr("Quit program"));
+    m_importAction = addCommand(tr("&Local Import"), tr("Import file local"));
+    m_importAction->setShortcut(QKeySequence(QStringLiteral("CTRL+I")));
+    m_exportAction = addCommand(tr("&Local Export"), tr("Export file local"));
+    m_exportAction->setShortcut(QKeySequence(QStringLiteral("CTRL+E")));
+    m_httpdAction = addCommand(tr("&Httpd"), tr("Open httpd service"));
+    // Each language is named in itself.
+    m_chineseAction = addCommand(QStringLiteral("简体中文"), QString());
+    m_chineseAction->setObjectName(QStringLiteral("zh"));
+    m_englishAction = addCommand(QStringLiteral("English"), QString());
+    m_englishAction->setObjectName(QStringLiteral("en"));
+    m_autoStartAction = addCommand(tr("Auto Start"), tr("auto start"));
+    m_recoveryDataAction = addCommand(tr("Recovery Data"), tr("recovery data"));
+    m_autoHttpdAction = addCommand(tr("Auto Httpd"), tr("auto httpd"));
+    m_httpdPortAction = addCommand(tr("Configure Httpd Port"), tr("Configure Httpd Port"));
+    m_helpAction = addCommand(tr("Help"), tr("User Guide Help"));
+    m_aboutAction = addCommand(tr("About"), tr("Show about info"));
+
+    m_languageGroup = new QActionGroup(this);
+    m_languageGroup->setExclusive(true);
+    for (QAction *const action : {m_chineseAction, m_englishAction}) {
+        action->setCheckable(true);
+        action->setChecked(action->objectName() == m_language);
+        m_languageGroup->addAction(action);
+    }
+    for (QAction *const action : {m_autoStartAction, m_recoveryDataAction, m_autoHttpdAction})
+        action->setCheckable(true);
+
+    // The same keys are shortcuts of the tool bar's buttons, and a shortcut that two objects claim
+    // reaches neither. The menus show the keys, the buttons answer to them.
+    for (QAction *const action : {m_newAction, m_newsAction, m_importAction, m_exportAction})
+        action->setShortcutContext(Qt::WidgetShortcut);
+
+    connect(m_newAction, &QAction::triggered, this, &MainWindow::constructNewFile);
+    connect(m_exitAction, &QAction::triggered, this, &MainWindow::closeWindow);
+    connect(m_httpdAction, &QAction::triggered, this, &MainWindow::selectHttpdService);
+    connect(m_aboutAction, &QAction::triggered, this, &MainWindow::about);
+
+    // What the program cannot do yet.
+    for (QAction *const action : {m_newsAction, m_importAction, m_exportAction, m_chineseAction,
+                                  m_englishAction, m_autoStartAction, m_recoveryDataAction,
+                                  m_autoHttpdAction, m_httpdPortAction, m_helpAction})
+        action->setEnabled(false);
+}
+
+void MainWindow::createMenus()
+{
+    menuBar()->setObjectName(QStringLiteral("menu_bar"));
+    const auto addMenu = [this](const QString &text, const char *name,
+                                std::initializer_list<QAction *> actions) {
+        QMenu *const menu = menuBar()->addMenu(text);
+        menu->setObjectName(QLatin1String(name));
+        for (QAction *const action : actions) {
+            if (action)
+                menu->addAction(action);
+            else
+                menu->addSeparator();
+        }
+    };
+    addMenu(tr("&File"), "fileMenu", {m_newAction, m_newsAction, nullptr, m_exitAction});
+    addMenu(tr("&Import"), "importMenu", {m_importAction});
+    addMenu(tr("&Export"), "exportMenu", {m_exportAction});
+    addMenu(tr("&Language"), "langMenu", {m_chineseAction, m_englishAction});
+    addMenu(tr("&Options"), "", {m_autoStartAction, m_autoHttpdAction, m_httpdPortAction});
+    addMenu(tr("&Help"), "HelpMenu", {m_helpAction});
+    addMenu(tr("&About"), "aboutMenu", {m_aboutAction});
+    // Where the actions' status tips appear.
+    statusBar()->setObjectName(QStringLiteral("status_bar"));
+}
+
+void MainWindow::createContent()
+{
+    auto *const content = new QWidget(this);
+    content->setObjectName(QStringLiteral("content"));
+    m_commandBar = new CommandBar(content);
+    m_commandBar->newsButton()->setEnabled(false);
+    m_commandBar->importButton()->setEnabled(false);
+    m_commandBar->exportButton()->setEnabled(false);
+    m_commandBar->pnpButton()->setEnabled(false);
+
+    auto *const list = new QWidget(content);
+    list->setObjectName(QStringLiteral("list_frame"));
+    m_view = new ContactView(m_dataMgr.devices(), list);
+    auto *const listColumn = new QVBoxLayout(list);
+    listColumn->setContentsMargins(0, 0, 0, 0);
+    listColumn->setSpacing(0);
+    listColumn->addWidget(new ContactTitle(*m_view, list));
+    auto *const searchBar = new SearchBar(*m_view, list);
+    connect(searchBar, &SearchBar::searchTextChanged, m_view, &ContactView::sortBySearchEdit);
+    listColumn->addWidget(searchBar);
+    listColumn->addWidget(m_view);
+
+    m_reportBox = new ReportBox(content);
+    m_reportBox->hide();
+
+    auto *const column = new QVBoxLayout(content);
+    column->setContentsMargins(2 * gridPx, 2 * gridPx, 2 * gridPx, gridPx);
+    column->setSpacing(2 * gridPx);
+    column->addWidget(m_commandBar);
+    column->addWidget(list, 1);
+    column->addWidget(m_reportBox);
+    setCentralWidget(content);
+}
+
+void MainWindow::createDialogs()
+{
+    m_contactDialog = new ContactDialog(this);
+    m_contactDialog->setWindowModality(Qt::WindowModal);
+}
+
+void MainWindow::connectContent()
+{
+    connect(m_commandBar->newButton(), &QPushButton::clicked, this, &MainWindow::constructNewFile);
+    connect(m_commandBar->deleteAllButton(), &QPushButton::clicked, this, &MainWindow::onDeleteAll);
+    connect(m_commandBar->httpButton(), &QPushButton::clicked, this,
+            &MainWindow::selectHttpdService);
+
+    connect(m_view, &ContactView::onRowDetail, this, &MainWindow::showContactViewDetail);
+    connect(m_view, &ContactView::onRowDelete, this, &MainWindow::deleteOneContact);
+    connect(m_view, &ContactView::viewUpdated, this, &MainWindow::onViewUpdated);
+    connect(m_contactDialog, &ContactDialog::editSaveSucceed, this,
+            &MainWindow::onContactDialogEditFinished);
+    connect(m_contactDialog, &ContactDialog::addSaveSucceed, this,
+            &MainWindow::onContactDialogAddFinished);
+    connect(centralWidget(), &QObject::destroyed, this, &MainWindow::closeWindow);
+    connect(&m_dataMgr, &DataMgr::updateModel, m_view, &ContactView::updateContactModel);
+}
+
+void MainWindow::createConnection()
+{
+    onCreateDatabase();
+    if (!m_dataMgr.openDatabase())
+        tellDatabaseError();
+}
+
+void MainWindow::onCreateDatabase()
+{
+    m_database = m_dataMgr.database();
+}
+
+/// Queued, as this is found out before the window shows.
+void MainWindow::tellDatabaseError()
+{
+    const QString text = tr("The device list in phonebook.db can not be read: %1. "
+                            "The file is left untouched and nothing will be saved in this run.")
+                             .arg(m_dataMgr.lastErrorText());
+    QMetaObject::invokeMethod(
+        this,
+        [this, text] { Modal::message(this, QMessageBox::Critical, tr("Database Error"), text); },
+        Qt::QueuedConnection);
+}
+
+bool MainWindow::readOptionsAndSet()
+{
+    Options options;
+    if (!readOptionsFile(m_folder + optionsPath, options))
+        return false;
+    m_autoStartAction->setChecked(options.autoStart);
+    m_recoveryDataAction->setChecked(options.recoveryData);
+    if (options.recoveryData && m_dataMgr.isStoreUsable() && !m_dataMgr.recoverPreviousData())
+        tellDatabaseError();
+    m_autoHttpdAction->setChecked(options.autoHttpd);
+    if (options.autoHttpd)
+        // Asks for the card in front of the window, which shows after this.
+        QMetaObject::invokeMethod(this, &MainWindow::selectHttpdService, Qt::QueuedConnection);
+    return true;
+}
+
+void MainWindow::setBusy(bool busy)
+{
+    m_dataMgr.setBusy(busy);
+    m_view->setBusy(busy);
+}
+
+void MainWindow::constructNewFile()
+{
+    m_contactDialog->setWindowTitle(tr("New Device"));
+    m_contactDialog->loadContact(true, nullptr);
+    m_contactDialog->show();
+}
+
+void MainWindow::onContactDialogAddFinished(const ContactInfo &contact)
+{
+    m_dataMgr.insertContactNode(contact);
+}
+
+void MainWindow::showContactViewDetail(int index)
+{
+    qCDebug(debugLog) << "showContactViewDetail index =" << index;
+    if (index < 0 || index >= m_dataMgr.devices().size())
+        return;
+    const DeviceNode &node = m_dataMgr.devices().at(index);
+    m_editedContact = node.info;
+    m_editedContact.id = node.number;
+    m_contactDialog->setWindowTitle(tr("Overview && Edit"));
+    m_contactDialog->loadContact(false, &m_editedContact);
+    m_contactDialog->show();
+}
+
+void MainWindow::onContactDialogEditFinished(ContactInfo *contact)
+{
+    m_dataMgr.updateContact(*contact);
+}
+
+void MainWindow::deleteOneContact(int index)
+{
+    qCDebug(debugLog) << "deleteOneContact index =" << index;
+    m_dataMgr.deleteContactAt(index);
+}
+
+void MainWindow::onDeleteContact()
+{
+    setBusy(true);
+    m_dataMgr.deleteContactAt(m_view->listRow(m_view->currentIndex()));
+    setBusy(false);
+}
+
+void MainWindow::onRemoveContact()
+{
+    m_dataMgr.setBusy(true);
+    if (m_view->selectionModel()->hasSelection())
+        m_dataMgr.setBusy(false);
+}
+
+void MainWindow::onDeleteAll()
+{
+    qCDebug(debugLog) << "onDeleteAll.";
+    if (Modal::question(this, tr("Delete All Devices"), tr("Do you want to delete all devices?")) ==
+        Modal::Answer::Yes)
+        m_dataMgr.deleteAllContacts();
+}
+
+void MainWindow::onViewUpdated()
+{
+    qCDebug(debugLog) << "onViewUpdated";
+    m_commandBar->setDeviceCount(m_dataMgr.devices().size());
+}
+
+void MainWindow::selectHttpdService()
+{
+    if (m_closed || m_httpdOpening)
+        return;
+    if (m_commandBar->isHttpOpen())
+        closeHttpd();
+    else
+        openHttpd();
+}
+
+void MainWindow::openHttpd()
+{
+    // Once for all starts, or each report would appear once per start.
+    connect(&m_dataMgr, &DataMgr::httpdMsg, this, &MainWindow::onHTTPDMsg, Qt::UniqueConnection);
+    m_httpdOpening = true; // the start asks the user, so this can be reached again
+    const bool started = m_dataMgr.startHttpService();
+    m_httpdOpening = false;
+    if (!started) {
+        closeHttpd();
+        return;
+    }
+    const QStringList addresses = m_dataMgr.serverAddresses();
+    if (addresses.size() == 1) {
+        m_reportBox->addLine(tr("ServerIP:%1").arg(addresses.first()));
+    } else {
+        for (int i = 0; i < addresses.size(); ++i)
+            m_reportBox->addLine(tr("ServerIP%1:%2").arg(i + 1).arg(addresses.at(i)));
+    }
+    m_reportBox->addLine(tr("Port:%1").arg(m_dataMgr.serverPort()));
+    m_reportBox->addLine(tr("HTTPD server is running."));
+    m_reportBox->show();
+    m_commandBar->showHttpOpen(true);
+}
+
+void MainWindow::closeHttpd()
+{
+    const bool stopped = m_dataMgr.stopHttpService();
+    m_reportBox->clear();
+    m_reportBox->hide();
+    if (stopped)
+        m_commandBar->showHttpOpen(false);
+}
+
+void MainWindow::onHTTPDMsg(const QString &message)
+{
+    m_reportBox->addReport(message);
+}
+
+void MainWindow::about()
+{
+    QMessageBox box(this);
+    box.setWindowIcon(Modal::windowIcon());
+    box.setWindowTitle(programTitle);
+    box.setTextFormat(Qt::RichText);
+    box.setText(QStringLiteral("<h2>%1</h2><p>%2</p><p>%3</p><p>%4</p>")
+                    .arg(programTitle, tr("Version: %1").arg(programVersion),
+                         tr("Keeps the list of your desk phones and gives each one its "
+                            "configuration over the local network."),
+                         tr("Free software under the MIT licence.")));
+    box.setStandardButtons(QMessageBox::Ok);
+    Modal::run(box);
+}
+
+void MainWindow::closeEvent(QCloseEvent *event)
+{
+    closeWindow();
+    QMainWindow::closeEvent(event);
+}
+
+void MainWindow::closeWindow()
+{
+    if (m_closed)
+        return;
+    m_closed = true;
+    for (const char *const name : workFiles)
+        QFile::remove(m_folder + QLatin1String(name));
+    m_dataMgr.close();
+    emit globalQuit();
+}

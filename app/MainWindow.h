@@ -1,0 +1,104 @@
+#pragma once
+
+#include "model/ContactInfo.h"
+
+#include <QMainWindow>
+
+class CommandBar;
+class ContactDialog;
+class ContactView;
+class DatabaseLayer;
+class DataMgr;
+class QActionGroup;
+class ReportBox;
+
+/// The one top-level window: menus, buttons, the device list and the report box, and the flows that
+/// start there. It stores nothing itself: every flow calls the data manager and the view follows
+/// its updateModel(). GUI thread.
+class MainWindow : public QMainWindow
+{
+    Q_OBJECT
+public:
+    /// The window over the program's own data manager and folder.
+    explicit MainWindow(QWidget *parent = nullptr);
+    /// `dataMgr` must outlive the window; `folder` holds the work files and "language/" and ends in
+    /// "/".
+    MainWindow(DataMgr &dataMgr, const QString &folder, QWidget *parent = nullptr);
+    ~MainWindow() override;
+
+    /// Shows the window in front of the others, with whatever box of its own stands open.
+    void bringToFront();
+
+signals:
+    /// The window is done; the application is to quit.
+    void globalQuit();
+
+public slots:
+    void selectHttpdService();
+    void constructNewFile();
+    void about();
+    /// Ends the program: once, however often it is reached.
+    void closeWindow();
+    /// Opens the database; tells the user when that fails.
+    void createConnection();
+    /// Keeps the store's pointer.
+    void onCreateDatabase();
+    void onRemoveContact();
+    /// Deletes the device of the view's current row.
+    void onDeleteContact();
+    /// Applies the stored options; false when there are none.
+    bool readOptionsAndSet();
+    void onHTTPDMsg(const QString &message);
+    void onContactDialogEditFinished(ContactInfo *contact);
+    void onContactDialogAddFinished(const ContactInfo &contact);
+    void showContactViewDetail(int index);
+    void deleteOneContact(int index);
+    void onViewUpdated();
+    void onDeleteAll();
+
+protected:
+    void closeEvent(QCloseEvent *event) override;
+
+private:
+    void createActions();
+    void createMenus();
+    void createContent();
+    void createDialogs();
+    void connectContent();
+    QAction *addCommand(const QString &text, const QString &statusTip);
+    void setBusy(bool busy);
+    void openHttpd();
+    void closeHttpd();
+    void tellDatabaseError();
+
+    DataMgr &m_dataMgr;
+    QString m_folder;
+    QString m_language;
+    DatabaseLayer *m_database = nullptr;
+
+    QAction *m_newAction = nullptr;
+    QAction *m_newsAction = nullptr;
+    QAction *m_exitAction = nullptr;
+    QAction *m_importAction = nullptr;
+    QAction *m_exportAction = nullptr;
+    QAction *m_httpdAction = nullptr;
+    QAction *m_chineseAction = nullptr;
+    QAction *m_englishAction = nullptr;
+    QActionGroup *m_languageGroup = nullptr;
+    QAction *m_autoStartAction = nullptr;
+    QAction *m_recoveryDataAction = nullptr;
+    QAction *m_autoHttpdAction = nullptr;
+    QAction *m_httpdPortAction = nullptr;
+    QAction *m_helpAction = nullptr;
+    QAction *m_aboutAction = nullptr;
+
+    CommandBar *m_commandBar = nullptr;
+    ContactView *m_view = nullptr;
+    ReportBox *m_reportBox = nullptr;
+
+    ContactDialog *m_contactDialog = nullptr;
+    /// What the edit dialog works on: a copy, as the list may change while the dialog is open.
+    ContactInfo m_editedContact;
+    bool m_httpdOpening = false;
+    bool m_closed = false;
+};

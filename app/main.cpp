@@ -1,0 +1,52 @@
+#include "app/MainWindow.h"
+#include "app/SingleApplication.h"
+#include "model/ContactInfo.h"
+#include "model/ProgramFolder.h"
+
+#include <QDir>
+#include <QFile>
+#include <QLoggingCategory>
+#include <QStyleFactory>
+
+namespace {
+
+void quietDebugLog()
+{
+#ifdef NDEBUG
+    // Qt's own logging rules, which come from outside, can switch the messages on again.
+    QLoggingCategory::setFilterRules(QStringLiteral("default.debug=false"));
+#endif
+}
+
+void applyLook(QApplication &application)
+{
+    QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+    QFile sheet(QStringLiteral("./resource/style.qss"));
+    if (sheet.open(QIODevice::ReadOnly | QIODevice::Text))
+        application.setStyleSheet(QString::fromUtf8(sheet.readAll()));
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    quietDebugLog();
+    QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+    QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+
+    auto *const application = new SingleApplication(argc, argv);
+    // The program may be started from anywhere, and finds its files by relative paths.
+    QDir::setCurrent(programFolder());
+    registerContactTypes();
+    applyLook(*application);
+
+    auto *const window = new MainWindow;
+    QObject::connect(window, &MainWindow::globalQuit, application, &QCoreApplication::quit);
+    QObject::connect(application, &SingleApplication::showUp, window, &MainWindow::bringToFront);
+    window->show();
+
+    const int status = QApplication::exec();
+    delete window;
+    delete application;
+    return status;
+}

@@ -1,0 +1,11 @@
+add_executable(single_instance_probe single_instance_probe.cpp)
+target_link_libraries(single_instance_probe PRIVATE vl::app vl_options)
+set_target_properties(single_instance_probe PROPERTIES
+    RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests)
+
+vl_test(tst_singleapplication LINK vl::app)
+target_compile_definitions(tst_singleapplication PRIVATE
+    VL_PROBE="$<TARGET_FILE:single_instance_probe>")
+add_dependencies(tst_singleapplication single_instance_probe)
+
+vl_test(tst_mainwindow LINK vl::app)

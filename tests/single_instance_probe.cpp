@@ -1,0 +1,24 @@
+// A program that is nothing but its start-up: says "first" when it is the first copy, and "knock"
+// each time a later copy wakes it. Its argument is the application's name, so that tests do not
+// meet a real copy. Ends when its standard input is closed.
+#include "app/SingleApplication.h"
+
+#include <QSocketNotifier>
+
+#include <cstdio>
+
+int main(int argc, char *argv[])
+{
+    QCoreApplication::setApplicationName(QString::fromLocal8Bit(argv[1]));
+    SingleApplication application(argc, argv);
+    std::puts("first");
+    std::fflush(stdout);
+    QObject::connect(&application, &SingleApplication::showUp, [] {
+        std::puts("knock");
+        std::fflush(stdout);
+    });
+    QSocketNotifier inputClosed(0, QSocketNotifier::Read);
+    QObject::connect(&inputClosed, &QSocketNotifier::activated, &application,
+                     &QCoreApplication::quit);
+    return SingleApplication::exec();
+}

@@ -1,0 +1,409 @@
+#include "app/MainWindow.h"
+#include "dialogs/ContactDialog.h"
+#include "storage/DBOperator.h"
+#include "storage/DataMgr.h"
+#include "view/ContactView.h"
+#include "widgets/Modal.h"
+
+#include <QAction>
+#include <QDir>
+#include <QFile>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMenuBar>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QSignalSpy>
+#include <QTcpSocket>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <memory>
+
+namespace {
+
+/// A box as the user met it.
+struct Shown
+{
+    QString title;
+    QString text;
+    QStringList buttons;
+};
+
+void writeFile(const QString &path, const QByteArray &content)
+{
+    QDir().mkpath(QFileInfo(path).path());
+    QFile file(path);
+    QVERIFY2(file.open(QIODevice::WriteOnly), qPrintable(path));
+    file.write(content);
+}
+
+const QByteArray anyFreePort = "<configHttpdPort><useDefault>0</useDefault><port></port>"
+                               "</configHttpdPort>";
+
+} // namespace
+
+class TestMainWindow : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase() { registerContactTypes(); }
+    void init();
+    void cleanup();
+
+    void hasTheMenusInTheirOrder();
+    void aKeyOpensTheNewDeviceDialog();
+    void aNewDeviceIsListedCountedAndStored();
+    void editingChangesTheDeviceOnlyWhenSaved();
+    void deletesOneAndAll();
+    void anotherStartShowsWhatWasSaved();
+    void reportsADamagedDatabaseAndLeavesIt();
+    void opensAndClosesHttpd();
+    void aCancelledCardChoiceLeavesTheButtonAsItWas();
+    void closingInTheMiddleOfAQuestionEndsCleanly();
+    void closesOnce();
+
+private:
+    void openWindow();
+    QPushButton *button(const char *name) const;
+    QString countText() const;
+    void addDevice(const QString &mac, const QString &account);
+    QStringList storedMacs();
+    QByteArray fetch(quint16 port, const QByteArray &fileName);
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+    std::unique_ptr<DBOperator> m_dbOperator;
+    std::unique_ptr<DataMgr> m_dataMgr;
+    std::unique_ptr<MainWindow> m_window;
+    QList<Shown> m_shown;
+    QStringList m_answers; ///< texts of the buttons to press, in order
+    std::function<void()> m_whileAsking;
+};
+
+void TestMainWindow::init()
+{
+    m_folder = std::make_unique<QTemporaryDir>();
+    QVERIFY(m_folder->isValid());
+    QVERIFY(QFile::link(QStringLiteral(VL_SOURCE_DIR "/resource"),
+                        m_folder->filePath(QStringLiteral("resource"))));
+    writeFile(m_folder->filePath(QStringLiteral("language/options.xml")),
+              "<root><AutoStart>0</AutoStart><RecoveryData>1</RecoveryData>"
+              "<AutoHttpd>0</AutoHttpd></root>");
+    writeFile(m_folder->filePath(QStringLiteral("port.xml")), anyFreePort);
+    QDir::setCurrent(m_folder->path());
+    m_shown.clear();
+    m_answers.clear();
+    m_whileAsking = {};
+    Modal::setRunner([this](QDialog &dialog) {
+        Shown shown = {dialog.windowTitle(), QString(), {}};
+        if (const auto *const box = qobject_cast<QMessageBox *>(&dialog))
+            shown.text = box->text();
+        const QString answer = m_answers.isEmpty() ? QString() : m_answers.takeFirst();
+        QPushButton *pressed = nullptr;
+        for (QPushButton *const candidate : dialog.findChildren<QPushButton *>()) {
+            const QString text = candidate->text().remove(QLatin1Char('&'));
+            shown.buttons.append(text);
+            if (text == answer)
+                pressed = candidate;
+        }
+        m_shown.append(shown);
+        if (m_whileAsking)
+            m_whileAsking();
+        if (pressed)
+            pressed->click();
+        return dialog.result();
+    });
+}
+
+void TestMainWindow::cleanup()
+{
+    m_window.reset();
+    m_dataMgr.reset();
+    m_dbOperator.reset();
+    Modal::setRunner({});
+    QDir::setCurrent(QStringLiteral("/"));
+}
+
+void TestMainWindow::openWindow()
+{
+    m_window.reset();
+    const QString folder = m_folder->path() + QLatin1Char('/');
+    m_dataMgr.reset();
+    m_dbOperator = std::make_unique<DBOperator>(folder);
+    m_dataMgr = std::make_unique<DataMgr>(*m_dbOperator, folder);
+    m_window = std::make_unique<MainWindow>(*m_dataMgr, folder);
+    m_window->show();
+    QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+}
+
+QPushButton *TestMainWindow::button(const char *name) const
+{
+    return m_window->findChild<QPushButton *>(QLatin1String(name));
+}
+
+QString TestMainWindow::countText() const
+{
+    return m_window->findChild<QLabel *>(QStringLiteral("countLabel"))->text();
+}
+
+void TestMainWindow::addDevice(const QString &mac, const QString &account)
+{
+    ContactInfo contact;
+    contact.mac = mac;
+    contact.first_account = account;
+    m_window->onContactDialogAddFinished(contact);
+}
+
+QStringList TestMainWindow::storedMacs()
+{
+    QStringList macs;
+    for (const ContactInfo &contact : m_dbOperator->load())
+        macs.append(contact.mac);
+    return macs;
+}
+
+QByteArray TestMainWindow::fetch(quint16 port, const QByteArray &fileName)
+{
+    QTcpSocket phone;
+    phone.connectToHost(QStringLiteral("127.0.0.1"), port);
+    QByteArray answer;
+    bool closed = false;
+    connect(&phone, &QTcpSocket::connected, &phone,
+            [&] { phone.write("GET /" + fileName + " HTTP/1.0\r\nUser-Agent: KTP2135\r\n\r\n"); });
+    connect(&phone, &QTcpSocket::disconnected, &phone, [&] { closed = true; });
+    [&] { QTRY_VERIFY(closed); }();
+    answer = phone.readAll();
+    return answer;
+}
+
+void TestMainWindow::hasTheMenusInTheirOrder()
+{
+    openWindow();
+    QStringList menus;
+    for (const QAction *const entry : m_window->menuBar()->actions()) {
+        QStringList texts;
+        for (const QAction *const action : entry->menu()->actions())
+            texts.append(action->isSeparator() ? QStringLiteral("-") : action->text());
+        menus.append(
+            QStringLiteral("%1[%2]: %3")
+                .arg(entry->text(), entry->menu()->objectName(), texts.join(QLatin1String(", "))));
+    }
+    QCOMPARE(menus, QStringList({
+                        QStringLiteral("&File[fileMenu]: &New, &News, -, &Exit"),
+                        QStringLiteral("&Import[importMenu]: &Local Import"),
+                        QStringLiteral("&Export[exportMenu]: &Local Export"),
+                        QStringLiteral("&Language[langMenu]: 简体中文, English"),
+                        QStringLiteral("&Options[]: Auto Start, Auto Httpd, Configure Httpd Port"),
+                        QStringLiteral("&Help[HelpMenu]: Help"),
+                        QStringLiteral("&About[aboutMenu]: About"),
+                    }));
+}
+
+void TestMainWindow::aKeyOpensTheNewDeviceDialog()
+{
+    openWindow();
+    auto *const dialog = m_window->findChild<ContactDialog *>();
+    // The menu entry and the button carry the same keys; together they must not cancel out.
+    QTest::keyClick(m_window.get(), Qt::Key_N, Qt::ControlModifier);
+    QTRY_VERIFY(dialog->isVisible());
+    QCOMPARE(dialog->windowTitle(), QStringLiteral("New Device"));
+}
+
+void TestMainWindow::aNewDeviceIsListedCountedAndStored()
+{
+    openWindow();
+    QCOMPARE(countText(), QStringLiteral("Total device:0"));
+    addDevice(QStringLiteral("02:00:A7:00:00:01"), QStringLiteral("1001"));
+    addDevice(QStringLiteral("02:00:A7:00:00:02"), QStringLiteral("1002"));
+    QCOMPARE(countText(), QStringLiteral("Total device:2"));
+    QCOMPARE(m_window->findChild<ContactView *>()->model()->rowCount(), 2);
+    QCOMPARE(storedMacs(), QStringList({QStringLiteral("02:00:A7:00:00:01"),
+                                        QStringLiteral("02:00:A7:00:00:02")}));
+
+    m_answers = QStringList{QStringLiteral("No")};
+    addDevice(QStringLiteral("02:00:A7:00:00:01"), QStringLiteral("other"));
+    QCOMPARE(m_shown.size(), 1);
+    QCOMPARE(m_shown.first().title, QStringLiteral("Replace action"));
+    QCOMPARE(m_shown.first().text,
+             QStringLiteral("MAC:02:00:A7:00:00:01 has already exist,do you want to replace it?"));
+    QCOMPARE(m_shown.first().buttons, QStringList({QStringLiteral("Yes"), QStringLiteral("No")}));
+    QCOMPARE(m_dataMgr->devices().at(0).info.first_account, QStringLiteral("1001"));
+
+    m_answers = QStringList{QStringLiteral("Yes")};
+    addDevice(QStringLiteral("02:00:A7:00:00:01"), QStringLiteral("other"));
+    QCOMPARE(countText(), QStringLiteral("Total device:2"));
+    QCOMPARE(m_dataMgr->devices().at(0).info.first_account, QStringLiteral("other"));
+}
+
+void TestMainWindow::editingChangesTheDeviceOnlyWhenSaved()
+{
+    openWindow();
+    addDevice(QStringLiteral("02:00:A7:00:00:01"), QStringLiteral("1001"));
+    addDevice(QStringLiteral("02:00:A7:00:00:02"), QStringLiteral("1002"));
+    auto *const dialog = m_window->findChild<ContactDialog *>();
+    QLineEdit *account = nullptr;
+    const auto edit = [&] {
+        m_window->showContactViewDetail(1);
+        QVERIFY(dialog->isVisible());
+        for (QLineEdit *const line : dialog->findChildren<QLineEdit *>()) {
+            if (line->text() == QLatin1String("1002"))
+                account = line;
+        }
+        QVERIFY(account);
+        account->setText(QStringLiteral("changed"));
+    };
+    edit();
+    QCOMPARE(dialog->windowTitle(), QStringLiteral("Overview && Edit"));
+    dialog->close();
+    QCOMPARE(m_dataMgr->devices().at(1).info.first_account, QStringLiteral("1002"));
+    edit();
+    dialog->doSaveAction();
+    QVERIFY(!dialog->isVisible());
+    QCOMPARE(m_dataMgr->devices().at(1).info.first_account, QStringLiteral("changed"));
+    QCOMPARE(m_dbOperator->load().at(1).first_account, QStringLiteral("changed"));
+    QCOMPARE(m_dataMgr->devices().at(0).info.first_account, QStringLiteral("1001"));
+
+    // Rows that are no rows any more.
+    m_window->showContactViewDetail(2);
+    m_window->showContactViewDetail(-1);
+    QVERIFY(!dialog->isVisible());
+}
+
+void TestMainWindow::deletesOneAndAll()
+{
+    openWindow();
+    for (int i = 1; i <= 4; ++i)
+        addDevice(QStringLiteral("02:00:A7:00:00:0%1").arg(i), QString());
+    m_window->deleteOneContact(1);
+    QCOMPARE(storedMacs().size(), 3);
+    QVERIFY(!storedMacs().contains(QStringLiteral("02:00:A7:00:00:02")));
+    QVERIFY(m_shown.isEmpty());
+
+    auto *const view = m_window->findChild<ContactView *>();
+    view->selectRow(2);
+    m_window->onDeleteContact();
+    QCOMPARE(storedMacs(), QStringList({QStringLiteral("02:00:A7:00:00:01"),
+                                        QStringLiteral("02:00:A7:00:00:03")}));
+    QCOMPARE(view->model()->rowCount(), 2);
+
+    m_answers = QStringList{QStringLiteral("No")};
+    button("tool_deleteAllBtn")->click();
+    QCOMPARE(m_shown.last().title, QStringLiteral("Delete All Devices"));
+    QCOMPARE(m_shown.last().text, QStringLiteral("Do you want to delete all devices?"));
+    QCOMPARE(storedMacs().size(), 2);
+    m_answers = QStringList{QStringLiteral("Yes")};
+    button("tool_deleteAllBtn")->click();
+    QVERIFY(storedMacs().isEmpty());
+    QCOMPARE(countText(), QStringLiteral("Total device:0"));
+}
+
+void TestMainWindow::anotherStartShowsWhatWasSaved()
+{
+    openWindow();
+    addDevice(QStringLiteral("02:00:A7:00:00:01"), QStringLiteral("1001"));
+    openWindow();
+    QCOMPARE(countText(), QStringLiteral("Total device:1"));
+    QCOMPARE(m_window->findChild<ContactView *>()->model()->rowCount(), 1);
+}
+
+void TestMainWindow::reportsADamagedDatabaseAndLeavesIt()
+{
+    const QByteArray garbage(9000, 'x');
+    const QString path = m_folder->filePath(QStringLiteral("phonebook.db"));
+    writeFile(path, garbage);
+    openWindow();
+    QTRY_COMPARE(m_shown.size(), 1);
+    QCOMPARE(m_shown.first().title, QStringLiteral("Database Error"));
+    addDevice(QStringLiteral("02:00:A7:00:00:01"), QStringLiteral("1001"));
+    addDevice(QStringLiteral("02:00:A7:00:00:02"), QStringLiteral("1002"));
+    QCOMPARE(m_shown.size(), 2);
+    QCOMPARE(m_shown.last().title, QStringLiteral("Save Error"));
+    QCOMPARE(countText(), QStringLiteral("Total device:2"));
+    m_window->closeWindow();
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QCOMPARE(file.readAll(), garbage);
+}
+
+void TestMainWindow::opensAndClosesHttpd()
+{
+    openWindow();
+    addDevice(QStringLiteral("02:00:A7:A1:B2:C3"), QStringLiteral("1001"));
+    auto *const report = m_window->findChild<QPlainTextEdit *>(QStringLiteral("reportBox"));
+    for (int round = 0; round < 2; ++round) {
+        m_answers = QStringList{QStringLiteral("OK")};
+        button("tool_httpButton")->click();
+        if (m_dataMgr->serverAddresses().isEmpty())
+            QSKIP("this machine has no network card with an IPv4 address");
+        QCOMPARE(button("tool_httpButton")->text(), QStringLiteral("&Close HTTPD"));
+        QCOMPARE(button("tool_httpButton")->toolTip(), QStringLiteral("Close the HTTPD server"));
+        QVERIFY(report->isVisible());
+        const quint16 port = m_dataMgr->serverPort();
+        const QString start = report->toPlainText();
+        QVERIFY2(start.endsWith(QStringLiteral("Port:%1\nHTTPD server is running.").arg(port)),
+                 qPrintable(start));
+
+        const QByteArray answer = fetch(port, "cfg0200a7a1b2c3.xml");
+        QVERIFY2(answer.startsWith("HTTP/1.0 200 Ok\r\n"), answer.constData());
+        QVERIFY(answer.contains("<P270>1001</P270>"));
+        // Once each, however often the service was started before.
+        QTRY_COMPARE(report->toPlainText(),
+                     start + QStringLiteral("\n\nOne device request cfg.\nProduct:KTP\n"
+                                            "FileName:cfg0200a7a1b2c3.xml"));
+
+        button("tool_httpButton")->click();
+        QCOMPARE(button("tool_httpButton")->text(), QStringLiteral("&Open HTTPD"));
+        QVERIFY(!report->isVisible());
+        QTcpSocket late;
+        late.connectToHost(QStringLiteral("127.0.0.1"), port);
+        QVERIFY(!late.waitForConnected(500));
+    }
+}
+
+void TestMainWindow::aCancelledCardChoiceLeavesTheButtonAsItWas()
+{
+    openWindow();
+    m_answers = QStringList{QStringLiteral("Cancel")};
+    button("tool_httpButton")->click();
+    QCOMPARE(button("tool_httpButton")->text(), QStringLiteral("&Open HTTPD"));
+    QVERIFY(m_dataMgr->serverAddresses().isEmpty());
+    QCOMPARE(int(m_dataMgr->serverPort()), 80);
+}
+
+void TestMainWindow::closingInTheMiddleOfAQuestionEndsCleanly()
+{
+    openWindow();
+    addDevice(QStringLiteral("02:00:A7:00:00:01"), QStringLiteral("1001"));
+    QSignalSpy quit(m_window.get(), &MainWindow::globalQuit);
+    m_whileAsking = [this] { m_window->closeWindow(); };
+    m_answers = QStringList{QStringLiteral("OK")};
+    button("tool_httpButton")->click();
+    QCOMPARE(quit.count(), 1);
+    QVERIFY(m_dataMgr->serverAddresses().isEmpty());
+
+    openWindow();
+    m_answers = QStringList{QStringLiteral("Yes")};
+    addDevice(QStringLiteral("02:00:A7:00:00:01"), QStringLiteral("too late"));
+    m_whileAsking = {};
+    openWindow();
+    QCOMPARE(m_dataMgr->devices().at(0).info.first_account, QStringLiteral("1001"));
+}
+
+void TestMainWindow::closesOnce()
+{
+    openWindow();
+    for (const char *const name : {"tmp.csv", "tmp1.csv", "tmp2.csv", "other.csv"})
+        writeFile(m_folder->filePath(QLatin1String(name)), "x");
+    QSignalSpy quit(m_window.get(), &MainWindow::globalQuit);
+    m_window->close();
+    m_window->closeWindow();
+    QCOMPARE(quit.count(), 1);
+    QCOMPARE(QDir(m_folder->path()).entryList({QStringLiteral("*.csv")}),
+             QStringList{QStringLiteral("other.csv")});
+}
+
+QTEST_MAIN(TestMainWindow)
+#include "tst_mainwindow.moc"
