@@ -1,0 +1,61 @@
+# Shared by the other scripts; source it, do not run it.
+
+# The project's folder, whatever the folder the script was called from.
+root="$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)"
+
+say() { printf '== %s\n' "$*"; }
+die() { printf '%s: %s\n' "$(basename "$0")" "$*" >&2; exit 1; }
+
+# How many compilers or tests to run at once; JOBS overrides.
+jobs_wanted() { echo "${JOBS:-$(nproc)}"; }
+
+# packages_of <group>...: the packages of these groups in packages.txt.
+packages_of() {
+    local group
+    for group in "$@"; do
+        awk -v group="$group" '$1 == group { print $2 }' "$root/scripts/packages.txt"
+    done
+}
+
+is_installed() {
+    [ "$(dpkg-query -W -f='${db:Status-Status}' "$1" 2>/dev/null)" = installed ]
+}
+
+# need_packages <group>...: installs what is missing of these groups. When everything
+# is there, neither apt nor the network is touched.
+need_packages() {
+    if ! command -v dpkg-query >/dev/null; then
+        say "not a Debian system: taking for granted what scripts/packages.txt lists ($*)"
+        return
+    fi
+    local package missing=()
+    for package in $(packages_of "$@"); do
+        is_installed "$package" || missing+=("$package")
+    done
+    [ "${#missing[@]}" -eq 0 ] && return
+
+    local as_root=()
+    if [ "$(id -u)" -ne 0 ]; then
+        command -v sudo >/dev/null || die "please install as root: ${missing[*]}"
+        as_root=(sudo)
+    fi
+    say "installing ${missing[*]}"
+    local apt=("${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -q -y
+               -o Acquire::Retries=3 -o DPkg::Lock::Timeout=300)
+    "${apt[@]}" update </dev/null || { sleep 5; "${apt[@]}" update </dev/null; } \
+        || say "the package lists could not be renewed; trying with those that are here"
+    "${apt[@]}" install --no-install-recommends "${missing[@]}" </dev/null \
+        || die "could not install: ${missing[*]}"
+}
+
+# build <preset> [target]...: configures and builds into build/<preset>; without
+# targets, everything.
+build() {
+    local preset="$1" log
+    shift
+    say "building $preset"
+    log="$(cd "$root" && cmake --preset "$preset" 2>&1)" \
+        || { printf '%s\n' "$log" >&2; die "configuring $preset failed"; }
+    (cd "$root" && cmake --build --preset "$preset" -j "$(jobs_wanted)" ${1:+--target "$@"}) \
+        || die "building $preset failed"
+}
