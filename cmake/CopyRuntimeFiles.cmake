@@ -4,6 +4,8 @@
 # resource/ becomes an exact copy, without the drawings that its pictures are made
 # from. language/ is copied too, but the two settings documents in it belong to
 # whoever runs the program there: they are laid down once and never overwritten.
+cmake_minimum_required(VERSION 3.25)
+
 foreach(name SOURCE_DIR BIN_DIR)
     if(NOT ${name})
         message(FATAL_ERROR "CopyRuntimeFiles: ${name} is not set")
