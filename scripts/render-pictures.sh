@@ -33,6 +33,11 @@ png search 40 40
 png check 40 40
 png arrow_down 24 24
 
+# Message boxes show them at 32x32.
+for name in information question warning critical; do
+    png "message_$name" 96 96
+done
+
 png selected_row 277 42
 png separator 64 1
 png loading 64 64
@@ -61,3 +66,7 @@ png logo_small 16 16 "$icons/logo_16.png"
 png logo_small 32 32 "$icons/logo_32.png"
 png logo 48 48 "$icons/logo_48.png"
 png logo 256 256 "$icons/logo_256.png"
+
+# What a Windows executable and its installer carry.
+convert "$icons/logo_16.png" "$icons/logo_32.png" "$icons/logo_48.png" "$icons/logo_256.png" \
+    -strip -define png:exclude-chunks=date,time "$icons/logo.ico"
