@@ -309,14 +309,14 @@ void MainWindow::deleteOneContact(int index)
 void MainWindow::onDeleteContact()
 {
     setBusy(true);
-    m_dataMgr.deleteContactAt(m_view->listRow(m_view->currentIndex()));
+    m_dataMgr.deleteContactAt(m_view->currentListRow());
     setBusy(false);
 }
 
 void MainWindow::onRemoveContact()
 {
     m_dataMgr.setBusy(true);
-    if (m_view->selectionModel()->hasSelection())
+    if (m_view->selectionState() != 0)
         m_dataMgr.setBusy(false);
 }
 
@@ -331,7 +331,7 @@ void MainWindow::onDeleteAll()
 void MainWindow::onViewUpdated()
 {
     qCDebug(debugLog) << "onViewUpdated";
-    m_commandBar->setDeviceCount(m_dataMgr.devices().size());
+    m_commandBar->setDeviceCount(m_view->deviceCount());
 }
 
 void MainWindow::selectHttpdService()
