@@ -1,0 +1,83 @@
+#include "net/HttpRequest.h"
+
+#include <array>
+
+namespace {
+
+/// Where the value of a User-Agent line is searched for each word in turn; the first one found is
+/// the product.
+constexpr std::array<const char *, 6> productWords = {"KTV3140", "KTV3175", "KTV3275",
+                                                      "KTV3240", "KTP",     "DK"};
+
+/// The file name and the product of a "?pro=" request line are looked for from here on.
+constexpr int queryNameStart = 3;
+constexpr int queryProductStart = 20;
+
+/// Length of "cfg", which stands before the MAC in a file name.
+constexpr int prefixLength = 3;
+
+/// The text after the first `opening` found from `from` on, up to the next `closing` or, without
+/// one, to the end of the line. Empty without an `opening`.
+QString between(const QString &line, int from, QLatin1Char opening, QLatin1Char closing)
+{
+    const int start = line.indexOf(opening, from);
+    if (start < 0)
+        return QString();
+    const int end = line.indexOf(closing, start + 1);
+    return end < 0 ? line.mid(start + 1) : line.mid(start + 1, end - start - 1);
+}
+
+QString withoutLineEnd(QString line)
+{
+    if (line.endsWith(QLatin1Char('\n')))
+        line.chop(1);
+    if (line.endsWith(QLatin1Char('\r')))
+        line.chop(1);
+    return line;
+}
+
+} // namespace
+
+void HttpRequest::addLine(const QString &line)
+{
+    if (line.startsWith(QLatin1String("GET"))) {
+        if (line.contains(QLatin1String("?pro=")))
+            addQueryForm(withoutLineEnd(line));
+        else
+            addPlainForm(withoutLineEnd(line));
+    } else if (line.startsWith(QLatin1String("User-Agent:"))) {
+        for (const char *word : productWords) {
+            if (line.contains(QLatin1String(word))) {
+                product = QLatin1String(word);
+                break;
+            }
+        }
+    }
+}
+
+void HttpRequest::addQueryForm(const QString &line)
+{
+    fileName = between(line, queryNameStart, QLatin1Char('/'), QLatin1Char('?'));
+    product = between(line, queryProductStart, QLatin1Char('='), QLatin1Char(' '));
+}
+
+void HttpRequest::addPlainForm(const QString &line)
+{
+    const int start = line.indexOf(QLatin1String("cfg"));
+    const int end = start < 0 ? -1 : line.indexOf(QLatin1Char(' '), start);
+    fileName = start < 0 ? QString() : line.mid(start, end < 0 ? -1 : end - start);
+
+    const int dot = fileName.indexOf(QLatin1Char('.'), prefixLength);
+    mac = dot < 0 ? QString() : fileName.mid(prefixLength, dot - prefixLength);
+}
+
+bool HttpRequest::namesDocument() const
+{
+    return !mac.isEmpty() && fileName.contains(QLatin1String("xml"));
+}
+
+bool HttpRequest::hasSafeFileName() const
+{
+    return !fileName.contains(QLatin1Char('/')) && !fileName.contains(QLatin1Char('\\')) &&
+           !fileName.contains(QLatin1String("..")) && !fileName.contains(QChar(QChar::Null));
+}

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <QString>
+
+/// Where the administrator wants the HTTP server to listen.
+struct HttpdPort
+{
+    int useDefault = 1; ///< 1: port 80, 0: the custom port, anything else: not at all
+    int port = 80;      ///< the custom port as it was written, in range or not
+};
+
+/// Reads the port setting from an XML file. Without the file, or when it cannot be opened, the
+/// default; of a damaged file, what stands before the damage.
+HttpdPort readHttpdPort(const QString &path);

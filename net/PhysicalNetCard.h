@@ -1,0 +1,7 @@
+#pragma once
+
+class QString;
+
+/// True when the interface with this system name (QNetworkInterface::name()) is a card on the PCI
+/// bus rather than a virtual one. Each platform has its own source.
+bool isPhysicalNetCard(const QString &interfaceName);

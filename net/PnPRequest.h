@@ -1,0 +1,47 @@
+#pragma once
+
+#include <QByteArray>
+#include <QHostAddress>
+#include <QString>
+
+/// What a telephone's SUBSCRIBE says that the answers need.
+struct PnPRequest
+{
+    /// What is looked for in a datagram, in this order. The reading stops at the first that is not
+    /// there.
+    enum Step {
+        MacAddress,
+        AddressAndPort,
+        Branch,
+        FromTag,
+        CallId,
+        Cseq,
+        Event,
+        Model,
+        Complete,
+    };
+
+    /// The step that failed, or Complete. Fields of the steps before it are set.
+    Step stoppedAt = MacAddress;
+
+    QString macAddress;     ///< the 12 characters in front of the first "@"
+    QString addressAndPort; ///< where the telephone wants its answer, as the Via header says it
+    QHostAddress address;   ///< its two parts
+    quint16 port = 0;
+    QString branch;  ///< with "branch="
+    QString fromTag; ///< with "tag="
+    QString callId;
+    QString cseq;
+    QString event;
+    QString model; ///< the model named in the event
+
+    bool isComplete() const { return stoppedAt == Complete; }
+
+    /// What the log says when the reading stops at `step`.
+    static const char *failureText(Step step);
+
+    /// Reads a datagram of any content and length, up to its first NUL. The method of the request
+    /// line is not looked at. Besides what is missing, an answer address that no datagram can be
+    /// sent to (no port, a port out of range, a name instead of an IPv4 address) stops it.
+    static PnPRequest parse(const QByteArray &datagram);
+};

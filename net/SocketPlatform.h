@@ -1,0 +1,37 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+
+/// The few socket operations that Qt does not offer. A descriptor is what
+/// QAbstractSocket::socketDescriptor() gives; -1 stands for none.
+namespace SocketPlatform {
+
+/// A second descriptor for the same connection, or -1. The connection stays open until both are
+/// closed. The caller closes it with close().
+std::intptr_t duplicate(std::intptr_t descriptor);
+
+/// Ends the connection in both directions, so that whoever waits for it, on any thread, wakes up.
+void breakOff(std::intptr_t descriptor);
+
+/// Tells the peer that nothing more will be sent, then discards what the peer still sends: all
+/// that has arrived and, if there was anything, what else comes within `patience`. Closing a
+/// connection with unread input resets it, and a reset can overtake what was sent.
+void endStream(std::intptr_t descriptor, std::chrono::milliseconds patience);
+
+/// True when something to read, or the end of the input, waits on the connection.
+bool hasInput(std::intptr_t descriptor);
+
+void close(std::intptr_t descriptor);
+
+/// Lets as many connections as `backlog` wait on a listening descriptor to be accepted.
+void setBacklog(std::intptr_t descriptor, int backlog);
+
+/// Raises this process's limit of open descriptors towards `wanted`, and returns the limit that
+/// holds now. Never lowers it.
+std::int64_t raiseDescriptorLimit(std::int64_t wanted);
+
+/// True when a descriptor that was just given out shows that few more are to be had.
+bool descriptorsAreScarce(std::intptr_t newest);
+
+} // namespace SocketPlatform

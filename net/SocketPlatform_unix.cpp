@@ -1,0 +1,117 @@
+#include "net/SocketPlatform.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/resource.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+namespace {
+
+/// Kept free for what a connection thread and the rest of the program open at any moment. A thread
+/// that cannot get its wake-up descriptor ends the whole process.
+constexpr std::int64_t descriptorReserve = 64;
+
+/// More than this is not discarded: such a peer may as well be reset.
+constexpr std::size_t discardLimit = 1024 * 1024;
+
+int number(std::intptr_t descriptor)
+{
+    return static_cast<int>(descriptor);
+}
+
+rlimit descriptorLimit()
+{
+    rlimit limit{};
+    getrlimit(RLIMIT_NOFILE, &limit);
+    return limit;
+}
+
+/// Up to the buffer's size; 0 at the end of the input, -1 when there is none now.
+ssize_t receive(std::intptr_t descriptor, std::array<char, 16384> &buffer)
+{
+    ssize_t count = 0;
+    do {
+        count = recv(number(descriptor), buffer.data(), buffer.size(), MSG_DONTWAIT);
+    } while (count < 0 && errno == EINTR);
+    return count;
+}
+
+} // namespace
+
+namespace SocketPlatform {
+
+std::intptr_t duplicate(std::intptr_t descriptor)
+{
+    return fcntl(number(descriptor), F_DUPFD_CLOEXEC, 0);
+}
+
+void breakOff(std::intptr_t descriptor)
+{
+    ::shutdown(number(descriptor), SHUT_RDWR);
+}
+
+void endStream(std::intptr_t descriptor, std::chrono::milliseconds patience)
+{
+    using Clock = std::chrono::steady_clock;
+    ::shutdown(number(descriptor), SHUT_WR);
+
+    const Clock::time_point end = Clock::now() + patience;
+    std::array<char, 16384> buffer; // NOLINT(cppcoreguidelines-pro-type-member-init)
+    std::size_t discarded = 0;
+    while (discarded < discardLimit) {
+        const ssize_t count = receive(descriptor, buffer);
+        if (count > 0) {
+            discarded += static_cast<std::size_t>(count);
+            continue;
+        }
+        const auto left =
+            std::chrono::duration_cast<std::chrono::milliseconds>(end - Clock::now()).count();
+        if (count == 0 || discarded == 0 || left <= 0)
+            return;
+        pollfd waiting{number(descriptor), POLLIN, 0};
+        if (poll(&waiting, 1, static_cast<int>(left)) == 0)
+            return;
+    }
+}
+
+bool hasInput(std::intptr_t descriptor)
+{
+    pollfd waiting{number(descriptor), POLLIN, 0};
+    return poll(&waiting, 1, 0) > 0;
+}
+
+void close(std::intptr_t descriptor)
+{
+    ::close(number(descriptor));
+}
+
+void setBacklog(std::intptr_t descriptor, int backlog)
+{
+    ::listen(number(descriptor), backlog);
+}
+
+std::int64_t raiseDescriptorLimit(std::int64_t wanted)
+{
+    rlimit limit = descriptorLimit();
+    const rlim_t target = std::min(limit.rlim_max, static_cast<rlim_t>(wanted));
+    if (limit.rlim_cur < target) {
+        limit.rlim_cur = target;
+        setrlimit(RLIMIT_NOFILE, &limit);
+    }
+    const rlim_t now = descriptorLimit().rlim_cur;
+    return static_cast<std::int64_t>(std::min<rlim_t>(now, INT32_MAX));
+}
+
+bool descriptorsAreScarce(std::intptr_t newest)
+{
+    // The lowest free number is always given out first, so all below it are in use.
+    const rlim_t limit = std::min<rlim_t>(descriptorLimit().rlim_cur, INT32_MAX);
+    return newest + descriptorReserve > static_cast<std::int64_t>(limit);
+}
+
+} // namespace SocketPlatform

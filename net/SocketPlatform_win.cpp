@@ -1,0 +1,93 @@
+#include "net/SocketPlatform.h"
+
+#include <winsock2.h>
+
+#include <windows.h>
+
+#include <algorithm>
+#include <array>
+
+namespace {
+
+/// More than this is not discarded: such a peer may as well be reset.
+constexpr std::size_t discardLimit = 1024 * 1024;
+
+SOCKET number(std::intptr_t descriptor)
+{
+    return static_cast<SOCKET>(descriptor);
+}
+
+/// True when input, or its end, is there within the time.
+bool waitForInput(std::intptr_t descriptor, std::chrono::milliseconds time)
+{
+    WSAPOLLFD waiting{number(descriptor), POLLRDNORM, 0};
+    return WSAPoll(&waiting, 1, static_cast<INT>(time.count())) > 0;
+}
+
+} // namespace
+
+namespace SocketPlatform {
+
+std::intptr_t duplicate(std::intptr_t descriptor)
+{
+    WSAPROTOCOL_INFOW info{};
+    if (WSADuplicateSocketW(number(descriptor), GetCurrentProcessId(), &info) != 0)
+        return -1;
+    const SOCKET copy = WSASocketW(FROM_PROTOCOL_INFO, FROM_PROTOCOL_INFO, FROM_PROTOCOL_INFO,
+                                   &info, 0, WSA_FLAG_OVERLAPPED);
+    return copy == INVALID_SOCKET ? -1 : static_cast<std::intptr_t>(copy);
+}
+
+void breakOff(std::intptr_t descriptor)
+{
+    ::shutdown(number(descriptor), SD_BOTH);
+}
+
+void endStream(std::intptr_t descriptor, std::chrono::milliseconds patience)
+{
+    using Clock = std::chrono::steady_clock;
+    using std::chrono::milliseconds;
+    ::shutdown(number(descriptor), SD_SEND);
+
+    const Clock::time_point end = Clock::now() + patience;
+    std::array<char, 16384> buffer;
+    std::size_t discarded = 0;
+    while (discarded < discardLimit) {
+        const auto left = std::chrono::duration_cast<milliseconds>(end - Clock::now());
+        const milliseconds wait = discarded == 0 ? milliseconds(0) : left;
+        if (left.count() < 0 || !waitForInput(descriptor, wait))
+            return;
+        const int count =
+            recv(number(descriptor), buffer.data(), static_cast<int>(buffer.size()), 0);
+        if (count <= 0)
+            return;
+        discarded += static_cast<std::size_t>(count);
+    }
+}
+
+bool hasInput(std::intptr_t descriptor)
+{
+    return waitForInput(descriptor, std::chrono::milliseconds(0));
+}
+
+void close(std::intptr_t descriptor)
+{
+    closesocket(number(descriptor));
+}
+
+void setBacklog(std::intptr_t descriptor, int backlog)
+{
+    ::listen(number(descriptor), backlog);
+}
+
+std::int64_t raiseDescriptorLimit(std::int64_t wanted)
+{
+    return wanted; // no such limit on sockets here
+}
+
+bool descriptorsAreScarce(std::intptr_t)
+{
+    return false;
+}
+
+} // namespace SocketPlatform
