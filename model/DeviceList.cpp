@@ -15,6 +15,22 @@ struct DeviceListSnapshot::State
     QHash<QString, int> rowByMac;
     QHash<QString, int> rowByBareMac;
 
+    State() = default;
+    /// Shares nothing with the original but the texts. Left to Qt, the containers would part at the
+    /// first change, unless the last reader has let go by then: it would be seen to have, but not
+    /// what it did before, so that a change could overtake a look that is still under way.
+    State(const State &other)
+        : version(other.version)
+        , nodes(other.nodes)
+        , rowByMac(other.rowByMac)
+        , rowByBareMac(other.rowByBareMac)
+    {
+        nodes.detach();
+        rowByMac.detach();
+        rowByBareMac.detach();
+    }
+    State &operator=(const State &) = delete;
+
     void indexRow(int row)
     {
         const QString &mac = nodes.at(row).info.mac;

@@ -1,0 +1,238 @@
+#include "TestDevices.h"
+#include "model/DeviceList.h"
+#include "model/MacAddress.h"
+
+#include <QRandomGenerator>
+#include <QtTest>
+
+#include <atomic>
+#include <thread>
+#include <utility>
+#include <vector>
+
+namespace {
+
+QStringList macs(const DeviceListSnapshot &list)
+{
+    QStringList texts;
+    for (const DeviceNode &node : list.nodes())
+        texts.append(node.info.mac);
+    return texts;
+}
+
+QVector<int> numbers(const DeviceListSnapshot &list)
+{
+    QVector<int> numbers;
+    for (const DeviceNode &node : list.nodes())
+        numbers.append(node.number);
+    return numbers;
+}
+
+void fill(DeviceList &list, const QStringList &macTexts)
+{
+    for (const QString &mac : macTexts)
+        list.append(deviceWithMac(mac));
+}
+
+} // namespace
+
+class TestDeviceList : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void numbersFollowTheOrder();
+    void contactsBearTheirNumbers();
+    void looksUpTheFirst_data();
+    void looksUpTheFirst();
+    void agreesWithASimpleList();
+    void snapshotsAreConsistentOnOtherThreads();
+};
+
+void TestDeviceList::numbersFollowTheOrder()
+{
+    DeviceList list;
+    fill(list, {QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("c")});
+    QCOMPARE(numbers(list.snapshot()), QVector<int>({1, 2, 3}));
+
+    list.removeAt(0);
+    QCOMPARE(numbers(list.snapshot()), QVector<int>({1, 2}));
+    QCOMPARE(list.rowOfNumber(3), -1);
+    list.append(deviceWithMac(QStringLiteral("d")));
+    QCOMPARE(numbers(list.snapshot()), QVector<int>({1, 2, 3}));
+    QCOMPARE(list.at(list.rowOfNumber(3)).info.mac, QStringLiteral("d"));
+
+    list.replaceAt(1, deviceWithMac(QStringLiteral("e")));
+    QCOMPARE(macs(list.snapshot()),
+             QStringList({QStringLiteral("b"), QStringLiteral("e"), QStringLiteral("d")}));
+    QCOMPARE(list.at(1).number, 2);
+
+    list.clear();
+    QCOMPARE(list.size(), 0);
+    list.append(deviceWithMac(QStringLiteral("f")));
+    QCOMPARE(list.at(0).number, 1);
+}
+
+void TestDeviceList::contactsBearTheirNumbers()
+{
+    ContactInfo stored = stampedDevice(QStringLiteral("x"));
+    stored.id = 70;
+    DeviceList list;
+    list.assign({deviceWithMac(QStringLiteral("first")), stored});
+    const QList<ContactInfo> contacts = list.snapshot().contacts();
+    QCOMPARE(contacts.size(), 2);
+    QCOMPARE(contacts.at(0).id, 1);
+    stored.id = 2;
+    QVERIFY(contacts.at(1) == stored);
+}
+
+void TestDeviceList::looksUpTheFirst_data()
+{
+    QTest::addColumn<QStringList>("listed");
+    QTest::addColumn<QString>("asked");
+    QTest::addColumn<int>("exact");
+    QTest::addColumn<int>("bare");
+
+    const QString mac = QStringLiteral("02:00:A7:A1:B2:C3");
+    const QString lower = QStringLiteral("02:00:a7:a1:b2:c3");
+    const QString plain = QStringLiteral("0200a7a1b2c3");
+    QTest::newRow("as stored") << QStringList{QStringLiteral("x"), mac} << mac << 1 << -1;
+    QTest::newRow("bare form") << QStringList{QStringLiteral("x"), mac} << plain << -1 << 1;
+    QTest::newRow("upper-case bare form") << QStringList{mac} << plain.toUpper() << -1 << -1;
+    QTest::newRow("two with one bare form") << QStringList{lower, mac, plain} << plain << 2 << 0;
+    QTest::newRow("same text twice") << QStringList{QString(), lower, lower} << lower << 1 << -1;
+    QTest::newRow("no MAC") << QStringList{mac, QString()} << QString() << 1 << 1;
+    QTest::newRow("colons only") << QStringList{mac, QStringLiteral("::")} << QString() << -1 << 1;
+}
+
+void TestDeviceList::looksUpTheFirst()
+{
+    QFETCH(QStringList, listed);
+    QFETCH(QString, asked);
+    DeviceList list;
+    fill(list, listed);
+    QTEST(list.rowOfMac(asked), "exact");
+    QTEST(list.snapshot().rowOfMac(asked), "exact");
+    QTEST(list.snapshot().rowOfBareMac(asked), "bare");
+}
+
+/// Random edits over few addresses, so that duplicates and look-alikes are common; after each, the
+/// list must answer as a plain search does, and no snapshot taken earlier may have moved.
+void TestDeviceList::agreesWithASimpleList()
+{
+    const QStringList addresses = {QStringLiteral("A:B"), QStringLiteral("a:b"),
+                                   QStringLiteral("ab"),  QStringLiteral("AC"),
+                                   QStringLiteral("ac"),  QString()};
+    QRandomGenerator random(20240229);
+    const auto anyMac = [&] { return addresses.at(random.bounded(addresses.size())); };
+
+    DeviceList list;
+    QStringList model;
+    std::vector<std::pair<DeviceListSnapshot, QStringList>> taken;
+    for (int step = 0; step < 3000; ++step) {
+        const quint64 versionBefore = list.version();
+        const int choice = random.bounded(20);
+        if (model.isEmpty() || choice < 8) {
+            model.append(anyMac());
+            list.append(deviceWithMac(model.last()));
+        } else if (choice < 13) {
+            const int row = random.bounded(model.size());
+            model[row] = anyMac();
+            list.replaceAt(row, deviceWithMac(model.at(row)));
+        } else if (choice < 18) {
+            const int row = random.bounded(model.size());
+            model.removeAt(row);
+            list.removeAt(row);
+        } else if (choice == 18) {
+            model.clear();
+            list.clear();
+        } else {
+            model = QStringList({anyMac(), anyMac(), anyMac()});
+            QList<ContactInfo> contacts;
+            for (const QString &mac : qAsConst(model))
+                contacts.append(deviceWithMac(mac));
+            list.assign(contacts);
+        }
+        QVERIFY(list.version() > versionBefore);
+
+        // Taken at some steps only: with no snapshot about, changes are made in place.
+        if (random.bounded(3) > 0)
+            continue;
+        const DeviceListSnapshot now = list.snapshot();
+        QCOMPARE(now.version(), list.version());
+        QCOMPARE(macs(now), model);
+        QStringList bare;
+        for (int row = 0; row < model.size(); ++row) {
+            QCOMPARE(now.at(row).number, row + 1);
+            QCOMPARE(list.rowOfNumber(row + 1), row);
+            bare.append(bareMac(model.at(row)));
+        }
+        for (const QString &mac : addresses) {
+            QCOMPARE(list.rowOfMac(mac), model.indexOf(mac));
+            QCOMPARE(now.rowOfMac(mac), model.indexOf(mac));
+            QCOMPARE(now.rowOfBareMac(mac), bare.indexOf(mac));
+        }
+        taken.emplace_back(now, model);
+    }
+    for (const auto &[snapshot, expected] : taken) {
+        QCOMPARE(macs(snapshot), expected);
+        for (const QString &mac : addresses)
+            QCOMPARE(snapshot.rowOfMac(mac), expected.indexOf(mac));
+    }
+}
+
+/// Readers look at whole snapshots while the owner edits. Plain threads and atomics, which a thread
+/// sanitizer can follow.
+void TestDeviceList::snapshotsAreConsistentOnOtherThreads()
+{
+    constexpr int readerCount = 3;
+    DeviceList list;
+    QRandomGenerator random(7);
+    std::atomic<bool> stop{false};
+    std::atomic<int> wrong{0};
+    std::atomic<int> rounds{0};
+
+    const auto read = [&] {
+        quint64 lastVersion = 0;
+        while (!stop) {
+            const quint64 versionBefore = list.version();
+            const DeviceListSnapshot snapshot = list.snapshot();
+            bool right = snapshot.version() >= versionBefore && versionBefore >= lastVersion;
+            lastVersion = snapshot.version();
+            for (int row = 0; row < snapshot.size(); ++row) {
+                const DeviceNode &node = snapshot.at(row);
+                const int found = snapshot.rowOfMac(node.info.mac);
+                right = right && node.number == row + 1 && isStampedDevice(node.info) &&
+                        found >= 0 && found <= row &&
+                        snapshot.at(found).info.mac == node.info.mac &&
+                        snapshot.rowOfBareMac(bareMac(node.info.mac)) <= found;
+            }
+            if (!right)
+                ++wrong;
+            ++rounds;
+        }
+    };
+    std::vector<std::thread> readers;
+    for (int i = 0; i < readerCount; ++i)
+        readers.emplace_back(read);
+
+    const auto anyDevice = [&] { return stampedDevice(QString::number(random.bounded(200))); };
+    for (int edit = 0; edit < 4000 || rounds < 20 * readerCount; ++edit) {
+        const int choice = random.bounded(100);
+        if (list.size() < 5 || (choice < 45 && list.size() < 30))
+            list.append(anyDevice());
+        else if (choice < 70)
+            list.replaceAt(random.bounded(list.size()), anyDevice());
+        else if (choice < 98)
+            list.removeAt(random.bounded(list.size()));
+        else
+            list.clear();
+    }
+    stop = true;
+    for (std::thread &reader : readers)
+        reader.join();
+    QCOMPARE(wrong.load(), 0);
+}
+
+QTEST_GUILESS_MAIN(TestDeviceList)
+#include "tst_devicelist.moc"
