@@ -1,0 +1,78 @@
+#include "widgets/ToolTipWidget.h"
+
+#include <QAccessible>
+#include <QEvent>
+#include <QScreen>
+#include <QToolTip>
+
+#include <algorithm>
+
+namespace {
+
+constexpr int padding = 8;
+constexpr int gap = 4; ///< between the anchor and the tip
+
+} // namespace
+
+ToolTipWidget::ToolTipWidget(QWidget *parent)
+    : QLabel(parent, Qt::ToolTip | Qt::FramelessWindowHint)
+{
+    setProperty("class", QStringLiteral("ToolTipWidget"));
+    setAttribute(Qt::WA_ShowWithoutActivating);
+    setAttribute(Qt::WA_TransparentForMouseEvents);
+    setFocusPolicy(Qt::NoFocus);
+    setTextFormat(Qt::PlainText);
+    setPalette(QToolTip::palette());
+    setForegroundRole(QPalette::ToolTipText);
+    setBackgroundRole(QPalette::ToolTipBase);
+    setAutoFillBackground(true);
+    setFrameShape(QFrame::Box);
+    setMargin(padding);
+    m_timer.setSingleShot(true);
+    connect(&m_timer, &QTimer::timeout, this, &QWidget::hide);
+}
+
+void ToolTipWidget::showMessage(const QString &text, QWidget *anchor, int milliseconds)
+{
+    watch(anchor);
+    setText(text);
+    setAccessibleName(text);
+    adjustSize();
+    placeAt(*anchor);
+    show();
+    raise();
+    m_timer.start(milliseconds);
+    QAccessibleEvent alert(this, QAccessible::Alert);
+    QAccessible::updateAccessibility(&alert);
+}
+
+void ToolTipWidget::watch(QWidget *anchor)
+{
+    if (m_anchor)
+        m_anchor->removeEventFilter(this);
+    if (m_window)
+        m_window->removeEventFilter(this);
+    m_anchor = anchor;
+    m_window = anchor->window();
+    m_anchor->installEventFilter(this);
+    m_window->installEventFilter(this);
+}
+
+void ToolTipWidget::placeAt(const QWidget &anchor)
+{
+    QPoint position = anchor.mapToGlobal(QPoint(0, anchor.height() + gap));
+    const QRect screen = anchor.screen()->availableGeometry();
+    if (position.y() + height() > screen.bottom())
+        position.setY(anchor.mapToGlobal(QPoint(0, 0)).y() - gap - height());
+    position.setX(std::max(screen.left(), std::min(position.x(), screen.right() - width())));
+    move(position);
+}
+
+bool ToolTipWidget::eventFilter(QObject *watched, QEvent *event)
+{
+    const bool hidden = event->type() == QEvent::Hide;
+    const bool windowMoved = watched == m_window && event->type() == QEvent::Move;
+    if (hidden || windowMoved)
+        hide();
+    return QLabel::eventFilter(watched, event);
+}
