@@ -1,0 +1,198 @@
+#include "dialogs/IpLine.h"
+
+#include "dialogs/IpPart.h"
+#include "model/DebugLog.h"
+#include "widgets/Modal.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+
+#include <algorithm>
+
+namespace {
+
+constexpr int octetCount = 4;
+constexpr int macByteCount = 6;
+// Wide enough for "255" and "DD" with the frame and the padding of a style sheet.
+constexpr int octetWidth = 52;
+constexpr int macByteWidth = 40;
+constexpr int separatorWidth = 12;
+constexpr int storedLabelGap = 8;
+
+} // namespace
+
+/// A line of text that takes the room that is left and shows as much as fits.
+class ElidedLabel : public QLabel
+{
+public:
+    ElidedLabel()
+    {
+        setTextFormat(Qt::PlainText);
+        setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    }
+
+    void setFullText(const QString &text)
+    {
+        m_text = text;
+        // Wrapped, so that the tool tip does not take it for plain text and shows "&lt;".
+        setToolTip(QLatin1String("<span>") + text.toHtmlEscaped() + QLatin1String("</span>"));
+        setAccessibleName(text);
+        elide();
+    }
+
+protected:
+    void resizeEvent(QResizeEvent *event) override
+    {
+        QLabel::resizeEvent(event);
+        elide();
+    }
+
+private:
+    void elide() { setText(fontMetrics().elidedText(m_text, Qt::ElideRight, width())); }
+
+    QString m_text;
+};
+
+IpLine::IpLine(Form form, QWidget *parent)
+    : QWidget(parent)
+    , m_form(form)
+    , m_storedLabel(new ElidedLabel)
+{
+    const bool isMac = form == Form::Mac;
+    // Addresses are read from left to right in every language.
+    setLayoutDirection(Qt::LeftToRight);
+    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+    auto *layout = new QHBoxLayout(this);
+    layout->setSpacing(0);
+    layout->setContentsMargins(0, 0, 0, 0);
+
+    const int count = isMac ? macByteCount : octetCount;
+    for (int i = 0; i < count; ++i) {
+        if (i > 0) {
+            auto *label = new QLabel(separator());
+            label->setProperty("class", QStringLiteral("IpLineSeparator"));
+            label->setAlignment(Qt::AlignCenter);
+            label->setFixedWidth(separatorWidth);
+            layout->addWidget(label);
+        }
+        auto *part = new IpPart(isMac ? IpPart::MacByte : IpPart::Octet, this);
+        part->setObjectName(QStringLiteral("segment%1IpPart").arg(i + 1));
+        part->setFixedWidth(isMac ? macByteWidth : octetWidth);
+        layout->addWidget(part);
+        m_parts.append(part);
+        connect(part, &QLineEdit::textEdited, this, [this] { m_userEdited = true; });
+        connect(part, &QLineEdit::textChanged, this, &IpLine::updateStoredLabel);
+    }
+    for (int i = 0; i < count; ++i)
+        m_parts[i]->setNeighbours(m_parts.value(i - 1), m_parts.value(i + 1));
+
+    m_storedLabel->setObjectName(QStringLiteral("storedLabel"));
+    m_storedLabel->setProperty("class", QStringLiteral("IpLineStoredLabel"));
+    m_storedLabel->hide();
+    layout->addSpacing(storedLabelGap);
+    layout->addWidget(m_storedLabel, 1);
+    layout->addStretch();
+    setFocusProxy(m_parts.first());
+}
+
+QChar IpLine::separator() const
+{
+    return QLatin1Char(m_form == Form::Mac ? ':' : '.');
+}
+
+QString IpLine::joined() const
+{
+    QStringList pieces;
+    for (const IpPart *part : m_parts)
+        pieces.append(part->text());
+    return pieces.join(separator());
+}
+
+bool IpLine::isAllEmpty() const
+{
+    return std::all_of(m_parts.begin(), m_parts.end(),
+                       [](const IpPart *part) { return part->text().isEmpty(); });
+}
+
+QString IpLine::text() const
+{
+    if (isAllEmpty()) {
+        qCDebug(debugLog) << (m_form == Form::Mac ? "mac is empty." : "ip is empty");
+        return QString();
+    }
+    // Only worth a note: 0.0.0.0 may be what is stored, and the text is kept as it is shown.
+    if (m_form == Form::Ip && m_parts.first()->text() == QLatin1String("0"))
+        qCDebug(debugLog) << " the first part of the ipaddressn can not be 0";
+    return joined();
+}
+
+void IpLine::setText(const QString &text)
+{
+    QStringList pieces = text.split(separator());
+    if (pieces.size() == 1) {
+        const QStringList whole = IpPart::piecesOfAddress(m_parts.first()->kind(), text);
+        if (!whole.isEmpty())
+            pieces = whole;
+    }
+    const int maxLength = m_parts.first()->maxLength();
+    const bool tooLong =
+        std::any_of(pieces.begin(), pieces.end(),
+                    [maxLength](const QString &piece) { return piece.size() > maxLength; });
+    m_fits = !tooLong && pieces.size() <= m_parts.size();
+    if (tooLong)
+        pieces.clear();
+    for (int i = 0; i < m_parts.size(); ++i) {
+        m_parts[i]->setText(pieces.value(i));
+        // Typing over a byte starts at its first digit.
+        if (m_form == Form::Mac)
+            m_parts[i]->setCursorPosition(0);
+    }
+    m_given = text;
+    m_shown = joined();
+    m_userEdited = false;
+    updateStoredLabel();
+}
+
+bool IpLine::isUnchanged() const
+{
+    return !m_shown.isNull() && !m_userEdited && joined() == m_shown;
+}
+
+QString IpLine::value() const
+{
+    const QString current = text();
+    return isUnchanged() ? m_given : current;
+}
+
+void IpLine::updateStoredLabel()
+{
+    const bool needed = !m_fits && isUnchanged();
+    m_storedLabel->setVisible(needed);
+    if (needed)
+        m_storedLabel->setFullText(tr("Stored: %1").arg(m_given));
+}
+
+void IpLine::setLabelText(const QString &label)
+{
+    setAccessibleName(label);
+    for (int i = 0; i < m_parts.size(); ++i)
+        m_parts[i]->setAccessibleName(tr("%1 %2 of %3").arg(label).arg(i + 1).arg(m_parts.size()));
+}
+
+void IpLine::focusPart(int index)
+{
+    m_parts.at(index)->setFocus(Qt::OtherFocusReason);
+    m_parts.at(index)->selectAll();
+}
+
+void IpLine::focusFirstEmptyPart()
+{
+    const auto empty = std::find_if(m_parts.begin(), m_parts.end(),
+                                    [](const IpPart *part) { return part->text().isEmpty(); });
+    focusPart(empty == m_parts.end() ? 0 : static_cast<int>(empty - m_parts.begin()));
+}
+
+void IpLine::disPlayInfo()
+{
+    Modal::message(this, QMessageBox::Information, tr("information"), text());
+}

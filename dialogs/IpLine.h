@@ -1,0 +1,62 @@
+#pragma once
+
+#include <QVector>
+#include <QWidget>
+
+class ElidedLabel;
+class IpPart;
+
+/// Entry of an IPv4 or MAC address in segments, offered and accepted as one text.
+///
+/// A stored text need not be an address: lists are imported and kept as they are. So that opening
+/// and saving a device loses nothing, the text that was set is remembered and given back by value()
+/// until the entry is changed, even where the segments cannot show it.
+class IpLine : public QWidget
+{
+    Q_OBJECT
+
+public:
+    enum class Form {
+        Ip,  ///< four octets with "." between, "0" at first
+        Mac, ///< six bytes with ":" between, "FF" at first
+    };
+
+    explicit IpLine(Form form, QWidget *parent = nullptr);
+
+    /// What the segments show, joined by the separator as typed; empty when all are empty.
+    QString text() const;
+    /// Splits `text` over the segments; missing pieces leave theirs empty. A text with a piece that
+    /// is too long for its segment leaves all empty and is shown beside them.
+    void setText(const QString &text);
+
+    /// What to store: the text last set as long as the entry is unchanged, else text().
+    QString value() const;
+
+    /// Names the entry for screen readers, and each segment with its place in it.
+    void setLabelText(const QString &label);
+
+    /// The segments from left to right; owned by this widget.
+    const QVector<IpPart *> &parts() const { return m_parts; }
+    /// Puts the focus into segment `index` (must exist), ready to type over it.
+    void focusPart(int index);
+    /// Puts the focus into the first empty segment, or the first of all.
+    void focusFirstEmptyPart();
+
+    /// Shows the current text in a message box.
+    Q_SLOT void disPlayInfo();
+
+private:
+    bool isAllEmpty() const;
+    bool isUnchanged() const;
+    QString joined() const;
+    QChar separator() const;
+    void updateStoredLabel();
+
+    const Form m_form;
+    QVector<IpPart *> m_parts;
+    ElidedLabel *m_storedLabel; ///< says what is stored while the segments cannot show it
+    QString m_given;            ///< the text last set
+    QString m_shown;            ///< the segments as the last set left them; null before the first
+    bool m_fits = true;         ///< the segments show all of m_given
+    bool m_userEdited = false;
+};
