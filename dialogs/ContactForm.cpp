@@ -1,0 +1,199 @@
+#include "dialogs/ContactForm.h"
+
+#include "dialogs/IpLine.h"
+#include "model/ValueTables.h"
+
+#include <QComboBox>
+#include <QEvent>
+#include <QGridLayout>
+#include <QLabel>
+#include <QLineEdit>
+
+#include <limits>
+
+namespace {
+
+constexpr int labelWidth = 180;
+constexpr int labelHeight = 30;
+constexpr int labelGap = 12;
+constexpr int rowSpacing = 2;
+constexpr int rightMargin = 16;
+
+QStringList choices(ContactInput kind)
+{
+    switch (kind) {
+    case ContactInput::Product:
+        return productModels();
+    case ContactInput::Codec:
+        return speechCodecs();
+    case ContactInput::Language: {
+        QStringList names;
+        for (const LanguageEntry &entry : languageTable())
+            names.append(QLatin1String(entry.name));
+        return names;
+    }
+    case ContactInput::YesNo:
+        return {ContactForm::tr("Yes"), ContactForm::tr("No")};
+    default:
+        return {};
+    }
+}
+
+/// Selects the item at `position`. A value that is not on offer (position -1) becomes an item
+/// behind the others, so that the user sees it and it stays until another is chosen; the one of
+/// the record before goes.
+void select(QComboBox &box, ContactInput kind, int position, const QString &value)
+{
+    const int offered = choices(kind).size();
+    while (box.count() > offered)
+        box.removeItem(box.count() - 1);
+    if (position < 0 && !value.isEmpty()) {
+        position = box.count();
+        box.addItem(value);
+    }
+    box.setCurrentIndex(position);
+}
+
+} // namespace
+
+ContactForm::ContactForm(QWidget *parent)
+    : QWidget(parent)
+    , m_grid(new QGridLayout(this))
+{
+    m_grid->setContentsMargins(0, 0, rightMargin, 0);
+    m_grid->setHorizontalSpacing(labelGap);
+    m_grid->setVerticalSpacing(rowSpacing);
+    m_grid->setColumnStretch(1, 1);
+}
+
+QWidget *ContactForm::addRow(const ContactRow &row, const QString &styleClass)
+{
+    auto *label = new QLabel(row.label, this);
+    label->setProperty("class", QString(styleClass + QLatin1String("ItemLabel")));
+    label->setFixedSize(labelWidth, labelHeight);
+    label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+
+    QWidget *input = createInput(row.input);
+    input->setObjectName(row.name);
+    input->setProperty("class", QString(styleClass + QLatin1String("ItemEdit")));
+    if (auto *line = qobject_cast<IpLine *>(input))
+        line->setLabelText(row.label);
+    else
+        input->setAccessibleName(row.label);
+    label->setBuddy(input);
+
+    const int position = m_rows.size();
+    m_grid->addWidget(label, position, 0);
+    m_grid->addWidget(input, position, 1);
+    m_rows.append({row.input, row.field, label, input});
+    return input;
+}
+
+QWidget *ContactForm::createInput(ContactInput kind)
+{
+    switch (kind) {
+    case ContactInput::Mac:
+        return new IpLine(IpLine::Form::Mac, this);
+    case ContactInput::Ip:
+        return new IpLine(IpLine::Form::Ip, this);
+    case ContactInput::Text:
+    case ContactInput::Password: {
+        auto *edit = new QLineEdit(this);
+        // The usual limit would cut off what an imported list may hold.
+        edit->setMaxLength(std::numeric_limits<int>::max());
+        if (kind == ContactInput::Password)
+            edit->setEchoMode(QLineEdit::Password);
+        return edit;
+    }
+    default:
+        return createComboBox(kind);
+    }
+}
+
+QWidget *ContactForm::createComboBox(ContactInput kind)
+{
+    auto *box = new QComboBox(this);
+    box->addItems(choices(kind));
+    // However long a stored value is, the form keeps its width.
+    box->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    box->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    box->setFocusPolicy(Qt::StrongFocus);
+    box->installEventFilter(this);
+    return box;
+}
+
+bool ContactForm::eventFilter(QObject *watched, QEvent *event)
+{
+    // Scrolling through the form must not change a box that happens to pass below the pointer.
+    const auto *box = qobject_cast<QComboBox *>(watched);
+    if (box && event->type() == QEvent::Wheel && !box->hasFocus()) {
+        event->ignore();
+        return true;
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+void ContactForm::setRowsVisibleFrom(int first, bool visible)
+{
+    for (int i = first; i < m_rows.size(); ++i) {
+        m_rows.at(i).label->setVisible(visible);
+        m_rows.at(i).input->setVisible(visible);
+    }
+}
+
+void ContactForm::load(const ContactInfo &info)
+{
+    for (const Row &row : qAsConst(m_rows)) {
+        if (!row.field)
+            continue;
+        const QString &value = info.*row.field;
+        if (auto *line = qobject_cast<IpLine *>(row.input)) {
+            line->setText(value);
+        } else if (auto *edit = qobject_cast<QLineEdit *>(row.input)) {
+            edit->setText(value);
+        } else if (auto *box = qobject_cast<QComboBox *>(row.input)) {
+            if (row.kind == ContactInput::YesNo)
+                select(*box, row.kind, value == QLatin1String("0") ? 1 : 0, value);
+            else if (row.kind == ContactInput::Language)
+                select(*box, row.kind, languagePosition(value), value);
+            else
+                select(*box, row.kind, choices(row.kind).indexOf(value), value);
+        }
+    }
+}
+
+void ContactForm::store(ContactInfo &info) const
+{
+    for (const Row &row : m_rows) {
+        if (!row.field)
+            continue;
+        QString &value = info.*row.field;
+        if (const auto *line = qobject_cast<IpLine *>(row.input)) {
+            value = line->value();
+        } else if (const auto *edit = qobject_cast<QLineEdit *>(row.input)) {
+            value = edit->text();
+        } else if (const auto *box = qobject_cast<QComboBox *>(row.input)) {
+            // A position behind the table is the record's own unknown code, which stays.
+            if (row.kind == ContactInput::Language)
+                applyLanguageChoice(box->currentIndex(), value);
+            else if (row.kind == ContactInput::YesNo)
+                value = QLatin1String(box->currentIndex() == 0 ? "1" : "0");
+            else
+                value = box->currentText();
+        }
+    }
+}
+
+ContactInfo ContactForm::defaultContact()
+{
+    ContactInfo info;
+    info.mac = QStringLiteral("02:00:A7:::");
+    info.product = productModels().first();
+    info.speech_coding1 = speechCodecs().at(0);
+    info.speech_coding2 = speechCodecs().at(1);
+    applyLanguageChoice(0, info.language);
+    info.random_port = QStringLiteral("0");
+    info.keep_alive = QStringLiteral("0");
+    info.dial_plan = defaultDialPlan();
+    return info;
+}

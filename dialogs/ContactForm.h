@@ -1,0 +1,84 @@
+#pragma once
+
+#include "model/ContactInfo.h"
+
+#include <QString>
+#include <QVector>
+#include <QWidget>
+
+class QGridLayout;
+class QLabel;
+
+/// How one text of a device is entered, and so how it is shown and read.
+enum class ContactInput {
+    Mac,      ///< IpLine
+    Ip,       ///< IpLine
+    Text,     ///< QLineEdit
+    Password, ///< QLineEdit that hides what is typed
+    Product,  ///< QComboBox of the product models
+    Codec,    ///< QComboBox of the speech codecs
+    Language, ///< QComboBox of the languages; the record keeps the code
+    YesNo,    ///< QComboBox "Yes", "No"; the record keeps "1" or "0"
+};
+
+/// One row of the form.
+struct ContactRow
+{
+    QString label; ///< shown, translated
+    QString name;  ///< object name of the input
+    ContactInput input;
+    QString ContactInfo::*field = nullptr; ///< null for a row that is not part of the record
+};
+
+/// The labelled inputs of a device, one below the other; what the device dialogs scroll.
+///
+/// Every text that a record holds survives load() and store() unchanged as long as its input is not
+/// touched: a model, codec or language that is not on offer becomes an item of its own, and an
+/// address keeps its text (see IpLine).
+class ContactForm : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit ContactForm(QWidget *parent = nullptr);
+
+    /// Appends a row and returns its input. Label and input get the dynamic property "class"
+    /// `styleClass` + "ItemLabel" and + "ItemEdit".
+    QWidget *addRow(const ContactRow &row, const QString &styleClass);
+
+    int rowCount() const { return m_rows.size(); }
+    /// Shows or hides the rows from `first` to the last.
+    void setRowsVisibleFrom(int first, bool visible);
+
+    /// The input of that object name, or null.
+    template <typename Input>
+    Input *input(const char *name) const
+    {
+        return findChild<Input *>(QLatin1String(name));
+    }
+
+    /// Copies the fields of `info` into their inputs. Inputs without a field are left alone.
+    void load(const ContactInfo &info);
+    /// Copies what the inputs show into their fields of `info`; the other fields are left alone.
+    void store(ContactInfo &info) const;
+
+    /// What the inputs of a new device show.
+    static ContactInfo defaultContact();
+
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    struct Row
+    {
+        ContactInput kind;
+        QString ContactInfo::*field;
+        QLabel *label;
+        QWidget *input;
+    };
+
+    QWidget *createInput(ContactInput kind);
+    QWidget *createComboBox(ContactInput kind);
+
+    QGridLayout *m_grid;
+    QVector<Row> m_rows;
+};
