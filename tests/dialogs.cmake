@@ -1,0 +1,2 @@
+vl_test(tst_ipline LINK vl::dialogs)
+vl_test(tst_contactdialog LINK vl::dialogs)
