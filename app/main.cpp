@@ -1,12 +1,11 @@
+#include "app/Appearance.h"
 #include "app/MainWindow.h"
 #include "app/SingleApplication.h"
 #include "model/ContactInfo.h"
 #include "model/ProgramFolder.h"
 
 #include <QDir>
-#include <QFile>
 #include <QLoggingCategory>
-#include <QStyleFactory>
 
 namespace {
 
@@ -16,14 +15,6 @@ void quietDebugLog()
     // Qt's own logging rules, which come from outside, can switch the messages on again.
     QLoggingCategory::setFilterRules(QStringLiteral("default.debug=false"));
 #endif
-}
-
-void applyLook(QApplication &application)
-{
-    QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
-    QFile sheet(QStringLiteral("./resource/style.qss"));
-    if (sheet.open(QIODevice::ReadOnly | QIODevice::Text))
-        application.setStyleSheet(QString::fromUtf8(sheet.readAll()));
 }
 
 } // namespace
@@ -38,7 +29,7 @@ int main(int argc, char *argv[])
     // The program may be started from anywhere, and finds its files by relative paths.
     QDir::setCurrent(programFolder());
     registerContactTypes();
-    applyLook(*application);
+    applyAppearance(*application);
 
     auto *const window = new MainWindow;
     QObject::connect(window, &MainWindow::globalQuit, application, &QCoreApplication::quit);

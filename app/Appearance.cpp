@@ -1,0 +1,50 @@
+#include "app/Appearance.h"
+
+#include <QApplication>
+#include <QFile>
+#include <QPalette>
+#include <QStyle>
+#include <QStyleFactory>
+
+namespace {
+
+const QColor windowColor(0xf4, 0xf6, 0xf9);
+const QColor alternateColor(0xfb, 0xfc, 0xfe);
+const QColor textColor(0x1f, 0x2d, 0x3d);
+const QColor disabledColor(0x8a, 0x97, 0xa6);
+const QColor placeholderColor(0x68, 0x77, 0x89);
+const QColor accentColor(0x1f, 0x6f, 0xeb);
+const QColor tipColor(0x24, 0x34, 0x4a);
+
+/// What the sheet leaves to the palette: a text colour for line edits set there would also set
+/// their placeholders, at a strength that is hard to read. It also keeps a dark desktop out.
+QPalette lightPalette()
+{
+    QPalette palette = QApplication::style()->standardPalette();
+    palette.setColor(QPalette::Window, windowColor);
+    palette.setColor(QPalette::Button, windowColor);
+    palette.setColor(QPalette::Base, Qt::white);
+    palette.setColor(QPalette::AlternateBase, alternateColor);
+    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
+        palette.setColor(role, textColor);
+        palette.setColor(QPalette::Disabled, role, disabledColor);
+    }
+    palette.setColor(QPalette::PlaceholderText, placeholderColor);
+    palette.setColor(QPalette::Highlight, accentColor);
+    palette.setColor(QPalette::HighlightedText, Qt::white);
+    palette.setColor(QPalette::Link, accentColor);
+    palette.setColor(QPalette::ToolTipBase, tipColor);
+    palette.setColor(QPalette::ToolTipText, Qt::white);
+    return palette;
+}
+
+} // namespace
+
+void applyAppearance(QApplication &application)
+{
+    QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+    QApplication::setPalette(lightPalette());
+    QFile sheet(QStringLiteral("./resource/style.qss"));
+    if (sheet.open(QIODevice::ReadOnly | QIODevice::Text))
+        application.setStyleSheet(QString::fromUtf8(sheet.readAll()));
+}
