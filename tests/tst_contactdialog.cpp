@@ -165,7 +165,8 @@ void TestContactDialog::addDefaults()
     QCOMPARE(input<QComboBox>("keepAliveComboBox")->currentText(), QStringLiteral("No"));
     QCOMPARE(input<QLineEdit>("dialPlanLineEdit")->text(), QStringLiteral("{ x+ | *x+ | *xx*x+ }"));
     int empty = 0;
-    for (const QLineEdit *edit : m_dialog->findChildren<QLineEdit *>())
+    const auto edits = m_dialog->findChildren<QLineEdit *>();
+    for (const QLineEdit *edit : edits)
         empty += edit->text().isEmpty() ? 1 : 0;
     // 11 plain lines, 3 bytes of the MAC address and 5 addresses of 4 octets.
     QCOMPARE(empty, 11 + 3 + 20);
@@ -496,8 +497,9 @@ void TestContactDialog::layoutFits()
     QVERIFY(!area->horizontalScrollBar()->isVisible());
     const QRect form(QPoint(0, 0), m_dialog->findChild<ContactForm *>()->size());
     int bottom = -1;
-    for (const QLabel *label : m_dialog->findChild<ContactForm *>()->findChildren<QLabel *>(
-             QString(), Qt::FindDirectChildrenOnly)) {
+    const auto labels = m_dialog->findChild<ContactForm *>()->findChildren<QLabel *>(
+        QString(), Qt::FindDirectChildrenOnly);
+    for (const QLabel *label : labels) {
         if (!label->isVisible())
             continue;
         QCOMPARE(label->size(), QSize(180, 30));
@@ -511,7 +513,8 @@ void TestContactDialog::layoutFits()
         QVERIFY2(buddy->y() > bottom, name.constData());
         bottom = buddy->geometry().bottom();
     }
-    for (const QPushButton *button : m_dialog->findChildren<QPushButton *>()) {
+    const auto buttons = m_dialog->findChildren<QPushButton *>();
+    for (const QPushButton *button : buttons) {
         QVERIFY(m_dialog->rect().contains(button->geometry()));
         QVERIFY(button->y() > area->geometry().bottom());
     }
@@ -535,7 +538,8 @@ void TestContactDialog::tabOrder()
     walked.removeDuplicates();
 
     QStringList expected;
-    for (const QLabel *label : m_dialog->findChildren<QLabel *>()) {
+    const auto labels = m_dialog->findChildren<QLabel *>();
+    for (const QLabel *label : labels) {
         if (label->buddy())
             expected.append(label->buddy()->objectName());
     }
@@ -546,17 +550,18 @@ void TestContactDialog::tabOrder()
 
 void TestContactDialog::styleClassesAndNames()
 {
-    int labels = 0;
-    for (const QLabel *label : m_dialog->findChildren<QLabel *>()) {
+    int count = 0;
+    const auto labels = m_dialog->findChildren<QLabel *>();
+    for (const QLabel *label : labels) {
         if (!label->buddy())
             continue;
-        ++labels;
+        ++count;
         QCOMPARE(label->property("class").toString(), QStringLiteral("ContactDialogItemLabel"));
         QCOMPARE(label->buddy()->property("class").toString(),
                  QStringLiteral("ContactDialogItemEdit"));
         QCOMPARE(label->buddy()->accessibleName(), label->text());
     }
-    QCOMPARE(labels, 24);
+    QCOMPARE(count, 24);
 }
 
 void TestContactDialog::wheelPassesBy()
