@@ -77,6 +77,8 @@ HttpdThread::HttpdThread(qintptr socketDescriptor, ProvisioningSource &source,
     , m_connection(socketDescriptor)
     , m_lastActivity(steadyMilliseconds())
 {
+    // Under the name by which the signal declares it, so that it can be queued.
+    qRegisterMetaType<QTcpSocket::SocketError>("QTcpSocket::SocketError");
 }
 
 HttpdThread::~HttpdThread()

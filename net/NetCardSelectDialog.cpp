@@ -91,9 +91,10 @@ void NetCardSelectDialog::onItemToggled(bool checked)
 {
     // Whichever way it went: the card that the user touched is the chosen one.
     Q_UNUSED(checked)
+    const QObject *touched = sender(); // no longer known once it is disconnected
     for (NetCardItem *item : qAsConst(m_items)) {
         disconnect(item, &NetCardItem::cardToggled, this, &NetCardSelectDialog::onItemToggled);
-        item->setChecked(item == sender());
+        item->setChecked(item == touched);
         connect(item, &NetCardItem::cardToggled, this, &NetCardSelectDialog::onItemToggled);
     }
 }

@@ -1,0 +1,65 @@
+#pragma once
+
+#include <QNetworkInterface>
+#include <QObject>
+#include <QString>
+
+class DeviceLookup;
+struct PnPRequest;
+class QUdpSocket;
+
+/// The SIP plug-and-play responder: hears the SUBSCRIBE of a telephone that boots without a
+/// configuration and tells it where the HTTP service keeps its file. GUI thread.
+///
+/// What a datagram says is PnPRequest's business and what is answered PnPMessages'; this class
+/// moves the bytes.
+class PnPServer : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// `devices` must outlive the server.
+    explicit PnPServer(DeviceLookup &devices);
+
+    /// Listens for telephones. False when the port is taken or no network card takes part in the
+    /// multicast group; nothing listens then.
+    bool start();
+
+    /// Stops listening. False when it did not listen, or the group could not be left.
+    bool stop();
+
+public slots:
+    /// Reads the datagrams that have arrived and answers the last of them.
+    void requestMulticastData();
+    /// From now on telephones are sent to the HTTP service at this address and port.
+    void setHttpdAddress(const QString &address, const QString &port);
+
+private:
+    bool joinGroup();
+    bool leaveGroup();
+    QNetworkInterface publishedCard() const;
+    bool adopt(const PnPRequest &request);
+    void answer(const PnPRequest &request, bool macExist);
+    void send(const QString &message);
+
+    DeviceLookup &m_devices;
+
+    QUdpSocket *m_receiveSocket;
+    QUdpSocket *m_sendSocket = nullptr; ///< made at the first start and kept
+    QString m_localAddress;
+    // The last request, as far as it could be read; what it did not say is left from before.
+    QString m_requestAddressAndPort;
+    QString m_requestAddress;
+    int m_requestPort = 0;
+    QString m_requestMacAddress;
+    QString m_requestBranchTag;
+    QString m_requestFromTag;
+    QString m_requestCallIdStr;
+    QString m_requestCseqStr;
+    QString m_requestEventStr;
+    QString m_modelStr;
+    QString m_httpdUrl;
+
+    bool m_joinedAnyCard = false;
+    QNetworkInterface m_joinedCard; ///< invalid while not joined on a certain card
+};

@@ -1,0 +1,209 @@
+#pragma once
+
+#include "model/ExportType.h"
+#include "model/ProvisioningSource.h"
+
+#include <QByteArray>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QSaveFile>
+#include <QStringList>
+#include <QTest>
+
+#include <arpa/inet.h>
+#include <netinet/in.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <chrono>
+#include <condition_variable>
+#include <future>
+#include <mutex>
+#include <thread>
+#include <utility>
+#include <vector>
+
+/// Stands for the data manager: writes documents that tell for whom they were made.
+class FakeSource : public ProvisioningSource
+{
+public:
+    void saveList() override
+    {
+        const std::lock_guard<std::mutex> guard(m_mutex);
+        ++m_saves;
+    }
+
+    bool exportDevices(int type, const QString &codecName, const QString &fileName,
+                       const QString &folder) override
+    {
+        {
+            std::unique_lock<std::mutex> guard(m_mutex);
+            m_exports.append(QStringLiteral("%1 %2 %3").arg(type).arg(codecName, fileName));
+            m_changed.notify_all();
+            m_changed.wait(guard, [&] { return fileName != m_held; });
+        }
+        if (fileName.contains(QLatin1String("unknown")))
+            return false;
+        QSaveFile file(folder + QLatin1Char('/') + fileName);
+        if (!file.open(QIODevice::WriteOnly))
+            return false;
+        file.write(document(type, fileName));
+        const bool written = file.commit();
+        if (fileName.contains(QLatin1String("vanishing")))
+            QFile::remove(folder + QLatin1Char('/') + fileName);
+        // Room for another telephone's document to slip in before this one is read.
+        std::this_thread::sleep_for(std::chrono::milliseconds(2));
+        return written;
+    }
+
+    static QByteArray document(int type, const QString &fileName)
+    {
+        QByteArray text = QByteArray::number(type) + ' ' + fileName.toUtf8() + " \xc3\xa9\n";
+        if (fileName.contains(QLatin1String("huge")))
+            text += QByteArray(16 * 1024 * 1024, 'x');
+        return text;
+    }
+
+    /// Exports of this file wait until another (or no) file is held.
+    void hold(const QString &fileName)
+    {
+        const std::lock_guard<std::mutex> guard(m_mutex);
+        m_held = fileName;
+        m_changed.notify_all();
+    }
+
+    int saves() const
+    {
+        const std::lock_guard<std::mutex> guard(m_mutex);
+        return m_saves;
+    }
+
+    QStringList exports() const
+    {
+        const std::lock_guard<std::mutex> guard(m_mutex);
+        return m_exports;
+    }
+
+private:
+    mutable std::mutex m_mutex;
+    std::condition_variable m_changed;
+    int m_saves = 0;
+    QStringList m_exports;
+    QString m_held;
+};
+
+/// A client's end of a connection, on plain sockets so that each byte and each kind of end shows.
+class Phone
+{
+public:
+    explicit Phone(quint16 port)
+        : m_socket(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0))
+    {
+        connectTo(port);
+    }
+    ~Phone()
+    {
+        if (m_socket >= 0)
+            ::close(m_socket);
+    }
+    Phone(Phone &&other) noexcept
+        : m_socket(std::exchange(other.m_socket, -1))
+        , m_connected(other.m_connected)
+    {
+    }
+    Phone(const Phone &) = delete;
+    Phone &operator=(const Phone &) = delete;
+
+    bool isConnected() const { return m_connected; }
+
+    /// False when the server has closed its end.
+    bool send(const QByteArray &bytes)
+    {
+        int sent = 0;
+        while (sent < bytes.size()) {
+            const ssize_t count =
+                ::send(m_socket, bytes.constData() + sent,
+                       static_cast<std::size_t>(bytes.size() - sent), MSG_NOSIGNAL);
+            if (count <= 0)
+                return false;
+            sent += static_cast<int>(count);
+        }
+        return true;
+    }
+
+    void endInput() { ::shutdown(m_socket, SHUT_WR); }
+
+    /// All that comes until the connection ends; `reset` tells whether it ended badly.
+    QByteArray receiveAll(bool *reset = nullptr)
+    {
+        QByteArray result;
+        char buffer[4096];
+        ssize_t count = 0;
+        while ((count = ::recv(m_socket, buffer, sizeof buffer, 0)) > 0)
+            result.append(buffer, static_cast<int>(count));
+        if (reset)
+            *reset = count < 0;
+        return result;
+    }
+
+    /// True once the server has closed the connection or sent something.
+    bool hasNews() const
+    {
+        pollfd waiting{m_socket, POLLIN, 0};
+        return ::poll(&waiting, 1, 0) > 0;
+    }
+
+private:
+    void connectTo(quint16 port)
+    {
+        sockaddr_in address{};
+        address.sin_family = AF_INET;
+        address.sin_port = htons(port);
+        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        sockaddr generic{};
+        static_assert(sizeof generic == sizeof address);
+        memcpy(&generic, &address, sizeof address);
+        m_connected = ::connect(m_socket, &generic, sizeof generic) == 0;
+    }
+
+    int m_socket;
+    bool m_connected = false;
+};
+
+/// Does the work on a thread of its own while this one's event loop runs.
+template <typename Work>
+auto inBackground(Work work, int timeout = 10000)
+{
+    auto result = std::async(std::launch::async, std::move(work));
+    QElapsedTimer timer;
+    timer.start();
+    while (result.wait_for(std::chrono::seconds(0)) != std::future_status::ready) {
+        if (timer.elapsed() > timeout)
+            qFatal("a client waited too long");
+        QTest::qWait(1);
+    }
+    return result.get();
+}
+
+inline QByteArray request(const QByteArray &name, const QByteArray &agent)
+{
+    return "GET /" + name + " HTTP/1.1\r\nHost: pc\r\nUser-Agent: " + agent + "\r\n\r\n";
+}
+
+/// What the server answers to these bytes. The event loop runs meanwhile.
+inline QByteArray ask(quint16 port, const QByteArray &bytes, bool *reset = nullptr)
+{
+    return inBackground([=] {
+        Phone phone(port);
+        phone.send(bytes);
+        return phone.receiveAll(reset);
+    });
+}
+
+inline QByteArray bodyOf(const QByteArray &answer)
+{
+    const int end = answer.indexOf("\r\n\r\n");
+    return end < 0 ? QByteArray() : answer.mid(end + 4);
+}

@@ -1,0 +1,510 @@
+#include "HttpPhone.h"
+#include "net/HttpdServer.h"
+#include "net/HttpdThread.h"
+
+#include <QDir>
+#include <QRegularExpression>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+
+#include <fcntl.h>
+#include <sys/resource.h>
+
+#include <ctime>
+
+/// The server over real connections: what is on the wire, what happens to clients that do not
+/// behave, and how it ends.
+class TestHttpdServer : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+
+    void answer_data();
+    void answer();
+    void lastModifiedIsEnglish();
+    void noAnswer_data();
+    void noAnswer();
+    void foldersAreThePrivateOwners();
+    void requestInSegments();
+    void requestOfHalfClosedClient();
+    void overlongRequest_data();
+    void overlongRequest();
+    void slowClientIsClosed();
+    void oneNameTwoFamilies();
+    void namesDoNotWaitForEachOther();
+    void manyTelephonesAtOnce();
+    void idleClientsMakeRoom();
+    void outOfDescriptors();
+    void connectionLimit();
+    void stopWithOpenConnections();
+    void destroyWhileGenerating();
+    void notASocket();
+
+private:
+    QString servedFile(const char *name) const
+    {
+        return m_folder->filePath(QStringLiteral("HTTPD/MACCFG/") + QLatin1String(name));
+    }
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+    std::unique_ptr<FakeSource> m_source;
+    std::unique_ptr<HttpdServer> m_server;
+    quint16 m_port = 0;
+};
+
+namespace {
+
+/// What Qt warned of on any thread since the last look.
+class Warnings
+{
+public:
+    static void install() { qInstallMessageHandler(&Warnings::handle); }
+    static QStringList take()
+    {
+        const std::lock_guard<std::mutex> guard(mutex());
+        return std::exchange(list(), {});
+    }
+
+private:
+    static void handle(QtMsgType type, const QMessageLogContext &, const QString &text)
+    {
+        fprintf(stderr, "%s\n", qPrintable(text));
+        if (type == QtDebugMsg || type == QtInfoMsg)
+            return;
+        const std::lock_guard<std::mutex> guard(mutex());
+        list().append(text);
+    }
+    static std::mutex &mutex()
+    {
+        static std::mutex instance;
+        return instance;
+    }
+    static QStringList &list()
+    {
+        static QStringList instance;
+        return instance;
+    }
+};
+
+const char docName[] = "cfg0200a7aabbcc.xml";
+
+int threadCount()
+{
+    return static_cast<int>(QDir(QStringLiteral("/proc/self/task"))
+                                .entryList(QDir::Dirs | QDir::NoDotAndDotDot)
+                                .size());
+}
+
+std::vector<Phone> connectMany(quint16 port, int count)
+{
+    return inBackground([=] {
+        std::vector<Phone> phones;
+        phones.reserve(static_cast<std::size_t>(count));
+        for (int i = 0; i < count; ++i)
+            phones.emplace_back(port);
+        return phones;
+    });
+}
+
+double cpuSeconds()
+{
+    return static_cast<double>(std::clock()) / CLOCKS_PER_SEC;
+}
+
+} // namespace
+
+void TestHttpdServer::init()
+{
+    Warnings::take();
+    m_folder = std::make_unique<QTemporaryDir>();
+    m_source = std::make_unique<FakeSource>();
+    m_server = std::make_unique<HttpdServer>(*m_source, m_folder->path() + QLatin1Char('/'));
+    QVERIFY(m_server->listen(QHostAddress::LocalHost, 0));
+    m_port = m_server->serverPort();
+}
+
+void TestHttpdServer::cleanup()
+{
+    m_server.reset();
+    QCOMPARE(Warnings::take(), QStringList());
+}
+
+void TestHttpdServer::answer_data()
+{
+    QTest::addColumn<QByteArray>("agent");
+    QTest::addColumn<QString>("product");
+    QTest::addColumn<int>("type");
+    QTest::newRow("desk phone") << QByteArray("Velloran KTP2140") << QStringLiteral("KTP") << 13;
+    QTest::newRow("cordless") << QByteArray("Velloran DK715") << QStringLiteral("DK") << 14;
+    QTest::newRow("video phone") << QByteArray("KTV3275 KTP") << QStringLiteral("KTV3275") << 13;
+    QTest::newRow("unknown agent") << QByteArray("curl") << QString() << 13;
+}
+
+void TestHttpdServer::answer()
+{
+    QFETCH(QByteArray, agent);
+    QFETCH(QString, product);
+    QFETCH(int, type);
+    QSignalSpy reports(m_server.get(), &HttpdServer::requestServer);
+
+    bool reset = true;
+    const QByteArray answer = ask(m_port, request(docName, agent), &reset);
+
+    const QByteArray stamp = answer.mid(answer.indexOf("Last-Modified: ") + 15, 24).split('\r')[0];
+    QCOMPARE(answer, "HTTP/1.0 200 Ok\r\n"
+                     "Server: Fortune/1.0\r\n"
+                     "Last-Modified: " +
+                         stamp +
+                         "\r\n"
+                         "Accept-Ranges: bytes\r\n"
+                         "Content-Type: application/xml\r\n"
+                         "\r\n" +
+                         FakeSource::document(type, QLatin1String(docName)));
+    QVERIFY(!reset);
+    QCOMPARE(m_source->exports(),
+             QStringList(QStringLiteral("%1 UTF-8 %2").arg(type).arg(QLatin1String(docName))));
+    QCOMPARE(m_source->saves(), 1);
+    QTRY_COMPARE(reports.size(), 1);
+    QCOMPARE(reports[0][0].toString(),
+             QStringLiteral("One device request cfg.\nProduct:%1\nFileName:%2")
+                 .arg(product, QLatin1String(docName)));
+}
+
+void TestHttpdServer::lastModifiedIsEnglish()
+{
+    // main() made the system speak Chinese.
+    QCOMPARE(QLocale::system().language(), QLocale::Chinese);
+    const QDateTime before = QDateTime::currentDateTime().addSecs(-1);
+    const QString answer = QString::fromUtf8(ask(m_port, request(docName, "KTP")));
+    const QRegularExpression line(
+        QStringLiteral("\r\nLast-Modified: ((Mon|Tue|Wed|Thu|Fri|Sat|Sun) "
+                       "(Jan|Feb|Mar|Apr|May|Jun|Jul|Aug|Sep|Oct|Nov|Dec) "
+                       "[1-9]\\d? \\d\\d:\\d\\d:\\d\\d \\d{4})\r\n"));
+    const QRegularExpressionMatch match = line.match(answer);
+    QVERIFY2(match.hasMatch(), qPrintable(answer));
+    const QDateTime stamp =
+        QLocale::c().toDateTime(match.captured(1), QStringLiteral("ddd MMM d HH:mm:ss yyyy"));
+    QVERIFY(stamp >= before && stamp <= QDateTime::currentDateTime());
+}
+
+void TestHttpdServer::noAnswer_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<bool>("reported");
+    QTest::addColumn<int>("exports");
+    const auto get = [](const QByteArray &name) { return request(name, "KTP"); };
+    QTest::newRow("query form") << get("cfg0200a7aabbcc.xml?pro=KTP") << false << 0;
+    QTest::newRow("firmware") << get("ktp2140fw.bin") << false << 0;
+    QTest::newRow("configuration without xml") << get("cfg0200a7aabbcc.bin") << false << 0;
+    QTest::newRow("root") << get("") << false << 0;
+    QTest::newRow("unknown device") << get("cfgunknown.xml") << true << 1;
+    QTest::newRow("file gone after generation") << get("cfgvanishing.xml") << true << 1;
+    QTest::newRow("line without end")
+        << QByteArray("GET /cfg0200a7aabbcc.xml HTTP/1.1") << false << 0;
+    QTest::newRow("empty lines") << QByteArray("\r\n\r\n") << false << 0;
+    QTest::newRow("binary") << QByteArray("\0\xff\xfe\n\0\n\n", 7) << false << 0;
+    QTest::newRow("slash") << get("cfg/../../x.xml") << true << 0;
+    QTest::newRow("backslash") << get("cfg0a\\x.xml") << true << 0;
+    QTest::newRow("dots") << get("cfgx..xml") << true << 0;
+    QTest::newRow("NUL") << get(QByteArray("cfgx.xml\0y", 10)) << true << 0;
+    QTest::newRow("traversal by query form after a plain one")
+        << "GET /cfg0a.xml HTTP/1.1\r\n" + get("../x.xml?pro=KTP") << true << 0;
+    QTest::newRow("name split by the line limit")
+        << get("cfg" + QByteArray(1100, 'a') + ".xml") << false << 0;
+}
+
+void TestHttpdServer::noAnswer()
+{
+    QFETCH(QByteArray, bytes);
+    QFETCH(bool, reported);
+    QSignalSpy reports(m_server.get(), &HttpdServer::requestServer);
+    QElapsedTimer timer;
+    timer.start();
+    bool reset = true;
+    QCOMPARE(ask(m_port, bytes, &reset), QByteArray());
+    QVERIFY(!reset);
+    QVERIFY(timer.elapsed() < 2000);
+    QTEST(m_source->exports().size(), "exports");
+    // The report is posted before the connection is closed.
+    QCoreApplication::processEvents();
+    QCOMPARE(reports.size(), reported ? 1 : 0);
+
+    const QStringList left = QDir(m_folder->filePath(QStringLiteral("HTTPD/MACCFG")))
+                                 .entryList(QDir::Files | QDir::Hidden | QDir::System);
+    QCOMPARE(left, QStringList());
+}
+
+void TestHttpdServer::foldersAreThePrivateOwners()
+{
+    ask(m_port, request(docName, "KTP"));
+    const QFile::Permissions owner = QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner;
+    const QFile::Permissions user = QFile::ReadUser | QFile::WriteUser | QFile::ExeUser;
+    for (const char *path : {"HTTPD", "HTTPD/MACCFG"})
+        QCOMPARE(QFile::permissions(m_folder->filePath(QLatin1String(path))), owner | user);
+    // Made anew when somebody cleans up between two requests.
+    QVERIFY(QDir(m_folder->filePath(QStringLiteral("HTTPD"))).removeRecursively());
+    QVERIFY(!ask(m_port, request(docName, "KTP")).isEmpty());
+}
+
+void TestHttpdServer::requestInSegments()
+{
+    const QByteArray answer = inBackground([this] {
+        Phone phone(m_port);
+        for (const char *part : {"GET /cfg0200a7", "aabbcc.xml HTTP/1.1\r\nHost: x\r",
+                                 "\nUser-Agent: D", "K715\r\n\r\n"}) {
+            phone.send(part);
+            std::this_thread::sleep_for(std::chrono::milliseconds(20));
+        }
+        return phone.receiveAll();
+    });
+    QCOMPARE(bodyOf(answer), FakeSource::document(CordlessXml, QLatin1String(docName)));
+}
+
+void TestHttpdServer::requestOfHalfClosedClient()
+{
+    const QByteArray answer = inBackground([this] {
+        Phone phone(m_port);
+        phone.send(request(docName, "KTP"));
+        phone.endInput();
+        return phone.receiveAll();
+    });
+    QCOMPARE(bodyOf(answer), FakeSource::document(DeskPhoneXml, QLatin1String(docName)));
+}
+
+void TestHttpdServer::overlongRequest_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<bool>("answered");
+    const QByteArray get = "GET /" + QByteArray(docName) + " HTTP/1.1\r\n";
+    QTest::newRow("10 MB without a line end") << QByteArray(10 * 1024 * 1024, 'a') << false;
+    QTest::newRow("10 MB of lines") << QByteArray("X: y\r\n").repeated(1700000) << false;
+    // What fits is taken, and the answer arrives although the rest is never read.
+    QTest::newRow("more than fits after the request")
+        << get + QByteArray("X: y\r\n").repeated(16 * 1024) << true;
+    QTest::newRow("more than fits in one line") << get + QByteArray(100 * 1024, 'a') << true;
+    // The rest of a line that is too long counts as a line.
+    QTest::newRow("request in the rest of a line") << QByteArray(1023, 'a') + get + "\r\n" << true;
+}
+
+void TestHttpdServer::overlongRequest()
+{
+    QFETCH(QByteArray, bytes);
+    QFETCH(bool, answered);
+    QElapsedTimer timer;
+    timer.start();
+    const QByteArray answer = ask(m_port, bytes);
+    QCOMPARE(!answer.isEmpty(), answered);
+    QVERIFY(timer.elapsed() < 3000);
+}
+
+void TestHttpdServer::slowClientIsClosed()
+{
+    QElapsedTimer timer;
+    timer.start();
+    inBackground([this] {
+        Phone phone(m_port);
+        while (!phone.hasNews() && phone.send("G"))
+            std::this_thread::sleep_for(std::chrono::milliseconds(100));
+        return true;
+    });
+    QVERIFY(timer.elapsed() < 2000);
+}
+
+void TestHttpdServer::oneNameTwoFamilies()
+{
+    const auto fetch = [this](const char *agent, int type) {
+        int right = 0;
+        for (int i = 0; i < 30; ++i) {
+            Phone phone(m_port);
+            phone.send(request(docName, agent));
+            if (bodyOf(phone.receiveAll()) == FakeSource::document(type, QLatin1String(docName)))
+                ++right;
+        }
+        return right;
+    };
+    const int right = inBackground([&] {
+        auto cordless = std::async(std::launch::async, fetch, "DK715", 14);
+        const int desk = fetch("KTP2140", 13);
+        return desk + cordless.get();
+    });
+    QCOMPARE(right, 60);
+}
+
+void TestHttpdServer::namesDoNotWaitForEachOther()
+{
+    m_source->hold(QLatin1String(docName));
+    Phone held(m_port);
+    held.send(request(docName, "KTP"));
+    QTRY_COMPARE(m_source->exports().size(), 1);
+
+    // A few names, as one may share its lock with the held one by chance.
+    std::vector<Phone> others;
+    for (int i = 0; i < 8; ++i) {
+        others.emplace_back(m_port);
+        others.back().send(request("cfg" + QByteArray::number(i) + ".xml", "KTP"));
+    }
+    QTRY_VERIFY(std::count_if(others.begin(), others.end(),
+                              [](const Phone &phone) { return phone.hasNews(); }) >= 4);
+    QVERIFY(!held.hasNews());
+    m_source->hold(QString());
+    QVERIFY(!inBackground([&] { return held.receiveAll(); }).isEmpty());
+}
+
+void TestHttpdServer::manyTelephonesAtOnce()
+{
+    // More than may be served at a time: all are real, so none is turned away.
+    const int count = HttpdServer::maxConnections + 100;
+    const int answered = inBackground(
+        [=] {
+            std::vector<Phone> phones;
+            for (int i = 0; i < count; ++i) {
+                phones.emplace_back(m_port);
+                phones.back().send(request("cfg" + QByteArray::number(i) + ".xml", "KTP"));
+            }
+            int right = 0;
+            for (int i = 0; i < count; ++i) {
+                const QString name = QStringLiteral("cfg%1.xml").arg(i);
+                if (bodyOf(phones[static_cast<std::size_t>(i)].receiveAll()) ==
+                    FakeSource::document(DeskPhoneXml, name))
+                    ++right;
+            }
+            return right;
+        },
+        30000);
+    QCOMPARE(answered, count);
+}
+
+void TestHttpdServer::idleClientsMakeRoom()
+{
+    const int threadsBefore = threadCount();
+    const std::vector<Phone> idle = connectMany(m_port, 1000);
+    QVERIFY(std::all_of(idle.begin(), idle.end(), [](const Phone &p) { return p.isConnected(); }));
+
+    QElapsedTimer timer;
+    timer.start();
+    const QByteArray answer = ask(m_port, request(docName, "KTP"));
+    const qint64 time = timer.elapsed();
+    QCOMPARE(bodyOf(answer), FakeSource::document(DeskPhoneXml, QLatin1String(docName)));
+    QVERIFY2(time < 1000, qPrintable(QString::number(time)));
+
+    // The oldest have gone, the newest are still there.
+    QVERIFY(threadCount() - threadsBefore <= HttpdServer::maxConnections + 2);
+    QTRY_VERIFY(idle.front().hasNews());
+    QVERIFY(!idle.back().hasNews());
+    const auto open = std::count_if(idle.begin(), idle.end(),
+                                    [](const Phone &phone) { return !phone.hasNews(); });
+    QVERIFY(open <= HttpdServer::maxConnections);
+    QVERIFY(open >= HttpdServer::maxConnections - 2);
+}
+
+void TestHttpdServer::outOfDescriptors()
+{
+    rlimit original{};
+    QCOMPARE(getrlimit(RLIMIT_NOFILE, &original), 0);
+    rlimit small = original;
+    small.rlim_cur = 300;
+    QCOMPARE(setrlimit(RLIMIT_NOFILE, &small), 0);
+
+    std::vector<Phone> idle = connectMany(m_port, 20);
+    std::vector<Phone> late;
+    for (int i = 0; i < 3; ++i)
+        late.emplace_back(m_port);
+    late[0].send(request(docName, "KTP"));
+    // From here on the process has no descriptor left, while connections wait to be accepted.
+    std::vector<int> fillers;
+    for (int fd = 0; (fd = ::open("/dev/null", O_RDONLY | O_CLOEXEC)) >= 0;)
+        fillers.push_back(fd);
+
+    QSignalSpy refused(m_server.get(), &QTcpServer::acceptError);
+    QElapsedTimer timer;
+    const double cpu = cpuSeconds();
+    timer.start();
+    QTest::qWait(500);
+    const double load = (cpuSeconds() - cpu) * 1000 / static_cast<double>(timer.elapsed());
+    QVERIFY2(load < 0.5, qPrintable(QString::number(load)));
+    QVERIFY2(refused.size() <= 15, qPrintable(QString::number(refused.size())));
+
+    for (const int fd : fillers)
+        ::close(fd);
+    setrlimit(RLIMIT_NOFILE, &original);
+    const QByteArray answer = inBackground([&] { return late[0].receiveAll(); });
+    QVERIFY(answer.startsWith("HTTP/1.0 200 Ok"));
+    QVERIFY(!refused.isEmpty());
+}
+
+void TestHttpdServer::connectionLimit()
+{
+    QCOMPARE(HttpdServer::connectionLimit(1000000), 512);
+    QCOMPARE(HttpdServer::connectionLimit(1024), 192);
+    QCOMPARE(HttpdServer::connectionLimit(100), 1);
+}
+
+void TestHttpdServer::stopWithOpenConnections()
+{
+    std::vector<Phone> phones = connectMany(m_port, 30);
+    phones.emplace_back(m_port);
+    phones.back().send("GET /cfg0200a7");
+    phones.emplace_back(m_port);
+    phones.back().send(request("cfghuge.xml", "KTP")); // an answer that nobody fetches
+    QTRY_VERIFY_WITH_TIMEOUT(phones.back().hasNews(), 10000);
+
+    QElapsedTimer timer;
+    timer.start();
+    m_server->shutDown();
+    QVERIFY(!m_server->isListening());
+    m_server->deleteLater();
+    QSignalSpy destroyed(m_server.release(), &QObject::destroyed);
+    QTRY_COMPARE(destroyed.size(), 1);
+    QVERIFY(timer.elapsed() < 1000);
+    for (Phone &phone : phones)
+        phone.receiveAll(); // ends, as each connection is closed
+    QVERIFY(!Phone(m_port).isConnected());
+}
+
+void TestHttpdServer::destroyWhileGenerating()
+{
+    m_source->hold(QLatin1String(docName));
+    Phone phone(m_port);
+    phone.send(request(docName, "KTP"));
+    QTRY_COMPARE(m_source->exports().size(), 1);
+    const std::vector<Phone> idle = connectMany(m_port, 5);
+
+    auto release = std::async(std::launch::async, [this] {
+        std::this_thread::sleep_for(std::chrono::milliseconds(50));
+        m_source->hold(QString());
+    });
+    QElapsedTimer timer;
+    timer.start();
+    m_server.reset();
+    QVERIFY(timer.elapsed() < 1000);
+    release.get();
+    // Nobody calls the source any more: a use of it would show under the sanitizers.
+    m_source.reset();
+    QTest::qWait(20);
+}
+
+void TestHttpdServer::notASocket()
+{
+    FileNameLocks locks;
+    HttpdThread thread(-1, *m_source, m_folder->path() + QLatin1Char('/'), locks);
+    QVERIFY(!thread.isUsable());
+    QSignalSpy errors(&thread, &HttpdThread::error);
+    thread.start();
+    QVERIFY(thread.wait(5000));
+    QTRY_COMPARE(errors.size(), 1);
+    QCOMPARE(m_source->saves(), 0);
+}
+
+int main(int argc, char **argv)
+{
+    qputenv("LC_ALL", "zh_CN.UTF-8");
+    Warnings::install();
+    QCoreApplication app(argc, argv);
+    TestHttpdServer test;
+    return QTest::qExec(&test, argc, argv);
+}
+
+#include "tst_httpdserver.moc"

@@ -1,0 +1,385 @@
+#include "HttpPhone.h"
+#include "net/HttpdPort.h"
+#include "net/HttpdService.h"
+#include "net/NetCardSelectDialog.h"
+#include "widgets/Modal.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QLabel>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QSignalSpy>
+#include <QTcpServer>
+#include <QTemporaryDir>
+#include <QTimer>
+
+/// How the service starts, what it asks and tells, and how it ends wherever it is interrupted.
+class TestHttpdService : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+
+    void portFile_data();
+    void portFile();
+    void runningService();
+    void portPolicy_data();
+    void portPolicy();
+    void busyPort_data();
+    void busyPort();
+    void failures_data();
+    void failures();
+    void virtualCardOnly();
+    void stopWhileAsking_data();
+    void stopWhileAsking();
+    void quitWhileAsking_data();
+    void quitWhileAsking();
+    void deletedWithOpenConnections();
+
+private:
+    void writePortFile(const QByteArray &text);
+    int answerDialog(QDialog &dialog);
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+    FakeSource m_source;
+    std::unique_ptr<HttpdService> m_service;
+    QList<NetInterface> m_interfaces;
+    QStringList m_boxes;     ///< icon and text of each message box
+    int m_choosers = 0;      ///< how often the chooser was run
+    int m_chooserResult = 1; ///< what the user does there
+};
+
+namespace {
+
+NetInterface interface(const char *name, bool physical, const QStringList &addresses)
+{
+    NetInterface result{QString::fromLatin1(name), physical, {}};
+    for (const QString &address : addresses)
+        result.addresses.append(QHostAddress(address));
+    return result;
+}
+
+QByteArray portXml(const QByteArray &useDefault, const QByteArray &port)
+{
+    return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<configHttpdPort>\n    <useDefault>" +
+           useDefault + "</useDefault>\n    <port>" + port + "</port>\n</configHttpdPort>\n";
+}
+
+/// Listens on a port of all interfaces, so that nobody else can.
+quint16 occupy(QTcpServer &server, quint16 port)
+{
+    // Where port 80 cannot be had (no privilege, or taken), the service cannot have it either.
+    return server.listen(QHostAddress::AnyIPv4, port) ? server.serverPort() : port;
+}
+
+quint16 freePort()
+{
+    QTcpServer server;
+    return occupy(server, 0);
+}
+
+} // namespace
+
+void TestHttpdService::init()
+{
+    m_folder = std::make_unique<QTemporaryDir>();
+    QVERIFY(QDir::setCurrent(m_folder->path()));
+    m_boxes.clear();
+    m_choosers = 0;
+    m_chooserResult = 1;
+    m_interfaces = {
+        interface("lo", false, {QStringLiteral("127.0.0.1")}),
+        interface("eth0", true, {QStringLiteral("192.0.2.1")}),
+        interface("eth1", true, {QStringLiteral("192.0.2.2"), QStringLiteral("192.0.2.3")}),
+        interface("br0", false, {QStringLiteral("192.0.2.4")})};
+    m_service = std::make_unique<HttpdService>(m_source, m_folder->path() + QLatin1Char('/'));
+    m_service->setInterfaceSource([this] { return m_interfaces; });
+    Modal::setRunner([this](QDialog &dialog) { return answerDialog(dialog); });
+}
+
+void TestHttpdService::cleanup()
+{
+    m_service.reset();
+    Modal::setRunner({});
+    QDir::setCurrent(QDir::rootPath());
+}
+
+void TestHttpdService::writePortFile(const QByteArray &text)
+{
+    QFile file(QStringLiteral("port.xml"));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(text);
+}
+
+int TestHttpdService::answerDialog(QDialog &dialog)
+{
+    if (qobject_cast<NetCardSelectDialog *>(&dialog)) {
+        ++m_choosers;
+        return m_chooserResult;
+    }
+    auto *box = qobject_cast<QMessageBox *>(&dialog);
+    if (!box || box->windowTitle() != QLatin1String("Httpd Server") ||
+        box->parent() != m_service.get() || box->standardButtons() != QMessageBox::Ok)
+        qFatal("not one of the service's boxes");
+    m_boxes.append(QStringLiteral("%1 %2").arg(box->icon()).arg(box->text()));
+    return QMessageBox::Ok;
+}
+
+void TestHttpdService::portFile_data()
+{
+    QTest::addColumn<QByteArray>("text");
+    QTest::addColumn<int>("useDefault");
+    QTest::addColumn<int>("port");
+    const auto row = [](const char *name, const QByteArray &text, int useDefault, int port) {
+        QTest::newRow(name) << text << useDefault << port;
+    };
+    row("as written", portXml("0", "8080"), 0, 8080);
+    row("default", portXml("1", "8080"), 1, 8080);
+    row("neither", portXml("2", "8080"), 2, 8080);
+    row("empty port", portXml("0", ""), 0, 80);
+    row("port is no number", portXml("0", "eighty"), 0, 0);
+    row("blanks", portXml(" 0\n", "\t8080 "), 0, 8080);
+    row("any nesting", "<a><port>7000</port><b><c><useDefault>0</useDefault></c></b></a>", 0, 7000);
+    row("one inside the other", "<useDefault><port>7000</port></useDefault>", 1, 7000);
+    row("case matters", "<a><Port>7000</Port><usedefault>0</usedefault></a>", 1, 80);
+    row("later ones win", "<a><port>1</port><port>2</port></a>", 1, 2);
+    row("comment instead of text", "<a><port><!-- 7000 -->7001</port></a>", 1, 80);
+    row("empty file", "", 1, 80);
+    row("no XML", "useDefault=0\nport=8080\n", 1, 80);
+    row("truncated in a number", "<a><useDefault>0</useDefault><port>70", 0, 80);
+    row("truncated in a tag", "<a><useDefault>0</useDefault><po", 0, 80);
+    row("damaged later", "<a><useDefault>0</useDefault></b><port>7000</port></a>", 0, 80);
+    row("binary", QByteArray("\0\xff\xfe<port>\0", 11), 1, 80);
+    row("entities that unfold without end",
+        "<!DOCTYPE a [<!ENTITY x \"1\"><!ENTITY y \"&y;&x;\">]><a><port>&y;</port></a>", 1, 80);
+    row("open elements without end", QByteArray("<port>").repeated(200000), 1, 80);
+}
+
+void TestHttpdService::portFile()
+{
+    QFETCH(QByteArray, text);
+    writePortFile(text);
+    const HttpdPort setting = readHttpdPort(QStringLiteral("port.xml"));
+    QTEST(setting.useDefault, "useDefault");
+    QTEST(setting.port, "port");
+}
+
+void TestHttpdService::runningService()
+{
+    writePortFile(portXml("0", "none")); // unreadable number: a port of the system's choice
+    QSignalSpy changed(m_service.get(), &HttpdService::httpdAddressChanged);
+    QSignalSpy messages(m_service.get(), &HttpdService::httpdMsg);
+    QCOMPARE(m_service->port(), quint16(0));
+    QVERIFY(m_service->start());
+
+    QCOMPARE(m_boxes, QStringList());
+    QCOMPARE(m_choosers, 1);
+    // The last physical card comes first in the list, and so is the one that is checked.
+    QCOMPARE(m_service->addresses(),
+             (QStringList{QStringLiteral("192.0.2.2"), QStringLiteral("192.0.2.3")}));
+    QVERIFY(m_service->port() != 0);
+    const QString port = QString::number(m_service->port());
+    QCOMPARE(changed, (QList<QList<QVariant>>{{QStringLiteral("192.0.2.2"), port}}));
+
+    QVERIFY(!m_service->isVisible());
+    QCOMPARE(m_service->windowTitle(), QStringLiteral("Httpd Server"));
+    // Qt adds the system menu to whatever has a close button.
+    QCOMPARE(m_service->windowFlags() & ~(Qt::WindowType_Mask | Qt::WindowSystemMenuHint),
+             Qt::WindowTitleHint | Qt::WindowCloseButtonHint);
+    QCOMPARE(m_service->findChild<QLabel *>()->text(),
+             QStringLiteral("The server is running on\n\nIP: 192.0.2.2\nport: %1\n\n").arg(port));
+    auto *okButton = m_service->findChild<QPushButton *>();
+    QCOMPARE(okButton->text(), QStringLiteral("OK"));
+    QVERIFY(!okButton->autoDefault());
+    m_service->show();
+    okButton->click();
+    QVERIFY(!m_service->isVisible());
+
+    const QByteArray answer = ask(m_service->port(), request("cfg0a.xml", "DK"));
+    QCOMPARE(bodyOf(answer), FakeSource::document(CordlessXml, QStringLiteral("cfg0a.xml")));
+    QTRY_COMPARE(messages.size(), 1);
+    QCOMPARE(messages[0][0].toString(),
+             QStringLiteral("One device request cfg.\nProduct:DK\nFileName:cfg0a.xml"));
+
+    m_service->show();
+    m_service->stop();
+    QVERIFY(!m_service->isVisible());
+    QCOMPARE(m_service->addresses(), QStringList());
+    QCOMPARE(m_service->port(), quint16(0));
+    QVERIFY(!Phone(static_cast<quint16>(port.toInt())).isConnected());
+}
+
+void TestHttpdService::portPolicy_data()
+{
+    QTest::addColumn<QByteArray>("useDefault");
+    QTest::addColumn<int>("added");
+    QTest::addColumn<bool>("listens");
+    QTest::newRow("custom") << QByteArray("0") << 0 << true;
+    QTest::newRow("custom, cut to 16 bits") << QByteArray("0") << 65536 << true;
+    QTest::newRow("neither") << QByteArray("2") << 0 << false;
+}
+
+void TestHttpdService::portPolicy()
+{
+    QFETCH(QByteArray, useDefault);
+    QFETCH(int, added);
+    QFETCH(bool, listens);
+    const quint16 port = freePort();
+    writePortFile(portXml(useDefault, QByteArray::number(port + added)));
+    QVERIFY(m_service->start());
+    QCOMPARE(m_boxes, QStringList());
+    QCOMPARE(m_service->port(), listens ? port : quint16(0));
+    QCOMPARE(Phone(port).isConnected(), listens);
+    const QString text = m_service->findChild<QLabel *>()->text();
+    QVERIFY(text.contains(QStringLiteral("port: %1\n").arg(m_service->port())));
+}
+
+void TestHttpdService::busyPort_data()
+{
+    QTest::addColumn<bool>("custom");
+    QTest::addColumn<QString>("warning");
+    QTest::newRow("default") << false
+                             << QStringLiteral(
+                                    "2 Open the default port 80 failed, please go to 'Options -> "
+                                    "Configuration Httpd Port' to configure or use a random port.");
+    QTest::newRow("custom")
+        << true
+        << QStringLiteral("2 Open the custom port failed, the Httpd server will use a random port");
+}
+
+void TestHttpdService::busyPort()
+{
+    QFETCH(bool, custom);
+    QTcpServer other;
+    const quint16 taken = occupy(other, custom ? 0 : 80);
+    if (custom)
+        writePortFile(portXml("0", QByteArray::number(taken)));
+    QVERIFY(m_service->start());
+    QTEST(m_boxes.join(QLatin1Char('|')), "warning");
+    QVERIFY(m_service->port() != 0);
+    QVERIFY(m_service->port() != taken);
+    QVERIFY(Phone(m_service->port()).isConnected());
+}
+
+void TestHttpdService::failures_data()
+{
+    QTest::addColumn<QStringList>("addresses");
+    QTest::addColumn<int>("chooserResult");
+    QTest::addColumn<QStringList>("boxes");
+    const QStringList ip{QStringLiteral("192.0.2.1")};
+    QTest::newRow("cancelled") << ip << 0 << QStringList();
+    QTest::newRow("no address")
+        << QStringList{QStringLiteral("fe80::1")} << 1
+        << QStringList{QStringLiteral("3 Unable to start the server: Not avaliable physical NIC!")};
+    QTest::newRow("no interfaces")
+        << QStringList() << 1
+        << QStringList{QStringLiteral("3 Unable to start the server: NIC device not found.")};
+}
+
+void TestHttpdService::failures()
+{
+    QFETCH(QStringList, addresses);
+    QFETCH(int, chooserResult);
+    m_interfaces.clear();
+    if (!addresses.isEmpty())
+        m_interfaces.append(interface("eth0", true, addresses));
+    m_chooserResult = chooserResult;
+    QSignalSpy changed(m_service.get(), &HttpdService::httpdAddressChanged);
+    QVERIFY(!m_service->start());
+    QTEST(m_boxes, "boxes");
+    QCOMPARE(changed.size(), 0);
+    QCOMPARE(m_service->addresses(), QStringList());
+    QCOMPARE(m_service->port(), quint16(0));
+}
+
+void TestHttpdService::virtualCardOnly()
+{
+    writePortFile(portXml("2", ""));
+    m_interfaces = {interface("br0", false, {QStringLiteral("192.0.2.4")}),
+                    interface("br1", false, {QStringLiteral("192.0.2.5")})};
+    QVERIFY(m_service->start());
+    QCOMPARE(m_choosers, 1);
+    QCOMPARE(m_service->addresses(), QStringList{QStringLiteral("192.0.2.5")});
+}
+
+void TestHttpdService::stopWhileAsking_data()
+{
+    QTest::addColumn<bool>("inBox");
+    QTest::newRow("chooser") << false;
+    QTest::newRow("box") << true;
+}
+
+void TestHttpdService::stopWhileAsking()
+{
+    QFETCH(bool, inBox);
+    QTcpServer other;
+    writePortFile(portXml("0", QByteArray::number(occupy(other, 0))));
+    bool stopped = false;
+    Modal::setRunner([&](QDialog &dialog) {
+        if (inBox != (qobject_cast<QMessageBox *>(&dialog) != nullptr))
+            return 1;
+        QTimer::singleShot(0, this, [&] {
+            stopped = dialog.isVisible();
+            m_service->stop();
+        });
+        return dialog.exec();
+    });
+    QVERIFY(!m_service->start());
+    QVERIFY(stopped);
+    QCOMPARE(m_service->port(), quint16(0));
+    QCOMPARE(m_service->addresses(), QStringList());
+
+    // Nothing is left over that would hinder the next start.
+    writePortFile(portXml("0", "0"));
+    Modal::setRunner([](QDialog &) { return 1; });
+    QVERIFY(m_service->start());
+}
+
+void TestHttpdService::quitWhileAsking_data()
+{
+    stopWhileAsking_data();
+}
+
+void TestHttpdService::quitWhileAsking()
+{
+    QFETCH(bool, inBox);
+    QTcpServer other;
+    writePortFile(portXml("0", QByteArray::number(occupy(other, 0))));
+    Modal::setRunner([&](QDialog &dialog) {
+        if (inBox != (qobject_cast<QMessageBox *>(&dialog) != nullptr))
+            return 1;
+        QTimer::singleShot(0, qApp, &QCoreApplication::quit);
+        return dialog.exec();
+    });
+    bool started = true;
+    QTimer::singleShot(0, this, [&] { started = m_service->start(); });
+    QApplication::exec();
+    QVERIFY(!started);
+    for (const QWidget *widget : QApplication::topLevelWidgets())
+        QVERIFY(!widget->isVisible());
+    QCOMPARE(m_service->port(), quint16(0));
+}
+
+void TestHttpdService::deletedWithOpenConnections()
+{
+    writePortFile(portXml("0", "0"));
+    QVERIFY(m_service->start());
+    std::vector<Phone> phones;
+    for (int i = 0; i < 5; ++i)
+        phones.emplace_back(m_service->port());
+    ask(m_service->port(), request("cfg0a.xml", "DK")); // by now the others are accepted
+    QElapsedTimer timer;
+    timer.start();
+    m_service->stop();
+    m_service.reset();
+    QVERIFY(timer.elapsed() < 1000);
+    for (Phone &phone : phones)
+        QCOMPARE(phone.receiveAll(), QByteArray());
+}
+
+QTEST_MAIN(TestHttpdService)
+#include "tst_httpdservice.moc"
