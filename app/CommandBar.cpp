@@ -51,8 +51,7 @@ CommandBar::CommandBar(QWidget *parent)
     m_httpButton = addServiceButton(*buttonRow, "tool_httpButton");
     showHttpOpen(false);
     m_pnpButton = addServiceButton(*buttonRow, "tool_pnpButton");
-    m_pnpButton->setText(tr("&Enable PNP Server"));
-    m_pnpButton->setIcon(icon("pnp_off.png"));
+    showPnpEnabled(false);
 
     auto *const column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
@@ -78,6 +77,17 @@ void CommandBar::showHttpOpen(bool open)
 bool CommandBar::isHttpOpen() const
 {
     return m_httpButton->text() == tr("&Close HTTPD");
+}
+
+void CommandBar::showPnpEnabled(bool enabled)
+{
+    m_pnpButton->setText(enabled ? tr("&Disable PNP Server") : tr("&Enable PNP Server"));
+    m_pnpButton->setIcon(icon(enabled ? "pnp_on.png" : "pnp_off.png"));
+}
+
+bool CommandBar::isPnpEnabled() const
+{
+    return m_pnpButton->text() == tr("&Disable PNP Server");
 }
 
 QPushButton *CommandBar::addListButton(QHBoxLayout &row, const QString &text, const char *name,

@@ -29,6 +29,8 @@ public:
     /// together.
     void showHttpOpen(bool open);
     bool isHttpOpen() const;
+    void showPnpEnabled(bool enabled);
+    bool isPnpEnabled() const;
 
 private:
     QPushButton *addListButton(QHBoxLayout &row, const QString &text, const char *name,

@@ -174,7 +174,6 @@ void MainWindow::createContent()
     m_commandBar->newsButton()->setEnabled(false);
     m_commandBar->importButton()->setEnabled(false);
     m_commandBar->exportButton()->setEnabled(false);
-    m_commandBar->pnpButton()->setEnabled(false);
 
     auto *const list = new QWidget(content);
     list->setObjectName(QStringLiteral("list_frame"));
@@ -212,6 +211,7 @@ void MainWindow::connectContent()
     connect(m_commandBar->deleteAllButton(), &QPushButton::clicked, this, &MainWindow::onDeleteAll);
     connect(m_commandBar->httpButton(), &QPushButton::clicked, this,
             &MainWindow::selectHttpdService);
+    connect(m_commandBar->pnpButton(), &QPushButton::clicked, this, &MainWindow::selectPNPServer);
 
     connect(m_view, &ContactView::onRowDetail, this, &MainWindow::showContactViewDetail);
     connect(m_view, &ContactView::onRowDelete, this, &MainWindow::deleteOneContact);
@@ -373,8 +373,32 @@ void MainWindow::closeHttpd()
     const bool stopped = m_dataMgr.stopHttpService();
     m_reportBox->clear();
     m_reportBox->hide();
+    if (m_dataMgr.stopPnPServer())
+        m_commandBar->showPnpEnabled(false);
     if (stopped)
         m_commandBar->showHttpOpen(false);
+}
+
+void MainWindow::selectPNPServer()
+{
+    if (!m_commandBar->isPnpEnabled())
+        enablePnp();
+    else if (m_dataMgr.stopPnPServer())
+        m_commandBar->showPnpEnabled(false);
+}
+
+void MainWindow::enablePnp()
+{
+    QString refusal;
+    if (!m_commandBar->isHttpOpen())
+        refusal = tr("PNP service requires HTTPD enabled, please open HTTPD service first!");
+    else if (!m_dataMgr.startPnPServer())
+        refusal = tr("PNP service requires 5060 port, please stop other occupied service and try "
+                     "again!");
+    if (refusal.isEmpty())
+        m_commandBar->showPnpEnabled(true);
+    else
+        Modal::message(this, QMessageBox::Warning, tr("Enable PNP Server"), refusal);
 }
 
 void MainWindow::onHTTPDMsg(const QString &message)

@@ -35,6 +35,7 @@ signals:
 
 public slots:
     void selectHttpdService();
+    void selectPNPServer();
     void constructNewFile();
     void about();
     /// Ends the program: once, however often it is reached.
@@ -69,6 +70,7 @@ private:
     void setBusy(bool busy);
     void openHttpd();
     void closeHttpd();
+    void enablePnp();
     void tellDatabaseError();
 
     DataMgr &m_dataMgr;

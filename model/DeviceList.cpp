@@ -129,6 +129,11 @@ int DeviceList::rowOfMac(const QString &mac) const
     return m_state->rowByMac.value(mac, -1);
 }
 
+int DeviceList::rowOfBareMac(const QString &bare) const
+{
+    return m_state->rowByBareMac.value(bare, -1);
+}
+
 int DeviceList::rowOfNumber(qint32 number) const
 {
     const auto &nodes = m_state->nodes;

@@ -70,6 +70,7 @@ public:
     /// As in the snapshot, on the present contents. Owner's thread only: asking here rather than a
     /// fresh snapshot spares the next change a copy.
     int rowOfMac(const QString &mac) const;
+    int rowOfBareMac(const QString &bare) const;
     /// Row of the first device with this running number, or -1.
     int rowOfNumber(qint32 number) const;
     const DeviceNode &at(int row) const;

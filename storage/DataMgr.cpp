@@ -44,6 +44,7 @@ DataMgr::DataMgr(DBOperator &dbOperator, const QString &directory, QObject *pare
     , m_directory(directory)
     , m_backup(directory)
     , m_savedVersion(neverSaved)
+    , m_pnpServer(*this)
 {
 }
 
@@ -81,6 +82,7 @@ void DataMgr::close()
     if (m_failureTold)
         save();
     m_closed = true;
+    stopPnPServer();
     stopHttpService();
     database()->closeDatabase();
     m_storeUsable = false;
@@ -295,6 +297,8 @@ bool DataMgr::startHttpService()
         m_httpdService = new HttpdService(*this, m_directory);
         connect(m_httpdService, &HttpdService::httpdMsg, this, &DataMgr::httpdMsg,
                 Qt::UniqueConnection);
+        connect(m_httpdService, &HttpdService::httpdAddressChanged, &m_pnpServer,
+                &PnPServer::setHttpdAddress);
     }
     m_httpdStarting = true;
     const bool started = m_httpdService->start();
@@ -334,6 +338,21 @@ QStringList DataMgr::serverAddresses() const
 quint16 DataMgr::serverPort() const
 {
     return m_httpdService ? m_httpdService->port() : quint16(80);
+}
+
+bool DataMgr::startPnPServer()
+{
+    return m_pnpServer.start();
+}
+
+bool DataMgr::stopPnPServer()
+{
+    return m_pnpServer.stop();
+}
+
+bool DataMgr::macExists(const QString &mac) const
+{
+    return m_devices.rowOfBareMac(mac.toLower()) >= 0;
 }
 
 void DataMgr::dealRQ(const QString &first, const QString &second)

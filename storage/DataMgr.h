@@ -1,8 +1,10 @@
 #pragma once
 
 #include "model/DeviceList.h"
+#include "model/DeviceLookup.h"
 #include "model/ProgramFolder.h"
 #include "model/ProvisioningSource.h"
+#include "net/PnPServer.h"
 #include "storage/DeviceBackup.h"
 
 #include <QObject>
@@ -20,7 +22,7 @@ class HttpdService;
 /// GUI thread, but for saveList() and exportDevices(), which connection threads call. Operations
 /// return whether they succeeded; what the user has to know about a save that failed is told from
 /// here, once until a save succeeds again.
-class DataMgr : public QObject, public ProvisioningSource
+class DataMgr : public QObject, public ProvisioningSource, public DeviceLookup
 {
     Q_OBJECT
 public:
@@ -86,6 +88,13 @@ public:
     /// Port of the running service; 80 when none runs.
     quint16 serverPort() const;
 
+    /// Starts to answer telephones that boot without a configuration; see PnPServer::start().
+    bool startPnPServer();
+    /// See PnPServer::stop().
+    bool stopPnPServer();
+    /// See DeviceLookup.
+    bool macExists(const QString &mac) const override;
+
     /// True while a long change is under way, so that views do not act on a list in the making.
     bool isBusy() const { return m_busy; }
     void setBusy(bool busy) { m_busy = busy; }
@@ -117,7 +126,7 @@ private:
     QString m_lastErrorText;
     bool m_storeUsable = false;
     bool m_storedRowsKnown = false; ///< what the table holds was in this run's list at some time
-    bool m_failureTold = false; ///< the last save failed, and the user knows
+    bool m_failureTold = false;     ///< the last save failed, and the user knows
     bool m_saving = false;
     bool m_busy = false;
     bool m_closed = false;
@@ -125,6 +134,7 @@ private:
     std::atomic<quint64> m_savedVersion;
     std::atomic<bool> m_retryWanted{false}; ///< the last save failed and no retry is queued
 
+    PnPServer m_pnpServer;
     HttpdService *m_httpdService = nullptr;
     bool m_httpdStarting = false;
 };

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <QString>
+
+/// What the plug-and-play responder may ask of the data manager. GUI thread.
+class DeviceLookup
+{
+public:
+    DeviceLookup() = default;
+    virtual ~DeviceLookup() = default;
+    DeviceLookup(const DeviceLookup &) = delete;
+    DeviceLookup &operator=(const DeviceLookup &) = delete;
+
+    /// Whether a device of the list has this MAC. Letter case, and colons on the list's side, make
+    /// no difference.
+    virtual bool macExists(const QString &mac) const = 0;
+};
