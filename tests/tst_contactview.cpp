@@ -1,0 +1,765 @@
+#include "tests/TestDevices.h"
+#include "view/ColumnLayout.h"
+#include "view/ContactDelegate.h"
+#include "view/ContactModel.h"
+#include "view/ContactTitle.h"
+#include "view/ContactView.h"
+#include "view/SearchBar.h"
+#include "view/SearchEdit.h"
+
+#include <QAbstractButton>
+#include <QDir>
+#include <QHeaderView>
+#include <QLabel>
+#include <QPainter>
+#include <QScrollBar>
+#include <QSignalSpy>
+#include <QSortFilterProxyModel>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QToolTip>
+#include <QVBoxLayout>
+
+#include <memory>
+#include <numeric>
+
+namespace {
+
+/// The list with its header and search boxes, as they stand in the window.
+struct Fixture
+{
+    explicit Fixture(int devices, const QSize &size = QSize(1024, 500))
+    {
+        for (int row = 0; row < devices; ++row)
+            list.append(numbered(row + 1));
+        view = new ContactView(list, &window);
+        title = new ContactTitle(*view, &window);
+        bar = new SearchBar(*view, &window);
+        auto *layout = new QVBoxLayout(&window);
+        layout->setSpacing(0);
+        layout->setContentsMargins(0, 0, 0, 0);
+        layout->addWidget(title);
+        layout->addWidget(bar);
+        layout->addWidget(view);
+        window.resize(size);
+        window.show();
+    }
+
+    static ContactInfo numbered(int number)
+    {
+        return stampedDevice(QStringLiteral("d%1").arg(number, 3, 10, QLatin1Char('0')));
+    }
+
+    QSortFilterProxyModel &proxy() const
+    {
+        return *qobject_cast<QSortFilterProxyModel *>(view->model());
+    }
+
+    QString shownMac(int row) const
+    {
+        return view->model()->index(row, ContactModel::Mac).data().toString();
+    }
+
+    QPoint cell(int row, int column) const
+    {
+        return view->visualRect(view->model()->index(row, column)).center();
+    }
+
+    void click(int row, int column) const
+    {
+        QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, cell(row, column));
+    }
+
+    DeviceList list;
+    QWidget window;
+    ContactView *view;
+    ContactTitle *title;
+    SearchBar *bar;
+};
+
+int leftIn(const QWidget &window, const QWidget &widget)
+{
+    return widget.mapTo(&window, QPoint()).x();
+}
+
+void writePicture(const QString &name, const QColor &color, const QSize &size)
+{
+    QImage image(size, QImage::Format_ARGB32);
+    image.fill(color);
+    QVERIFY(image.save(QStringLiteral("resource/") + name));
+}
+
+} // namespace
+
+class TestContactView : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+
+    void signalsAndSlotsInOrder();
+    void columnWidths_data();
+    void columnWidths();
+    void rowsAreThirtyPixels();
+    void headerAndBoxesFollowTheColumns_data();
+    void headerAndBoxesFollowTheColumns();
+    void headerFollowsAScrolledTable();
+
+    void clicksReachTheRightDevice_data();
+    void clicksReachTheRightDevice();
+    void clicksOnNothing();
+    void doubleClickDeletesOneDevice();
+    void keyboardOpensAndNeverDeletes();
+    void pressIsRemembered();
+    void toolTips();
+
+    void keywordFiltersItsColumn_data();
+    void keywordFiltersItsColumn();
+    void blanksAndClearing();
+    void onlyOneBoxHoldsAKeyword();
+    void filterKeepsTheSelection();
+
+    void deleteAndEditKeepPlaceAndSelection();
+    void replacedListKeepsTheDevice();
+    void editThatLeavesTheFilter();
+    void busyViewCatchesUp();
+
+    void selectedRowIsOneReadableBand_data();
+    void selectedRowIsOneReadableBand();
+    void actionPicturesAreCentred();
+    void pointerMarksTheButton();
+    void emptyViewsSayWhy();
+    void editorOfTheDelegate();
+
+private:
+    std::unique_ptr<QTemporaryDir> m_folder;
+    QString m_startFolder;
+};
+
+void TestContactView::init()
+{
+    // The pictures are looked for in the working directory; each test has its own.
+    m_startFolder = QDir::currentPath();
+    m_folder = std::make_unique<QTemporaryDir>();
+    QVERIFY(m_folder->isValid());
+    QVERIFY(QDir::setCurrent(m_folder->path()));
+    QVERIFY(QDir().mkdir(QStringLiteral("resource")));
+}
+
+void TestContactView::cleanup()
+{
+    QDir::setCurrent(m_startFolder);
+    m_folder.reset();
+}
+
+void TestContactView::signalsAndSlotsInOrder()
+{
+    const QMetaObject &meta = ContactView::staticMetaObject;
+    QStringList signatures;
+    int signalCount = 0;
+    for (int i = meta.methodOffset(); i < meta.methodCount(); ++i) {
+        signatures.append(QString::fromLatin1(meta.method(i).methodSignature()));
+        signalCount += meta.method(i).methodType() == QMetaMethod::Signal ? 1 : 0;
+    }
+    const QString expected = QStringLiteral(
+        "showNobodyPreview() addNewContactByGroup() onSearchState() changeContact(int,int) "
+        "checkDetailValue() onRowDetail(int) onRowDelete(int) viewUpdated() "
+        "onSearchTextChanged(int,QString) changeBatchState() addNewContact() "
+        "showGroupContacts(int,int) updateContactModel() changeScrollValue(int) "
+        "clearSearchEditFocus() viewClicked(QModelIndex) sortBySearchEdit(int,QString) "
+        "showToolTip(QModelIndex)");
+    QCOMPARE(signatures.join(QLatin1Char(' ')), expected);
+    QCOMPARE(signalCount, 8);
+}
+
+void TestContactView::columnWidths_data()
+{
+    QTest::addColumn<int>("viewport");
+    for (const int width : {0, 1, 500, 900, 1007, 1008, 1009, 1366, 1919, 3840})
+        QTest::addRow("%d", width) << width;
+}
+
+void TestContactView::columnWidths()
+{
+    QFETCH(int, viewport);
+    QFont font;
+    font.setPixelSize(16);
+    const ColumnLayout::Widths least = ColumnLayout::minimums(QFontMetrics(font), 9999);
+    const ColumnLayout::Widths widths = ColumnLayout::widths(viewport, least);
+    const int minimum = std::accumulate(least.begin(), least.end(), 0);
+    // No scrolling sideways in the smallest window that is supported.
+    QVERIFY2(minimum <= 1004, qPrintable(QString::number(minimum)));
+    QCOMPARE(std::accumulate(widths.begin(), widths.end(), 0), std::max(viewport, minimum));
+    for (std::size_t column = 0; column < widths.size(); ++column)
+        QVERIFY(widths[column] >= least[column]);
+    for (const std::size_t fixed :
+         {ContactModel::Number, ContactModel::Detail, ContactModel::Delete})
+        QCOMPARE(widths[fixed], least[fixed]);
+
+    // A long list and a large font ask for more where they need it.
+    QVERIFY(ColumnLayout::minimums(QFontMetrics(font), 10'000'000)[ContactModel::Number] >
+            least[ContactModel::Number]);
+    font.setPixelSize(30);
+    QVERIFY(ColumnLayout::minimums(QFontMetrics(font), 9999)[ContactModel::Mac] >
+            least[ContactModel::Mac]);
+}
+
+void TestContactView::rowsAreThirtyPixels()
+{
+    const Fixture f(3);
+    QVERIFY(f.view->horizontalHeader()->isHidden());
+    QVERIFY(f.view->verticalHeader()->isHidden());
+    for (int row = 0; row < 3; ++row) {
+        QCOMPARE(f.view->rowHeight(row), 30);
+        QCOMPARE(f.view->rowViewportPosition(row), 30 * row);
+    }
+}
+
+void TestContactView::headerAndBoxesFollowTheColumns_data()
+{
+    QTest::addColumn<int>("width");
+    QTest::addColumn<int>("devices");
+    for (const int width : {600, 1024, 1201, 1920, 3840}) {
+        QTest::addRow("%d, no scroll bar", width) << width << 2;
+        QTest::addRow("%d, scroll bar", width) << width << 60;
+    }
+}
+
+void TestContactView::headerAndBoxesFollowTheColumns()
+{
+    QFETCH(int, width);
+    QFETCH(int, devices);
+    const QStringList words = {
+        QStringLiteral("Product"),     QStringLiteral("SIP Server"), QStringLiteral("Account"),
+        QStringLiteral("SIP User ID"), QStringLiteral("City"),       QStringLiteral("Company"),
+        QStringLiteral("Department"),  QStringLiteral("Detail"),     QStringLiteral("Delete")};
+
+    Fixture f(devices, QSize(800, 400));
+    f.window.resize(width, 400);
+    QCoreApplication::processEvents();
+    QCOMPARE(f.title->objectName(), QStringLiteral("ContactTitle"));
+    QCOMPARE(f.title->property("class").toString(), QStringLiteral("ContactTitle"));
+    if (width >= 1024)
+        QVERIFY(!f.view->horizontalScrollBar()->isVisible());
+
+    const auto labels = f.title->findChildren<QLabel *>();
+    QCOMPARE(labels.size(), words.size());
+    const int tableLeft = leftIn(f.window, *f.view->viewport());
+    for (int i = 0; i < labels.size(); ++i) {
+        const int column = i + 2;
+        QCOMPARE(labels.at(i)->text(), words.at(i));
+        QCOMPARE(leftIn(f.window, *labels.at(i)),
+                 tableLeft + f.view->columnViewportPosition(column));
+        QCOMPARE(labels.at(i)->width(), f.view->columnWidth(column));
+        QVERIFY2(labels.at(i)->sizeHint().width() <= labels.at(i)->width(),
+                 qPrintable(words.at(i)));
+    }
+    for (int index = 0; index < SearchEdit::boxCount; ++index) {
+        const SearchEdit &edit = *f.bar->searchEdit(index);
+        const int column = SearchEdit::columnOf(index);
+        const QRect columnRect(tableLeft + f.view->columnViewportPosition(column), 0,
+                               f.view->columnWidth(column), 1);
+        const QRect box(leftIn(f.window, edit), 0, edit.width(), 1);
+        QVERIFY(columnRect.contains(box));
+        QCOMPARE(box.center(), columnRect.center());
+        QVERIFY(columnRect.width() - box.width() <= 4);
+        QVERIFY(!edit.accessibleName().isEmpty());
+    }
+}
+
+void TestContactView::headerFollowsAScrolledTable()
+{
+    const Fixture f(5, QSize(500, 400));
+    const auto *const label = f.title->findChild<QLabel *>(QStringLiteral("contactTitle_10"));
+    const int before = leftIn(f.window, *label);
+    QScrollBar *const bar = f.view->horizontalScrollBar();
+    QVERIFY(bar->maximum() > 100);
+    bar->setValue(100);
+    QCOMPARE(leftIn(f.window, *label), before - 100);
+    QCOMPARE(leftIn(f.window, *label), leftIn(f.window, *f.view->viewport()) +
+                                           f.view->columnViewportPosition(ContactModel::Delete));
+}
+
+void TestContactView::clicksReachTheRightDevice_data()
+{
+    QTest::addColumn<QString>("keyword");
+    QTest::addColumn<int>("row");
+    QTest::addColumn<int>("listRow");
+    QTest::newRow("no filter") << QString() << 3 << 3;
+    QTest::newRow("one match") << QStringLiteral("d017") << 0 << 16;
+    QTest::newRow("several matches") << QStringLiteral("5.") << 2 << 24;
+}
+
+void TestContactView::clicksReachTheRightDevice()
+{
+    QFETCH(QString, keyword);
+    QFETCH(int, row);
+    QFETCH(int, listRow);
+    const Fixture f(30);
+    f.view->sortBySearchEdit(0, keyword);
+    QSignalSpy detail(f.view, &ContactView::onRowDetail);
+    QSignalSpy removal(f.view, &ContactView::onRowDelete);
+
+    for (int column = 0; column < 9; ++column)
+        f.click(row, column);
+    QCOMPARE(detail.size() + removal.size(), 0);
+    QCOMPARE(f.view->currentListRow(), listRow);
+    QCOMPARE(f.view->selectionState(), 1);
+    f.click(row, ContactModel::Detail);
+    QCOMPARE(detail.size(), 1);
+    QCOMPARE(detail.takeFirst().at(0).toInt(), listRow);
+    QCOMPARE(removal.size(), 0);
+    f.click(row, ContactModel::Delete);
+    QCOMPARE(removal.size(), 1);
+    QCOMPARE(removal.takeFirst().at(0).toInt(), listRow);
+    QCOMPARE(detail.size(), 0);
+    QTest::mouseClick(f.view->viewport(), Qt::RightButton, {}, f.cell(row, ContactModel::Delete));
+    QCOMPARE(removal.size(), 0);
+}
+
+void TestContactView::clicksOnNothing()
+{
+    const Fixture f(2);
+    QSignalSpy detail(f.view, &ContactView::onRowDetail);
+    QSignalSpy removal(f.view, &ContactView::onRowDelete);
+    f.view->viewClicked(QModelIndex());
+    const ContactModel other(f.list);
+    f.view->viewClicked(other.index(0, ContactModel::Delete));
+    QTest::mouseClick(f.view->viewport(), Qt::LeftButton, {},
+                      f.cell(1, ContactModel::Delete) + QPoint(0, 60));
+    QCOMPARE(detail.size() + removal.size(), 0);
+    QCOMPARE(f.view->listRow(other.index(0, 0)), -1);
+}
+
+void TestContactView::doubleClickDeletesOneDevice()
+{
+    Fixture f(5);
+    connect(f.view, &ContactView::onRowDelete, f.view, [&](int row) {
+        f.list.removeAt(row);
+        f.view->updateContactModel();
+    });
+    const QPoint trash = f.cell(1, ContactModel::Delete);
+    QWidget *const viewport = f.view->viewport();
+    QTest::mousePress(viewport, Qt::LeftButton, {}, trash);
+    QTest::mouseRelease(viewport, Qt::LeftButton, {}, trash);
+    QCOMPARE(f.list.size(), 4);
+    QTest::mouseDClick(viewport, Qt::LeftButton, {}, trash);
+    QTest::mouseRelease(viewport, Qt::LeftButton, {}, trash);
+    QCOMPARE(f.list.size(), 4);
+    QCOMPARE(f.shownMac(1), QStringLiteral("d003.mac"));
+
+    // The next click is one of its own.
+    QTest::mouseClick(viewport, Qt::LeftButton, {}, trash);
+    QCOMPARE(f.list.size(), 3);
+    QCOMPARE(f.shownMac(1), QStringLiteral("d004.mac"));
+
+    // Also after a second press whose release went elsewhere.
+    QTest::mouseDClick(viewport, Qt::LeftButton, {}, trash);
+    QTest::mouseClick(viewport, Qt::LeftButton, {}, trash);
+    QCOMPARE(f.list.size(), 2);
+}
+
+void TestContactView::keyboardOpensAndNeverDeletes()
+{
+    const Fixture f(5);
+    QSignalSpy detail(f.view, &ContactView::onRowDetail);
+    QSignalSpy removal(f.view, &ContactView::onRowDelete);
+    f.view->sortBySearchEdit(0, QStringLiteral("d003"));
+    f.view->setCurrentIndex(f.view->model()->index(0, ContactModel::Delete));
+    QTest::keyClick(f.view, Qt::Key_Return);
+    QTest::keyClick(f.view, Qt::Key_Enter, Qt::KeypadModifier);
+    QCOMPARE(detail.size(), 2);
+    QCOMPARE(detail.at(0).at(0).toInt(), 2);
+    QCOMPARE(detail.at(1).at(0).toInt(), 2);
+    for (const Qt::Key key :
+         {Qt::Key_Delete, Qt::Key_Backspace, Qt::Key_Space, Qt::Key_F2, Qt::Key_X})
+        QTest::keyClick(f.view, key);
+    QCOMPARE(removal.size(), 0);
+    QCOMPARE(detail.size(), 2);
+    QVERIFY(!f.view->findChild<QLineEdit *>());
+}
+
+void TestContactView::pressIsRemembered()
+{
+    const Fixture f(60);
+    f.view->verticalScrollBar()->setValue(95);
+    QTest::mousePress(f.view->viewport(), Qt::LeftButton, {}, QPoint(10, 30));
+    QCOMPARE(f.view->lastPress().rowNumber, 5);
+    QCOMPARE(f.view->lastPress().offsetInRow, 5);
+    QVERIFY(f.view->lastPress().pressed);
+    QTest::mouseRelease(f.view->viewport(), Qt::LeftButton, {}, QPoint(10, 30));
+    f.view->changeBatchState();
+    QTest::mousePress(f.view->viewport(), Qt::LeftButton, {}, QPoint(10, 0));
+    QCOMPARE(f.view->lastPress().rowNumber, 4);
+    QVERIFY(!f.view->lastPress().pressed);
+}
+
+void TestContactView::toolTips()
+{
+    const Fixture f(3);
+    emit f.view->entered(f.view->model()->index(1, ContactModel::Detail));
+    QCOMPARE(QToolTip::text(), QStringLiteral("View/Edit"));
+    emit f.view->entered(f.view->model()->index(1, ContactModel::Delete));
+    QCOMPARE(QToolTip::text(), QStringLiteral("Delete"));
+    emit f.view->entered(f.view->model()->index(1, ContactModel::Mac));
+    QTRY_VERIFY(!QToolTip::isVisible());
+}
+
+void TestContactView::keywordFiltersItsColumn_data()
+{
+    QTest::addColumn<int>("box");
+    QTest::addColumn<int>("column");
+    QTest::addColumn<QString>("keyword");
+    QTest::newRow("mac") << 0 << 1 << QStringLiteral("d002.mac");
+    QTest::newRow("product") << 1 << 2 << QStringLiteral("d002.product");
+    QTest::newRow("sip server") << 2 << 3 << QStringLiteral("d002.sip_server");
+    QTest::newRow("account") << 3 << 4 << QStringLiteral("d002.first_account");
+    QTest::newRow("user id") << 4 << 5 << QStringLiteral("d002.sip_user_id");
+    QTest::newRow("number") << 5 << 0 << QStringLiteral("2");
+    QTest::newRow("city") << 6 << 6 << QStringLiteral("d002.city");
+    QTest::newRow("company") << 7 << 7 << QStringLiteral("d002.company");
+    QTest::newRow("department") << 8 << 8 << QStringLiteral("d002.department");
+    QTest::newRow("no such box") << 9 << 0 << QStringLiteral("2");
+    QTest::newRow("negative box") << -1 << 0 << QStringLiteral("2");
+}
+
+void TestContactView::keywordFiltersItsColumn()
+{
+    QFETCH(int, box);
+    QFETCH(int, column);
+    QFETCH(QString, keyword);
+    const Fixture f(5);
+    if (SearchEdit *const edit = f.bar->searchEdit(box))
+        QTest::keyClicks(edit, keyword);
+    else
+        f.view->sortBySearchEdit(box, keyword);
+    QCOMPARE(f.proxy().filterKeyColumn(), column);
+    QCOMPARE(f.proxy().filterRegExp().pattern(), keyword);
+    QCOMPARE(f.proxy().rowCount(), 1);
+    QCOMPARE(f.shownMac(0), QStringLiteral("d002.mac"));
+    f.view->sortBySearchEdit(box, keyword.toUpper() + QLatin1Char('*'));
+    QCOMPARE(f.proxy().rowCount(), 0);
+}
+
+void TestContactView::blanksAndClearing()
+{
+    const Fixture f(30);
+    SearchEdit &edit = *f.bar->searchEdit(0);
+    edit.setText(QStringLiteral("  d01 "));
+    QCOMPARE(f.proxy().rowCount(), 10);
+    QCOMPARE(f.proxy().filterRegExp().pattern(), QStringLiteral("d01"));
+    edit.setText(QStringLiteral("   "));
+    QCOMPARE(f.proxy().rowCount(), 30);
+    QCOMPARE(f.proxy().filterKeyColumn(), 1);
+    edit.setText(QStringLiteral("D01"));
+    QCOMPARE(f.proxy().rowCount(), 0);
+    QTest::keyClick(&edit, Qt::Key_Escape);
+    QCOMPARE(edit.text(), QString());
+    QCOMPARE(f.proxy().rowCount(), 30);
+    QCOMPARE(f.proxy().filterKeyColumn(), 0);
+    for (int row = 0; row < 30; ++row)
+        QCOMPARE(f.view->listRow(f.proxy().index(row, 0)), row);
+}
+
+void TestContactView::onlyOneBoxHoldsAKeyword()
+{
+    const Fixture f(20);
+    connect(f.bar, &SearchBar::searchTextChanged, f.view, &ContactView::sortBySearchEdit);
+    QSignalSpy reports(f.bar, &SearchBar::searchTextChanged);
+    int filterRuns = 0;
+    connect(&f.proxy(), &QAbstractItemModel::layoutChanged, this, [&] { ++filterRuns; });
+    QSignalSpy removed(&f.proxy(), &QAbstractItemModel::rowsRemoved);
+
+    QTest::keyClicks(f.bar->searchEdit(0), QStringLiteral("d01"));
+    QCOMPARE(reports.size(), 3);
+    QCOMPARE(filterRuns, 3);
+    QCOMPARE(removed.size(), 0);
+    reports.clear();
+    QTest::keyClicks(f.bar->searchEdit(5), QStringLiteral("7"));
+    QCOMPARE(f.bar->searchEdit(0)->text(), QString());
+    QCOMPARE(reports.size(), 1);
+    QCOMPARE(reports.at(0).at(0).toInt(), 5);
+    QCOMPARE(filterRuns, 4);
+    QCOMPARE(f.proxy().rowCount(), 2);
+
+    // An emptied box takes its clear button away.
+    const auto *const button = f.bar->searchEdit(0)->findChild<QAbstractButton *>();
+    QVERIFY(button);
+    QTRY_COMPARE(button->property("opacity").toDouble(), 0.0);
+    QTRY_COMPARE(
+        f.bar->searchEdit(5)->findChild<QAbstractButton *>()->property("opacity").toDouble(), 1.0);
+}
+
+void TestContactView::filterKeepsTheSelection()
+{
+    const Fixture f(40);
+    f.click(4, ContactModel::City);
+    QCOMPARE(f.view->currentListRow(), 4);
+    f.bar->searchEdit(0)->setText(QStringLiteral("5.mac"));
+    QCOMPARE(f.view->currentListRow(), 4);
+    QCOMPARE(f.view->currentIndex().row(), 0);
+    // Another column with a keyword that matches as well: no moment in between loses the row.
+    f.bar->searchEdit(5)->setText(QStringLiteral("5"));
+    QCOMPARE(f.view->currentListRow(), 4);
+    QVERIFY(f.view->selectionModel()->isRowSelected(0, QModelIndex()));
+    f.bar->searchEdit(5)->clear();
+    QVERIFY(f.view->selectionModel()->isRowSelected(4, QModelIndex()));
+    f.bar->searchEdit(5)->setText(QStringLiteral("9"));
+    QCOMPARE(f.view->selectionState(), 0);
+    QCOMPARE(f.view->currentListRow(), -1);
+}
+
+void TestContactView::deleteAndEditKeepPlaceAndSelection()
+{
+    Fixture f(100);
+    QSignalSpy updated(f.view, &ContactView::viewUpdated);
+    QScrollBar *const bar = f.view->verticalScrollBar();
+    f.view->selectRow(50);
+    bar->setValue(1234);
+
+    const auto expectDevice = [&](int row, const QString &mac) {
+        QCOMPARE(bar->value(), 1234);
+        QCOMPARE(f.view->selectionState(), 1);
+        QCOMPARE(f.view->currentListRow(), row);
+        QCOMPARE(f.shownMac(row), mac);
+        QVERIFY(f.view->selectionModel()->isRowSelected(row, QModelIndex()));
+    };
+    f.list.removeAt(45);
+    f.view->updateContactModel();
+    expectDevice(49, QStringLiteral("d051.mac"));
+    f.list.removeAt(80);
+    f.view->updateContactModel();
+    expectDevice(49, QStringLiteral("d051.mac"));
+    f.list.replaceAt(49, stampedDevice(QStringLiteral("edited")));
+    f.view->updateContactModel();
+    expectDevice(49, QStringLiteral("edited.mac"));
+    f.list.append(Fixture::numbered(500));
+    f.view->updateContactModel();
+    expectDevice(49, QStringLiteral("edited.mac"));
+    // The current row itself goes, out of sight: the view does not jump there.
+    bar->setValue(0);
+    f.list.removeAt(49);
+    f.view->updateContactModel();
+    QCoreApplication::processEvents();
+    QCOMPARE(bar->value(), 0);
+    QCOMPARE(updated.size(), 5);
+    QCOMPARE(f.view->deviceCount(), 98);
+}
+
+void TestContactView::replacedListKeepsTheDevice()
+{
+    Fixture f(60);
+    f.view->selectRow(20);
+    f.view->verticalScrollBar()->setValue(300);
+    QList<ContactInfo> devices = f.list.snapshot().contacts();
+    devices.append(Fixture::numbered(900));
+    std::reverse(devices.begin(), devices.end());
+    f.list.assign(devices);
+    f.view->updateContactModel();
+    QCOMPARE(f.shownMac(f.view->currentIndex().row()), QStringLiteral("d021.mac"));
+    QCOMPARE(f.view->currentListRow(), 40);
+    QCOMPARE(f.view->selectionState(), 1);
+    QCOMPARE(f.view->verticalScrollBar()->value(), 300);
+
+    QSignalSpy nobody(f.view, &ContactView::showNobodyPreview);
+    f.list.clear();
+    f.view->updateContactModel();
+    QCOMPARE(nobody.size(), 1);
+    QCOMPARE(f.view->selectionState(), 0);
+    QCOMPARE(f.view->currentListRow(), -1);
+}
+
+void TestContactView::editThatLeavesTheFilter()
+{
+    Fixture f(30);
+    f.bar->searchEdit(0)->setText(QStringLiteral("d01"));
+    QCOMPARE(f.proxy().rowCount(), 10);
+    f.list.replaceAt(10, stampedDevice(QStringLiteral("other")));
+    f.view->updateContactModel();
+    QCOMPARE(f.proxy().rowCount(), 9);
+    f.list.removeAt(9);
+    f.list.append(stampedDevice(QStringLiteral("xd01")));
+    f.view->updateContactModel();
+    QCOMPARE(f.proxy().rowCount(), 9);
+    QCOMPARE(f.shownMac(8), QStringLiteral("xd01.mac"));
+    // Renumbered devices come and go with a filter on the number.
+    f.bar->searchEdit(5)->setText(QStringLiteral("30"));
+    QCOMPARE(f.shownMac(0), QStringLiteral("xd01.mac"));
+    f.list.removeAt(0);
+    f.view->updateContactModel();
+    QCOMPARE(f.proxy().rowCount(), 0);
+    QCOMPARE(f.view->deviceCount(), 29);
+}
+
+void TestContactView::busyViewCatchesUp()
+{
+    Fixture f(3);
+    QSignalSpy updated(f.view, &ContactView::viewUpdated);
+    f.view->setBusy(true);
+    f.list.append(Fixture::numbered(4));
+    f.view->updateContactModel();
+    f.view->updateContactModel();
+    QCOMPARE(f.proxy().rowCount(), 3);
+    QCOMPARE(updated.size(), 0);
+    f.view->setBusy(false);
+    QCOMPARE(f.proxy().rowCount(), 4);
+    QCOMPARE(updated.size(), 1);
+    f.view->setBusy(true);
+    f.view->setBusy(false);
+    QCOMPARE(updated.size(), 1);
+}
+
+void TestContactView::selectedRowIsOneReadableBand_data()
+{
+    QTest::addColumn<QColor>("selected");
+    QTest::addColumn<QColor>("background");
+    QTest::addColumn<QColor>("paletteText");
+    QTest::newRow("no pictures") << QColor() << QColor() << QColor(Qt::black);
+    QTest::newRow("dark on light") << QColor(20, 40, 120) << QColor(Qt::white) << QColor(Qt::black);
+    QTest::newRow("light on light")
+        << QColor(210, 230, 255) << QColor(245, 245, 245) << QColor(Qt::black);
+    QTest::newRow("middle grey") << QColor(118, 118, 118) << QColor(118, 118, 118)
+                                 << QColor(128, 128, 128);
+    QTest::newRow("light pictures, dark theme")
+        << QColor(255, 240, 200) << QColor(Qt::white) << QColor(Qt::white);
+    QTest::newRow("translucent over dark")
+        << QColor(255, 255, 255, 40) << QColor(20, 20, 20) << QColor(Qt::black);
+}
+
+void TestContactView::selectedRowIsOneReadableBand()
+{
+    QFETCH(QColor, selected);
+    QFETCH(QColor, background);
+    QFETCH(QColor, paletteText);
+    if (selected.isValid()) {
+        writePicture(QStringLiteral("selected_row.png"), selected, QSize(300, 60));
+        writePicture(QStringLiteral("row_background.jpg"), background, QSize(10, 30));
+    }
+    Fixture f(3);
+    QPalette palette = f.view->palette();
+    palette.setColor(QPalette::Text, paletteText);
+    palette.setColor(QPalette::HighlightedText, paletteText);
+    f.view->setPalette(palette);
+    f.view->selectRow(1);
+    const QImage image = f.view->viewport()->grab().toImage();
+
+    // A line above the text runs through the whole row in one colour, unlike that of its
+    // neighbours.
+    const QColor band = image.pixelColor(3, 34);
+    for (int x = 0; x < f.view->horizontalHeader()->length(); ++x)
+        QCOMPARE(image.pixelColor(x, 34), band);
+    const QColor plain = image.pixelColor(3, 4);
+    QCOMPARE(plain == band, selected == background && selected.isValid());
+
+    RowPictures pictures;
+    for (const bool isSelected : {false, true}) {
+        RowPictures::RowState state;
+        state.selected = isSelected;
+        const QColor text = pictures.textColor(palette, state);
+        QVERIFY(RowPictures::contrast(text, isSelected ? band : plain) >= 4.5);
+        // And the text is painted in it.
+        const QRect cell = f.view->visualRect(f.view->model()->index(isSelected ? 1 : 0, 1));
+        double strongest = 1;
+        for (int x = cell.left(); x <= cell.right(); ++x) {
+            for (int y = cell.top() + 4; y <= cell.bottom() - 4; ++y)
+                strongest = std::max(strongest, RowPictures::contrast(image.pixelColor(x, y),
+                                                                      isSelected ? band : plain));
+        }
+        QVERIFY2(strongest >= 4.0, qPrintable(QString::number(strongest)));
+    }
+}
+
+void TestContactView::actionPicturesAreCentred()
+{
+    const QColor red(Qt::red);
+    writePicture(QStringLiteral("eye.png"), red, QSize(64, 64));
+    const Fixture f(2);
+    const QImage image = f.view->viewport()->grab().toImage();
+    const auto redRect = [&](int column) {
+        const QRect cell = f.view->visualRect(f.view->model()->index(0, column));
+        QRect found;
+        for (int x = cell.left(); x <= cell.right(); ++x) {
+            for (int y = cell.top(); y <= cell.bottom(); ++y) {
+                if (image.pixelColor(x, y) == red)
+                    found |= QRect(x, y, 1, 1);
+            }
+        }
+        return found;
+    };
+    const QRect eye = redRect(ContactModel::Detail);
+    QCOMPARE(eye.size(), QSize(20, 20));
+    QCOMPARE(eye.center(), f.cell(0, ContactModel::Detail));
+    // A picture that is missing leaves its cell empty and the button at work.
+    QVERIFY(redRect(ContactModel::Delete).isNull());
+    QSignalSpy removal(f.view, &ContactView::onRowDelete);
+    f.click(0, ContactModel::Delete);
+    QCOMPARE(removal.size(), 1);
+}
+
+void TestContactView::pointerMarksTheButton()
+{
+    writePicture(QStringLiteral("trash.png"), Qt::black, QSize(40, 40));
+    Fixture f(3);
+    const auto grabRow = [&](int row) {
+        return f.view->viewport()
+            ->grab(QRect(0, 30 * row, f.view->horizontalHeader()->length(), 29))
+            .toImage();
+    };
+    const QImage plain = grabRow(1);
+    QTest::mouseMove(f.view->viewport(), f.cell(1, ContactModel::City));
+    const QImage rowHovered = grabRow(1);
+    QVERIFY(rowHovered != plain);
+    QTest::mouseMove(f.view->viewport(), f.cell(1, ContactModel::Delete));
+    QVERIFY(grabRow(1) != rowHovered);
+    QCOMPARE(f.view->viewport()->cursor().shape(), Qt::PointingHandCursor);
+    // Rows that go leave the mark with what is then under the pointer.
+    f.list.removeAt(1);
+    f.list.removeAt(1);
+    f.view->updateContactModel();
+    QCOMPARE(f.view->viewport()->cursor().shape(), Qt::ArrowCursor);
+    QEvent leave(QEvent::Leave);
+    QTest::mouseMove(f.view->viewport(), f.cell(0, ContactModel::Mac));
+    QCoreApplication::sendEvent(f.view->viewport(), &leave);
+    const QImage left = grabRow(0);
+    QTest::mouseMove(f.view->viewport(), f.cell(0, ContactModel::City));
+    QVERIFY(grabRow(0) != left);
+}
+
+void TestContactView::emptyViewsSayWhy()
+{
+    Fixture f(0);
+    const auto middle = [&] {
+        const QRect whole = f.view->viewport()->rect();
+        return f.view->viewport()->grab(whole.adjusted(0, 60, 0, -60)).toImage();
+    };
+    const auto isBlank = [](const QImage &image) {
+        QImage filled(image);
+        filled.fill(image.pixelColor(0, 0));
+        return filled == image;
+    };
+    const QImage noDevices = middle();
+    QVERIFY(!isBlank(noDevices));
+    f.list.append(Fixture::numbered(1));
+    f.view->updateContactModel();
+    QVERIFY(isBlank(middle()));
+    f.view->sortBySearchEdit(0, QStringLiteral("nowhere"));
+    const QImage noMatch = middle();
+    QVERIFY(!isBlank(noMatch));
+    QVERIFY(noMatch != noDevices);
+}
+
+void TestContactView::editorOfTheDelegate()
+{
+    const Fixture f(1);
+    QWidget parent;
+    QWidget *const editor = f.view->itemDelegate()->createEditor(&parent, QStyleOptionViewItem(),
+                                                                 f.proxy().index(0, 1));
+    QVERIFY(qobject_cast<QLineEdit *>(editor));
+    QCOMPARE(editor->minimumWidth(), 0);
+    QCOMPARE(editor->maximumWidth(), 100);
+}
+
+QTEST_MAIN(TestContactView)
+#include "tst_contactview.moc"

@@ -1,0 +1,80 @@
+#include "view/ColumnLayout.h"
+
+#include "view/ContactTitle.h"
+
+#include <QFontMetrics>
+
+#include <algorithm>
+
+namespace ColumnLayout {
+
+namespace {
+
+struct Share
+{
+    int minimum;
+    int weight; ///< of the width that is left when every column has its minimum
+};
+
+// Number and actions never need more; a server name or a company may be long.
+constexpr std::array<Share, ContactModel::ColumnCount> shares = {{
+    {52, 0},  // Number
+    {140, 1}, // Mac
+    {72, 2},  // Product
+    {96, 6},  // SipServer
+    {76, 4},  // FirstAccount
+    {88, 4},  // SipUserId
+    {56, 3},  // City
+    {76, 5},  // Company
+    {88, 4},  // Department
+    {64, 0},  // Detail
+    {64, 0},  // Delete
+}};
+
+/// Closer than the margins of a cell: nothing is cut off by it, and the smallest window holds the
+/// words of a large font.
+constexpr int headerMargins = textMargin + 4;
+
+} // namespace
+
+Widths minimums(const QFontMetrics &metrics, int highestNumber)
+{
+    Widths result = {};
+    for (std::size_t column = 0; column < shares.size(); ++column) {
+        const QString word = ContactTitle::columnName(static_cast<int>(column));
+        result[column] =
+            std::max(shares[column].minimum, metrics.horizontalAdvance(word) + headerMargins);
+    }
+    const auto makeRoom = [&](ContactModel::Column column, const QString &text) {
+        result[column] = std::max(result[column], metrics.horizontalAdvance(text) + 2 * textMargin);
+    };
+    makeRoom(ContactModel::Mac, QStringLiteral("02:00:A7:A1:B2:C3"));
+    makeRoom(ContactModel::Number,
+             QString(QString::number(highestNumber).size(), QLatin1Char('8')));
+    return result;
+}
+
+Widths widths(int viewportWidth, const Widths &minimums)
+{
+    Widths result = minimums;
+    int left = viewportWidth;
+    int weights = 0;
+    for (std::size_t column = 0; column < shares.size(); ++column) {
+        left -= minimums[column];
+        weights += shares[column].weight;
+    }
+
+    // Each column takes its part of what is then left, so that rounding never loses a pixel.
+    left = std::max(0, left);
+    for (std::size_t column = 0; column < shares.size(); ++column) {
+        if (shares[column].weight == 0)
+            continue;
+        const int extra = left * shares[column].weight / weights;
+        result[column] += extra;
+        left -= extra;
+        weights -= shares[column].weight;
+    }
+    return result;
+}
+
+} // namespace ColumnLayout

@@ -1,0 +1,113 @@
+#include "view/ContactDelegate.h"
+
+#include "view/ColumnLayout.h"
+#include "view/ContactModel.h"
+#include "view/RowPictures.h"
+
+#include <QHeaderView>
+#include <QLineEdit>
+#include <QPainter>
+#include <QTableView>
+
+namespace {
+
+/// The rectangle of the whole row that a cell belongs to.
+QRect rowRect(const QStyleOptionViewItem &option)
+{
+    const auto *table = qobject_cast<const QTableView *>(option.widget);
+    if (!table)
+        return option.rect;
+    return {table->columnViewportPosition(0), option.rect.top(),
+            table->horizontalHeader()->length(), option.rect.height()};
+}
+
+} // namespace
+
+ContactDelegate::ContactDelegate(RowPictures &pictures, QObject *parent)
+    : QStyledItemDelegate(parent)
+    , m_pictures(pictures)
+{
+}
+
+void ContactDelegate::setHovered(int row, int column)
+{
+    m_hoveredRow = row;
+    m_hoveredColumn = column;
+}
+
+void ContactDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option,
+                            const QModelIndex &index) const
+{
+    RowPictures::RowState state;
+    state.selected = option.state.testFlag(QStyle::State_Selected);
+    state.hovered = index.row() == m_hoveredRow;
+    m_pictures.paintRow(*painter, rowRect(option), option.rect, option.palette, state);
+    if (index.column() >= ContactModel::Detail)
+        paintAction(*painter, option, index);
+    else
+        paintText(*painter, option, index, m_pictures.textColor(option.palette, state));
+}
+
+void ContactDelegate::paintText(QPainter &painter, const QStyleOptionViewItem &option,
+                                const QModelIndex &index, const QColor &color) const
+{
+    const QRect room =
+        option.rect.adjusted(ColumnLayout::textMargin, 0, -ColumnLayout::textMargin, 0);
+    const QString text = option.fontMetrics.elidedText(
+        index.data(Qt::DisplayRole).toString(), Qt::ElideRight, room.width(), Qt::TextSingleLine);
+    painter.save();
+    painter.setFont(option.font);
+    painter.setPen(color);
+    painter.drawText(room, index.data(Qt::TextAlignmentRole).toInt() | Qt::TextSingleLine, text);
+    painter.restore();
+}
+
+void ContactDelegate::paintAction(QPainter &painter, const QStyleOptionViewItem &option,
+                                  const QModelIndex &index) const
+{
+    const auto picture = index.data(Qt::DecorationRole).value<QPixmap>();
+    if (picture.isNull())
+        return;
+
+    QRect button(0, 0, iconEdge + 8, iconEdge + 6);
+    button.moveCenter(option.rect.center());
+    if (index.row() == m_hoveredRow && index.column() == m_hoveredColumn) {
+        // Red says that this one cannot be taken back.
+        QColor tint = index.column() == ContactModel::Delete
+                          ? QColor(0xD3, 0x2F, 0x2F)
+                          : option.palette.color(QPalette::Active, QPalette::Highlight);
+        tint.setAlpha(80);
+        painter.save();
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(tint);
+        painter.drawRoundedRect(button, 4, 4);
+        painter.restore();
+    }
+
+    const QPixmap &icon = iconFor(picture, painter.device()->devicePixelRatioF());
+    QRect place(QPoint(), icon.size() / icon.devicePixelRatio());
+    place.moveCenter(option.rect.center());
+    painter.drawPixmap(place.topLeft(), icon);
+}
+
+/// Scaled for the screen's real pixels, once for each picture.
+const QPixmap &ContactDelegate::iconFor(const QPixmap &picture, qreal pixelRatio) const
+{
+    QPixmap &icon = m_icons[picture.cacheKey()];
+    if (icon.isNull() || !qFuzzyCompare(icon.devicePixelRatio(), pixelRatio)) {
+        icon = picture.scaled(QSize(iconEdge, iconEdge) * pixelRatio, Qt::KeepAspectRatio,
+                              Qt::SmoothTransformation);
+        icon.setDevicePixelRatio(pixelRatio);
+    }
+    return icon;
+}
+
+QWidget *ContactDelegate::createEditor(QWidget *parent, const QStyleOptionViewItem & /*option*/,
+                                       const QModelIndex & /*index*/) const
+{
+    auto *editor = new QLineEdit(parent);
+    editor->setMinimumWidth(0);
+    editor->setMaximumWidth(100);
+    return editor;
+}

@@ -1,0 +1,238 @@
+#include "view/ContactModel.h"
+
+#include "model/ContactFields.h"
+
+#include <algorithm>
+
+namespace {
+
+/// The stored id is left out: it follows the position and is not on show.
+bool sameDevice(const DeviceNode &left, const DeviceNode &right)
+{
+    const auto &fields = contactFields();
+    return std::all_of(fields.begin(), fields.end(), [&](const ContactField &field) {
+        return left.info.*field.member == right.info.*field.member;
+    });
+}
+
+} // namespace
+
+ContactModel::ContactModel(const DeviceList &list, QObject *parent)
+    : QAbstractTableModel(parent)
+    , m_list(&list)
+    , m_snapshot(list.snapshot())
+{
+}
+
+int ContactModel::rowCount(const QModelIndex &parent) const
+{
+    return parent.isValid() ? 0 : m_snapshot.size();
+}
+
+int ContactModel::columnCount(const QModelIndex &parent) const
+{
+    return parent.isValid() ? 0 : ColumnCount;
+}
+
+QVariant ContactModel::data(const QModelIndex &index, int role) const
+{
+    if (!index.isValid() || index.row() >= m_snapshot.size() || index.column() >= ColumnCount)
+        return {};
+
+    switch (role) {
+    case Qt::DisplayRole:
+        return displayText(index.row(), index.column());
+    case Qt::DecorationRole:
+        return index.column() == Detail || index.column() == Delete
+                   ? QVariant(actionPicture(index.column()))
+                   : QVariant();
+    case Qt::TextAlignmentRole:
+        return static_cast<int>(Qt::AlignLeft | Qt::AlignVCenter);
+    default:
+        return {};
+    }
+}
+
+Qt::DropActions ContactModel::supportedDropActions() const
+{
+    return Qt::CopyAction | Qt::MoveAction;
+}
+
+bool ContactModel::insertRows(int row, int count, const QModelIndex &parent)
+{
+    if (parent.isValid() || row < 0 || count < 1)
+        return true;
+    const DeviceListSnapshot fresh = m_list->snapshot();
+    const bool trueToList = row <= m_snapshot.size() && fresh.size() == m_snapshot.size() + count;
+    beginInsertRows(parent, row, row + count - 1);
+    if (trueToList)
+        adopt(fresh, row, m_snapshot.size() - row);
+    endInsertRows();
+    if (trueToList)
+        announceNumbers();
+    else
+        announceReset();
+    return true;
+}
+
+bool ContactModel::removeRows(int row, int count, const QModelIndex &parent)
+{
+    if (parent.isValid() || row < 0 || count < 1)
+        return true;
+    const DeviceListSnapshot fresh = m_list->snapshot();
+    const bool trueToList =
+        row + count <= m_snapshot.size() && fresh.size() == m_snapshot.size() - count;
+    beginRemoveRows(parent, row, row + count - 1);
+    if (trueToList)
+        adopt(fresh, row, m_snapshot.size() - row - count);
+    endRemoveRows();
+    if (trueToList)
+        announceNumbers();
+    else
+        announceReset();
+    return true;
+}
+
+/// Where the list does not bear out what was announced on a caller's word, whoever counted along
+/// starts over instead of keeping rows that do not exist.
+void ContactModel::announceReset()
+{
+    beginResetModel();
+    m_snapshot = m_list->snapshot();
+    endResetModel();
+}
+
+void ContactModel::resetModel(bool displaySetting)
+{
+    beginResetModel();
+    m_displaySetting = displaySetting;
+    m_snapshot = m_list->snapshot();
+    endResetModel();
+}
+
+int ContactModel::positionOfNumber(int number) const
+{
+    const QVector<DeviceNode> &nodes = m_snapshot.nodes();
+    // Numbers count from 1 in list order, as a rule.
+    if (number >= 1 && number <= nodes.size() && nodes.at(number - 1).number == number)
+        return number - 1;
+    const auto found = std::find_if(nodes.begin(), nodes.end(), [number](const DeviceNode &node) {
+        return node.number == number;
+    });
+    return found == nodes.end() ? -1 : static_cast<int>(found - nodes.begin());
+}
+
+void ContactModel::refresh()
+{
+    const DeviceListSnapshot fresh = m_list->snapshot();
+    if (fresh.version() == m_snapshot.version())
+        return;
+
+    const QVector<DeviceNode> &before = m_snapshot.nodes();
+    const QVector<DeviceNode> &after = fresh.nodes();
+    const int common = std::min(before.size(), after.size());
+    int head = 0;
+    while (head < common && sameDevice(before.at(head), after.at(head)))
+        ++head;
+    int tail = 0;
+    while (tail < common - head &&
+           sameDevice(before.at(before.size() - 1 - tail), after.at(after.size() - 1 - tail)))
+        ++tail;
+    const int gone = before.size() - head - tail;
+    const int come = after.size() - head - tail;
+
+    if (gone == 0 && come == 0) {
+        adopt(fresh, head, tail);
+    } else if (gone == 0) {
+        beginInsertRows({}, head, head + come - 1);
+        adopt(fresh, head, tail);
+        endInsertRows();
+    } else if (come == 0) {
+        beginRemoveRows({}, head, head + gone - 1);
+        adopt(fresh, head, tail);
+        endRemoveRows();
+    } else if (gone == come && (gone == 1 || head + tail > 0)) {
+        adopt(fresh, head, tail);
+        emit dataChanged(index(head, Number), index(head + come - 1, Department),
+                         {Qt::DisplayRole});
+    } else {
+        announceReset();
+        return;
+    }
+    announceNumbers();
+}
+
+void ContactModel::adopt(const DeviceListSnapshot &fresh, int head, int tail)
+{
+    m_renumbering = Renumbering{m_snapshot, head, tail};
+    m_snapshot = fresh;
+}
+
+/// The devices before and after the changed stretch are the same, but their numbers may not be.
+void ContactModel::announceNumbers()
+{
+    const int tailRow = m_snapshot.size() - m_renumbering->tail;
+    int first = m_snapshot.size();
+    int last = -1;
+    for (int row = 0; row < m_snapshot.size(); ++row) {
+        if (row == m_renumbering->head)
+            row = tailRow;
+        if (row < m_snapshot.size() && shownNumber(row) != m_snapshot.at(row).number) {
+            first = std::min(first, row);
+            last = row;
+        }
+    }
+    m_renumbering.reset();
+    if (last >= first)
+        emit dataChanged(index(first, Number), index(last, Number), {Qt::DisplayRole});
+}
+
+int ContactModel::shownNumber(int row) const
+{
+    if (m_renumbering) {
+        const QVector<DeviceNode> &before = m_renumbering->before.nodes();
+        const int rowFromEnd = m_snapshot.size() - row;
+        if (row < m_renumbering->head)
+            return before.at(row).number;
+        if (rowFromEnd <= m_renumbering->tail)
+            return before.at(before.size() - rowFromEnd).number;
+    }
+    return m_snapshot.at(row).number;
+}
+
+QVariant ContactModel::displayText(int row, int column) const
+{
+    const ContactInfo &info = m_snapshot.at(row).info;
+    switch (column) {
+    case Number:
+        return shownNumber(row);
+    case Mac:
+        return info.mac;
+    case Product:
+        return info.product;
+    case SipServer:
+        return info.sip_server;
+    case FirstAccount:
+        return info.first_account;
+    case SipUserId:
+        return info.sip_user_id;
+    case City:
+        return info.city;
+    case Company:
+        return info.company;
+    case Department:
+        return info.department;
+    default:
+        return {};
+    }
+}
+
+QPixmap ContactModel::actionPicture(int column) const
+{
+    if (!m_picturesLoaded) {
+        m_eye.load(QStringLiteral("./resource/eye.png"));
+        m_trash.load(QStringLiteral("./resource/trash.png"));
+        m_picturesLoaded = true;
+    }
+    return column == Detail ? m_eye : m_trash;
+}

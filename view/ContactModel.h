@@ -1,0 +1,89 @@
+#pragma once
+
+#include "model/DeviceList.h"
+
+#include <QAbstractTableModel>
+#include <QPixmap>
+
+#include <optional>
+
+/// The device list as a table: nine columns of text and two of pictures that act as buttons.
+///
+/// Works on a snapshot, so what is on show stays consistent while the list changes; refresh() takes
+/// the next one. Read only: the list is changed by its owner. GUI thread.
+class ContactModel : public QAbstractTableModel
+{
+    Q_OBJECT
+
+public:
+    /// The primary account stands before the user id, the reverse of the record's order.
+    enum Column {
+        Number,
+        Mac,
+        Product,
+        SipServer,
+        FirstAccount,
+        SipUserId,
+        City,
+        Company,
+        Department,
+        Detail,
+        Delete,
+        ColumnCount
+    };
+
+    /// `list` is not owned and must outlive the model.
+    explicit ContactModel(const DeviceList &list, QObject *parent = nullptr);
+
+    int rowCount(const QModelIndex &parent = QModelIndex()) const override;
+    int columnCount(const QModelIndex &parent = QModelIndex()) const override;
+    QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
+    Qt::DropActions supportedDropActions() const override;
+
+    /// Announces that the list has already received `count` devices from `row` on, and takes its
+    /// present contents. Always true.
+    bool insertRows(int row, int count, const QModelIndex &parent = QModelIndex()) override;
+    /// Announces that the list has already lost the `count` devices from `row` on, and takes its
+    /// present contents. Always true.
+    bool removeRows(int row, int count, const QModelIndex &parent = QModelIndex()) override;
+
+    /// Keeps the display setting and starts over from the present list.
+    void resetModel(bool displaySetting);
+    bool displaySetting() const { return m_displaySetting; }
+
+    /// Row of the device with this running number, or -1.
+    int positionOfNumber(int number) const;
+
+    /// Takes the present contents of the list and announces the smallest change that explains the
+    /// difference, so that views keep scroll position and selection. O(n), without effect when
+    /// nothing changed.
+    void refresh();
+
+    /// What is on show.
+    const DeviceListSnapshot &snapshot() const { return m_snapshot; }
+
+private:
+    /// While rows come or go: the devices that stay (`head` of them in front, `tail` at the end)
+    /// keep the numbers they had, as a view must not see a number change before it is told.
+    struct Renumbering
+    {
+        DeviceListSnapshot before;
+        int head = 0;
+        int tail = 0;
+    };
+
+    void adopt(const DeviceListSnapshot &fresh, int head, int tail);
+    void announceNumbers();
+    void announceReset();
+    int shownNumber(int row) const;
+    QVariant displayText(int row, int column) const;
+    QPixmap actionPicture(int column) const;
+
+    const DeviceList *m_list;
+    DeviceListSnapshot m_snapshot;
+    std::optional<Renumbering> m_renumbering;
+    bool m_displaySetting = false;
+    mutable bool m_picturesLoaded = false;
+    mutable QPixmap m_eye;
+    mutable QPixmap m_trash;
+};

@@ -1,0 +1,141 @@
+#pragma once
+
+#include "view/RowPictures.h"
+
+#include <QPointer>
+#include <QTableView>
+#include <QVector>
+
+class ContactDelegate;
+class ContactFilter;
+class ContactModel;
+class DeviceList;
+class SearchEdit;
+
+/// The device list on screen: one row of 30 pixels per device, with a button that opens the device
+/// and one that deletes it.
+///
+/// The view changes nothing itself: it reports what the user asks for, with rows of the device
+/// list, whatever filter is on, and shows the list anew on updateContactModel(). GUI thread.
+class ContactView : public QTableView
+{
+    Q_OBJECT
+
+public:
+    static constexpr int rowPixels = 30;
+
+    /// Shows `list`, which is not owned and must outlive the view.
+    explicit ContactView(const DeviceList &list, QWidget *parent = nullptr);
+    ~ContactView() override;
+
+    /// While busy, the list is being rebuilt: updates are put off, and the last one is made up for
+    /// as soon as the view is not busy any more.
+    void setBusy(bool busy);
+
+    /// Takes the keywords of this box. It is not owned.
+    void addSearchEdit(SearchEdit *edit);
+
+    /// Number of devices in the list as it is on show, filtered or not.
+    int deviceCount() const;
+
+    /// Row in the list of the device that this index of the view's model shows, or -1.
+    int listRow(const QModelIndex &index) const;
+
+    /// Row of the current device in the list, or -1.
+    int currentListRow() const;
+
+    /// Number of selected rows.
+    int selectionState() const;
+
+    /// Where the mouse was pressed last: the row, counted from 1, the position inside the row, and
+    /// whether the press counts (it does not while a batch is being put together).
+    struct Press
+    {
+        int rowNumber = 0;
+        int offsetInRow = 0;
+        bool pressed = false;
+    };
+    const Press &lastPress() const { return m_press; }
+
+signals:
+    /// The list on show has no device any more.
+    void showNobodyPreview();
+    /// A device is to be added; see addNewContact().
+    void addNewContactByGroup();
+    /// The user has changed a keyword.
+    void onSearchState();
+    /// The stretch of list rows from `first` to `last` has been brought into view.
+    void changeContact(int first, int last);
+    /// A device is about to be opened.
+    void checkDetailValue();
+    /// The device at this row of the list is to be opened.
+    void onRowDetail(int row);
+    /// The device at this row of the list is to be deleted.
+    void onRowDelete(int row);
+    /// The view shows the list's present contents.
+    void viewUpdated();
+
+public slots:
+    /// A search box reports its text.
+    void onSearchTextChanged(int index, const QString &keyword);
+    /// Turns the batch state, in which a press on the marked row does not select it, on or off.
+    void changeBatchState();
+    /// Asks for a new device.
+    void addNewContact();
+    /// Brings the rows from `first` to `last` of the list into view and selects the first.
+    void showGroupContacts(int first, int last);
+    /// Brings the view up to date with the list; see setBusy().
+    void updateContactModel();
+    /// The view has been scrolled down to this pixel.
+    void changeScrollValue(int value);
+    /// Takes the keyboard from the search boxes to the rows.
+    void clearSearchEditFocus();
+    /// Acts on a click: the eye opens, the trash can deletes.
+    void viewClicked(const QModelIndex &index);
+    /// Shows only the devices with `keyword` in the column of search box `index`.
+    void sortBySearchEdit(int index, const QString &keyword);
+    /// Says what a click on this cell does.
+    void showToolTip(const QModelIndex &index);
+
+protected:
+    void changeEvent(QEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    void mouseDoubleClickEvent(QMouseEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+    bool viewportEvent(QEvent *event) override;
+
+private:
+    void setUpLook();
+    void layOutColumns();
+    void applyKeyword(int index, const QString &keyword);
+    void openRow(const QModelIndex &index);
+    void selectListRow(int row, bool select);
+    void paintSeparators(QPainter &painter, const QRect &exposed);
+    void paintFocus(QPainter &painter);
+    void paintHint(QPainter &painter);
+    void updateHover();
+    void repaintRow(int row);
+
+    RowPictures m_pictures;
+    ContactModel *m_model;
+    ContactFilter *m_filter;
+    ContactDelegate *m_delegate;
+    QVector<QPointer<SearchEdit>> m_searchEdits;
+
+    bool m_busy = false;
+    bool m_updateMissed = false;
+
+    Press m_press;
+    bool m_batchState = false;
+    int m_markedRowNumber = 0; ///< the row opened last, counted from 1
+    int m_verticalOffset = 0;
+    bool m_ignoreRelease = false; ///< the coming release ends a double click on a button
+
+    QPoint m_pointer; ///< in the viewport; meaningful while m_pointerInside
+    bool m_pointerInside = false;
+    int m_hoveredRow = -1;
+    int m_hoveredColumn = -1;
+};

@@ -1,0 +1,154 @@
+#include "view/RowPictures.h"
+
+#include <QImage>
+#include <QPainter>
+#include <QPalette>
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+constexpr double readableContrast = 4.5;
+constexpr int hoverOpacity = 26; // of 255: visible, and too faint to spoil the text
+constexpr int maximumSeparatorHeight = 2;
+
+double linear(double channel)
+{
+    return channel <= 0.03928 ? channel / 12.92 : std::pow((channel + 0.055) / 1.055, 2.4);
+}
+
+double luminance(const QColor &color)
+{
+    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) +
+           0.0722 * linear(color.blueF());
+}
+
+double worstContrast(const QImage &background, const QColor &color)
+{
+    double worst = 21;
+    for (int y = 0; y < background.height(); ++y) {
+        for (int x = 0; x < background.width(); ++x)
+            worst = std::min(worst, RowPictures::contrast(background.pixelColor(x, y), color));
+    }
+    return worst;
+}
+
+} // namespace
+
+double RowPictures::contrast(const QColor &left, const QColor &right)
+{
+    const double first = luminance(left) + 0.05;
+    const double second = luminance(right) + 0.05;
+    return std::max(first, second) / std::min(first, second);
+}
+
+void RowPictures::load()
+{
+    if (m_loaded)
+        return;
+    m_loaded = true;
+    m_selectedSource.load(QStringLiteral("./resource/selected_row.png"));
+    m_backgroundSource.load(QStringLiteral("./resource/row_background.jpg"));
+    m_separator.load(QStringLiteral("./resource/separator.png"));
+}
+
+void RowPictures::prepareSelectedRow()
+{
+    load();
+    if (m_selectedSource.isNull() || m_selectedScaled.width() == selectedRowSize.width())
+        return;
+    m_selectedScaled =
+        m_selectedSource.scaled(selectedRowSize, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+}
+
+/// Scaled once for a whole row, so that a cell only copies its part.
+const QPixmap &RowPictures::backgroundFor(const QSize &size, qreal pixelRatio)
+{
+    const QSize pixels = size * pixelRatio;
+    if (m_backgroundScaled.size() != pixels) {
+        m_backgroundScaled =
+            m_backgroundSource.scaled(pixels, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    }
+    m_backgroundScaled.setDevicePixelRatio(pixelRatio);
+    return m_backgroundScaled;
+}
+
+void RowPictures::paintRow(QPainter &painter, const QRect &row, const QRect &part,
+                           const QPalette &palette, RowState state)
+{
+    load();
+    painter.save();
+    painter.setClipRect(part, Qt::IntersectClip);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+
+    if (m_backgroundSource.isNull())
+        painter.fillRect(part, palette.color(QPalette::Active, QPalette::Base));
+    else
+        painter.drawPixmap(row.topLeft(),
+                           backgroundFor(row.size(), painter.device()->devicePixelRatioF()));
+
+    if (state.selected) {
+        prepareSelectedRow();
+        if (m_selectedScaled.isNull())
+            painter.fillRect(part, palette.color(QPalette::Active, QPalette::Highlight));
+        else
+            painter.drawPixmap(row, m_selectedScaled);
+    }
+    if (state.hovered) {
+        QColor tint = palette.color(QPalette::Active, QPalette::Highlight);
+        tint.setAlpha(hoverOpacity);
+        painter.fillRect(part, tint);
+    }
+    painter.restore();
+}
+
+void RowPictures::paintSeparator(QPainter &painter, const QRect &row, const QPalette &palette)
+{
+    load();
+    if (m_separator.isNull()) {
+        QColor line = palette.color(QPalette::Active, QPalette::Text);
+        line.setAlpha(40);
+        painter.fillRect(QRect(row.left(), row.bottom(), row.width(), 1), line);
+        return;
+    }
+    const int height = std::min(m_separator.height(), maximumSeparatorHeight);
+    painter.drawPixmap(QRect(row.left(), row.bottom() + 1 - height, row.width(), height),
+                       m_separator);
+}
+
+QColor RowPictures::textColor(const QPalette &palette, RowState state)
+{
+    const QPair<qint64, int> key(palette.cacheKey(),
+                                 (state.selected ? 1 : 0) + (state.hovered ? 2 : 0));
+    const auto known = m_textColors.constFind(key);
+    if (known != m_textColors.constEnd())
+        return *known;
+
+    load();
+    // Painted just as the row is, only smaller; a copy keeps the row's own background cached.
+    QImage sample(48, 30, QImage::Format_RGB32);
+    sample.fill(palette.color(QPalette::Active, QPalette::Base));
+    RowPictures painterOfSample(*this);
+    QPainter painter(&sample);
+    painterOfSample.paintRow(painter, sample.rect(), sample.rect(), palette, state);
+    painter.end();
+
+    QColor best = palette.color(QPalette::Active,
+                                state.selected ? QPalette::HighlightedText : QPalette::Text);
+    double bestContrast = worstContrast(sample, best);
+    if (bestContrast < readableContrast) {
+        for (const QColor &candidate : {QColor(Qt::black), QColor(Qt::white)}) {
+            const double candidateContrast = worstContrast(sample, candidate);
+            if (candidateContrast > bestContrast) {
+                best = candidate;
+                bestContrast = candidateContrast;
+            }
+        }
+    }
+    // Palettes come and go with themes; one that is gone is not looked up again.
+    if (m_textColors.size() > 64)
+        m_textColors.clear();
+    m_textColors.insert(key, best);
+    return best;
+}

@@ -1,0 +1,50 @@
+#include "view/SearchEdit.h"
+
+#include "view/ContactModel.h"
+
+#include <QKeyEvent>
+
+#include <array>
+
+SearchEdit::SearchEdit(int index, QWidget *parent)
+    : QLineEdit(parent)
+    , m_index(index)
+{
+    setClearButtonEnabled(true);
+    connect(this, &QLineEdit::textChanged, this, &SearchEdit::onSearchEditChanged);
+}
+
+int SearchEdit::columnOf(int index)
+{
+    static constexpr std::array<int, boxCount> columns = {
+        ContactModel::Mac,          ContactModel::Product,   ContactModel::SipServer,
+        ContactModel::FirstAccount, ContactModel::SipUserId, ContactModel::Number,
+        ContactModel::City,         ContactModel::Company,   ContactModel::Department,
+    };
+    return index >= 0 && index < boxCount ? columns[static_cast<std::size_t>(index)]
+                                          : static_cast<int>(ContactModel::Number);
+}
+
+void SearchEdit::clearSilently()
+{
+    // Not with blocked signals: the clear button listens to the same textChanged().
+    m_silent = true;
+    clear();
+    m_silent = false;
+}
+
+void SearchEdit::onSearchEditChanged(const QString &text)
+{
+    if (!m_silent)
+        emit searchTextChanged(m_index, text);
+}
+
+void SearchEdit::keyPressEvent(QKeyEvent *event)
+{
+    if (event->key() == Qt::Key_Escape && !text().isEmpty()) {
+        clear();
+        event->accept();
+        return;
+    }
+    QLineEdit::keyPressEvent(event);
+}

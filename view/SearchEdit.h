@@ -1,0 +1,38 @@
+#pragma once
+
+#include <QLineEdit>
+
+/// A search box over one column of the device list.
+class SearchEdit : public QLineEdit
+{
+    Q_OBJECT
+
+public:
+    /// How many boxes there are; their indices count from 0.
+    static constexpr int boxCount = 9;
+
+    explicit SearchEdit(int index, QWidget *parent = nullptr);
+
+    int index() const { return m_index; }
+
+    /// The table column that box `index` searches; the first one for an index that no box has.
+    static int columnOf(int index);
+
+    /// Empties the box without telling anybody who listens to searchTextChanged().
+    void clearSilently();
+
+signals:
+    /// The text of box `index` is now `text`.
+    void searchTextChanged(int index, const QString &text);
+
+public slots:
+    void onSearchEditChanged(const QString &text);
+
+protected:
+    /// Escape empties the box.
+    void keyPressEvent(QKeyEvent *event) override;
+
+private:
+    int m_index;
+    bool m_silent = false;
+};
