@@ -7,8 +7,12 @@ target_compile_options(vl_options INTERFACE
     -Wall -Wextra -Wpedantic -Wshadow -Wconversion
     -Wold-style-cast -Woverloaded-virtual -Wnon-virtual-dtor
     -Werror
-    -fstack-protector-strong
-    $<$<AND:$<CONFIG:Release,RelWithDebInfo>,$<STREQUAL:${VL_SANITIZE},>>:-U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2>)
+    -fstack-protector-strong)
+if(NOT VL_SANITIZE)
+    # The sanitizers bring checks of their own for what this one covers.
+    target_compile_options(vl_options INTERFACE
+        $<$<CONFIG:Release,RelWithDebInfo>:-U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2>)
+endif()
 target_compile_definitions(vl_options INTERFACE
     QT_NO_CAST_FROM_ASCII
     QT_NO_CAST_TO_ASCII
