@@ -9,3 +9,7 @@ target_compile_definitions(tst_singleapplication PRIVATE
 add_dependencies(tst_singleapplication single_instance_probe)
 
 vl_test(tst_mainwindow LINK vl::app)
+
+vl_test(tst_provisioning LINK vl::storage SOURCES HttpPhone.h TestDevices.h)
+set_property(TEST tst_provisioning APPEND PROPERTY
+    ENVIRONMENT "TSAN_OPTIONS=suppressions=${CMAKE_CURRENT_SOURCE_DIR}/tsan.supp")
