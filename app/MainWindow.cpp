@@ -290,7 +290,9 @@ void MainWindow::showContactViewDetail(int index)
     const DeviceNode &node = m_dataMgr.devices().at(index);
     m_editedContact = node.info;
     m_editedContact.id = node.number;
-    m_contactDialog->setWindowTitle(tr("Overview && Edit"));
+    // A title bar knows no shortcuts, and would show both.
+    m_contactDialog->setWindowTitle(
+        tr("Overview && Edit").replace(QLatin1String("&&"), QLatin1String("&")));
     m_contactDialog->loadContact(false, &m_editedContact);
     m_contactDialog->show();
 }

@@ -256,7 +256,7 @@ void TestMainWindow::editingChangesTheDeviceOnlyWhenSaved()
         account->setText(QStringLiteral("changed"));
     };
     edit();
-    QCOMPARE(dialog->windowTitle(), QStringLiteral("Overview && Edit"));
+    QCOMPARE(dialog->windowTitle(), QStringLiteral("Overview & Edit"));
     dialog->close();
     QCOMPARE(m_dataMgr->devices().at(1).info.first_account, QStringLiteral("1002"));
     edit();
