@@ -1,0 +1,478 @@
+"""The tour itself; scripts/tour.sh prepares the screen and the network and starts it.
+
+A person's first hour with the program: an empty list, one device, the service opened,
+a telephone that fetches its file, an edit, an end and a new start. Every check prints
+a line; the last line counts them.
+"""
+
+import os
+import shlex
+import signal
+import sqlite3
+import stat
+import subprocess
+import sys
+import time
+import traceback
+from contextlib import closing
+from pathlib import Path
+
+import screen
+from screen import NotSeen, keys, type_text, wait_active, wait_for, wait_gone, xdotool
+
+TITLE = "Velloran Device Management Tool"
+MAC_TYPED = "a1b2c3"
+MAC = "02:00:A7:A1:B2:C3"
+FILE = "cfg0200a7a1b2c3.xml"
+# Label in the dialog, column of the table, what is typed. The password holds what XML
+# and SQL must escape.
+TYPED = [
+    ("Account", "first_account", "Front desk"),
+    ("SIP Server", "sip_server", "sip.example.net"),
+    ("SIP User ID", "sip_user_id", "2001"),
+    ("Authentication ID", "auth_id", "auth2001"),
+    ("Password", "password", "s3<c&r'et"),
+]
+DESK_PHONE = {"P47": "sip_server", "P35": "sip_user_id", "P270": "first_account",
+              "P36": "auth_id", "P34": "password"}
+CORDLESS = {"P47": "sip_server", "P4060": "sip_user_id", "P270": "first_account",
+            "P4090": "auth_id", "P4120": "password"}
+KTP_AGENT = "Velloran KTP16XX 1.0.4.9 02:00:a7:a1:b2:c3"
+DK_AGENT = "Velloran DK715 1.0.2.3"
+CURL_EMPTY_REPLY = 52
+LONGEST_TOUR_S = 400
+# Qt asks where a window is that the window manager is just taking away; it goes on well.
+WINDOW_RACE = "qt.qpa.xcb: QXcbConnection: XCB error: 3 (BadWindow)"
+
+passed = failed = 0
+
+
+def say(text):
+    print(text, flush=True)
+
+
+def check(good, what, saw=None):
+    global passed, failed
+    if good:
+        passed += 1
+        say(f"ok      {what}")
+    else:
+        failed += 1
+        say(f"FAILED  {what}" + (f"; saw: {saw!r}" if saw is not None else ""))
+    return bool(good)
+
+
+def check_equal(saw, wanted, what):
+    return check(saw == wanted, f"{what}: {wanted!r}", saw)
+
+
+def check_soon(look, what):
+    """Checks what takes the program a moment."""
+    try:
+        wait_for(what, look, 10)
+    except NotSeen:
+        return check(False, what)
+    return check(True, what)
+
+
+class Program:
+    """The program in its own folder, and the files it keeps there."""
+
+    def __init__(self, folder, log):
+        self.folder = folder
+        self._log = log
+        self._process = None
+
+    def start(self):
+        # From elsewhere, as a desktop entry would.
+        self._process = subprocess.Popen([str(self.folder / "VlManager")], cwd="/",
+                                         stdin=subprocess.DEVNULL, stdout=self._log,
+                                         stderr=self._log)
+        wait_active(TITLE)
+
+    def start_again(self):
+        """A second copy; its exit status, or None when it does not end."""
+        try:
+            return subprocess.run([str(self.folder / "VlManager")], cwd="/", timeout=10,
+                                  stdin=subprocess.DEVNULL, stdout=self._log,
+                                  stderr=self._log).returncode
+        except subprocess.TimeoutExpired:
+            return None
+
+    def wait_end(self):
+        try:
+            return self._process.wait(10)
+        except subprocess.TimeoutExpired:
+            return None
+
+    def kill(self):
+        if self._process and self._process.poll() is None:
+            self._process.kill()
+            self._process.wait()
+
+    def ports(self):
+        """TCP ports on which the program listens."""
+        listing = subprocess.run(["ss", "-Hltnp"], capture_output=True, text=True).stdout
+        return [int(line.split()[3].rsplit(":", 1)[1]) for line in listing.splitlines()
+                if f"pid={self._process.pid}," in line]
+
+    def rows(self):
+        """The stored devices, each a mapping from column to value."""
+        file = self.folder / "phonebook.db"
+        with closing(sqlite3.connect(f"file:{file}?mode=ro", uri=True)) as connection:
+            connection.row_factory = sqlite3.Row
+            return [dict(row) for row in connection.execute("select * from contact1")]
+
+
+class Phone:
+    """The telephone: another host on the network where there is one, else this one."""
+
+    def __init__(self, server):
+        self._prefix = shlex.split(os.environ.get("TOUR_PHONE", ""))
+        self._server = server
+
+    def get(self, port, name, agent):
+        """curl's status and the whole answer."""
+        done = subprocess.run(
+            [*self._prefix, "curl", "-s", "-i", "--max-time", "10", "-A", agent,
+             f"http://{self._server}:{port}/{name}"], capture_output=True)
+        return done.returncode, done.stdout.decode("utf-8")
+
+
+def xpath(document, expression):
+    done = subprocess.run(["xmllint", "--xpath", expression, "-"], input=document.encode(),
+                          capture_output=True)
+    return done.stdout.decode().rstrip("\n")
+
+
+class Tour:
+    def __init__(self, out):
+        self.out = out
+        self.log = open(out / "program.log", "w", encoding="utf-8")
+        self.program = Program(out / "program", self.log)
+        self.screen = screen.Screen("VlManager", out)
+        # In a network of our own there is one card, and port 80 is free.
+        self.private_server = os.environ.get("TOUR_SERVER", "")
+        self.phone = Phone(self.private_server or "127.0.0.1")
+        self.port = 0
+
+    def run(self):
+        self.first_start()
+        self.new_device()
+        self.open_httpd()
+        self.phone_fetches()
+        self.second_start()
+        self.edit_device()
+        self.search()
+        self.close_httpd()
+        self.close_window()
+        self.device_is_still_there()
+        if self.private_server:
+            self.port_80_taken()
+        self.delete()
+        self.leave_by_menu()
+
+    def count_reads(self, number):
+        return self.screen.sees("label", f"Total device:{number}")
+
+    def cells(self):
+        return self.screen.names("table cell", TITLE)
+
+    def first_start(self):
+        say("-- first start, empty folder")
+        self.program.start()
+        self.screen.shot("empty-list")
+        check_soon(lambda: self.count_reads(0), 'the window counts "Total device:0"')
+        for name in ("New", "Delete All", "Open HTTPD"):
+            check_soon(lambda: self.screen.sees("push button", name), f'a button "{name}"')
+
+    def new_device(self):
+        say("-- a new device, by keyboard")
+        keys("ctrl+n")
+        wait_active("New Device")
+        self.screen.shot("new-device")
+        type_text(MAC_TYPED)
+        keys("Tab")
+        # A choice is called by what is chosen.
+        check_equal(self.screen.focused(), ("combo box", "KTP16XX"),
+                    "after the MAC, Tab leads to")
+        for label, _, text in TYPED:
+            keys("Tab")
+            check_equal(self.screen.focused()[1], label, "Tab leads to")
+            type_text(text)
+        self.screen.shot("new-device-filled")
+        self.screen.click_on("push button", "Save", "New Device")
+        wait_gone("New Device")
+        wait_active(TITLE)
+        check_soon(lambda: self.count_reads(1), 'the window counts "Total device:1"')
+        self.screen.shot("one-device")
+        cells = self.cells()
+        for text in (MAC, "Front desk", "sip.example.net", "2001"):
+            check(text in cells, f"the list shows {text!r}", cells)
+        self.check_stored("Front desk")
+        mode = stat.S_IMODE((self.program.folder / "phonebook.db").stat().st_mode)
+        check_equal(oct(mode), oct(0o600), "phonebook.db holds passwords, so its mode is")
+
+    def check_stored(self, account):
+        rows = self.program.rows()
+        if not check_equal(len(rows), 1, "rows in phonebook.db"):
+            return
+        check_equal(rows[0]["mac"], MAC, "stored mac")
+        for _, column, text in TYPED:
+            wanted = account if column == "first_account" else text
+            check_equal(rows[0][column], wanted, f"stored {column}")
+
+    def choose_card(self, by_keyboard=False):
+        chooser = "Select avaliable NIC"
+        wait_active(chooser)
+        # The card of our network; on a network that is not ours, what is chosen already.
+        if self.private_server:
+            def radio():
+                return self.screen.find("radio button", "tour0", chooser)
+            check(self.screen.sees("label", self.private_server, chooser),
+                  f"the card shows its address {self.private_server}")
+            if not self.screen.is_checked(radio()):
+                self.screen.click(radio(), on_sign=True)
+                check_soon(lambda: self.screen.is_checked(radio()), "a click chooses the card")
+        self.screen.shot("choose-card")
+        if by_keyboard:
+            keys("Return")
+        else:
+            self.screen.click_on("push button", "OK", chooser)
+        wait_gone(chooser)
+
+    def answer_port_warning(self):
+        """True when the program said that port 80 is taken."""
+        def answered():
+            return bool(screen.windows("Httpd Server")) or \
+                self.screen.sees("push button", "Close HTTPD")
+        wait_for("the service to open or a warning about its port", answered)
+        if not screen.windows("Httpd Server"):
+            return False
+        wait_active("Httpd Server")
+        self.screen.shot("port-80-taken")
+        keys("Return")
+        wait_gone("Httpd Server")
+        return True
+
+    def report(self):
+        return self.screen.text("text", "HTTPD server request informations")
+
+    def read_port(self):
+        """The port that the report box names, checked against what the system says."""
+        self.screen.find("push button", "Close HTTPD")
+        check_soon(lambda: "HTTPD server is running." in self.report(),
+                   'the report box says "HTTPD server is running."')
+        lines = self.report().splitlines()
+        ports = [line[len("Port:"):] for line in lines if line.startswith("Port:")]
+        check_equal(ports, [str(port) for port in self.program.ports()],
+                    "the report box names the port on which the program listens")
+        if self.private_server:
+            check(f"ServerIP:{self.private_server}" in lines,
+                  f'the report box says "ServerIP:{self.private_server}"', lines)
+        self.port = int(ports[0])
+
+    def open_httpd(self):
+        say("-- open the service, by mouse")
+        self.screen.click_on("push button", "Open HTTPD")
+        self.choose_card()
+        warned = self.answer_port_warning()
+        self.read_port()
+        self.screen.shot("httpd-open")
+        if self.private_server:
+            check(not warned, "no warning, as port 80 is free here")
+            check_equal(self.port, 80, "the port is")
+
+    def fetch(self, name, agent):
+        status, answer = self.phone.get(self.port, name, agent)
+        check_equal(status, 0, f"curl fetches {name} as {agent.split()[1]}, status")
+        head, _, body = answer.partition("\r\n\r\n")
+        return head.split("\r\n"), body
+
+    def check_document(self, agent, elements, account="Front desk"):
+        head, body = self.fetch(FILE, agent)
+        say(body)
+        check_equal(head[0], "HTTP/1.0 200 Ok", "the answer begins with")
+        check("Content-Type: application/xml" in head, "the answer names its type", head)
+        formed = subprocess.run(["xmllint", "--noout", "-"], input=body.encode(),
+                                capture_output=True)
+        check(formed.returncode == 0, "the document is well-formed", formed.stderr)
+        typed = {column: text for _, column, text in TYPED}
+        typed["first_account"] = account
+        for element, column in elements.items():
+            check_equal(xpath(body, f"string(/vl_provision/config/{element})"), typed[column],
+                        f"{element} holds {column}")
+
+    def phone_fetches(self):
+        say("-- a desk phone fetches its file")
+        self.check_document(KTP_AGENT, DESK_PHONE)
+        say("-- a cordless base fetches its file")
+        self.check_document(DK_AGENT, CORDLESS)
+        say("-- requests that are not for a listed device")
+        for name in ("cfg0200a7000000.xml", "cfg0200A7A1B2C3.xml", "firmware.bin",
+                     "cfg/../../../phonebook.db.xml"):
+            status, answer = self.phone.get(self.port, name, KTP_AGENT)
+            check((status, answer) == (CURL_EMPTY_REPLY, ""), f"no answer to {name}",
+                  (status, answer))
+        wanted = ("One device request cfg.\nProduct:KTP\nFileName:" + FILE +
+                  "\n\nOne device request cfg.\nProduct:DK\nFileName:" + FILE)
+        check_soon(lambda: wanted in self.report(), "the report box tells of both requests")
+        say(self.report())
+        self.screen.shot("phone-has-fetched")
+
+    def second_start(self):
+        say("-- a second start")
+        xdotool("windowminimize", screen.windows(TITLE)[0])
+        wait_for("the window to be minimised", lambda: not screen.windows(TITLE))
+        check_equal(self.program.start_again(), 0, "a second copy ends with status")
+        check_soon(lambda: screen.active_title() == TITLE, "and brings the window back")
+        check_equal(len(screen.windows(TITLE)), 1, "windows on the screen")
+
+    def edit_device(self):
+        say("-- edit the device while the service runs")
+        self.screen.click(self.screen.find("table cell", "Detail", TITLE))
+        # One ampersand of the title's two is eaten by the dialog or the bar, or none is.
+        title = wait_for("the edit dialog", lambda: next(
+            (t for t in ("Overview & Edit", "Overview && Edit") if screen.active_title() == t),
+            None))
+        self.screen.shot("edit-device")
+        check_equal(self.screen.text("text", "Account"), "Front desk", "the dialog shows Account")
+        check("s3<c&r'et" not in self.screen.text("password text", "Password"),
+              "the password is not shown")
+        self.screen.click_on("push button", "Show Advance Settings")
+        self.screen.find("push button", "Hide Advance Settings")
+        self.screen.shot("edit-device-advanced")
+        self.screen.click(self.screen.find("text", "Account"))
+        keys("ctrl+a")
+        type_text("Reception")
+        keys("Return")
+        wait_gone(title)
+        check_soon(lambda: "Reception" in self.cells(), "the list shows the new account")
+        self.check_stored("Reception")
+        self.check_document(KTP_AGENT, DESK_PHONE, account="Reception")
+
+    def search(self):
+        say("-- search a column")
+        self.screen.click(self.screen.find("text", "Search Account"))
+        type_text("zzz")
+        check_soon(lambda: "Reception" not in self.cells(), 'no account contains "zzz"')
+        self.screen.shot("search-no-match")
+        keys("ctrl+a")
+        type_text("cept")
+        check_soon(lambda: "Reception" in self.cells(), '"cept" finds "Reception"')
+        keys("ctrl+a", "BackSpace")
+        check_soon(lambda: "Reception" in self.cells(), "an empty box shows every device")
+
+    def close_httpd(self):
+        say("-- close the service")
+        self.screen.click_on("push button", "Close HTTPD")
+        check_soon(lambda: self.screen.sees("push button", "Open HTTPD"),
+                   'the button reads "Open HTTPD" again')
+        check_soon(lambda: not self.program.ports(), "the program listens no longer")
+        check(not self.screen.sees("text", "HTTPD server request informations"),
+              "the report box is hidden")
+        self.screen.shot("httpd-closed")
+
+    def check_ended(self, began):
+        check_equal(self.program.wait_end(), 0, "the program ends with status")
+        seconds = time.monotonic() - began
+        check(seconds < 5, "and within 5 seconds", round(seconds, 1))
+
+    def close_window(self):
+        say("-- close the window with Alt+F4")
+        began = time.monotonic()
+        keys("alt+F4")
+        self.check_ended(began)
+
+    def device_is_still_there(self):
+        say("-- start again")
+        self.program.start()
+        check_soon(lambda: self.count_reads(1), 'the window counts "Total device:1"')
+        cells = self.cells()
+        for text in (MAC, "Reception", "sip.example.net", "2001"):
+            check(text in cells, f"the list shows {text!r}", cells)
+        self.check_stored("Reception")
+        self.screen.shot("started-again")
+
+    def port_80_taken(self):
+        say("-- open the service while another program has port 80")
+        holder = subprocess.Popen(
+            [sys.executable, "-c", "import socket, time; s = socket.create_server(('', 80)); "
+             "print(flush=True); time.sleep(600)"], stdout=subprocess.PIPE)
+        try:
+            holder.stdout.readline()
+            self.screen.click_on("push button", "Open HTTPD")
+            self.choose_card(by_keyboard=True)
+            check(self.answer_port_warning(), "the program warns that port 80 is taken")
+            self.read_port()
+            check(self.port not in (0, 80), "and uses another port", self.port)
+            self.screen.shot("random-port")
+            self.check_document(KTP_AGENT, DESK_PHONE, account="Reception")
+        finally:
+            holder.kill()
+            holder.wait()
+
+    def answer_question(self, title, answer):
+        wait_active(title)
+        self.screen.click_on("push button", answer, title)
+        wait_gone(title)
+
+    def delete(self):
+        say("-- delete all, first not, then so")
+        keys("ctrl+d")
+        wait_active("Delete All Devices")
+        self.screen.shot("delete-all")
+        self.answer_question("Delete All Devices", "No")
+        check(self.count_reads(1), 'answered "No", the device stays')
+        keys("ctrl+d")
+        self.answer_question("Delete All Devices", "Yes")
+        check_soon(lambda: self.count_reads(0), 'answered "Yes", the list is empty')
+        check_equal(self.program.rows(), [], "rows in phonebook.db")
+        backups = sorted((self.program.folder / "backup").glob("devices-*.csv"))
+        if check_equal(len(backups), 1, "backups of what was deleted"):
+            check("Reception" in backups[0].read_text(encoding="utf-8"),
+                  "the backup holds the device")
+
+    def leave_by_menu(self):
+        say("-- leave by the menu, with the service " +
+            ("running" if self.program.ports() else "closed"))
+        keys("alt+f")
+        self.screen.find("menu item", "Exit")
+        self.screen.shot("file-menu")
+        began = time.monotonic()
+        self.screen.click_on("menu item", "Exit")
+        self.check_ended(began)
+
+
+def stop(number, _frame):
+    raise SystemExit(f"stopped by signal {number}")
+
+
+def main():
+    out = Path(sys.argv[1])
+    # Ended from outside or by the clock, the tour still ends the program.
+    for number in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP, signal.SIGALRM):
+        signal.signal(number, stop)
+    signal.alarm(LONGEST_TOUR_S)
+    tour = Tour(out)
+    try:
+        tour.run()
+    except NotSeen as missing:
+        check(False, f"waited in vain for {missing}")
+        tour.screen.shot("in-vain")
+        tour.screen.dump(out / "widgets.txt")
+    except Exception:
+        check(False, "the tour itself stumbled")
+        traceback.print_exc()
+    finally:
+        tour.program.kill()
+        tour.log.close()
+    printed = [line for line in (out / "program.log").read_text(encoding="utf-8").splitlines()
+               if not line.startswith(WINDOW_RACE)]
+    check(not printed, "the program printed no warning", printed)
+    say(f"tour: {passed} passed, {failed} failed")
+    return 1 if failed else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
