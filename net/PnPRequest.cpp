@@ -1,5 +1,6 @@
 #include "net/PnPRequest.h"
 
+#include <QHostAddress>
 #include <QStringList>
 
 #include <array>
@@ -38,6 +39,18 @@ bool readMacAddress(const QString &text, PnPRequest &request)
     return true;
 }
 
+/// Whether the text is the IPv4 address of a single host. The others are what a forged request
+/// names to have its answer multiplied, or brought back to the sender of the answer.
+bool isHostAddress(const QString &text)
+{
+    constexpr quint32 firstNetwork = 1;
+    constexpr quint32 lastNetwork = 223;
+    const QHostAddress address(text);
+    const quint32 network = address.toIPv4Address() >> 24;
+    return address.protocol() == QAbstractSocket::IPv4Protocol && network >= firstNetwork &&
+           network <= lastNetwork;
+}
+
 bool readAddressAndPort(const QString &text, PnPRequest &request)
 {
     const int via = text.indexOf(viaHeader);
@@ -46,14 +59,14 @@ bool readAddressAndPort(const QString &text, PnPRequest &request)
     const int start = via + viaHeader.size();
     const QString value = slice(text, start, text.indexOf(QLatin1Char(';'), start));
     const QStringList parts = value.split(QLatin1Char(':'), Qt::SkipEmptyParts);
-    if (parts.size() < 2)
+    // The value stands in the lines of the answers: one with a line end would break them.
+    if (parts.size() < 2 || value.contains(QLatin1Char('\r')) || value.contains(QLatin1Char('\n')))
         return false;
-    const QHostAddress address(parts.at(0));
     const int port = parts.at(1).toInt();
-    if (address.protocol() != QAbstractSocket::IPv4Protocol || port < 1 || port > maxPort)
+    if (!isHostAddress(parts.at(0)) || port < 1 || port > maxPort)
         return false;
     request.addressAndPort = value;
-    request.address = address;
+    request.address = parts.at(0);
     request.port = static_cast<quint16>(port);
     return true;
 }

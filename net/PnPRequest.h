@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QByteArray>
-#include <QHostAddress>
 #include <QString>
 
 /// What a telephone's SUBSCRIBE says that the answers need.
@@ -26,7 +25,7 @@ struct PnPRequest
 
     QString macAddress;     ///< the 12 characters in front of the first "@"
     QString addressAndPort; ///< where the telephone wants its answer, as the Via header says it
-    QHostAddress address;   ///< its two parts
+    QString address;        ///< its two parts
     quint16 port = 0;
     QString branch;  ///< with "branch="
     QString fromTag; ///< with "tag="
@@ -41,7 +40,7 @@ struct PnPRequest
     static const char *failureText(Step step);
 
     /// Reads a datagram of any content and length, up to its first NUL. The method of the request
-    /// line is not looked at. Besides what is missing, an answer address that no datagram can be
-    /// sent to (no port, a port out of range, a name instead of an IPv4 address) stops it.
+    /// line is not looked at. Besides what is missing, an answer address that is not one host's
+    /// stops it: no port, a port out of range, a name, a group's or a broadcast address.
     static PnPRequest parse(const QByteArray &datagram);
 };

@@ -22,6 +22,19 @@ const char *word(bool value)
     return value ? "true" : "false";
 }
 
+/// Whether `address` means every host of the network that `own` is an address of. Some systems
+/// still take the network's own number for its broadcast address.
+bool isBroadcast(const QHostAddress &address, const QNetworkAddressEntry &own)
+{
+    constexpr int smallestBroadcasting = 30; // longer prefixes have hosts only
+    if (address == own.broadcast())
+        return true;
+    const quint32 hostBits = ~own.netmask().toIPv4Address();
+    return own.prefixLength() <= smallestBroadcasting &&
+           address.isInSubnet(own.ip(), own.prefixLength()) &&
+           (address.toIPv4Address() & hostBits) == 0;
+}
+
 } // namespace
 
 PnPServer::PnPServer(DeviceLookup &devices)
@@ -64,15 +77,17 @@ bool PnPServer::stop()
     return left;
 }
 
-/// Joins on the card of the system's choice, which without a default route there is none of, and
-/// on the card that has the published address, which is where the telephones are.
+/// Joins on the card that has the published address, which is where the telephones are, and on the
+/// card of the system's choice, which without a default route there is none of. Often they are the
+/// same and the second join fails. The published card comes first, as it is joined by name: that
+/// can be left again when its address and the routes are gone.
 bool PnPServer::joinGroup()
 {
-    m_joinedAnyCard = m_receiveSocket->joinMulticastGroup(multicastGroup);
     m_joinedCard = publishedCard();
     if (m_joinedCard.isValid() &&
         !m_receiveSocket->joinMulticastGroup(multicastGroup, m_joinedCard))
-        m_joinedCard = QNetworkInterface(); // it may be the one that was joined before
+        m_joinedCard = QNetworkInterface();
+    m_joinedAnyCard = m_receiveSocket->joinMulticastGroup(multicastGroup);
     return m_joinedAnyCard || m_joinedCard.isValid();
 }
 
@@ -100,6 +115,24 @@ QNetworkInterface PnPServer::publishedCard() const
     return {};
 }
 
+/// Whether the answer would reach this server's own ear, where it would pass for a request and be
+/// answered again, without end. A telephone cannot have the address: the port is taken.
+bool PnPServer::comesBack(const PnPRequest &request)
+{
+    const QHostAddress address(request.address);
+    bool own = request.port == sipPort && address.isLoopback();
+    const QList<QNetworkInterface> cards = QNetworkInterface::allInterfaces();
+    for (const QNetworkInterface &card : cards) {
+        const QList<QNetworkAddressEntry> entries = card.addressEntries();
+        for (const QNetworkAddressEntry &entry : entries)
+            own = own || (request.port == sipPort && entry.ip() == address) ||
+                  isBroadcast(address, entry);
+    }
+    if (own)
+        qCDebug(debugLog) << "The answer would come back to this server.";
+    return own;
+}
+
 void PnPServer::setHttpdAddress(const QString &address, const QString &port)
 {
     qCDebug(debugLog) << "httpd address changed addr = " << address << "port = " << port;
@@ -111,8 +144,11 @@ void PnPServer::requestMulticastData()
 {
     QByteArray buffer(largestDatagram, Qt::Uninitialized);
     qint64 length = -1;
-    for (int i = 0; i < mostAtOnce && m_receiveSocket->hasPendingDatagrams(); ++i)
-        length = m_receiveSocket->readDatagram(buffer.data(), buffer.size());
+    for (int i = 0; i < mostAtOnce && m_receiveSocket->hasPendingDatagrams(); ++i) {
+        // One that is damaged is not read, and leaves the one before it in the buffer.
+        const qint64 read = m_receiveSocket->readDatagram(buffer.data(), buffer.size());
+        length = read < 0 ? length : read;
+    }
     if (length < 0)
         return;
     buffer.truncate(static_cast<int>(length));
@@ -120,7 +156,7 @@ void PnPServer::requestMulticastData()
 
     const PnPRequest request = PnPRequest::parse(buffer);
     const bool macExist = adopt(request);
-    if (request.isComplete())
+    if (request.isComplete() && !comesBack(request))
         answer(request, macExist);
 }
 
@@ -146,7 +182,7 @@ bool PnPServer::adopt(const PnPRequest &request)
     keep(PnPRequest::AddressAndPort, "m_requestAddressAndPort = ", m_requestAddressAndPort,
          request.addressAndPort);
     if (request.stoppedAt > PnPRequest::AddressAndPort) {
-        m_requestAddress = request.address.toString();
+        m_requestAddress = request.address;
         m_requestPort = request.port;
         qCDebug(debugLog) << "m_requestAddress & m_requestPort = " << m_requestAddress << "/"
                           << m_requestPort;

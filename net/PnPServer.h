@@ -38,6 +38,7 @@ private:
     bool joinGroup();
     bool leaveGroup();
     QNetworkInterface publishedCard() const;
+    static bool comesBack(const PnPRequest &request);
     bool adopt(const PnPRequest &request);
     void answer(const PnPRequest &request, bool macExist);
     void send(const QString &message);
