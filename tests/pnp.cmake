@@ -1,0 +1,1 @@
+vl_test(tst_pnprequest LINK vl::net SOURCES PnPSubscribe.h)

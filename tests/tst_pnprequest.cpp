@@ -1,0 +1,585 @@
+#include "PnPSubscribe.h"
+#include "net/PnPMessages.h"
+#include "net/PnPRequest.h"
+
+#include <QHostAddress>
+#include <QStringList>
+#include <QTest>
+
+#include <array>
+#include <random>
+
+namespace {
+
+const QByteArray standard = pnpSubscribe("0200a7000001", "192.168.10.20:5062", "KTP2135");
+
+const QByteArray standardEvent = "ua-profile;profile-type=\"device\";vendor=\"phone\";"
+                                 "model=\"KTP2135\";version=\"1.0\"";
+
+/// What a telephone's datagram looks like with `from` said differently.
+QByteArray standardWith(const QByteArray &from, const QByteArray &to)
+{
+    Q_ASSERT(standard.contains(from));
+    return QByteArray(standard).replace(from, to);
+}
+
+QByteArray withVia(const QByteArray &value)
+{
+    return standardWith("192.168.10.20:5062;", value);
+}
+
+QByteArray withEvent(const QByteArray &value)
+{
+    return standardWith(standardEvent, value);
+}
+
+/// All that was read, a line for each field; the fields behind the last one are empty.
+QStringList fieldsOf(const PnPRequest &request)
+{
+    QStringList fields = {
+        request.macAddress, request.addressAndPort,
+        request.address,    request.port ? QString::number(request.port) : QString(),
+        request.branch,     request.fromTag,
+        request.callId,     request.cseq,
+        request.event,      request.model};
+    while (!fields.isEmpty() && fields.last().isEmpty())
+        fields.removeLast();
+    return fields;
+}
+
+/// The first `count` fields of the standard datagram, for what goes wrong behind them.
+QStringList standardFields(int count)
+{
+    const QStringList all = {QStringLiteral("0200a7000001"),
+                             QStringLiteral("192.168.10.20:5062"),
+                             QStringLiteral("192.168.10.20"),
+                             QStringLiteral("5062"),
+                             QStringLiteral("branch=z9hG4bK770412"),
+                             QStringLiteral("tag=5150"),
+                             QStringLiteral("88200314-0200a7000001@phone"),
+                             QStringLiteral("2001 SUBSCRIBE"),
+                             QString::fromLatin1(standardEvent),
+                             QStringLiteral("KTP2135")};
+    return all.mid(0, count);
+}
+
+QStringList standardFieldsWith(int index, const QString &value)
+{
+    QStringList fields = standardFields(-1);
+    fields[index] = value;
+    return fields;
+}
+
+constexpr int toMac = 1;
+constexpr int toPort = 4;
+constexpr int toBranch = 5;
+constexpr int toTag = 6;
+constexpr int toCallId = 7;
+constexpr int toCseq = 8;
+constexpr int toEvent = 9;
+
+constexpr int largestPayload = 65507; // of a UDP datagram
+
+} // namespace
+
+class TestPnPRequest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void reads_data();
+    void reads();
+    void saysWhatIsMissing();
+    void stopsAtTheFirstThatIsMissing();
+    void messages_data();
+    void messages();
+    void anyDatagramIsSafe();
+};
+
+void TestPnPRequest::reads_data()
+{
+    QTest::addColumn<QByteArray>("datagram");
+    QTest::addColumn<int>("stoppedAt");
+    QTest::addColumn<QStringList>("fields");
+
+    const auto complete = [](const char *name, const QByteArray &datagram,
+                             const QStringList &fields) {
+        QTest::newRow(name) << datagram << int(PnPRequest::Complete) << fields;
+    };
+    const auto stops = [](const char *name, const QByteArray &datagram, PnPRequest::Step step,
+                          const QStringList &fields) {
+        QTest::newRow(name) << datagram << int(step) << fields;
+    };
+    const auto noAddress = [&](const char *name, const QByteArray &viaValue) {
+        stops(name, withVia(viaValue), PnPRequest::AddressAndPort, standardFields(toMac));
+    };
+
+    complete("as telephones send it", standard, standardFields(-1));
+    complete("another method", standardWith("SUBSCRIBE sip", "OPTIONS sip"), standardFields(-1));
+
+    complete("MAC as it stands",
+             standardWith("0200a7000001@224.0.1.75 SIP", "00:zZ:*\xe9 <x>@ SIP"),
+             standardFieldsWith(0, QStringLiteral("00:zZ:*\u00e9 <x>")));
+    complete("12 characters in front of the at sign", "0200a7000001@" + standard,
+             standardFields(-1));
+    stops("11 characters in front of the at sign", "200a7000001@" + standard,
+          PnPRequest::MacAddress, {});
+    stops("at sign first, a good one behind it", "@" + standard, PnPRequest::MacAddress, {});
+    stops("empty", "", PnPRequest::MacAddress, {});
+    stops("only line ends", "\r\n\r\n", PnPRequest::MacAddress, {});
+    stops("largest, no at sign", QByteArray(largestPayload, 'a'), PnPRequest::MacAddress, {});
+    stops("largest, only at signs", QByteArray(largestPayload, '@'), PnPRequest::MacAddress, {});
+
+    noAddress("no port", "192.168.10.20;");
+    noAddress("no port behind the colon", "192.168.10.20:;");
+    noAddress("no address", ":5062;");
+    noAddress("nothing", ";");
+    noAddress("port 0", "192.168.10.20:0;");
+    noAddress("port 65536", "192.168.10.20:65536;");
+    noAddress("port 99999", "192.168.10.20:99999;");
+    noAddress("port beyond an int", "192.168.10.20:4294967301;");
+    noAddress("negative port", "192.168.10.20:-1;");
+    noAddress("port in letters", "192.168.10.20:sip;");
+    noAddress("port in hexadecimal", "192.168.10.20:0x13c6;");
+    noAddress("host name", "phone.local:5062;");
+    noAddress("IPv6", "[fe80::1]:5062;");
+    noAddress("five parts", "192.168.10.20.1:5062;");
+    noAddress("this host", "0.0.0.0:5062;");
+    noAddress("multicast group", "224.0.1.75:5060;");
+    noAddress("broadcast", "255.255.255.255:5062;");
+    noAddress("line end behind the port", "192.168.10.20:5062\r\n;");
+    noAddress("line of another header", "192.168.10.20:5062:\r\nEvent: x;");
+    noAddress("10,000 digits", "192.168.10.20:" + QByteArray(10000, '9') + ";");
+    stops("no semicolon up to the end", standard.left(standard.indexOf(";branch")),
+          PnPRequest::AddressAndPort, standardFields(toMac));
+    stops("TCP", standardWith("SIP/2.0/UDP", "SIP/2.0/TCP"), PnPRequest::AddressAndPort,
+          standardFields(toMac));
+    stops("header in small letters", standardWith("Via: ", "via: "), PnPRequest::AddressAndPort,
+          standardFields(toMac));
+    QStringList fields = standardFieldsWith(1, QStringLiteral(" 192.168.10.20 : 65535 "));
+    fields[2] = QStringLiteral(" 192.168.10.20 ");
+    fields[3] = QStringLiteral("65535");
+    complete("blanks and the last port", withVia(" 192.168.10.20 : 65535 ;"), fields);
+    complete("a third part", withVia("192.168.10.20::5062:x;"),
+             standardFieldsWith(1, QStringLiteral("192.168.10.20::5062:x")));
+    complete("the first of two",
+             standardWith("From: ", "Via: SIP/2.0/UDP 10.0.0.9:9;branch=other\r\nFrom: "),
+             standardFields(-1));
+
+    complete("a parameter before the branch", standardWith(";branch=", ";rport;branch="),
+             standardFields(-1));
+    complete("the rest of the branch's line", standardWith("770412\r", "770412;rport;alias\r"),
+             standardFieldsWith(4, QStringLiteral("branch=z9hG4bK770412;rport;alias")));
+    complete("the first tag is taken", standardWith("Via: ", "To: <sip:x>;tag=first\r\nVia: "),
+             standardFieldsWith(5, QStringLiteral("tag=first")));
+    stops("no line ends", QByteArray(standard).replace("\r\n", " "), PnPRequest::Branch,
+          standardFields(toPort));
+    stops("bare line feeds", QByteArray(standard).replace("\r\n", "\n"), PnPRequest::Branch,
+          standardFields(toPort));
+    stops("cut in the branch", standard.left(standard.indexOf("770412")), PnPRequest::Branch,
+          standardFields(toPort));
+    stops("cut in the tag", standard.left(standard.indexOf("5150")), PnPRequest::FromTag,
+          standardFields(toBranch));
+    stops("cut in the Call-ID", standard.left(standard.indexOf("@phone")), PnPRequest::CallId,
+          standardFields(toTag));
+    stops("Call-ID without a blank", standardWith("Call-ID: ", "Call-ID:"), PnPRequest::CallId,
+          standardFields(toTag));
+    stops("cut in the CSeq", standard.left(standard.indexOf(" SUBSCRIBE\r")), PnPRequest::Cseq,
+          standardFields(toCallId));
+    stops("cut in the event", standard.left(standard.indexOf(";version")), PnPRequest::Event,
+          standardFields(toCseq));
+    complete("an empty value", standardWith("2001 SUBSCRIBE", ""),
+             standardFieldsWith(7, QString()));
+    const QByteArray longId(10000, 'c');
+    complete("10,000 bytes of Call-ID", standardWith("88200314-0200a7000001@phone", longId),
+             standardFieldsWith(6, QString::fromLatin1(longId)));
+    complete("broken UTF-8", standardWith("88200314-0200a7000001@phone", "\xff\xc3(\x80"),
+             standardFieldsWith(6, QStringLiteral("\u00ff\u00c3(\u0080")));
+    complete("largest datagram, the request behind 60,000 others",
+             QByteArray(largestPayload - standard.size(), 'x') + standard, standardFields(-1));
+
+    const auto noModel = [&](const char *name, const QByteArray &event) {
+        fields = standardFields(event.isEmpty() ? toCseq : toEvent);
+        if (!event.isEmpty())
+            fields[toEvent - 1] = QString::fromLatin1(event);
+        stops(name, withEvent(event), PnPRequest::Model, fields);
+    };
+    noModel("no model", "ua-profile;vendor=\"phone\"");
+    noModel("model at the very end", "ua-profile;model=");
+    noModel("only the opening quote", "ua-profile;model=\"");
+    noModel("no closing quote", "ua-profile;model=\"KTP2135");
+    noModel("model in capitals", "ua-profile;MODEL=\"KTP2135\"");
+    noModel("empty event", "");
+    fields = standardFields(toEvent);
+    fields[toEvent - 1] = QStringLiteral("ua-profile");
+    stops("model in the next line only", withEvent("ua-profile\r\nX-Phone: model=\"KTP2135\""),
+          PnPRequest::Model, fields);
+    const auto modelOf = [&](const char *name, const QByteArray &event, const QString &model) {
+        fields = standardFieldsWith(8, QString::fromLatin1(event));
+        fields[9] = model;
+        while (fields.last().isEmpty())
+            fields.removeLast();
+        complete(name, withEvent(event), fields);
+    };
+    modelOf("empty model", "model=\"\"", QString());
+    modelOf("no quote in front", "model=KTP2135\"", QStringLiteral("TP2135"));
+    modelOf("the first of two models", "model=\"A\";model=\"B\"", QStringLiteral("A"));
+
+    QByteArray cut = standard;
+    cut[cut.indexOf("5150")] = '\0';
+    stops("a NUL ends the text", cut, PnPRequest::FromTag, standardFields(toBranch));
+    stops("a NUL first", QByteArray(1, '\0') + standard, PnPRequest::MacAddress, {});
+    stops("only NULs", QByteArray(largestPayload, '\0'), PnPRequest::MacAddress, {});
+    complete("rubbish behind a NUL", standard + QByteArray(1, '\0') + "@Via: SIP/2.0/UDP ",
+             standardFields(-1));
+}
+
+void TestPnPRequest::reads()
+{
+    QFETCH(QByteArray, datagram);
+    QFETCH(int, stoppedAt);
+    QFETCH(QStringList, fields);
+
+    const PnPRequest request = PnPRequest::parse(datagram);
+    QCOMPARE(int(request.stoppedAt), stoppedAt);
+    QCOMPARE(request.isComplete(), stoppedAt == PnPRequest::Complete);
+    QCOMPARE(fieldsOf(request), fields);
+}
+
+void TestPnPRequest::saysWhatIsMissing()
+{
+    QStringList texts;
+    for (int step = PnPRequest::MacAddress; step <= PnPRequest::Complete; ++step)
+        texts.append(QString::fromLatin1(PnPRequest::failureText(PnPRequest::Step(step))));
+    QCOMPARE(texts, QStringList({
+                        QStringLiteral("Can not find requestor's Mac address."),
+                        QStringLiteral("Can not find requestor's address and port."),
+                        QStringLiteral("Can not find branch Tag."),
+                        QStringLiteral("Can not find From Tag."),
+                        QStringLiteral("Can not find Call ID."),
+                        QStringLiteral("Can not find CSeq."),
+                        QStringLiteral("Can not find Event."),
+                        QStringLiteral("Can not find model in event str."),
+                        QString(),
+                    }));
+}
+
+/// Each thing that is looked for is missing, once alone and once with all that comes after it.
+void TestPnPRequest::stopsAtTheFirstThatIsMissing()
+{
+    const std::array<QByteArray, 8> marks = {
+        "@", "Via: SIP/2.0/UDP ", "branch=", "tag=", "Call-ID: ", "CSeq: ", "Event: ", "model="};
+    for (int first = 0; first < int(marks.size()); ++first) {
+        QByteArray alone = standard;
+        alone.replace(marks.at(size_t(first)), "-");
+        QCOMPARE(int(PnPRequest::parse(alone).stoppedAt), first);
+        QByteArray together = standard;
+        for (int mark = first; mark < int(marks.size()); ++mark)
+            together.replace(marks.at(size_t(mark)), "-");
+        QCOMPARE(int(PnPRequest::parse(together).stoppedAt), first);
+    }
+}
+
+void TestPnPRequest::messages_data()
+{
+    QTest::addColumn<QByteArray>("datagram");
+    QTest::addColumn<QByteArray>("notImplemented");
+    QTest::addColumn<QByteArray>("accepted");
+    QTest::addColumn<QByteArray>("notify");
+
+    const QByteArray notImplemented =
+        "SIP/2.0 501 Not Implemented\r\n"
+        "Via: SIP/2.0/UDP 192.168.10.20:5062;branch=z9hG4bK770412\r\n"
+        "From: <sip:MAC%3A0200a7000001@192.168.10.1>;tag=5150\r\n"
+        "To: <sip:MAC%3A0200a7000001@192.168.10.1>;tag=1882999294\r\n"
+        "Call-ID: 88200314-0200a7000001@phone\r\n"
+        "CSeq: 2001 SUBSCRIBE\r\n"
+        "Event: ua-profile;profile-type=\"device\";vendor=\"phone\";model=\"KTP2135\";"
+        "version=\"1.0\"\r\n"
+        "Supported: replaces, path, eventlist\r\n"
+        "User-Agent: VlManager 1.0\r\n"
+        "Allow: INVITE, ACK, OPTIONS, CANCEL, BYE, SUBSCRIBE, NOTIFY, INFO, REFER, UPDATE, "
+        "MESSAGE\r\n"
+        "Content-Length: 0\r\n"
+        "\r\n";
+    const QByteArray accepted =
+        "SIP/2.0 202 Accepted subscription\r\n"
+        "Via: SIP/2.0/UDP 192.168.10.20:5062;branch=z9hG4bK770412\r\n"
+        "From: <sip:MAC%3A0200a7000001@224.0.1.75>;tag=5150\r\n"
+        "To: <sip:MAC%3A0200a7000001@224.0.1.75>;tag=920204859\r\n"
+        "Call-ID: 88200314-0200a7000001@phone\r\n"
+        "CSeq: 2001 SUBSCRIBE\r\n"
+        "Event: ua-profile;profile-type=\"device\";vendor=\"phone\";model=\"KTP2135\";"
+        "version=\"1.0\"\r\n"
+        "Supported: replaces, path, eventlist\r\n"
+        "User-Agent: VlManager 1.0\r\n"
+        "Allow: INVITE, ACK, OPTIONS, CANCEL, BYE, SUBSCRIBE, NOTIFY, INFO, REFER, UPDATE, "
+        "MESSAGE\r\n"
+        "Content-Length: 0\r\n"
+        "\r\n";
+    const QByteArray notifyHead =
+        "NOTIFY sip:192.168.10.20:5062 SIP/2.0\r\n"
+        "Via: SIP/2.0/UDP 192.168.10.1:5080;branch=z9hG4bK1168558332;rport\r\n"
+        "From: <sip:192.168.10.1:5080>;tag=5150\r\n"
+        "To: <sip:192.168.10.20:5062>\r\n"
+        "Call-ID: 815617134-5080-1@vlmanager\r\n"
+        "CSeq: 10 NOTIFY\r\n"
+        "Contact: <sip:192.168.10.1:5080>\r\n"
+        "Max-Forwards: 70\r\n"
+        "User-Agent: VlManager 1.0\r\n"
+        "Event: ua-profile\r\n"
+        "Content-Type: application/url\r\n"
+        "Allow: INVITE, ACK, OPTIONS, CANCEL, BYE, SUBSCRIBE, NOTIFY, INFO, REFER, UPDATE, "
+        "MESSAGE\r\n";
+    const QByteArray folder = notifyHead + "Content-Length:    25\r\n\r\nhttp://192.168.10.1:8080/";
+    const QByteArray noFolder =
+        notifyHead + "Content-Length:    24\r\n\r\nhttp://192.168.10.1:8080";
+
+    const auto model = [&](const QByteArray &name, const QByteArray &notify) {
+        const auto named = [&](QByteArray text) {
+            return text.replace("model=\"KTP2135\"", "model=\"" + name + "\"");
+        };
+        QTest::newRow(("model " + name).constData())
+            << named(standard) << named(notImplemented) << named(accepted) << notify;
+    };
+    model("KTP2135", folder);
+    model("KTP16XX", folder);
+    model("ktp2135", folder);
+    model("ktp2200", folder);
+    model("KTP2200 ", folder);
+    model("KTP", folder);
+    model("KTP2200", noFolder);
+    model("DK71X", noFolder);
+    model("KTV3175", noFolder);
+    model("MKTP2135", noFolder);
+    model("KT", noFolder);
+    model("", noFolder);
+
+    // The datagram's bytes are Latin-1, the answers' UTF-8.
+    const auto other = [](QByteArray text) {
+        return text.replace("88200314-0200a7000001@phone", "\xe9");
+    };
+    QTest::newRow("a letter beyond ASCII")
+        << other(standard) << other(notImplemented).replace("\xe9", "\xc3\xa9")
+        << other(accepted).replace("\xe9", "\xc3\xa9") << folder;
+}
+
+void TestPnPRequest::messages()
+{
+    QFETCH(QByteArray, datagram);
+    const PnPRequest request = PnPRequest::parse(datagram);
+    QVERIFY(request.isComplete());
+    const QString local = QStringLiteral("192.168.10.1");
+    QTEST(PnPMessages::notImplemented(request, local).toUtf8(), "notImplemented");
+    QTEST(PnPMessages::accepted(request).toUtf8(), "accepted");
+    QTEST(PnPMessages::notify(request, local, QStringLiteral("http://192.168.10.1:8080")).toUtf8(),
+          "notify");
+}
+
+namespace {
+
+/// Makes datagrams out of a telephone's by what goes wrong on the way or is done on purpose.
+class Mutator
+{
+public:
+    explicit Mutator(quint32 seed)
+        : m_random(seed)
+    {
+    }
+
+    QByteArray next()
+    {
+        if (below(10) == 0)
+            return noise(below(1000) == 0 ? largestPayload : below(600));
+        QByteArray datagram = standard;
+        for (int changes = 1 + below(4); changes > 0; --changes)
+            change(datagram);
+        return datagram.left(largestPayload);
+    }
+
+private:
+    int below(int bound) { return int(m_random() % quint32(bound)); }
+    int place(const QByteArray &datagram) { return below(datagram.size() + 1); }
+
+    QByteArray noise(int size)
+    {
+        QByteArray bytes(size, Qt::Uninitialized);
+        for (char &byte : bytes)
+            byte = char(below(256));
+        return bytes;
+    }
+
+    QByteArray token()
+    {
+        static const std::array<QByteArray, 24> tokens = {"@",
+                                                          ":",
+                                                          ";",
+                                                          "\"",
+                                                          "\r\n",
+                                                          "\r",
+                                                          "\n",
+                                                          "::",
+                                                          QByteArray(1, '\0'),
+                                                          "Via: SIP/2.0/UDP ",
+                                                          "branch=",
+                                                          "tag=",
+                                                          "Call-ID: ",
+                                                          "CSeq: ",
+                                                          "Event: ",
+                                                          "model=\"",
+                                                          "KTP",
+                                                          "99999999999",
+                                                          ":0;",
+                                                          "224.0.1.75:5060;",
+                                                          "0.0.0.0",
+                                                          "%s%n",
+                                                          "%1%2%3",
+                                                          "\xed\xa0\x80"};
+        return tokens.at(size_t(below(int(tokens.size()))));
+    }
+
+    void change(QByteArray &datagram)
+    {
+        const int at = place(datagram);
+        switch (below(8)) {
+        case 0:
+            if (at < datagram.size())
+                datagram[at] = char(below(256));
+            break;
+        case 1:
+            datagram.insert(at, token());
+            break;
+        case 2:
+            datagram.remove(at, below(40));
+            break;
+        case 3:
+            datagram.truncate(at);
+            break;
+        case 4: {
+            const QByteArray part = datagram.mid(at, below(200));
+            datagram.insert(place(datagram), part);
+            break;
+        }
+        case 5: {
+            QList<QByteArray> lines = datagram.split('\n');
+            const int line = below(lines.size());
+            lines.swapItemsAt(line, below(lines.size()));
+            datagram = lines.join('\n');
+            break;
+        }
+        case 6: {
+            const char byte = char(below(256));
+            datagram.insert(at, QByteArray(below(50) == 0 ? 20000 : below(50), byte));
+            break;
+        }
+        default: {
+            const QByteArray before = token();
+            datagram.replace(before, token());
+        }
+        }
+    }
+
+    std::mt19937 m_random;
+};
+
+/// What is wrong with what was read from `datagram`; null when nothing is.
+QString faultOf(const PnPRequest &request, const QByteArray &datagram)
+{
+    const QString text = QString::fromLatin1(datagram.constData()); // up to the first NUL
+    const std::array<QString, 8> fields = {
+        request.macAddress, request.addressAndPort, request.branch, request.fromTag,
+        request.callId,     request.cseq,           request.event,  request.model};
+    for (int step = 0; step < int(fields.size()); ++step) {
+        const QString &field = fields.at(size_t(step));
+        if (step >= request.stoppedAt && !field.isEmpty())
+            return QStringLiteral("field %1 is set though the reading stopped").arg(step);
+        if (!text.contains(field))
+            return QStringLiteral("field %1 is not in the datagram").arg(step);
+        // The MAC is 12 characters, whatever they are.
+        if (step > PnPRequest::MacAddress && field.contains(QLatin1String("\r\n")))
+            return QStringLiteral("field %1 has more than one line").arg(step);
+    }
+    if (request.stoppedAt > PnPRequest::MacAddress && request.macAddress.size() != 12)
+        return QStringLiteral("MAC of another length");
+    if (request.stoppedAt > PnPRequest::AddressAndPort) {
+        const QHostAddress address(request.address);
+        if (request.port == 0 || address.protocol() != QAbstractSocket::IPv4Protocol ||
+            address.isMulticast() || address.isBroadcast() || address == QHostAddress::AnyIPv4)
+            return QStringLiteral("an address that no single host has");
+    }
+    return QString();
+}
+
+/// What is wrong with a message that should have these header lines; null when nothing is.
+QString faultOf(const QString &message, const QStringList &starts)
+{
+    const QByteArray bytes = message.toUtf8();
+    const int end = bytes.indexOf("\r\n\r\n");
+    const QStringList lines = QString::fromUtf8(bytes.left(end)).split(QStringLiteral("\r\n"));
+    if (end < 0 || lines.size() != starts.size())
+        return QStringLiteral("%1 lines").arg(lines.size());
+    for (int i = 0; i < lines.size(); ++i) {
+        if (!lines.at(i).startsWith(starts.at(i)))
+            return QStringLiteral("line %1: %2").arg(i).arg(lines.at(i));
+    }
+    const auto lengths = lines.filter(QStringLiteral("Content-Length:"));
+    const int length = lengths.isEmpty() ? -1 : lengths.last().section(QLatin1Char(':'), 1).toInt();
+    return length == bytes.size() - end - 4 ? QString() : QStringLiteral("Content-Length");
+}
+
+QStringList headerStarts(const char *text)
+{
+    return QString::fromLatin1(text).split(QLatin1Char('|'));
+}
+
+} // namespace
+
+void TestPnPRequest::anyDatagramIsSafe()
+{
+    constexpr quint32 seed = 20240611;
+    constexpr int datagrams = 100000;
+    const QString local = QStringLiteral("192.168.10.1");
+    const QString url = QStringLiteral("http://192.168.10.1:8080");
+    const QStringList reply = headerStarts("SIP/2.0 |Via: SIP/2.0/UDP |From: <sip:|To: <sip:|"
+                                           "Call-ID: |CSeq: |Event: |Supported: |User-Agent: |"
+                                           "Allow: |Content-Length: 0");
+    const QStringList notify =
+        headerStarts("NOTIFY sip:|Via: SIP/2.0/UDP |From: <sip:|To: <sip:|Call-ID: |CSeq: |"
+                     "Contact: |Max-Forwards: |User-Agent: |Event: |Content-Type: |Allow: |"
+                     "Content-Length:    ");
+
+    Mutator mutator(seed);
+    std::array<int, PnPRequest::Complete + 1> reached = {};
+    for (int i = 0; i < datagrams; ++i) {
+        const QByteArray datagram = mutator.next();
+        const PnPRequest request = PnPRequest::parse(datagram);
+        ++reached.at(request.stoppedAt);
+        QString fault = faultOf(request, datagram);
+        // A MAC with a line end in it is the one thing that can break an answer's lines, and the
+        // telephone's own doing.
+        if (request.isComplete() && !request.macAddress.contains(QLatin1String("\r\n"))) {
+            if (fault.isEmpty())
+                fault = faultOf(PnPMessages::notImplemented(request, local), reply);
+            if (fault.isEmpty())
+                fault = faultOf(PnPMessages::accepted(request), reply);
+            if (fault.isEmpty())
+                fault = faultOf(PnPMessages::notify(request, local, url), notify);
+        }
+        QVERIFY2(fault.isEmpty(),
+                 qPrintable(QStringLiteral("%1 (seed %2, datagram %3): %4")
+                                .arg(fault)
+                                .arg(seed)
+                                .arg(i)
+                                .arg(QString::fromLatin1(datagram.toPercentEncoding()))));
+    }
+    QStringList counts;
+    for (const int count : reached) {
+        counts.append(QString::number(count));
+        // The run is worth something only when it reaches each stop, and the messages, often.
+        QVERIFY2(count > datagrams / 200, qPrintable(counts.join(QLatin1Char(' '))));
+    }
+    qInfo("seed %u, stopped at each step: %s", seed, qPrintable(counts.join(QLatin1Char(' '))));
+}
+
+QTEST_APPLESS_MAIN(TestPnPRequest)
+#include "tst_pnprequest.moc"
