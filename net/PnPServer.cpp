@@ -27,12 +27,11 @@ const char *word(bool value)
 bool isBroadcast(const QHostAddress &address, const QNetworkAddressEntry &own)
 {
     constexpr int smallestBroadcasting = 30; // longer prefixes have hosts only
-    if (address == own.broadcast())
-        return true;
     const quint32 hostBits = ~own.netmask().toIPv4Address();
-    return own.prefixLength() <= smallestBroadcasting &&
-           address.isInSubnet(own.ip(), own.prefixLength()) &&
-           (address.toIPv4Address() & hostBits) == 0;
+    const quint32 host = address.toIPv4Address() & hostBits;
+    return address == own.broadcast() ||
+           ((host == 0 || host == hostBits) && own.prefixLength() <= smallestBroadcasting &&
+            address.isInSubnet(own.ip(), own.prefixLength()));
 }
 
 } // namespace

@@ -1,0 +1,349 @@
+#include "PnPSubscribe.h"
+#include "model/DebugLog.h"
+#include "model/DeviceLookup.h"
+#include "net/PnPServer.h"
+
+#include <QTest>
+#include <QUdpSocket>
+
+#include <memory>
+
+namespace {
+
+const QHostAddress loopback(QHostAddress::LocalHost);
+constexpr quint16 sipPort = 5060;
+constexpr quint16 replyPort = 5080;
+
+const QByteArray knownMac = "0200a7000001";
+const QByteArray otherKnownMac = "0200a7000002";
+const QByteArray unknownMac = "0200a7ffffff";
+
+class FakeLookup : public DeviceLookup
+{
+public:
+    bool macExists(const QString &mac) const override
+    {
+        m_asked.append(mac.toLatin1());
+        return mac.toLatin1() == knownMac || mac.toLatin1() == otherKnownMac;
+    }
+
+    QList<QByteArray> asked() const { return m_asked; }
+
+private:
+    mutable QList<QByteArray> m_asked;
+};
+
+QStringList debugLines;
+QtMessageHandler usualHandler = nullptr;
+
+void keepDebugLine(QtMsgType type, const QMessageLogContext &context, const QString &text)
+{
+    if (type == QtDebugMsg)
+        debugLines.append(text);
+    else
+        usualHandler(type, context, text);
+}
+
+bool isPortFree(quint16 port)
+{
+    return QUdpSocket().bind(QHostAddress::AnyIPv4, port, QAbstractSocket::DontShareAddress);
+}
+
+} // namespace
+
+/// The real server, with a telephone at the loopback address that speaks to it directly.
+class TestPnPServer : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void init();
+    void cleanup();
+
+    void tellsAKnownTelephoneWhereItsFileIs();
+    void refusesAnUnknownTelephone();
+    void answersWhereTheRequestSays();
+    void sendsNothing_data();
+    void sendsNothing();
+    void answersTheLaterOfTwo();
+    void logsWhatItReads();
+    void startsWhenThePortIsFreeAgain();
+    void startsAndStops();
+    void keepsRunningWhenStartedTwice();
+
+private:
+    QByteArray phoneAddress() const;
+    void send(const QByteArray &datagram);
+    QByteArray received();
+    bool isAnsweredOnly(const QByteArray &mac);
+
+    std::unique_ptr<FakeLookup> m_lookup;
+    std::unique_ptr<PnPServer> m_server;
+    std::unique_ptr<QUdpSocket> m_phone;
+    quint16 m_answerFrom = 0; ///< where the last received datagram came from
+};
+
+void TestPnPServer::initTestCase()
+{
+    if (!isPortFree(sipPort) || !isPortFree(replyPort))
+        QSKIP("another program has port 5060 or 5080");
+    QUdpSocket socket;
+    socket.bind(QHostAddress(QHostAddress::AnyIPv4), 0);
+    const QNetworkInterface card = QNetworkInterface::interfaceFromIndex(
+        QNetworkInterface::interfaceIndexFromName(QStringLiteral("lo")));
+    const QHostAddress group(QStringLiteral("224.0.1.75"));
+    if (!socket.joinMulticastGroup(group) &&
+        !(card.isValid() && socket.joinMulticastGroup(group, card)))
+        QSKIP("this machine's network knows no multicast groups");
+}
+
+void TestPnPServer::init()
+{
+    m_lookup = std::make_unique<FakeLookup>();
+    m_server = std::make_unique<PnPServer>(*m_lookup);
+    m_server->setHttpdAddress(QStringLiteral("127.0.0.1"), QStringLiteral("80"));
+    m_phone = std::make_unique<QUdpSocket>();
+    QVERIFY(m_phone->bind(loopback, 0));
+    debugLines.clear();
+    usualHandler = qInstallMessageHandler(keepDebugLine);
+    debugLog().setEnabled(QtDebugMsg, true);
+}
+
+void TestPnPServer::cleanup()
+{
+    debugLog().setEnabled(QtDebugMsg, false);
+    qInstallMessageHandler(usualHandler);
+    m_server.reset();
+    m_phone.reset();
+    m_lookup.reset();
+}
+
+QByteArray TestPnPServer::phoneAddress() const
+{
+    return "127.0.0.1:" + QByteArray::number(m_phone->localPort());
+}
+
+void TestPnPServer::send(const QByteArray &datagram)
+{
+    QCOMPARE(m_phone->writeDatagram(datagram, loopback, sipPort), qint64(datagram.size()));
+}
+
+/// The next datagram that comes to the telephone; empty when none does in time.
+QByteArray TestPnPServer::received()
+{
+    if (!QTest::qWaitFor([this] { return m_phone->hasPendingDatagrams(); }))
+        return QByteArray();
+    QByteArray datagram(int(m_phone->pendingDatagramSize()), Qt::Uninitialized);
+    m_phone->readDatagram(datagram.data(), datagram.size(), nullptr, &m_answerFrom);
+    return datagram;
+}
+
+/// Whether the next two datagrams to come are the answers to this known telephone.
+bool TestPnPServer::isAnsweredOnly(const QByteArray &mac)
+{
+    const QByteArray accepted = received();
+    const QByteArray notify = received();
+    return accepted.startsWith("SIP/2.0 202 Accepted subscription\r\n") &&
+           accepted.contains("%3A" + mac + "@") && notify.startsWith("NOTIFY sip:");
+}
+
+void TestPnPServer::tellsAKnownTelephoneWhereItsFileIs()
+{
+    QVERIFY(m_server->start());
+    send(pnpSubscribe(knownMac, phoneAddress(), "KTP2135"));
+    const QByteArray accepted = received();
+    QVERIFY2(accepted.startsWith("SIP/2.0 202 Accepted subscription\r\n"), accepted);
+    QCOMPARE(m_answerFrom, replyPort);
+    const QByteArray notify = received();
+    QVERIFY2(notify.startsWith("NOTIFY sip:" + phoneAddress() + " SIP/2.0\r\n"), notify);
+    QVERIFY2(notify.endsWith("\r\nContent-Length:    20\r\n\r\nhttp://127.0.0.1:80/"), notify);
+    QCOMPARE(m_answerFrom, replyPort);
+
+    // The service was closed and opened on another port meanwhile.
+    m_server->setHttpdAddress(QStringLiteral("127.0.0.1"), QStringLiteral("5001"));
+    send(pnpSubscribe(knownMac, phoneAddress(), "DK71X"));
+    QVERIFY(received().startsWith("SIP/2.0 202 "));
+    QVERIFY(received().endsWith("\r\n\r\nhttp://127.0.0.1:5001"));
+}
+
+void TestPnPServer::refusesAnUnknownTelephone()
+{
+    QVERIFY(m_server->start());
+    send(pnpSubscribe(unknownMac, phoneAddress(), "KTP2135"));
+    const QByteArray refused = received();
+    QVERIFY2(refused.startsWith("SIP/2.0 501 Not Implemented\r\n"), refused);
+    QVERIFY(refused.contains("\r\nFrom: <sip:MAC%3A" + unknownMac + "@127.0.0.1>;tag=5150\r\n"));
+    // What comes next is the answer to somebody else.
+    send(pnpSubscribe(knownMac, phoneAddress(), "KTP2135"));
+    QVERIFY(isAnsweredOnly(knownMac));
+    QCOMPARE(m_lookup->asked(), QList<QByteArray>({unknownMac, knownMac}));
+}
+
+void TestPnPServer::answersWhereTheRequestSays()
+{
+    QVERIFY(m_server->start());
+    QUdpSocket sender;
+    QVERIFY(sender.bind(loopback, 0));
+    sender.writeDatagram(pnpSubscribe(knownMac, phoneAddress(), "KTP2135"), loopback, sipPort);
+    QVERIFY(isAnsweredOnly(knownMac));
+    QVERIFY(!sender.hasPendingDatagrams());
+}
+
+void TestPnPServer::sendsNothing_data()
+{
+    QTest::addColumn<QByteArray>("datagram");
+    QTest::addColumn<QString>("reason");
+    const QByteArray phone = "127.0.0.1:%1"; // filled in when its port is known
+    const auto from = [](const QByteArray &address) {
+        return pnpSubscribe(knownMac, address, "KTP2135");
+    };
+    const QString noMac = QStringLiteral("Can not find requestor's Mac address.");
+    const QString noAddress = QStringLiteral("Can not find requestor's address and port.");
+    const QString own = QStringLiteral("The answer would come back to this server.");
+
+    QTest::newRow("empty") << QByteArray() << noMac;
+    QTest::newRow("largest") << QByteArray(65507, '@') << noMac;
+    QTest::newRow("known, no model")
+        << from(phone).replace("model=", "") << QStringLiteral("Can not find model in event str.");
+    QTest::newRow("known, no port") << from("127.0.0.1") << noAddress;
+    QTest::newRow("the group") << from("224.0.1.75:5060") << noAddress;
+    QTest::newRow("this server") << from("127.0.0.1:5060") << own;
+    QTest::newRow("this server by another name") << from("127.8.9.10:5060") << own;
+    QTest::newRow("this server, unknown telephone")
+        << pnpSubscribe(unknownMac, "127.0.0.1:5060", "KTP2135") << own;
+    QTest::newRow("everybody on the network") << from("127.255.255.255:9") << own;
+    QTest::newRow("the network") << from("127.0.0.0:9") << own;
+}
+
+void TestPnPServer::sendsNothing()
+{
+    QFETCH(QByteArray, datagram);
+    QFETCH(QString, reason);
+    QVERIFY(m_server->start());
+    debugLines.clear();
+    send(datagram.replace("%1", QByteArray::number(m_phone->localPort())));
+    // qDebug puts a QString between quotes, a plain text not.
+    QTRY_VERIFY2(debugLines.contains(reason), qPrintable(debugLines.join(QLatin1Char('\n'))));
+
+    // The next answer is the one to the next telephone, and nothing came back to the server.
+    const int asked = m_lookup->asked().size();
+    send(pnpSubscribe(otherKnownMac, phoneAddress(), "KTP2135"));
+    QVERIFY(isAnsweredOnly(otherKnownMac));
+    QCOMPARE(m_lookup->asked().mid(asked), QList<QByteArray>({otherKnownMac}));
+}
+
+void TestPnPServer::answersTheLaterOfTwo()
+{
+    QVERIFY(m_server->start());
+    // Both are there before the event loop turns.
+    send(pnpSubscribe(knownMac, phoneAddress(), "KTP2135"));
+    send(pnpSubscribe(otherKnownMac, phoneAddress(), "KTP2135"));
+    QVERIFY(isAnsweredOnly(otherKnownMac));
+    send(pnpSubscribe(knownMac, phoneAddress(), "KTP2135"));
+    QVERIFY(isAnsweredOnly(knownMac));
+    QCOMPARE(m_lookup->asked(), QList<QByteArray>({otherKnownMac, knownMac}));
+}
+
+void TestPnPServer::logsWhatItReads()
+{
+    QCOMPARE(debugLines, QStringList());
+    m_server->setHttpdAddress(QStringLiteral("127.0.0.1"), QStringLiteral("80"));
+    QVERIFY(m_server->start());
+    QCOMPARE(debugLines,
+             QStringList({
+                 QStringLiteral("httpd address changed addr =  \"127.0.0.1\" port =  \"80\""),
+                 QStringLiteral("m_localAddress =  \"127.0.0.1\""),
+                 QStringLiteral("bindFlag =  true"),
+                 QStringLiteral("joinFlag =  true"),
+             }));
+    debugLines.clear();
+    const QByteArray event = "Event: a;model=\"KTP2135\"\r\n";
+    const QByteArray datagram = "0200a7000001@ Via: SIP/2.0/UDP " + phoneAddress() +
+                                ";branch=b\r\nFrom: x;tag=t\r\nCall-ID: c\r\nCSeq: 1 S\r\n";
+    const QString phone = QString::fromLatin1(phoneAddress());
+    const QString port = QString::number(m_phone->localPort());
+    const QStringList upToCseq = {
+        QStringLiteral("m_requestMacAddress =  \"0200a7000001\""),
+        QStringLiteral("macExist =  true"),
+        QStringLiteral("m_requestAddressAndPort =  \"%1\"").arg(phone),
+        QStringLiteral("m_requestAddress & m_requestPort =  \"127.0.0.1\" / %1").arg(port),
+        QStringLiteral("m_requestBranchTag =  \"branch=b\""),
+        QStringLiteral("m_requestFromTag =  \"tag=t\""),
+        QStringLiteral("m_requestCallIdStr =  \"c\""),
+        QStringLiteral("m_requestCseqStr =  \"1 S\""),
+    };
+    const QStringList starts = {
+        QStringLiteral("501 Implemented datagram send = "),
+        QStringLiteral("Send 202 First = "),
+        QStringLiteral("Send Notify = "),
+    };
+    const QString arrived = QStringLiteral("arrived request datagram = ");
+    const auto linesWithoutTexts = [&] {
+        QStringList lines = debugLines;
+        for (QString &line : lines) {
+            for (const QString &start : starts + QStringList(arrived)) {
+                if (line.startsWith(start))
+                    line = start;
+            }
+        }
+        return lines;
+    };
+
+    send(datagram);
+    QTRY_COMPARE(linesWithoutTexts(), QStringList(arrived) + upToCseq +
+                                          QStringList(QStringLiteral("Can not find Event.")));
+    debugLines.clear();
+    send(datagram + event);
+    QVERIFY(isAnsweredOnly(knownMac));
+    const QStringList complete =
+        QStringList(arrived) + upToCseq +
+        QStringList({QStringLiteral("m_requestEventStr =  \"a;model=\\\"KTP2135\\\"\""),
+                     QStringLiteral("m_modelStr =  \"KTP2135\"")});
+    QCOMPARE(linesWithoutTexts(), complete + starts.mid(1));
+    debugLines.clear();
+    send(QByteArray(datagram).replace(knownMac, unknownMac) + event);
+    QVERIFY(received().startsWith("SIP/2.0 501 "));
+    QCOMPARE(linesWithoutTexts().last(), starts.first());
+    QVERIFY(debugLines.contains(QStringLiteral("macExist =  false")));
+}
+
+void TestPnPServer::startsWhenThePortIsFreeAgain()
+{
+    QUdpSocket other;
+    QVERIFY(other.bind(QHostAddress::AnyIPv4, sipPort, QAbstractSocket::DontShareAddress));
+    QVERIFY(!m_server->start());
+    QVERIFY(!m_server->start());
+    QVERIFY(!m_server->stop());
+    other.close();
+    QVERIFY(m_server->start());
+    send(pnpSubscribe(knownMac, phoneAddress(), "KTP2135"));
+    QVERIFY(isAnsweredOnly(knownMac));
+}
+
+void TestPnPServer::startsAndStops()
+{
+    QVERIFY(!m_server->stop());
+    for (int i = 0; i < 3; ++i) {
+        QVERIFY(m_server->start());
+        QVERIFY(!isPortFree(sipPort));
+        send(pnpSubscribe(knownMac, phoneAddress(), "KTP2135"));
+        QVERIFY(isAnsweredOnly(knownMac));
+        QVERIFY(m_server->stop());
+        QVERIFY(isPortFree(sipPort));
+        QVERIFY(!m_server->stop());
+    }
+}
+
+void TestPnPServer::keepsRunningWhenStartedTwice()
+{
+    QVERIFY(m_server->start());
+    QVERIFY(!m_server->start());
+    send(pnpSubscribe(knownMac, phoneAddress(), "KTP2135"));
+    QVERIFY(isAnsweredOnly(knownMac));
+    QVERIFY(m_server->stop());
+    QVERIFY(isPortFree(sipPort));
+}
+
+QTEST_GUILESS_MAIN(TestPnPServer)
+#include "tst_pnpserver.moc"
