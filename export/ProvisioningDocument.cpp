@@ -48,6 +48,8 @@ constexpr std::array<AddressGroup, 5> addressGroups = {{
 constexpr int replaceAttempts = 20;
 constexpr unsigned long replacePauseMs = 10;
 
+constexpr auto ownerOnly = QFile::ReadOwner | QFile::WriteOwner;
+
 bool isXmlCharacter(uint codePoint)
 {
     return codePoint == 0x9 || codePoint == 0xA || codePoint == 0xD ||
@@ -96,11 +98,12 @@ void writeAddress(QXmlStreamWriter &xml, const AddressGroup &group, const QStrin
         writeElement(xml, group.firstElement + i, parts.at(i));
 }
 
+/// True when the file needs no writing. Who may read it is put right also then.
 bool holds(const QString &filePath, const QByteArray &content)
 {
     QFile file(filePath);
     return file.open(QIODevice::ReadOnly) && file.size() == content.size() &&
-           file.readAll() == content;
+           file.readAll() == content && file.setPermissions(ownerOnly);
 }
 
 bool replaceFile(const QString &filePath, const QByteArray &content)
@@ -109,8 +112,7 @@ bool replaceFile(const QString &filePath, const QByteArray &content)
         if (attempt > 0)
             QThread::msleep(replacePauseMs);
         QSaveFile file(filePath);
-        if (!file.open(QIODevice::WriteOnly) ||
-            !file.setPermissions(QFile::ReadOwner | QFile::WriteOwner))
+        if (!file.open(QIODevice::WriteOnly) || !file.setPermissions(ownerOnly))
             return false;
         // A short write makes the commit fail.
         file.write(content);

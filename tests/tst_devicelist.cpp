@@ -213,6 +213,7 @@ void TestDeviceList::snapshotsAreConsistentOnOtherThreads()
         }
     };
     std::vector<std::thread> readers;
+    readers.reserve(readerCount);
     for (int i = 0; i < readerCount; ++i)
         readers.emplace_back(read);
 
