@@ -91,11 +91,12 @@ tour() {
     export HOME="$work/home" XDG_RUNTIME_DIR="$work/run" TMPDIR="$work/tmp" LC_ALL=C.UTF-8
     export QT_LINUX_ACCESSIBILITY_ALWAYS_ON=1 NO_AT_BRIDGE=1
 
-    export TOUR_SERVER= TOUR_PHONE=
+    export TOUR_SERVER= TOUR_PHONE= TOUR_PHONE_ADDRESS=
     if [ "$1" = private ]; then
         lay_network
         TOUR_SERVER="$server_address"
         TOUR_PHONE="nsenter --target $phone_host --net"
+        TOUR_PHONE_ADDRESS="$phone_address"
     fi
     start_screen
     # In the background, so that a signal is answered at once, and as a group of its

@@ -149,18 +149,27 @@ class Screen:
         return None, None
 
     @staticmethod
-    def centre(node):
-        # The display's own scale is 1, so that its pixels are xdotool's.
-        box = node.get_extents(Atspi.CoordType.SCREEN)
-        return box.x + box.width // 2, box.y + box.height // 2
+    def place(node):
+        """Where the widget is: x, y, width, height. The display's own scale is 1, so that its
+        pixels are xdotool's."""
+        def look():
+            box = node.get_extents(Atspi.CoordType.SCREEN)
+            return box.x, box.y, box.width, box.height
+
+        def settled():
+            # A window that has just come up has no place yet, or the one it is leaving.
+            before = look()
+            time.sleep(POLL_S)
+            after = look()
+            return after if before == after and min(after) > 0 else None
+        return wait_for(f'"{node.get_name()}" to have a place on the screen', settled)
 
     def click(self, node, on_sign=False):
         """A click into the middle, or on the sign that stands before the text of a choice,
         whose widget is often wider than what answers to the mouse."""
-        x, y = self.centre(node)
-        if on_sign:
-            x = node.get_extents(Atspi.CoordType.SCREEN).x + SIGN_WIDTH_PX // 2
-        xdotool("mousemove", x, y, "click", 1)
+        x, y, width, height = self.place(node)
+        x += SIGN_WIDTH_PX // 2 if on_sign else width // 2
+        xdotool("mousemove", x, y + height // 2, "click", 1)
 
     def click_on(self, role, name, window=None):
         self.click(self.find(role, name, window))

@@ -5,6 +5,7 @@ a telephone that fetches its file, an edit, an end and a new start. Every check 
 a line; the last line counts them.
 """
 
+import json
 import os
 import shlex
 import signal
@@ -23,7 +24,8 @@ from screen import NotSeen, keys, type_text, wait_active, wait_for, wait_gone, x
 TITLE = "Velloran Device Management Tool"
 MAC_TYPED = "a1b2c3"
 MAC = "02:00:A7:A1:B2:C3"
-FILE = "cfg0200a7a1b2c3.xml"
+BARE_MAC = "0200a7a1b2c3"
+FILE = f"cfg{BARE_MAC}.xml"
 # Label in the dialog, column of the table, what is typed. The password holds what XML
 # and SQL must escape.
 TYPED = [
@@ -127,16 +129,22 @@ class Program:
 class Phone:
     """The telephone: another host on the network where there is one, else this one."""
 
-    def __init__(self, server):
+    def __init__(self):
         self._prefix = shlex.split(os.environ.get("TOUR_PHONE", ""))
-        self._server = server
 
-    def get(self, port, name, agent):
+    def get(self, url, agent):
         """curl's status and the whole answer."""
-        done = subprocess.run(
-            [*self._prefix, "curl", "-s", "-i", "--max-time", "10", "-A", agent,
-             f"http://{self._server}:{port}/{name}"], capture_output=True)
+        done = subprocess.run([*self._prefix, "curl", "-s", "-i", "--max-time", "10", "-A", agent,
+                               url], capture_output=True)
         return done.returncode, done.stdout.decode("utf-8")
+
+    def boot(self, mac, model, expected):
+        """Asks by SIP where its file is; the datagrams that answer."""
+        script = Path(__file__).with_name("boot_phone.py")
+        done = subprocess.run([*self._prefix, sys.executable, "-B", str(script),
+                               os.environ["TOUR_PHONE_ADDRESS"], mac, model, str(expected)],
+                              capture_output=True, check=True)
+        return json.loads(done.stdout)
 
 
 def xpath(document, expression):
@@ -153,14 +161,20 @@ class Tour:
         self.screen = screen.Screen("VlManager", out)
         # In a network of our own there is one card, and port 80 is free.
         self.private_server = os.environ.get("TOUR_SERVER", "")
-        self.phone = Phone(self.private_server or "127.0.0.1")
+        self.phone = Phone()
         self.port = 0
+
+    def url(self):
+        return f"http://{self.private_server or '127.0.0.1'}:{self.port}/"
 
     def run(self):
         self.first_start()
         self.new_device()
+        self.plug_and_play_needs_httpd()
         self.open_httpd()
         self.phone_fetches()
+        if self.private_server:
+            self.plug_and_play()
         self.second_start()
         self.edit_device()
         self.search()
@@ -284,7 +298,7 @@ class Tour:
             check_equal(self.port, 80, "the port is")
 
     def fetch(self, name, agent):
-        status, answer = self.phone.get(self.port, name, agent)
+        status, answer = self.phone.get(self.url() + name, agent)
         check_equal(status, 0, f"curl fetches {name} as {agent.split()[1]}, status")
         head, _, body = answer.partition("\r\n\r\n")
         return head.split("\r\n"), body
@@ -311,7 +325,7 @@ class Tour:
         say("-- requests that are not for a listed device")
         for name in ("cfg0200a7000000.xml", "cfg0200A7A1B2C3.xml", "firmware.bin",
                      "cfg/../../../phonebook.db.xml"):
-            status, answer = self.phone.get(self.port, name, KTP_AGENT)
+            status, answer = self.phone.get(self.url() + name, KTP_AGENT)
             check((status, answer) == (CURL_EMPTY_REPLY, ""), f"no answer to {name}",
                   (status, answer))
         wanted = ("One device request cfg.\nProduct:KTP\nFileName:" + FILE +
@@ -319,6 +333,33 @@ class Tour:
         check_soon(lambda: wanted in self.report(), "the report box tells of both requests")
         say(self.report())
         self.screen.shot("phone-has-fetched")
+
+    def plug_and_play_needs_httpd(self):
+        say("-- plug and play while the service is closed")
+        self.screen.click_on("push button", "Enable PNP Server")
+        wait_active("Enable PNP Server")
+        self.screen.shot("plug-and-play-refused")
+        keys("Return")
+        wait_gone("Enable PNP Server")
+        check(self.screen.sees("push button", "Enable PNP Server"),
+              "it is refused, with a message")
+
+    def plug_and_play(self):
+        say("-- a telephone out of the box asks where its file is")
+        self.screen.click_on("push button", "Enable PNP Server")
+        check_soon(lambda: self.screen.sees("push button", "Disable PNP Server"),
+                   'the button reads "Disable PNP Server"')
+        self.screen.shot("plug-and-play")
+        heard = self.phone.boot(BARE_MAC, "KTP16XX", 2)
+        for text in heard:
+            say(text)
+        if check_equal([text.split("\r\n")[0].split(" ")[0:2] for text in heard],
+                       [["SIP/2.0", "202"], ["NOTIFY", "sip:" + os.environ["TOUR_PHONE_ADDRESS"] +
+                                             ":5060"]], "the answers are"):
+            check_equal(heard[1].partition("\r\n\r\n")[2], self.url(), "the telephone is sent to")
+        heard = self.phone.boot("0200a7000000", "KTP16XX", 1)
+        check_equal([text.split("\r\n")[0] for text in heard], ["SIP/2.0 501 Not Implemented"],
+                    "a telephone that is not listed is told")
 
     def second_start(self):
         say("-- a second start")
@@ -369,6 +410,8 @@ class Tour:
         check_soon(lambda: self.screen.sees("push button", "Open HTTPD"),
                    'the button reads "Open HTTPD" again')
         check_soon(lambda: not self.program.ports(), "the program listens no longer")
+        check(self.screen.sees("push button", "Enable PNP Server"),
+              "plug and play has gone with it")
         check(not self.screen.sees("text", "HTTPD server request informations"),
               "the report box is hidden")
         self.screen.shot("httpd-closed")
