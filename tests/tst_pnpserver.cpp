@@ -226,11 +226,12 @@ void TestPnPServer::sendsNothing()
     // qDebug puts a QString between quotes, a plain text not.
     QTRY_VERIFY2(debugLines.contains(reason), qPrintable(debugLines.join(QLatin1Char('\n'))));
 
-    // The next answer is the one to the next telephone, and nothing came back to the server.
-    const int asked = m_lookup->asked().size();
+    // An answer would be at its port by now: the server's own, or the telephone's, in front of the
+    // answer to the next request.
+    QCoreApplication::processEvents();
+    QCOMPARE(debugLines.filter(QStringLiteral("arrived request datagram")).size(), 1);
     send(pnpSubscribe(otherKnownMac, phoneAddress(), "KTP2135"));
     QVERIFY(isAnsweredOnly(otherKnownMac));
-    QCOMPARE(m_lookup->asked().mid(asked), QList<QByteArray>({otherKnownMac}));
 }
 
 void TestPnPServer::answersTheLaterOfTwo()
