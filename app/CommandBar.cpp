@@ -48,9 +48,9 @@ CommandBar::CommandBar(QWidget *parent)
     m_deleteAllButton = addListButton(*buttonRow, tr("Delete All"), "tool_deleteAllBtn",
                                       "tool_delete_all.png", "CTRL+D", tr("Delete All Devices"));
     buttonRow->addStretch();
-    m_httpButton = addServiceButton(*buttonRow, "tool_httpButton");
+    m_httpButton = addButton(*buttonRow, "tool_httpButton");
     showHttpOpen(false);
-    m_pnpButton = addServiceButton(*buttonRow, "tool_pnpButton");
+    m_pnpButton = addButton(*buttonRow, "tool_pnpButton");
     showPnpEnabled(false);
 
     auto *const column = new QVBoxLayout(this);
@@ -94,7 +94,7 @@ QPushButton *CommandBar::addListButton(QHBoxLayout &row, const QString &text, co
                                        const char *iconName, const char *shortcut,
                                        const QString &tip)
 {
-    auto *const button = addServiceButton(row, name);
+    auto *const button = addButton(row, name);
     const QKeySequence keys(QLatin1String(shortcut), QKeySequence::PortableText);
     button->setText(text);
     button->setIcon(icon(iconName));
@@ -103,7 +103,7 @@ QPushButton *CommandBar::addListButton(QHBoxLayout &row, const QString &text, co
     return button;
 }
 
-QPushButton *CommandBar::addServiceButton(QHBoxLayout &row, const char *name)
+QPushButton *CommandBar::addButton(QHBoxLayout &row, const char *name)
 {
     auto *const button = new QPushButton(this);
     button->setObjectName(QLatin1String(name));

@@ -35,7 +35,7 @@ public:
 private:
     QPushButton *addListButton(QHBoxLayout &row, const QString &text, const char *name,
                                const char *icon, const char *shortcut, const QString &tip);
-    QPushButton *addServiceButton(QHBoxLayout &row, const char *name);
+    QPushButton *addButton(QHBoxLayout &row, const char *name);
 
     QLabel *m_countLabel;
     QPushButton *m_newButton;

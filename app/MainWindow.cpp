@@ -64,6 +64,7 @@ MainWindow::MainWindow(DataMgr &dataMgr, const QString &folder, QWidget *parent)
     createConnection();
     readOptionsAndSet();
     onViewUpdated();
+    QMetaObject::invokeMethod(this, &MainWindow::finishStart, Qt::QueuedConnection);
 }
 
 MainWindow::~MainWindow()
@@ -228,7 +229,7 @@ void MainWindow::createConnection()
 {
     onCreateDatabase();
     if (!m_dataMgr.openDatabase())
-        tellDatabaseError();
+        m_startError = m_dataMgr.lastErrorText();
 }
 
 void MainWindow::onCreateDatabase()
@@ -236,16 +237,17 @@ void MainWindow::onCreateDatabase()
     m_database = m_dataMgr.database();
 }
 
-/// Queued, as this is found out before the window shows.
-void MainWindow::tellDatabaseError()
+/// What waits for the window to show: one after the other, as each may stop for the user.
+void MainWindow::finishStart()
 {
-    const QString text = tr("The device list in phonebook.db can not be read: %1. "
-                            "The file is left untouched and nothing will be saved in this run.")
-                             .arg(m_dataMgr.lastErrorText());
-    QMetaObject::invokeMethod(
-        this,
-        [this, text] { Modal::message(this, QMessageBox::Critical, tr("Database Error"), text); },
-        Qt::QueuedConnection);
+    if (!m_startError.isEmpty()) {
+        Modal::message(this, QMessageBox::Critical, tr("Database Error"),
+                       tr("The device list in phonebook.db can not be read: %1. "
+                          "The file is left untouched and nothing will be saved in this run.")
+                           .arg(m_startError));
+    }
+    if (m_autoHttpdAction->isChecked())
+        selectHttpdService();
 }
 
 bool MainWindow::readOptionsAndSet()
@@ -256,11 +258,8 @@ bool MainWindow::readOptionsAndSet()
     m_autoStartAction->setChecked(options.autoStart);
     m_recoveryDataAction->setChecked(options.recoveryData);
     if (options.recoveryData && m_dataMgr.isStoreUsable() && !m_dataMgr.recoverPreviousData())
-        tellDatabaseError();
+        m_startError = m_dataMgr.lastErrorText();
     m_autoHttpdAction->setChecked(options.autoHttpd);
-    if (options.autoHttpd)
-        // Asks for the card in front of the window, which shows after this.
-        QMetaObject::invokeMethod(this, &MainWindow::selectHttpdService, Qt::QueuedConnection);
     return true;
 }
 
@@ -375,18 +374,20 @@ void MainWindow::closeHttpd()
     const bool stopped = m_dataMgr.stopHttpService();
     m_reportBox->clear();
     m_reportBox->hide();
-    if (m_dataMgr.stopPnPServer())
-        m_commandBar->showPnpEnabled(false);
+    m_dataMgr.stopPnPServer();
+    m_commandBar->showPnpEnabled(m_dataMgr.isPnPServerRunning());
     if (stopped)
         m_commandBar->showHttpOpen(false);
 }
 
 void MainWindow::selectPNPServer()
 {
-    if (!m_commandBar->isPnpEnabled())
+    if (!m_commandBar->isPnpEnabled()) {
         enablePnp();
-    else if (m_dataMgr.stopPnPServer())
-        m_commandBar->showPnpEnabled(false);
+        return;
+    }
+    m_dataMgr.stopPnPServer();
+    m_commandBar->showPnpEnabled(m_dataMgr.isPnPServerRunning());
 }
 
 void MainWindow::enablePnp()
@@ -426,12 +427,12 @@ void MainWindow::about()
 void MainWindow::closeEvent(QCloseEvent *event)
 {
     closeWindow();
-    QMainWindow::closeEvent(event);
+    event->setAccepted(m_closed);
 }
 
 void MainWindow::closeWindow()
 {
-    if (m_closed)
+    if (m_closed || !m_dataMgr.keepUnsavedList() || m_closed)
         return;
     m_closed = true;
     for (const char *const name : workFiles)

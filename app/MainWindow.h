@@ -47,7 +47,8 @@ public slots:
     void onRemoveContact();
     /// Deletes the device of the view's current row.
     void onDeleteContact();
-    /// Applies the stored options; false when there are none.
+    /// Applies the stored options; false when there are none. The HTTP service, where they ask for
+    /// it, starts once the window shows.
     bool readOptionsAndSet();
     void onHTTPDMsg(const QString &message);
     void onContactDialogEditFinished(ContactInfo *contact);
@@ -71,7 +72,7 @@ private:
     void openHttpd();
     void closeHttpd();
     void enablePnp();
-    void tellDatabaseError();
+    void finishStart();
 
     DataMgr &m_dataMgr;
     QString m_folder;
@@ -101,6 +102,7 @@ private:
     ContactDialog *m_contactDialog = nullptr;
     /// What the edit dialog works on: a copy, as the list may change while the dialog is open.
     ContactInfo m_editedContact;
+    QString m_startError; ///< why the stored list could not be read
     bool m_httpdOpening = false;
     bool m_closed = false;
 };

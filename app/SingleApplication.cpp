@@ -83,7 +83,8 @@ SingleApplication::~SingleApplication()
 QString SingleApplication::instanceKey(const QString &applicationName,
                                        const QString &organizationName)
 {
-    static const QRegularExpression notAllowed(QStringLiteral("[^\\w\\-. ]"));
+    static const QRegularExpression notAllowed(QStringLiteral("[^\\w\\-. ]"),
+                                               QRegularExpression::UseUnicodePropertiesOption);
     QString key = applicationName + organizationName;
     return key.remove(notAllowed);
 }
@@ -91,9 +92,10 @@ QString SingleApplication::instanceKey(const QString &applicationName,
 void SingleApplication::slotConnectionEstablished()
 {
     // The connection itself is the message.
-    const std::unique_ptr<QLocalSocket> knock(d->localServer->nextPendingConnection());
+    std::unique_ptr<QLocalSocket> knock(d->localServer->nextPendingConnection());
     if (!knock)
         return;
     knock->close();
+    knock.reset();
     emit showUp();
 }

@@ -17,5 +17,5 @@ public:
     ExportBase *createExporter(int type);
 
 private:
-    using QObject::QObject;
+    ExportFactory() = default;
 };

@@ -10,8 +10,8 @@
 /// the business of the dialogs and of the import.
 struct ContactInfo
 {
-    /// Record number, the primary key of the stored row. Every save writes the device's running
-    /// number here, so the value is of use only right after a load.
+    /// Record number, the primary key of the stored row: on every save the device's running number,
+    /// which is what it holds in records handed to the store and to the edit dialog.
     qint32 id = 0;
 
     QString mac;

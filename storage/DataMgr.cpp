@@ -8,22 +8,18 @@
 #include "net/HttpdService.h"
 #include "storage/DBOperator.h"
 #include "storage/DatabaseLayer.h"
-#include "storage/ScopedTransaction.h"
 #include "widgets/Modal.h"
 
 #include <QDir>
 #include <QFile>
-#include <QScopedValueRollback>
+#include <QFileInfo>
 #include <QThread>
 #include <QTime>
 
 #include <cstdlib>
-#include <limits>
 #include <memory>
 
 namespace {
-
-constexpr quint64 neverSaved = std::numeric_limits<quint64>::max();
 
 // The order is the order of removal.
 const QStringList storedFiles = {QStringLiteral("phonebook.db"), QStringLiteral("tmp.csv"),
@@ -40,10 +36,9 @@ DataMgr *DataMgr::instance()
 
 DataMgr::DataMgr(DBOperator &dbOperator, const QString &directory, QObject *parent)
     : QObject(parent)
-    , m_dbOperator(dbOperator)
     , m_directory(directory)
-    , m_backup(directory)
-    , m_savedVersion(neverSaved)
+    , m_dbOperator(dbOperator)
+    , m_saver(m_devices, dbOperator, directory)
     , m_pnpServer(*this)
 {
 }
@@ -61,53 +56,47 @@ DatabaseLayer *DataMgr::database()
 bool DataMgr::openDatabase()
 {
     m_closed = false;
-    DatabaseLayer *const store = database();
-    const bool opened = store->openDatabase();
-    const int stored = opened ? store->countContacts() : -1;
-    m_storeUsable = stored >= 0;
-    if (!m_storeUsable) {
-        m_lastErrorText = store->lastErrorText();
-        return false;
+    m_failureTold = false;
+    return m_saver.open();
+}
+
+bool DataMgr::keepUnsavedList()
+{
+    if (m_closed || m_saver.isSaved() || m_saver.save(ListSaver::Ask::Never))
+        return true;
+    const QString reason = m_saver.lastErrorText();
+    if (m_saver.backUp(m_devices.snapshot().contacts(), ListSaver::Ask::Never)) {
+        Modal::message(nullptr, QMessageBox::Warning, tr("Save Error"),
+                       tr("The device list can not be saved: %1. A copy of it is kept in %2.")
+                           .arg(reason, m_saver.backupPath()));
+        return true;
     }
-    m_storedRowsKnown = stored == 0;
-    if (stored == 0 && m_devices.size() == 0)
-        m_savedVersion = m_devices.version();
-    return true;
+    return Modal::question(nullptr, tr("Save Error"),
+                           tr("Neither the device list nor a copy of it can be written: %1. "
+                              "Do you want to quit and lose the changes?")
+                               .arg(reason)) != Modal::Answer::No;
 }
 
 void DataMgr::close()
 {
     if (m_closed)
         return;
-    if (m_failureTold)
-        save();
     m_closed = true;
     stopPnPServer();
     stopHttpService();
-    database()->closeDatabase();
-    m_storeUsable = false;
+    m_saver.close();
 }
 
 bool DataMgr::recoverPreviousData()
 {
-    if (!m_storeUsable)
-        return false;
     m_busy = true;
-    const QList<ContactInfo> stored = m_dbOperator.load();
-    m_lastErrorText = database()->lastErrorText();
-    const bool loaded = m_lastErrorText.isEmpty();
+    QList<ContactInfo> stored;
+    const bool loaded = m_saver.load(stored);
     if (loaded) {
         qCDebug(debugLog) << "queryData contact list size = " << stored.size();
         m_devices.assign(stored);
-        // Rows that read back as other records, or under other numbers, are not yet the list.
-        bool same = stored.size() == database()->countContacts();
-        for (int row = 0; same && row < stored.size(); ++row)
-            same = stored.at(row).id == row + 1;
-        m_storedRowsKnown = true;
-        m_savedVersion = same ? m_devices.version() : neverSaved;
+        m_saver.markLoaded(stored);
         emit updateModel();
-    } else {
-        m_storeUsable = false;
     }
     m_busy = false;
     return loaded;
@@ -121,8 +110,11 @@ void DataMgr::insertContactNode(const ContactInfo &contact)
 
 void DataMgr::addContacts(const QList<ContactInfo> &contacts)
 {
-    for (const ContactInfo &contact : contacts)
+    for (const ContactInfo &contact : contacts) {
         addOrReplace(contact);
+        if (m_closed)
+            return; // the program was ended in the middle of a question
+    }
     saveAndAnnounce();
 }
 
@@ -159,95 +151,65 @@ void DataMgr::deleteContactAt(int row)
 {
     if (row >= 0 && row < m_devices.size()) {
         m_devices.removeAt(row);
-        save();
+        saveAndAnnounce();
+    } else {
+        emit updateModel();
     }
-    emit updateModel();
 }
 
 bool DataMgr::deleteAllContacts()
 {
-    if (m_devices.size() > 0 && !backUp(m_devices.snapshot().contacts()))
+    if (m_devices.size() > 0 &&
+        !m_saver.backUp(m_devices.snapshot().contacts(), ListSaver::Ask::Allowed))
+        return false;
+    if (m_closed)
         return false;
     m_devices.clear();
     saveAndAnnounce();
     return true;
 }
 
+/// In this order, so that the window shows what a message about the save speaks of.
 void DataMgr::saveAndAnnounce()
 {
-    save();
+    const bool saved = trySave(ListSaver::Ask::Allowed);
     emit updateModel();
+    if (!saved)
+        tellSaveFailure();
 }
 
 bool DataMgr::save()
 {
+    const bool saved = trySave(ListSaver::Ask::Allowed);
+    if (!saved)
+        tellSaveFailure();
+    return saved;
+}
+
+bool DataMgr::trySave(ListSaver::Ask ask)
+{
     Q_ASSERT(QThread::currentThread() == thread());
-    const DeviceListSnapshot list = m_devices.snapshot();
-    if (m_savedVersion == list.version())
-        return true;
-    if (m_saving)
-        return false; // asked for while a question of the save below is open
-    const QScopedValueRollback<bool> saving(m_saving, true);
-    if (!m_storeUsable)
-        return saveFailed(m_lastErrorText);
-    if (!m_storedRowsKnown && !keepStoredRows())
-        return saveFailed(m_lastErrorText);
     if (m_closed)
         return false;
-    if (!writeList(list))
-        return saveFailed(database()->lastErrorText());
-    m_savedVersion = list.version();
-    m_storedRowsKnown = true;
-    m_failureTold = false;
-    m_retryWanted = false;
-    return true;
+    const bool saved = m_saver.save(ask);
+    m_retryWanted = !saved;
+    if (saved)
+        m_failureTold = false;
+    return saved;
 }
 
-/// One transaction, so that whatever stops the program leaves the old list in the file or the new
-/// one. Clearing first settles that rows of earlier saves bear the same ids: the list is the
-/// authority.
-bool DataMgr::writeList(const DeviceListSnapshot &list)
+void DataMgr::tellSaveFailure()
 {
-    DatabaseLayer *const store = database();
-    ScopedTransaction transaction(*store);
-    if (!transaction.isOpen())
-        return false;
-    store->clearContacts();
-    return m_dbOperator.save(list) && store->mergeNewRecords() && transaction.commit();
-}
-
-/// Before the first save of a run that never loaded them, the stored rows are about to go.
-bool DataMgr::keepStoredRows()
-{
-    const QList<ContactInfo> stored = m_dbOperator.load();
-    m_lastErrorText = database()->lastErrorText();
-    return m_lastErrorText.isEmpty() && (stored.isEmpty() || backUp(stored));
-}
-
-/// True when the devices are safe in a backup, or the user goes on without.
-bool DataMgr::backUp(const QList<ContactInfo> &devices)
-{
-    if (m_backup.write(devices))
-        return true;
-    m_lastErrorText = m_backup.errorText();
-    return Modal::question(nullptr, tr("Backup Error"),
-                           tr("The backup of the device list can not be written: %1. "
-                              "Do you want to go on without a backup?")
-                               .arg(m_backup.errorText())) == Modal::Answer::Yes;
-}
-
-bool DataMgr::saveFailed(const QString &reason)
-{
-    m_lastErrorText = reason;
-    m_retryWanted = true;
-    if (!m_failureTold) {
-        m_failureTold = true;
-        Modal::message(nullptr, QMessageBox::Warning, tr("Save Error"),
-                       tr("The device list can not be saved: %1. "
-                          "It is kept in the window and will be saved with the next change.")
-                           .arg(reason));
-    }
-    return false;
+    if (m_closed || m_failureTold)
+        return;
+    m_failureTold = true;
+    const QString text =
+        m_saver.isUsable()
+            ? tr("The device list can not be saved: %1. "
+                 "It is kept in the window and will be saved with the next change.")
+            : tr("The device list can not be saved: %1. "
+                 "It is kept in the window, and a copy is written when the program ends.");
+    Modal::message(nullptr, QMessageBox::Warning, tr("Save Error"), text.arg(lastErrorText()));
 }
 
 void DataMgr::saveList()
@@ -255,9 +217,10 @@ void DataMgr::saveList()
     if (QThread::currentThread() == thread()) {
         save();
     } else if (m_retryWanted.exchange(false)) {
-        // Never written from here: the connection to the database belongs to the GUI thread.
+        // Never written from here: the connection to the database belongs to the GUI thread. Nor
+        // may a request from the network open boxes there.
         QMetaObject::invokeMethod(
-            this, [this] { save(); }, Qt::QueuedConnection);
+            this, [this] { trySave(ListSaver::Ask::Never); }, Qt::QueuedConnection);
     }
 }
 
@@ -286,20 +249,22 @@ void DataMgr::cleanUp()
 {
     for (const QString &name : storedFiles)
         QFile::remove(m_directory + name);
-    QDir(m_directory + provisioningRoot).removeRecursively();
+    const QFileInfo root(m_directory + provisioningRoot);
+    if (root.isDir() && !root.isSymLink())
+        QDir(root.filePath()).removeRecursively();
+    else
+        QFile::remove(root.filePath());
 }
 
 bool DataMgr::startHttpService()
 {
-    if (m_httpdStarting || m_closed)
-        return false;
-    if (!m_httpdService) {
-        m_httpdService = new HttpdService(*this, m_directory);
-        connect(m_httpdService, &HttpdService::httpdMsg, this, &DataMgr::httpdMsg,
-                Qt::UniqueConnection);
-        connect(m_httpdService, &HttpdService::httpdAddressChanged, &m_pnpServer,
-                &PnPServer::setHttpdAddress);
-    }
+    if (m_httpdService || m_closed)
+        return m_httpdService && !m_httpdStarting;
+    m_httpdService = new HttpdService(*this, m_directory);
+    connect(m_httpdService, &HttpdService::httpdMsg, this, &DataMgr::httpdMsg,
+            Qt::UniqueConnection);
+    connect(m_httpdService, &HttpdService::httpdAddressChanged, &m_pnpServer,
+            &PnPServer::setHttpdAddress);
     m_httpdStarting = true;
     const bool started = m_httpdService->start();
     m_httpdStarting = false;
@@ -348,6 +313,11 @@ bool DataMgr::startPnPServer()
 bool DataMgr::stopPnPServer()
 {
     return m_pnpServer.stop();
+}
+
+bool DataMgr::isPnPServerRunning() const
+{
+    return m_pnpServer.isListening();
 }
 
 bool DataMgr::macExists(const QString &mac) const

@@ -5,7 +5,7 @@
 #include "model/ProgramFolder.h"
 #include "model/ProvisioningSource.h"
 #include "net/PnPServer.h"
-#include "storage/DeviceBackup.h"
+#include "storage/ListSaver.h"
 
 #include <QObject>
 #include <QStringList>
@@ -41,11 +41,14 @@ public:
     /// Opens the store, creating it on first use. False when it cannot be opened or read; it is
     /// then left untouched for the rest of the run and lastErrorText() tells why.
     bool openDatabase();
-    /// Tries a save that failed before once more, stops the services and closes the store.
+    /// Before the program ends: a list that could not be saved so far is saved, or written to a
+    /// backup, of which the user is told. False when neither works and the user wants to go on.
+    bool keepUnsavedList();
+    /// Stops the services and closes the store.
     void close();
     /// True from a successful openDatabase() to close(), unless reading the rows failed since.
-    bool isStoreUsable() const { return m_storeUsable; }
-    QString lastErrorText() const { return m_lastErrorText; }
+    bool isStoreUsable() const { return m_saver.isUsable(); }
+    QString lastErrorText() const { return m_saver.lastErrorText(); }
 
     /// Replaces the list by the stored records and numbers them from 1. False, with the list as it
     /// was, when they cannot be read.
@@ -92,6 +95,7 @@ public:
     bool startPnPServer();
     /// See PnPServer::stop().
     bool stopPnPServer();
+    bool isPnPServerRunning() const;
     /// See DeviceLookup.
     bool macExists(const QString &mac) const override;
 
@@ -112,26 +116,18 @@ public slots:
 
 private:
     bool addOrReplace(const ContactInfo &contact);
+    bool trySave(ListSaver::Ask ask);
     void saveAndAnnounce();
-    bool writeList(const DeviceListSnapshot &list);
-    bool keepStoredRows();
-    bool backUp(const QList<ContactInfo> &devices);
-    bool saveFailed(const QString &reason);
+    void tellSaveFailure();
     void deleteHttpService();
 
-    DBOperator &m_dbOperator;
     QString m_directory;
+    DBOperator &m_dbOperator;
     DeviceList m_devices;
-    DeviceBackup m_backup;
-    QString m_lastErrorText;
-    bool m_storeUsable = false;
-    bool m_storedRowsKnown = false; ///< what the table holds was in this run's list at some time
-    bool m_failureTold = false;     ///< the last save failed, and the user knows
-    bool m_saving = false;
+    ListSaver m_saver;
+    bool m_failureTold = false; ///< the last save failed, and the user knows
     bool m_busy = false;
     bool m_closed = false;
-    /// Version of the list that the table holds. Written by the GUI thread.
-    std::atomic<quint64> m_savedVersion;
     std::atomic<bool> m_retryWanted{false}; ///< the last save failed and no retry is queued
 
     PnPServer m_pnpServer;

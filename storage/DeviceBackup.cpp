@@ -4,13 +4,15 @@
 
 #include <QDateTime>
 #include <QDir>
+#include <QFileInfo>
 #include <QRegularExpression>
 #include <QSaveFile>
 
 namespace {
 
 constexpr int keptBackups = 30;
-const QString namePattern = QStringLiteral("devices-*.csv");
+// Files of the user's own stand in this folder as well.
+const QRegularExpression backupName(QStringLiteral("^devices-\\d{8}-\\d{6}(-\\d+)?\\.csv$"));
 const QString lineEnd = QStringLiteral("\r\n");
 
 QString quotedWhereNeeded(const QString &field)
@@ -35,7 +37,8 @@ bool DeviceBackup::write(const QList<ContactInfo> &devices)
     constexpr auto owner = QFile::ReadOwner | QFile::WriteOwner;
     QDir().mkpath(m_folder);
     QFile::setPermissions(m_folder, owner | QFile::ExeOwner);
-    QSaveFile file(m_folder + QLatin1Char('/') + freeFileName());
+    const QString path = m_folder + QLatin1Char('/') + freeFileName();
+    QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly) || !file.setPermissions(owner)) {
         m_errorText = file.errorString();
         return false;
@@ -45,6 +48,7 @@ bool DeviceBackup::write(const QList<ContactInfo> &devices)
         m_errorText = file.errorString();
         return false;
     }
+    m_lastPath = path;
     removeOldest();
     return true;
 }
@@ -77,7 +81,13 @@ QString DeviceBackup::freeFileName() const
 void DeviceBackup::removeOldest() const
 {
     QDir folder(m_folder);
-    QStringList names = folder.entryList({namePattern}, QDir::Files, QDir::Time);
-    while (names.size() > keptBackups)
-        folder.remove(names.takeLast());
+    const QString newest = QFileInfo(m_lastPath).fileName();
+    QStringList others; // newest first, unless the clock was set back
+    const QStringList files = folder.entryList(QDir::Files, QDir::Time);
+    for (const QString &name : files) {
+        if (name != newest && backupName.match(name).hasMatch())
+            others.append(name);
+    }
+    while (others.size() >= keptBackups)
+        folder.remove(others.takeLast());
 }

@@ -17,6 +17,8 @@ public:
     bool write(const QList<ContactInfo> &devices);
 
     QString errorText() const { return m_errorText; }
+    /// The file that the last successful write() made.
+    QString lastPath() const { return m_lastPath; }
 
     /// The contents of a backup: the English title row and a row a device. Unlike an export, a
     /// field that holds a comma, a quote or a line break is quoted, so that nothing is lost.
@@ -28,4 +30,5 @@ private:
 
     QString m_folder;
     QString m_errorText;
+    QString m_lastPath;
 };

@@ -31,6 +31,7 @@ const QString insertRow = QStringLiteral(
     "INSERT INTO contact1 values (?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?)");
 const QString updateField = QStringLiteral("update %1 set %2=%3 where %4=%5");
 const QString countAll = QStringLiteral("select count(*) from contact1");
+const QString countTables = QStringLiteral("select count(*) from sqlite_master");
 const QString countSettled = QStringLiteral("select count(*) from contact1 where flag = 0");
 const QString countNew = QStringLiteral("select count(*) from contact1 where flag = 1");
 const QString dropReplaced = QStringLiteral(
@@ -75,9 +76,9 @@ bool SqliteDatabase::openDatabase()
     if (!existed) {
         // Made here and not by the driver, so that nobody else could ever open it.
         QFile file(path);
-        if (file.open(QIODevice::WriteOnly | QIODevice::Append))
-            file.setPermissions(QFile::ReadOwner | QFile::WriteOwner);
+        file.open(QIODevice::WriteOnly | QIODevice::Append);
     }
+    QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner);
     m_database = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"));
     m_database.setDatabaseName(path);
     m_database.setConnectOptions(connectOptions);
@@ -86,7 +87,10 @@ bool SqliteDatabase::openDatabase()
         qCDebug(debugLog) << "sqlitedatabase return false db.open";
         return false;
     }
-    if (existed)
+    // A creation that was cut short may also have left pages, and a journal by which SQLite takes
+    // them back when the file is first read. A file that is not empty after that is nobody's to
+    // repair.
+    if (existed && (count(Sql::countTables), QFileInfo(path).size() > 0))
         return true;
     if (!createTable()) {
         qCDebug(debugLog) << "sqlitedatabase return false createdatabase";
@@ -127,8 +131,10 @@ bool SqliteDatabase::insertColumns(const ColumnMap &columns)
     qCDebug(debugLog) << "insert_map =" << columns;
     qCDebug(debugLog) << "contactList =" << contactList;
     ScopedTransaction transaction(*this);
+    if (!transaction.isOpen())
+        return false;
     QSqlQuery query = newQuery();
-    query.prepare(Sql::insertRow);
+    const bool prepared = query.prepare(Sql::insertRow);
     qCDebug(debugLog) << "contactList.size()" << contactList.size();
     for (const QVariantList &values : contactList) {
         qCDebug(debugLog) << "contactList[i] is" << values;
@@ -136,7 +142,7 @@ bool SqliteDatabase::insertColumns(const ColumnMap &columns)
     }
     // Binding no values at all is no batch.
     const bool nothingToDo = contactList.isEmpty() || contactList.first().isEmpty();
-    const bool inserted = nothingToDo || (query.execBatch(), succeeded(query));
+    const bool inserted = nothingToDo || ((prepared && query.execBatch()), succeeded(query));
     // Also after a failed row: what becomes of the rows before it is for whoever opened the
     // outermost transaction to say.
     return transaction.commit() && inserted;
@@ -276,7 +282,11 @@ QSqlQuery SqliteDatabase::newQuery() const
 /// Whether the last statement left no error; keeps the reason when it did.
 bool SqliteDatabase::succeeded(const QSqlQuery &query)
 {
-    const QSqlError error = query.lastError();
+    // On a closed database a statement is not even tried, and leaves no error of its own.
+    const QSqlError error =
+        m_database.isOpen()
+            ? query.lastError()
+            : QSqlError(QString(), QStringLiteral("database not open"), QSqlError::ConnectionError);
     if (!error.isValid())
         return true;
     m_lastErrorText = error.text();
