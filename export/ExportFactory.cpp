@@ -1,5 +1,7 @@
 #include "export/ExportFactory.h"
 
+#include "export/CSVOutlookCNExport.h"
+#include "export/CSVOutlookExport.h"
 #include "export/DkCfgExport.h"
 #include "export/MacCfgExport.h"
 #include "model/ExportType.h"
@@ -13,6 +15,10 @@ ExportFactory *ExportFactory::instance()
 ExportBase *ExportFactory::createExporter(int type)
 {
     switch (type) {
+    case CsvEnglish:
+        return new CSVOutlookExport;
+    case CsvChinese:
+        return new CSVOutlookCNExport;
     case DeskPhoneXml:
         return new MacCfgExport;
     case CordlessXml:
