@@ -34,7 +34,7 @@ struct ContactRow
 ///
 /// Every text that a record holds survives load() and store() unchanged as long as its input is not
 /// touched: a model, codec or language that is not on offer becomes an item of its own, and an
-/// address keeps its text (see IpLine).
+/// address keeps its text (see IpLine). Only a switch becomes "1" or "0", whatever it was.
 class ContactForm : public QWidget
 {
     Q_OBJECT

@@ -127,14 +127,16 @@ void TestProvisioning::telephonesGetWholeDocumentsWhileTheListIsEdited()
             --waiting;
         });
     }
-    // Accepts and edits in turn until every client has its answer.
+    // Accepts and edits in turn until every client has its answer. Connections are taken one in
+    // each turn of the event loop.
     int version = 0;
     while (waiting > 0) {
         ContactInfo edited = deviceOfVersion(version % deviceCount, version + 1);
         edited.id = version % deviceCount + 1;
         m_dataMgr->updateContact(edited);
         ++version;
-        QCoreApplication::processEvents();
+        for (int turn = 0; turn < 10; ++turn)
+            QCoreApplication::processEvents();
     }
     for (std::thread &client : clients)
         client.join();

@@ -16,6 +16,8 @@ bool ContactFilter::setKeyword(int column, const QString &keyword)
     // Left to itself the base class takes rows out and puts them in one stretch at a time, which is
     // quadratic for a keyword that matches here and there: seconds for a hundred thousand devices.
     // So the new rule is set while every row stays as it is, and then the mapping is built anew.
+    // The present one must exist by then: it is what the rows stay by.
+    rowCount();
     m_frozen = true;
     m_keyword = keyword;
     setFilterKeyColumn(column);
