@@ -48,13 +48,15 @@ protected:
     void incomingConnection(qintptr socketDescriptor) override;
 
 private:
+    void serveWaiting();
+    bool hasDescriptors() const;
     void startThread(qintptr socketDescriptor);
     void makeRoom();
+    bool dropLongestIdle();
     void pause();
     void resume();
     void onThreadGone(HttpdThread *thread);
     void onAcceptError();
-    void onRetry();
     void closeWaiting();
 
     ProvisioningSource &m_source;
@@ -62,6 +64,6 @@ private:
     FileNameLocks m_locks;
     int m_limit;
     QVector<HttpdThread *> m_threads; ///< all that exist, until their destruction
-    QQueue<qintptr> m_waiting;        ///< accepted while there was no room
-    QTimer m_retryTimer;              ///< tries again to make room and to accept
+    QQueue<qintptr> m_waiting;        ///< accepted, but without a thread yet
+    QTimer m_timer;                   ///< looks for room and accepts again
 };

@@ -83,6 +83,7 @@ HttpdThread::HttpdThread(qintptr socketDescriptor, ProvisioningSource &source,
 
 HttpdThread::~HttpdThread()
 {
+    wait();
     if (!m_done)
         SocketPlatform::close(m_socketDescriptor);
     delete m_socket;
@@ -92,6 +93,11 @@ HttpdThread::~HttpdThread()
 bool HttpdThread::isUsable() const
 {
     return m_connection.isValid();
+}
+
+void HttpdThread::markEnded()
+{
+    m_done = true;
 }
 
 void HttpdThread::drop()
@@ -137,7 +143,7 @@ void HttpdThread::run()
     // Closed here and not in the destructor: a socket is to be closed on its own thread.
     m_socket->abort();
     m_connection.finish();
-    m_done = true;
+    markEnded();
 }
 
 HttpRequest HttpdThread::readRequest()

@@ -30,12 +30,14 @@ public:
     /// ends in "/".
     HttpdThread(qintptr socketDescriptor, ProvisioningSource &source, const QString &baseDir,
                 FileNameLocks &locks);
-    /// The thread must have ended. Closes the connection if it never ran.
+    /// Waits for the thread. Closes the connection if it never ran.
     ~HttpdThread() override;
 
     /// False when the system had no descriptors left to keep a hold on the connection.
     bool isUsable() const;
 
+    /// Publishes all that was done on the connection's thread. Called at its end.
+    void markEnded();
     /// Cuts the connection; a thread that waits for it wakes up and ends. Server's thread.
     void drop();
     /// True once drop() was called or run() is over: the thread needs no further push to end.
@@ -78,5 +80,5 @@ private:
     std::atomic<qint64> m_lastActivity;
     std::atomic<bool> m_dropped{false};
     std::atomic<bool> m_busy{false};
-    std::atomic<bool> m_done{false}; ///< set last in run(); publishes all that run() wrote
+    std::atomic<bool> m_done{false}; ///< see markEnded()
 };

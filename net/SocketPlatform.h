@@ -31,7 +31,8 @@ void setBacklog(std::intptr_t descriptor, int backlog);
 /// holds now. Never lowers it.
 std::int64_t raiseDescriptorLimit(std::int64_t wanted);
 
-/// True when a descriptor that was just given out shows that few more are to be had.
-bool descriptorsAreScarce(std::intptr_t newest);
+/// True when the process could open this many more descriptors now. Found out by duplicating the
+/// given one.
+bool canOpen(int count, std::intptr_t descriptor);
 
 } // namespace SocketPlatform

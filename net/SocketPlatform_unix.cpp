@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <vector>
 
 #include <fcntl.h>
 #include <poll.h>
@@ -11,10 +12,6 @@
 #include <unistd.h>
 
 namespace {
-
-/// Kept free for what a connection thread and the rest of the program open at any moment. A thread
-/// that cannot get its wake-up descriptor ends the whole process.
-constexpr std::int64_t descriptorReserve = 64;
 
 /// More than this is not discarded: such a peer may as well be reset.
 constexpr std::size_t discardLimit = 1024 * 1024;
@@ -107,11 +104,17 @@ std::int64_t raiseDescriptorLimit(std::int64_t wanted)
     return static_cast<std::int64_t>(std::min<rlim_t>(now, INT32_MAX));
 }
 
-bool descriptorsAreScarce(std::intptr_t newest)
+bool canOpen(int count, std::intptr_t descriptor)
 {
-    // The lowest free number is always given out first, so all below it are in use.
-    const rlim_t limit = std::min<rlim_t>(descriptorLimit().rlim_cur, INT32_MAX);
-    return newest + descriptorReserve > static_cast<std::int64_t>(limit);
+    std::vector<int> probes(static_cast<std::size_t>(count), -1);
+    std::generate(probes.begin(), probes.end(),
+                  [=] { return fcntl(number(descriptor), F_DUPFD_CLOEXEC, 0); });
+    const bool enough = std::count(probes.begin(), probes.end(), -1) == 0;
+    for (const int probe : probes) {
+        if (probe >= 0)
+            ::close(probe);
+    }
+    return enough;
 }
 
 } // namespace SocketPlatform

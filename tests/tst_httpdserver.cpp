@@ -89,13 +89,24 @@ private:
     }
 };
 
+#if defined(__SANITIZE_THREAD__) || defined(__SANITIZE_ADDRESS__)
+constexpr qint64 oneSecond = 5000; // the sanitizers slow everything down
+#else
+constexpr qint64 oneSecond = 1000;
+#endif
+
 const char docName[] = "cfg0200a7aabbcc.xml";
+
+int entryCount(const char *folder)
+{
+    return QDir(QLatin1String(folder))
+        .entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot)
+        .size();
+}
 
 int threadCount()
 {
-    return static_cast<int>(QDir(QStringLiteral("/proc/self/task"))
-                                .entryList(QDir::Dirs | QDir::NoDotAndDotDot)
-                                .size());
+    return entryCount("/proc/self/task");
 }
 
 std::vector<Phone> connectMany(quint16 port, int count)
@@ -388,7 +399,7 @@ void TestHttpdServer::idleClientsMakeRoom()
     const QByteArray answer = ask(m_port, request(docName, "KTP"));
     const qint64 time = timer.elapsed();
     QCOMPARE(bodyOf(answer), FakeSource::document(DeskPhoneXml, QLatin1String(docName)));
-    QVERIFY2(time < 1000, qPrintable(QString::number(time)));
+    QVERIFY2(time < oneSecond, qPrintable(QString::number(time)));
 
     // The oldest have gone, the newest are still there.
     QVERIFY(threadCount() - threadsBefore <= HttpdServer::maxConnections + 2);
@@ -405,15 +416,16 @@ void TestHttpdServer::outOfDescriptors()
     rlimit original{};
     QCOMPARE(getrlimit(RLIMIT_NOFILE, &original), 0);
     rlimit small = original;
-    small.rlim_cur = 300;
+    small.rlim_cur = 400;
     QCOMPARE(setrlimit(RLIMIT_NOFILE, &small), 0);
 
-    std::vector<Phone> idle = connectMany(m_port, 20);
-    std::vector<Phone> late;
-    for (int i = 0; i < 3; ++i)
-        late.emplace_back(m_port);
-    late[0].send(request(docName, "KTP"));
-    // From here on the process has no descriptor left, while connections wait to be accepted.
+    const int openBefore = entryCount("/proc/self/fd");
+    std::vector<Phone> idle = connectMany(m_port, 30);
+    // Of each connection the client's end, and the server's socket, handle and wake-up.
+    QTRY_VERIFY(entryCount("/proc/self/fd") >= openBefore + 4 * 30);
+    Phone late(m_port);
+    late.send(request(docName, "KTP"));
+    // From here on the process has no descriptor left, while a connection waits to be accepted.
     std::vector<int> fillers;
     for (int fd = 0; (fd = ::open("/dev/null", O_RDONLY | O_CLOEXEC)) >= 0;)
         fillers.push_back(fd);
@@ -422,17 +434,18 @@ void TestHttpdServer::outOfDescriptors()
     QElapsedTimer timer;
     const double cpu = cpuSeconds();
     timer.start();
-    QTest::qWait(500);
+    // Idle clients give way until there is enough for the telephone.
+    QTRY_VERIFY(late.hasNews());
     const double load = (cpuSeconds() - cpu) * 1000 / static_cast<double>(timer.elapsed());
     QVERIFY2(load < 0.5, qPrintable(QString::number(load)));
+    QVERIFY(!refused.isEmpty());
     QVERIFY2(refused.size() <= 15, qPrintable(QString::number(refused.size())));
+    QVERIFY(late.receiveAll().startsWith("HTTP/1.0 200 Ok"));
+    QVERIFY(!idle.back().hasNews());
 
     for (const int fd : fillers)
         ::close(fd);
     setrlimit(RLIMIT_NOFILE, &original);
-    const QByteArray answer = inBackground([&] { return late[0].receiveAll(); });
-    QVERIFY(answer.startsWith("HTTP/1.0 200 Ok"));
-    QVERIFY(!refused.isEmpty());
 }
 
 void TestHttpdServer::connectionLimit()
@@ -458,7 +471,7 @@ void TestHttpdServer::stopWithOpenConnections()
     m_server->deleteLater();
     QSignalSpy destroyed(m_server.release(), &QObject::destroyed);
     QTRY_COMPARE(destroyed.size(), 1);
-    QVERIFY(timer.elapsed() < 1000);
+    QVERIFY(timer.elapsed() < oneSecond);
     for (Phone &phone : phones)
         phone.receiveAll(); // ends, as each connection is closed
     QVERIFY(!Phone(m_port).isConnected());
@@ -479,7 +492,7 @@ void TestHttpdServer::destroyWhileGenerating()
     QElapsedTimer timer;
     timer.start();
     m_server.reset();
-    QVERIFY(timer.elapsed() < 1000);
+    QVERIFY(timer.elapsed() < oneSecond);
     release.get();
     // Nobody calls the source any more: a use of it would show under the sanitizers.
     m_source.reset();
@@ -491,10 +504,13 @@ void TestHttpdServer::notASocket()
     FileNameLocks locks;
     HttpdThread thread(-1, *m_source, m_folder->path() + QLatin1Char('/'), locks);
     QVERIFY(!thread.isUsable());
-    QSignalSpy errors(&thread, &HttpdThread::error);
+    // Across the threads, as whoever uses the signal will receive it.
+    int errors = 0;
+    connect(
+        &thread, &HttpdThread::error, this, [&] { ++errors; }, Qt::QueuedConnection);
     thread.start();
     QVERIFY(thread.wait(5000));
-    QTRY_COMPARE(errors.size(), 1);
+    QTRY_COMPARE(errors, 1);
     QCOMPARE(m_source->saves(), 0);
 }
 
