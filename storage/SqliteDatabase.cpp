@@ -78,7 +78,8 @@ bool SqliteDatabase::openDatabase()
         QFile file(path);
         file.open(QIODevice::WriteOnly | QIODevice::Append);
     }
-    QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner);
+    if (QFileInfo(path).isFile())
+        QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner);
     m_database = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"));
     m_database.setDatabaseName(path);
     m_database.setConnectOptions(connectOptions);
