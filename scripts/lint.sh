@@ -22,7 +22,7 @@ sources_of() {
         if [[ $file == *.h ]]; then
             name="${file%.h}"
             source="$name.cpp"
-            [ -f "$source" ] || source="$(git grep -l --untracked -F "#include \"$file\"" -- '*.cpp' | head -n 1)"
+            [ -f "$source" ] || source="$(git grep -l --untracked -F "#include \"$file\"" -- '*.cpp' | sed -n 1p)"
         fi
         if [ -n "$source" ] && grep -qF "\"$root/$source\"" "$database/compile_commands.json"; then
             echo "$source"
