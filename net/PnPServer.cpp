@@ -67,6 +67,11 @@ bool PnPServer::start()
     return joined;
 }
 
+bool PnPServer::isListening() const
+{
+    return m_receiveSocket->state() != QAbstractSocket::UnconnectedState;
+}
+
 bool PnPServer::stop()
 {
     if (m_receiveSocket->state() == QAbstractSocket::UnconnectedState)

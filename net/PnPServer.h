@@ -27,6 +27,8 @@ public:
 
     /// Stops listening. False when it did not listen, or the group could not be left.
     bool stop();
+    /// True between a successful start() and stop(), also one that could not leave the group.
+    bool isListening() const;
 
 public slots:
     /// Reads the datagrams that have arrived and answers the last of them.
