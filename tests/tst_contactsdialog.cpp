@@ -1,0 +1,555 @@
+#include "dialogs/ContactForm.h"
+#include "dialogs/ContactsDialog.h"
+#include "dialogs/DeviceBatch.h"
+#include "dialogs/IpLine.h"
+#include "dialogs/IpPart.h"
+#include "model/ContactFields.h"
+#include "model/DebugLog.h"
+#include "widgets/ToolTipWidget.h"
+
+#include <QApplication>
+#include <QComboBox>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QSet>
+#include <QSignalSpy>
+#include <QTest>
+
+#include <limits>
+
+namespace {
+
+constexpr int manyDevices = 2000000000;
+
+QStringList macsOf(const QList<ContactInfo> &devices)
+{
+    QStringList macs;
+    for (const ContactInfo &device : devices)
+        macs.append(device.mac);
+    return macs;
+}
+
+DeviceBatch batchOf(const QString &firstMac, int count, int macStep)
+{
+    DeviceBatch batch;
+    batch.firstMac = firstMac;
+    batch.count = count;
+    batch.macStep = macStep;
+    return batch;
+}
+
+} // namespace
+
+class TestContactsDialog : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void init();
+    void cleanup();
+
+    void addresses_data();
+    void addresses();
+    void userIds_data();
+    void userIds();
+    void manyAreMadeAtOnce();
+    void tooMany_data();
+    void tooMany();
+
+    void createByKeyboard();
+    void everyFieldReachesAllDevices();
+    void mirroredFields();
+    void countWithoutDevices_data();
+    void countWithoutDevices();
+    void refusals_data();
+    void refusals();
+    void resetBringsDefaults();
+    void saveIsLogged();
+    void layoutFits();
+    void tabOrder();
+    void styleClassesAndNames();
+
+private:
+    void open();
+    QList<ContactInfo> save();
+    QString visibleTip() const;
+    template <typename Input>
+    Input *input(const char *name) const
+    {
+        auto *found = m_dialog->findChild<Input *>(QLatin1String(name));
+        Q_ASSERT(found);
+        return found;
+    }
+    QLineEdit *edit(const char *name) const { return input<QLineEdit>(name); }
+    QComboBox *box(const char *name) const { return input<QComboBox>(name); }
+
+    ContactsDialog *m_dialog = nullptr;
+};
+
+void TestContactsDialog::initTestCase()
+{
+    registerContactTypes();
+    // The size of the texts is the style sheet's business, and whether they fit is ours.
+    QFile sheet(QStringLiteral(VL_SOURCE_DIR "/resource/style.qss"));
+    QVERIFY(sheet.open(QIODevice::ReadOnly));
+    qApp->setStyleSheet(QString::fromUtf8(sheet.readAll()));
+}
+
+void TestContactsDialog::init()
+{
+    m_dialog = new ContactsDialog;
+}
+
+void TestContactsDialog::cleanup()
+{
+    delete m_dialog;
+    debugLog().setEnabled(QtDebugMsg, false);
+}
+
+void TestContactsDialog::open()
+{
+    m_dialog->reset();
+    m_dialog->show();
+    QApplication::setActiveWindow(m_dialog);
+    QVERIFY(QTest::qWaitForWindowActive(m_dialog));
+}
+
+/// Presses "Save" and returns what was handed over by the one signal.
+QList<ContactInfo> TestContactsDialog::save()
+{
+    QSignalSpy added(m_dialog, SIGNAL(addSaveSucceed(QList<ContactInfo>)));
+    input<QPushButton>("saveButton")->click();
+    return added.size() == 1 ? added.first().first().value<QList<ContactInfo>>()
+                             : QList<ContactInfo>{ContactInfo(), ContactInfo(), ContactInfo()};
+}
+
+QString TestContactsDialog::visibleTip() const
+{
+    const auto *tip = m_dialog->findChild<ToolTipWidget *>();
+    return tip->isVisible() ? tip->text() : QString();
+}
+
+void TestContactsDialog::addresses_data()
+{
+    QTest::addColumn<QString>("firstMac");
+    QTest::addColumn<int>("count");
+    QTest::addColumn<int>("step");
+    QTest::addColumn<QString>("macs");
+    QTest::newRow("carry") << "0200A70000FE" << 3 << 2
+                           << "02:00:A7:00:00:FE 02:00:A7:00:01:00 02:00:A7:00:01:02";
+    QTest::newRow("carry over all groups")
+        << "0fffffffffff" << 2 << 1 << "0F:FF:FF:FF:FF:FF 10:00:00:00:00:00";
+    QTest::newRow("upper case, padded")
+        << "00000000000a" << 2 << 1 << "00:00:00:00:00:0A 00:00:00:00:00:0B";
+    QTest::newRow("last address") << "FFFFFFFFFFFF" << 2 << 1 << "FF:FF:FF:FF:FF:FF";
+    QTest::newRow("below zero") << "000000000001" << 5 << -1
+                                << "00:00:00:00:00:01 00:00:00:00:00:00";
+    QTest::newRow("step 0") << "0200A7000001" << 2 << 0 << "02:00:A7:00:00:01 02:00:A7:00:00:01";
+    QTest::newRow("product wraps") << "100000000000" << 6 << 0x40000000
+                                   << "10:00:00:00:00:00 10:00:40:00:00:00 0F:FF:80:00:00:00 "
+                                      "0F:FF:C0:00:00:00 10:00:00:00:00:00 10:00:40:00:00:00";
+    QTest::newRow("product wraps below zero")
+        << "000000000000" << 6 << 0x40000000 << "00:00:00:00:00:00 00:00:40:00:00:00";
+    QTest::newRow("smallest step wraps to itself")
+        << "100000000000" << 4 << std::numeric_limits<int>::min()
+        << "10:00:00:00:00:00 0F:FF:80:00:00:00 10:00:00:00:00:00 0F:FF:80:00:00:00";
+    QTest::newRow("narrow group") << "0200A71" << 2 << 1 << "00:00:00:20:0A:71 00:00:00:20:0A:72";
+    QTest::newRow("none") << "0200A7000001" << 0 << 2 << "";
+    QTest::newRow("fewer than none") << "0200A7000001" << -3 << 2 << "";
+}
+
+void TestContactsDialog::addresses()
+{
+    QFETCH(QString, firstMac);
+    QFETCH(int, count);
+    QFETCH(int, step);
+    QFETCH(QString, macs);
+
+    const DeviceBatch batch = batchOf(firstMac, count, step);
+    const QStringList expected = macs.split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    QCOMPARE(macsOf(makeDevices(batch)), expected);
+    QCOMPARE(deviceCount(batch), expected.size());
+}
+
+void TestContactsDialog::userIds_data()
+{
+    QTest::addColumn<int>("first");
+    QTest::addColumn<int>("step");
+    QTest::addColumn<QStringList>("userIds");
+    const auto row = [](const char *name, int first, int step, const char *ids) {
+        QTest::newRow(name) << first << step << QString(QLatin1String(ids)).split(QLatin1Char(','));
+    };
+    constexpr int largest = std::numeric_limits<int>::max();
+    row("rising", 1001, 1, "1001,1002,1003");
+    row("same", 1001, 0, "1001,1001,1001");
+    row("falling past zero", 1, -1, "1,0,-1");
+    row("negative", -5, 5, "-5,0,5");
+    row("zero is no user ID", 0, 7, ",,");
+    row("beyond 32 bits", largest, largest, "2147483647,4294967294,6442450941");
+}
+
+void TestContactsDialog::userIds()
+{
+    QFETCH(int, first);
+    QFETCH(int, step);
+    QFETCH(QStringList, userIds);
+
+    DeviceBatch batch = batchOf(QStringLiteral("0200A7000001"), 3, 1);
+    batch.firstUserId = first;
+    batch.userIdStep = step;
+    batch.common.auth_id = QStringLiteral("typed");
+    batch.common.first_account = QStringLiteral("typed");
+    const QList<ContactInfo> devices = makeDevices(batch);
+    QCOMPARE(devices.size(), userIds.size());
+    for (int i = 0; i < devices.size(); ++i) {
+        QCOMPARE(devices.at(i).sip_user_id, userIds.at(i));
+        QCOMPARE(devices.at(i).auth_id, userIds.at(i));
+        QCOMPARE(devices.at(i).first_account, userIds.at(i));
+    }
+}
+
+void TestContactsDialog::manyAreMadeAtOnce()
+{
+    open();
+    edit("productCountLineEdit")->setText(QStringLiteral("10000"));
+    edit("firstSipUserIdLineEdit")->setText(QStringLiteral("1000"));
+    input<IpLine>("firstMacIpLine")->setText(QStringLiteral("02:00:A7:00:00:00"));
+    QElapsedTimer timer;
+    timer.start();
+    const QList<ContactInfo> devices = save();
+    QVERIFY2(timer.elapsed() < 1000, qPrintable(QString::number(timer.elapsed())));
+    QCOMPARE(devices.size(), 10000);
+    QCOMPARE(devices.last().mac, QStringLiteral("02:00:A7:00:4E:1E"));
+    QCOMPARE(devices.last().sip_user_id, QStringLiteral("10999"));
+    const QStringList macs = macsOf(devices);
+    QCOMPARE(QSet<QString>(macs.begin(), macs.end()).size(), 10000);
+}
+
+void TestContactsDialog::tooMany_data()
+{
+    QTest::addColumn<QString>("firstMac");
+    QTest::addColumn<int>("count");
+    QTest::addColumn<int>("step");
+    QTest::addColumn<int>("expected");
+    QTest::newRow("last addresses") << "FFFFFFFFFFFD" << manyDevices << 2 << 2;
+    QTest::newRow("step 0") << "0200A7000001" << manyDevices << 0 << maxBatchDevices + 1;
+    QTest::newRow("step 1") << "0200A7000001" << manyDevices << 1 << maxBatchDevices + 1;
+    QTest::newRow("one too many") << "0200A7000001" << 100001 << 1 << maxBatchDevices + 1;
+    QTest::newRow("just not too many") << "0200A7000001" << 100000 << 1 << maxBatchDevices;
+}
+
+void TestContactsDialog::tooMany()
+{
+    QFETCH(QString, firstMac);
+    QFETCH(int, count);
+    QFETCH(int, step);
+    QFETCH(int, expected);
+
+    const DeviceBatch batch = batchOf(firstMac, count, step);
+    QCOMPARE(deviceCount(batch), expected);
+    QCOMPARE(makeDevices(batch).size(), qMin(expected, maxBatchDevices));
+}
+
+void TestContactsDialog::createByKeyboard()
+{
+    open();
+    const auto type = [](const char *keys) {
+        // The focus moves on while an address is typed.
+        for (const char *key = keys; *key; ++key)
+            QTest::keyClick(QApplication::focusWidget(), *key);
+    };
+    const auto tab = [] { QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab); };
+    type("3");
+    tab();
+    type("1");
+    tab();
+    type("10");
+    for (int i = 0; i < 4; ++i) // over the maker's three bytes
+        tab();
+    type("0000ff");
+    tab();
+    tab();
+    type("10.0.0.1");
+    tab();
+    type("00123");
+    QSignalSpy added(m_dialog, SIGNAL(addSaveSucceed(QList<ContactInfo>)));
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+    QVERIFY(!m_dialog->isVisible());
+    QCOMPARE(added.size(), 1);
+
+    QStringList made;
+    const auto devices = added.first().first().value<QList<ContactInfo>>();
+    for (const ContactInfo &device : devices)
+        made.append(device.mac + QLatin1Char(' ') + device.sip_user_id + QLatin1Char(' ') +
+                    device.sip_server);
+    QCOMPARE(made, QStringList({QStringLiteral("02:00:A7:00:00:FF 123 10.0.0.1"),
+                                QStringLiteral("02:00:A7:00:01:00 133 10.0.0.1"),
+                                QStringLiteral("02:00:A7:00:01:01 143 10.0.0.1")}));
+}
+
+void TestContactsDialog::everyFieldReachesAllDevices()
+{
+    open();
+    input<IpLine>("firstMacIpLine")->setText(QStringLiteral("02:00:a7:00:00:fe"));
+    box("productComboBox")->setCurrentText(QStringLiteral("DK71X"));
+    edit("sipServerLineEdit")->setText(QStringLiteral("server"));
+    edit("firstSipUserIdLineEdit")->setText(QStringLiteral("00123"));
+    edit("passwordLineEdit")->setText(QStringLiteral("secret"));
+    box("speechCoding1ComboBox")->setCurrentText(QStringLiteral("GSM"));
+    box("speechCoding2ComboBox")->setCurrentText(QStringLiteral("PCMU"));
+    edit("usernameLineEdit")->setText(QStringLiteral("user"));
+    box("languageComboBox")->setCurrentText(QStringLiteral("Chinese Traditional"));
+    box("randomPortComboBox")->setCurrentText(QStringLiteral("Yes"));
+    edit("phonebookPathLineEdit")->setText(QStringLiteral("path"));
+    edit("dialPlanLineEdit")->setText(QStringLiteral("plan"));
+    edit("cityLineEdit")->setText(QStringLiteral("city"));
+    edit("companyLineEdit")->setText(QStringLiteral("company"));
+    edit("departmentLineEdit")->setText(QStringLiteral("department"));
+    edit("proxyServerLineEdit")->setText(QStringLiteral("proxy"));
+
+    ContactInfo expected;
+    expected.product = QStringLiteral("DK71X");
+    expected.sip_server = QStringLiteral("server");
+    expected.password = QStringLiteral("secret");
+    expected.speech_coding1 = QStringLiteral("GSM");
+    expected.speech_coding2 = QStringLiteral("PCMU");
+    expected.username = QStringLiteral("user");
+    expected.language = QStringLiteral("zh-tw");
+    expected.random_port = QStringLiteral("1");
+    expected.keep_alive = QStringLiteral("0");
+    expected.phonebook_path = QStringLiteral("path");
+    expected.dial_plan = QStringLiteral("plan");
+    expected.city = QStringLiteral("city");
+    expected.company = QStringLiteral("company");
+    expected.department = QStringLiteral("department");
+    expected.proxy_server = QStringLiteral("proxy");
+    const QStringList macs = {QStringLiteral("02:00:A7:00:00:FE"),
+                              QStringLiteral("02:00:A7:00:01:00")};
+    const QList<ContactInfo> devices = save();
+    QCOMPARE(macsOf(devices), macs);
+    for (int i = 0; i < devices.size(); ++i) {
+        expected.mac = macs.at(i);
+        expected.sip_user_id = QString::number(123 + i);
+        expected.auth_id = expected.sip_user_id;
+        expected.first_account = expected.sip_user_id;
+        for (const ContactField &field : contactFields())
+            QCOMPARE(devices.at(i).*field.member, expected.*field.member);
+    }
+    QVERIFY(!m_dialog->isVisible());
+}
+
+void TestContactsDialog::mirroredFields()
+{
+    open();
+    input<IpLine>("firstMacIpLine")->setText(QStringLiteral("02:00:A7:00:00:01"));
+    edit("firstSipUserIdLineEdit")->setFocus();
+    QTest::keyClicks(QApplication::focusWidget(), QStringLiteral("1001"));
+    QCOMPARE(edit("firstAuthIdLineEdit")->text(), QStringLiteral("1001"));
+    QCOMPARE(edit("firstAccountLineEdit")->text(), QStringLiteral("1001"));
+
+    // What is typed into the followers is of no account.
+    QTest::keyClicks(edit("firstAuthIdLineEdit"), QStringLiteral("5"));
+    edit("firstAccountLineEdit")->clear();
+    const QList<ContactInfo> devices = save();
+    QCOMPARE(devices.size(), 2);
+    QCOMPARE(devices.last().auth_id, QStringLiteral("1002"));
+    QCOMPARE(devices.last().first_account, QStringLiteral("1002"));
+}
+
+void TestContactsDialog::countWithoutDevices_data()
+{
+    QTest::addColumn<QString>("count");
+    QTest::newRow("zero") << "0";
+    QTest::newRow("negative") << "-2";
+    QTest::newRow("nothing") << "";
+    QTest::newRow("no number") << "two";
+    QTest::newRow("hexadecimal") << "0x10";
+    QTest::newRow("beyond 32 bits") << "4294967298";
+}
+
+void TestContactsDialog::countWithoutDevices()
+{
+    QFETCH(QString, count);
+
+    open();
+    input<IpLine>("firstMacIpLine")->setText(QStringLiteral("02:00:A7:00:00:01"));
+    edit("productCountLineEdit")->setText(count);
+    QCOMPARE(save().size(), 0);
+    QVERIFY(!m_dialog->isVisible());
+}
+
+void TestContactsDialog::refusals_data()
+{
+    QTest::addColumn<QString>("mac");
+    QTest::addColumn<QString>("count");
+    QTest::addColumn<QString>("focus");
+    QTest::addColumn<QString>("tip");
+    const QString macTip = QStringLiteral("Please fulfill correct MAC address!");
+    QTest::newRow("prefix") << "02:00:A7:::"
+                            << "2"
+                            << "segment4IpPart" << macTip;
+    QTest::newRow("one group missing") << "02:00:A7::11:22"
+                                       << "2"
+                                       << "segment4IpPart" << macTip;
+    QTest::newRow("nothing") << ""
+                             << "0"
+                             << "segment1IpPart" << macTip;
+    QTest::newRow("too many devices")
+        << "02:00:A7:00:11:22"
+        << "2000000000"
+        << "productCountLineEdit"
+        << QStringLiteral("At most 100000 devices can be created in one step.");
+}
+
+void TestContactsDialog::refusals()
+{
+    QFETCH(QString, mac);
+    QFETCH(QString, count);
+    QFETCH(QString, focus);
+    QFETCH(QString, tip);
+
+    open();
+    QSignalSpy added(m_dialog, SIGNAL(addSaveSucceed(QList<ContactInfo>)));
+    input<IpLine>("firstMacIpLine")->setText(mac);
+    edit("productCountLineEdit")->setText(count);
+    auto *bar = input<QScrollArea>("contactsScrollArea")->verticalScrollBar();
+    QTRY_VERIFY(bar->maximum() > 0);
+    bar->setValue(bar->maximum());
+    QTest::mouseClick(input<QPushButton>("saveButton"), Qt::LeftButton);
+    QVERIFY(m_dialog->isVisible());
+    QCOMPARE(added.size(), 0);
+    QCOMPARE(visibleTip(), tip);
+    QCOMPARE(QApplication::focusWidget()->objectName(), focus);
+    QVERIFY(!QApplication::focusWidget()->visibleRegion().isEmpty());
+
+    m_dialog->close();
+    QVERIFY(visibleTip().isEmpty());
+}
+
+void TestContactsDialog::resetBringsDefaults()
+{
+    open();
+    const auto edits = m_dialog->findChildren<QLineEdit *>();
+    for (QLineEdit *line : edits)
+        line->setText(QStringLiteral("7"));
+    const auto boxes = m_dialog->findChildren<QComboBox *>();
+    for (QComboBox *comboBox : boxes)
+        comboBox->setCurrentIndex(comboBox->count() - 1 - comboBox->currentIndex());
+    edit("firstSipUserIdLineEdit")->clear();
+    edit("firstAccountLineEdit")->setText(QStringLiteral("7"));
+    m_dialog->close();
+    open();
+
+    QCOMPARE(edit("productCountLineEdit")->text(), QStringLiteral("2"));
+    QCOMPARE(edit("macStepLineEdit")->text(), QStringLiteral("2"));
+    QCOMPARE(edit("userIdStepLineEdit")->text(), QStringLiteral("1"));
+    QCOMPARE(input<IpLine>("firstMacIpLine")->text(), QStringLiteral("02:00:A7:::"));
+    QCOMPARE(box("productComboBox")->currentText(), QStringLiteral("KTP16XX"));
+    QCOMPARE(box("speechCoding1ComboBox")->currentText(), QStringLiteral("PCMU"));
+    QCOMPARE(box("speechCoding2ComboBox")->currentText(), QStringLiteral("PCMA"));
+    QCOMPARE(box("languageComboBox")->currentText(), QStringLiteral("English(US)"));
+    QCOMPARE(box("randomPortComboBox")->currentText(), QStringLiteral("No"));
+    QCOMPARE(box("keepAliveComboBox")->currentText(), QStringLiteral("No"));
+    QCOMPARE(edit("dialPlanLineEdit")->text(), QStringLiteral("{ x+ | *x+ | *xx*x+ }"));
+    QCOMPARE(edit("passwordLineEdit")->echoMode(), QLineEdit::Password);
+    int empty = 0;
+    for (const QLineEdit *line : edits)
+        empty += line->text().isEmpty() ? 1 : 0;
+    // 11 plain lines and 3 bytes of the address.
+    QCOMPARE(empty, 11 + 3);
+    QVERIFY(edit("productCountLineEdit")->hasFocus());
+}
+
+void TestContactsDialog::saveIsLogged()
+{
+    open();
+    input<IpLine>("firstMacIpLine")->setText(QStringLiteral("02:00:A7:00:00:01"));
+    edit("firstSipUserIdLineEdit")->setText(QStringLiteral("0042"));
+    debugLog().setEnabled(QtDebugMsg, true);
+    QTest::ignoreMessage(QtDebugMsg, "doSaveAction.");
+    QTest::ignoreMessage(QtDebugMsg, "firstUserId ==  42");
+    QTest::ignoreMessage(QtDebugMsg, "firstUserId ==  42");
+    m_dialog->doSaveAction();
+}
+
+void TestContactsDialog::layoutFits()
+{
+    const auto *area = input<QScrollArea>("contactsScrollArea");
+    QCOMPARE(area->geometry(), QRect(10, 10, 609, 371));
+    open();
+    QTRY_VERIFY(area->verticalScrollBar()->isVisible());
+    QVERIFY(!area->horizontalScrollBar()->isVisible());
+    const auto *form = m_dialog->findChild<ContactForm *>();
+    QCOMPARE(form->height(), 780);
+    int bottom = -1;
+    const auto labels = form->findChildren<QLabel *>(QString(), Qt::FindDirectChildrenOnly);
+    for (const QLabel *label : labels) {
+        QCOMPARE(label->size(), QSize(180, 30));
+        QCOMPARE(label->alignment(), Qt::AlignRight | Qt::AlignVCenter);
+        const QByteArray name = label->text().toUtf8();
+        QVERIFY2(label->sizeHint().width() <= label->width(), name.constData());
+        const QWidget *buddy = label->buddy();
+        QVERIFY2(form->rect().contains(buddy->geometry()), name.constData());
+        QVERIFY2(buddy->height() >= buddy->minimumSizeHint().height(), name.constData());
+        QVERIFY2(buddy->y() > bottom, name.constData());
+        bottom = buddy->geometry().bottom();
+    }
+    const auto buttons = m_dialog->findChildren<QPushButton *>();
+    for (const QPushButton *button : buttons) {
+        QVERIFY(m_dialog->rect().contains(button->geometry()));
+        QVERIFY(button->y() > area->geometry().bottom());
+    }
+}
+
+void TestContactsDialog::tabOrder()
+{
+    open();
+    QStringList walked;
+    for (int i = 0; i < 100; ++i) {
+        QWidget *focused = QApplication::focusWidget();
+        auto *part = qobject_cast<IpPart *>(focused);
+        walked.append(part ? part->parentWidget()->objectName() : focused->objectName());
+        QTest::keyClick(focused, Qt::Key_Tab);
+        if (edit("productCountLineEdit")->hasFocus())
+            break;
+    }
+    QCOMPARE(walked.size(), 21 + 6 + 2);
+    walked.removeDuplicates();
+
+    QStringList expected;
+    const auto labels = m_dialog->findChildren<QLabel *>();
+    for (const QLabel *label : labels) {
+        if (label->buddy())
+            expected.append(label->buddy()->objectName());
+    }
+    expected.append({QStringLiteral("saveButton"), QStringLiteral("cancelButton")});
+    QCOMPARE(walked, expected);
+}
+
+void TestContactsDialog::styleClassesAndNames()
+{
+    QStringList names;
+    const auto labels = m_dialog->findChildren<QLabel *>();
+    for (const QLabel *label : labels) {
+        if (!label->buddy())
+            continue;
+        names.append(label->text());
+        const QString styleClass = names.size() <= 12 ? QStringLiteral("ContactsDialogItem")
+                                                      : QStringLiteral("ContactDialogItem");
+        QCOMPARE(label->property("class").toString(), styleClass + QLatin1String("Label"));
+        QCOMPARE(label->buddy()->property("class").toString(), styleClass + QLatin1String("Edit"));
+        QCOMPARE(label->buddy()->accessibleName(), label->text());
+    }
+    QCOMPARE(names.size(), 22);
+    QCOMPARE(names.at(11), QStringLiteral("Speech Coding 2"));
+    QCOMPARE(names.last(), QStringLiteral("Proxy Server"));
+}
+
+QTEST_MAIN(TestContactsDialog)
+#include "tst_contactsdialog.moc"
