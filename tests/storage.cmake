@@ -10,4 +10,6 @@ target_compile_definitions(tst_killsafety PRIVATE VL_KILLED_SAVER="$<TARGET_FILE
 add_dependencies(tst_killsafety killed_saver)
 
 set_property(TEST tst_sqlitedatabase tst_datamgr tst_killsafety APPEND PROPERTY
-    ENVIRONMENT "TSAN_OPTIONS=suppressions=${CMAKE_CURRENT_SOURCE_DIR}/tsan.supp")
+    ENVIRONMENT
+        "TSAN_OPTIONS=suppressions=${CMAKE_CURRENT_SOURCE_DIR}/tsan.supp"
+        "LSAN_OPTIONS=suppressions=${CMAKE_CURRENT_SOURCE_DIR}/lsan.supp:print_suppressions=0")

@@ -121,5 +121,5 @@ void TestKillSafety::creationIsWhole()
     QVERIFY(interrupted > 0);
 }
 
-QTEST_MAIN(TestKillSafety)
+QTEST_GUILESS_MAIN(TestKillSafety)
 #include "tst_killsafety.moc"
