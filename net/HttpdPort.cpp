@@ -8,7 +8,7 @@
 namespace {
 
 /// The file is a few lines; of anything larger only the start is looked at.
-constexpr qint64 maxFileSize = 64 * 1024;
+constexpr qint64 maxFileSize = qint64(64) * 1024;
 
 /// The value that the element at which the reader stands carries, or null for any other token.
 int *valueAt(const QXmlStreamReader &xml, HttpdPort &setting)

@@ -28,7 +28,7 @@ constexpr int restTimeout = 250;
 constexpr int disconnectTimeout = 30000;
 
 /// A request keeps at most this much memory; a telephone sends a few hundred bytes.
-constexpr qint64 maxRequestSize = 64 * 1024;
+constexpr qint64 maxRequestSize = qint64(64) * 1024;
 
 /// One line is read up to this size (with its terminator), the rest counts as the next line.
 constexpr int lineBufferSize = 1024;
@@ -134,7 +134,7 @@ void HttpdThread::run()
                                       QIODevice::ReadWrite)) {
         connect(
             m_socket, &QTcpSocket::bytesWritten, this, [this] { touch(); }, Qt::DirectConnection);
-        if (m_socket->waitForReadyRead(firstDataTimeout))
+        if (waitFor(firstDataTimeout, &QTcpSocket::waitForReadyRead))
             getMessage();
     } else {
         emit error(m_socket->error());
@@ -144,6 +144,20 @@ void HttpdThread::run()
     m_socket->abort();
     m_connection.finish();
     markEnded();
+}
+
+/// Waits with one of the socket's own waiting functions, and gives up when the connection is cut.
+template <typename Condition>
+bool HttpdThread::waitFor(int timeout, Condition condition)
+{
+    const QDeadlineTimer deadline(timeout);
+    do {
+        const qint64 slice = qMin<qint64>(deadline.remainingTime(), SocketPlatform::longestWait());
+        if ((m_socket->*condition)(static_cast<int>(slice)))
+            return true;
+    } while (!m_dropped && m_socket->state() != QAbstractSocket::UnconnectedState &&
+             !deadline.hasExpired());
+    return false;
 }
 
 HttpRequest HttpdThread::readRequest()
@@ -239,7 +253,7 @@ void HttpdThread::closeSocket()
 {
     m_socket->close();
     if (m_socket->state() != QAbstractSocket::UnconnectedState)
-        m_socket->waitForDisconnected(disconnectTimeout);
+        waitFor(disconnectTimeout, &QTcpSocket::waitForDisconnected);
 }
 
 void HttpdThread::disCurrentSocket(qint64 bytes)

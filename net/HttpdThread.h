@@ -65,6 +65,8 @@ private:
     HttpRequest readRequest();
     void serveRequest(const QString &fileName, const QString &product);
     void sendFile(const QString &path, std::unique_lock<std::mutex> nameLock);
+    template <typename Condition>
+    bool waitFor(int timeout, Condition condition);
     void closeSocket();
     void touch();
 

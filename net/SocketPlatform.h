@@ -11,8 +11,13 @@ namespace SocketPlatform {
 /// closed. The caller closes it with close().
 std::intptr_t duplicate(std::intptr_t descriptor);
 
-/// Ends the connection in both directions, so that whoever waits for it, on any thread, wakes up.
+/// Ends the connection in both directions, so that whoever waits for it, on any thread, wakes up
+/// (but see longestWait()).
 void breakOff(std::intptr_t descriptor);
+
+/// For how many milliseconds a thread may wait for a connection before it looks whether that was
+/// broken off meanwhile: not every system wakes such a thread reliably.
+int longestWait();
 
 /// Tells the peer that nothing more will be sent, then discards what the peer still sends: all
 /// that has arrived and, if there was anything, what else comes within `patience`. Closing a

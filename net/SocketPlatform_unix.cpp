@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <climits>
 #include <vector>
 
 #include <fcntl.h>
@@ -14,7 +15,7 @@
 namespace {
 
 /// More than this is not discarded: such a peer may as well be reset.
-constexpr std::size_t discardLimit = 1024 * 1024;
+constexpr std::size_t discardLimit = std::size_t(1024) * 1024;
 
 int number(std::intptr_t descriptor)
 {
@@ -50,6 +51,11 @@ std::intptr_t duplicate(std::intptr_t descriptor)
 void breakOff(std::intptr_t descriptor)
 {
     ::shutdown(number(descriptor), SHUT_RDWR);
+}
+
+int longestWait()
+{
+    return INT_MAX; // shutdown() ends every wait at once
 }
 
 void endStream(std::intptr_t descriptor, std::chrono::milliseconds patience)

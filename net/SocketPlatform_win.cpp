@@ -4,13 +4,12 @@
 
 #include <windows.h>
 
-#include <algorithm>
 #include <array>
 
 namespace {
 
 /// More than this is not discarded: such a peer may as well be reset.
-constexpr std::size_t discardLimit = 1024 * 1024;
+constexpr std::size_t discardLimit = std::size_t(1024) * 1024;
 
 SOCKET number(std::intptr_t descriptor)
 {
@@ -41,6 +40,11 @@ std::intptr_t duplicate(std::intptr_t descriptor)
 void breakOff(std::intptr_t descriptor)
 {
     ::shutdown(number(descriptor), SD_BOTH);
+}
+
+int longestWait()
+{
+    return 500; // a select() under way may not notice shutdown()
 }
 
 void endStream(std::intptr_t descriptor, std::chrono::milliseconds patience)

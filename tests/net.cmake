@@ -11,5 +11,7 @@ if(NOT WIN32)
         SOURCES ${PROJECT_SOURCE_DIR}/net/PhysicalNetCard_win.cpp)
 endif()
 
-set_property(TEST tst_httpdserver tst_httpdservice APPEND PROPERTY
-    ENVIRONMENT "TSAN_OPTIONS=suppressions=${CMAKE_CURRENT_SOURCE_DIR}/tsan.supp")
+set_property(TEST tst_httpdserver tst_httpdservice tst_netcarddialog APPEND PROPERTY
+    ENVIRONMENT
+        "TSAN_OPTIONS=suppressions=${CMAKE_CURRENT_SOURCE_DIR}/tsan.supp"
+        "LSAN_OPTIONS=suppressions=${CMAKE_CURRENT_SOURCE_DIR}/lsan.supp:print_suppressions=0")

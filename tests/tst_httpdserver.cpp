@@ -373,11 +373,11 @@ void TestHttpdServer::manyTelephonesAtOnce()
             std::vector<Phone> phones;
             for (int i = 0; i < count; ++i) {
                 phones.emplace_back(m_port);
-                phones.back().send(request("cfg" + QByteArray::number(i) + ".xml", "KTP"));
+                phones.back().send(request("cfg" + QByteArray::number(i % 50) + ".xml", "KTP"));
             }
             int right = 0;
             for (int i = 0; i < count; ++i) {
-                const QString name = QStringLiteral("cfg%1.xml").arg(i);
+                const QString name = QStringLiteral("cfg%1.xml").arg(i % 50);
                 if (bodyOf(phones[static_cast<std::size_t>(i)].receiveAll()) ==
                     FakeSource::document(DeskPhoneXml, name))
                     ++right;
@@ -402,7 +402,8 @@ void TestHttpdServer::idleClientsMakeRoom()
     QVERIFY2(time < oneSecond, qPrintable(QString::number(time)));
 
     // The oldest have gone, the newest are still there.
-    QVERIFY(threadCount() - threadsBefore <= HttpdServer::maxConnections + 2);
+    // Threads that have just ended take a moment to leave the system.
+    QTRY_VERIFY(threadCount() - threadsBefore <= HttpdServer::maxConnections);
     QTRY_VERIFY(idle.front().hasNews());
     QVERIFY(!idle.back().hasNews());
     const auto open = std::count_if(idle.begin(), idle.end(),
@@ -457,7 +458,7 @@ void TestHttpdServer::connectionLimit()
 
 void TestHttpdServer::stopWithOpenConnections()
 {
-    std::vector<Phone> phones = connectMany(m_port, 30);
+    std::vector<Phone> phones = connectMany(m_port, 500);
     phones.emplace_back(m_port);
     phones.back().send("GET /cfg0200a7");
     phones.emplace_back(m_port);

@@ -359,7 +359,8 @@ void TestHttpdService::quitWhileAsking()
     QTimer::singleShot(0, this, [&] { started = m_service->start(); });
     QApplication::exec();
     QVERIFY(!started);
-    for (const QWidget *widget : QApplication::topLevelWidgets())
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    for (const QWidget *widget : windows)
         QVERIFY(!widget->isVisible());
     QCOMPARE(m_service->port(), quint16(0));
 }
@@ -369,6 +370,7 @@ void TestHttpdService::deletedWithOpenConnections()
     writePortFile(portXml("0", "0"));
     QVERIFY(m_service->start());
     std::vector<Phone> phones;
+    phones.reserve(5);
     for (int i = 0; i < 5; ++i)
         phones.emplace_back(m_service->port());
     ask(m_service->port(), request("cfg0a.xml", "DK")); // by now the others are accepted
