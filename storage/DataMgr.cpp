@@ -3,6 +3,8 @@
 #include "export/ExportBase.h"
 #include "export/ExportFactory.h"
 #include "export/ProvisioningDocument.h"
+#include "import/ParseBase.h"
+#include "import/ParseFactory.h"
 #include "model/DebugLog.h"
 #include "model/ExportType.h"
 #include "net/HttpdService.h"
@@ -13,6 +15,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QSet>
 #include <QThread>
 #include <QTime>
 
@@ -104,31 +107,58 @@ bool DataMgr::recoverPreviousData()
 
 void DataMgr::insertContactNode(const ContactInfo &contact)
 {
-    if (addOrReplace(contact))
+    Replace replace = Replace::AskOne;
+    if (addOrReplace(contact, replace))
         saveAndAnnounce();
 }
 
 void DataMgr::addContacts(const QList<ContactInfo> &contacts)
 {
+    Replace replace = hasSeveralListed(contacts) ? Replace::AskMany : Replace::AskOne;
     for (const ContactInfo &contact : contacts) {
-        addOrReplace(contact);
+        addOrReplace(contact, replace);
         if (m_closed)
             return; // the program was ended in the middle of a question
     }
     saveAndAnnounce();
 }
 
-/// False when the user kept the device that has this MAC already.
-bool DataMgr::addOrReplace(const ContactInfo &contact)
+/// Whether more than one of these finds its MAC taken, by the list or by one before it.
+bool DataMgr::hasSeveralListed(const QList<ContactInfo> &contacts) const
+{
+    QSet<QString> seen;
+    seen.reserve(contacts.size());
+    int listed = 0;
+    for (const ContactInfo &contact : contacts) {
+        if (seen.contains(contact.mac) || m_devices.rowOfMac(contact.mac) >= 0)
+            ++listed;
+        seen.insert(contact.mac);
+    }
+    return listed > 1;
+}
+
+/// False when the user kept the device that has this MAC already. An answer for all is kept in
+/// `replace`.
+bool DataMgr::addOrReplace(const ContactInfo &contact, Replace &replace)
 {
     qCDebug(debugLog) << "insertContactNode.";
     if (m_devices.rowOfMac(contact.mac) < 0) {
         m_devices.append(contact);
         return true;
     }
-    const QString text = QLatin1String("MAC:") + contact.mac + tr(" has already exist") +
-                         QLatin1Char(',') + tr("do you want to replace it?");
-    if (Modal::question(nullptr, tr("Replace action"), text) == Modal::Answer::No || m_closed)
+    if (replace == Replace::AskOne || replace == Replace::AskMany) {
+        const auto ask = replace == Replace::AskOne ? Modal::question : Modal::questionOfMany;
+        const QString text = QLatin1String("MAC:") + contact.mac + tr(" has already exist") +
+                             QLatin1Char(',') + tr("do you want to replace it?");
+        const Modal::Answer answer = ask(nullptr, tr("Replace action"), text);
+        if (answer == Modal::Answer::YesToAll)
+            replace = Replace::All;
+        if (answer == Modal::Answer::NoToAll)
+            replace = Replace::None;
+        if (answer == Modal::Answer::No || m_closed)
+            return false;
+    }
+    if (replace == Replace::None)
         return false;
     // The list may have changed while the question was open.
     const int row = m_devices.rowOfMac(contact.mac);
@@ -245,10 +275,43 @@ bool DataMgr::exportDevices(int type, const QString &codecName, const QString &f
     return exporter->exportFile(codecName, filePath, devices);
 }
 
+bool DataMgr::importFile(const QString &path)
+{
+    const std::unique_ptr<ParseBase> parser(ParseFactory().createParser(*this, m_directory));
+    return parser->import(path, parser->encodingOf(path));
+}
+
+/// The rows of a usable store stay until the imported list is saved over them in one transaction:
+/// whatever stops the program meanwhile leaves the old list. The import's work files, which it is
+/// reading from just now, go with its end.
+bool DataMgr::clearOld()
+{
+    if (!m_importFlag)
+        return true;
+    if (!m_saver.backUpAll(ListSaver::Ask::Allowed) || m_closed)
+        return false;
+    m_devices.clear();
+    bool ready = true;
+    if (m_saver.isUsable()) {
+        removeProvisioningFiles();
+    } else {
+        m_saver.putAside();
+        cleanUp();
+        ready = m_saver.open();
+    }
+    emit updateModel();
+    return ready;
+}
+
 void DataMgr::cleanUp()
 {
     for (const QString &name : storedFiles)
         QFile::remove(m_directory + name);
+    removeProvisioningFiles();
+}
+
+void DataMgr::removeProvisioningFiles()
+{
     const QFileInfo root(m_directory + provisioningRoot);
     if (root.isDir() && !root.isSymLink())
         QDir(root.filePath()).removeRecursively();

@@ -2,6 +2,7 @@
 
 #include "model/DeviceList.h"
 #include "model/DeviceLookup.h"
+#include "model/ImportTarget.h"
 #include "model/ProgramFolder.h"
 #include "model/ProvisioningSource.h"
 #include "net/PnPServer.h"
@@ -22,7 +23,7 @@ class HttpdService;
 /// GUI thread, but for saveList() and exportDevices(), which connection threads call. Operations
 /// return whether they succeeded; what the user has to know about a save that failed is told from
 /// here, once until a save succeeds again.
-class DataMgr : public QObject, public ProvisioningSource, public DeviceLookup
+class DataMgr : public QObject, public ProvisioningSource, public DeviceLookup, public ImportTarget
 {
     Q_OBJECT
 public:
@@ -58,7 +59,8 @@ public:
     /// nothing.
     void insertContactNode(const ContactInfo &contact);
     /// Adds each device as insertContactNode() does, with one save for all.
-    void addContacts(const QList<ContactInfo> &contacts);
+    /// When several are listed already, the question offers an answer for all of them.
+    void addContacts(const QList<ContactInfo> &contacts) override;
     /// Replaces the device whose running number equals the record's id.
     void updateContact(const ContactInfo &contact);
     /// Removes the device at `row`; a row out of range changes nothing.
@@ -80,6 +82,14 @@ public:
     /// Removes the database file, the import's work files and the provisioning files. What cannot
     /// be removed stays, silently.
     void cleanUp();
+    /// True: the next import replaces the list. False: it adds to it.
+    void setImportFlag(bool flag) { m_importFlag = flag; }
+    /// Imports a device list file as the import flag says; sees for itself in which encoding it is.
+    /// False, with the list as it was, when it is no device list.
+    bool importFile(const QString &path);
+    /// See ImportTarget: empties the list when the import flag is set, after writing it to a
+    /// backup, and removes the provisioning files.
+    bool clearOld() override;
 
     /// Starts the HTTP service, which asks the user for the network card. False when it does not
     /// run afterwards; the user knows why.
@@ -115,7 +125,10 @@ public slots:
     void dealRQ(const QString &first, const QString &second);
 
 private:
-    bool addOrReplace(const ContactInfo &contact);
+    enum class Replace { AskOne, AskMany, All, None };
+    bool addOrReplace(const ContactInfo &contact, Replace &replace);
+    bool hasSeveralListed(const QList<ContactInfo> &contacts) const;
+    void removeProvisioningFiles();
     bool trySave(ListSaver::Ask ask);
     void saveAndAnnounce();
     void tellSaveFailure();
@@ -127,6 +140,7 @@ private:
     ListSaver m_saver;
     bool m_failureTold = false; ///< the last save failed, and the user knows
     bool m_busy = false;
+    bool m_importFlag = false;
     bool m_closed = false;
     std::atomic<bool> m_retryWanted{false}; ///< the last save failed and no retry is queued
 

@@ -49,6 +49,8 @@ public:
 
     /// Number of rows, or -1 when the table cannot be read.
     virtual int countContacts() = 0;
+    /// The file that holds the database.
+    virtual QString filePath() const = 0;
     /// Why the last failing operation failed.
     virtual QString lastErrorText() const = 0;
 };

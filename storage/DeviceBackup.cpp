@@ -34,12 +34,11 @@ DeviceBackup::DeviceBackup(const QString &directory)
 
 bool DeviceBackup::write(const QList<ContactInfo> &devices)
 {
-    constexpr auto owner = QFile::ReadOwner | QFile::WriteOwner;
-    QDir().mkpath(m_folder);
-    QFile::setPermissions(m_folder, owner | QFile::ExeOwner);
-    const QString path = m_folder + QLatin1Char('/') + freeFileName();
+    makeFolder();
+    const QString path = freePath(QStringLiteral("devices"), QStringLiteral("csv"));
     QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly) || !file.setPermissions(owner)) {
+    if (!file.open(QIODevice::WriteOnly) ||
+        !file.setPermissions(QFile::ReadOwner | QFile::WriteOwner)) {
         m_errorText = file.errorString();
         return false;
     }
@@ -68,14 +67,30 @@ QByteArray DeviceBackup::csv(const QList<ContactInfo> &devices)
     return text.toUtf8();
 }
 
-QString DeviceBackup::freeFileName() const
+bool DeviceBackup::putAside(const QString &filePath)
 {
-    const QString stem = QLatin1String("devices-") +
+    if (!QFile::exists(filePath))
+        return true;
+    const QFileInfo info(filePath);
+    return makeFolder() &&
+           QFile::rename(filePath, freePath(info.completeBaseName(), info.suffix()));
+}
+
+bool DeviceBackup::makeFolder() const
+{
+    return QDir().mkpath(m_folder) &&
+           QFile::setPermissions(m_folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+}
+
+/// A file of the present time that is not there yet.
+QString DeviceBackup::freePath(const QString &prefix, const QString &suffix) const
+{
+    const QString stem = m_folder + QLatin1Char('/') + prefix + QLatin1Char('-') +
                          QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMdd-hhmmss"));
-    QString name = stem + QLatin1String(".csv");
-    for (int i = 2; QFile::exists(m_folder + QLatin1Char('/') + name); ++i)
-        name = QStringLiteral("%1-%2.csv").arg(stem).arg(i);
-    return name;
+    QString path = stem + QLatin1Char('.') + suffix;
+    for (int i = 2; QFile::exists(path); ++i)
+        path = QStringLiteral("%1-%2.%3").arg(stem).arg(i).arg(suffix);
+    return path;
 }
 
 void DeviceBackup::removeOldest() const

@@ -16,6 +16,10 @@ public:
     /// beyond the newest 30. False, with errorText() set, when the file is not safely on disk.
     bool write(const QList<ContactInfo> &devices);
 
+    /// Moves a file that cannot be read to the backups, named after the present time. A file that
+    /// is not there is no failure.
+    bool putAside(const QString &filePath);
+
     QString errorText() const { return m_errorText; }
     /// The file that the last successful write() made.
     QString lastPath() const { return m_lastPath; }
@@ -25,7 +29,8 @@ public:
     static QByteArray csv(const QList<ContactInfo> &devices);
 
 private:
-    QString freeFileName() const;
+    QString freePath(const QString &prefix, const QString &suffix) const;
+    bool makeFolder() const;
     void removeOldest() const;
 
     QString m_folder;

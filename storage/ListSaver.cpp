@@ -119,6 +119,22 @@ bool ListSaver::backUp(const QList<ContactInfo> &contacts, Ask ask)
                            text) == Modal::Answer::Yes;
 }
 
+bool ListSaver::backUpAll(Ask ask)
+{
+    if (m_devices.size() > 0 && !backUp(m_devices.snapshot().contacts(), ask))
+        return false;
+    if (!m_usable || m_storedRowsKnown)
+        return true;
+    m_storedRowsKnown = keepStoredRows(ask);
+    return m_storedRowsKnown;
+}
+
+void ListSaver::putAside()
+{
+    close();
+    m_backup.putAside(m_dbOperator.database()->filePath());
+}
+
 bool ListSaver::failed(const QString &reason)
 {
     m_lastErrorText = reason;

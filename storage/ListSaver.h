@@ -43,6 +43,10 @@ public:
 
     /// True when the devices are safe in a backup, or the user goes on without.
     bool backUp(const QList<ContactInfo> &contacts, Ask ask);
+    /// Before the list is emptied: puts it, and stored rows that were never in it, into backups.
+    bool backUpAll(Ask ask);
+    /// Closes a store that cannot be used and moves its file to the backups.
+    void putAside();
     /// Where the last backup is.
     QString backupPath() const { return m_backup.lastPath(); }
 

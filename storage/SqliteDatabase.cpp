@@ -68,7 +68,7 @@ SqliteDatabase::~SqliteDatabase()
 
 bool SqliteDatabase::openDatabase()
 {
-    const QString path = m_directory + fileName;
+    const QString path = filePath();
     // A file of no length is what a creation that was cut short leaves behind: nothing was in it.
     const bool existed = QFileInfo(path).size() > 0;
 
@@ -267,6 +267,11 @@ void SqliteDatabase::rollbackTransaction()
     m_rollBack = true;
     if (--m_transactionDepth == 0)
         m_database.rollback();
+}
+
+QString SqliteDatabase::filePath() const
+{
+    return m_directory + fileName;
 }
 
 int SqliteDatabase::countContacts()

@@ -33,6 +33,7 @@ public:
     bool commitTransaction() override;
     void rollbackTransaction() override;
     int countContacts() override;
+    QString filePath() const override;
     QString lastErrorText() const override { return m_lastErrorText; }
 
 private:

@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QDialog>
+#include <QHash>
 #include <QIcon>
 #include <QMainWindow>
 #include <QPushButton>
@@ -47,6 +48,32 @@ void centre(QDialog &dialog)
     dialog.move(window->geometry().center() - dialog.rect().center());
 }
 
+Modal::Answer ask(QWidget *parent, const QString &title, const QString &text, bool ofMany)
+{
+    using Modal::Answer;
+    const auto tr = [](const char *source) { return QCoreApplication::translate("Modal", source); };
+    QMessageBox box(parent);
+    setUp(box, QMessageBox::Question, title, text);
+    QHash<const QAbstractButton *, Answer> answers;
+    const auto add = [&](const QString &label, QMessageBox::ButtonRole role, Answer answer) {
+        QPushButton *const button = box.addButton(label, role);
+        answers.insert(button, answer);
+        return button;
+    };
+    add(tr("Yes"), QMessageBox::YesRole, Answer::Yes);
+    QPushButton *const no = add(tr("No"), QMessageBox::NoRole, Answer::No);
+    if (ofMany) {
+        add(tr("Yes to All"), QMessageBox::YesRole, Answer::YesToAll);
+        add(tr("No to All"), QMessageBox::NoRole, Answer::NoToAll);
+    }
+    // What a key pressed too early does must be harmless.
+    box.setDefaultButton(no);
+    if (ofMany)
+        box.setEscapeButton(no); // Qt finds it by its role where there is only one
+    Modal::run(box);
+    return answers.value(box.clickedButton(), Answer::Dismissed);
+}
+
 } // namespace
 
 namespace Modal {
@@ -79,18 +106,12 @@ void message(QWidget *parent, QMessageBox::Icon icon, const QString &title, cons
 
 Answer question(QWidget *parent, const QString &title, const QString &text)
 {
-    QMessageBox box(parent);
-    setUp(box, QMessageBox::Question, title, text);
-    const QPushButton *yes =
-        box.addButton(QCoreApplication::translate("Modal", "Yes"), QMessageBox::YesRole);
-    QPushButton *no =
-        box.addButton(QCoreApplication::translate("Modal", "No"), QMessageBox::NoRole);
-    // What a key pressed too early does must be harmless.
-    box.setDefaultButton(no);
-    run(box);
-    if (box.clickedButton() == yes)
-        return Answer::Yes;
-    return box.clickedButton() == no ? Answer::No : Answer::Dismissed;
+    return ask(parent, title, text, false);
+}
+
+Answer questionOfMany(QWidget *parent, const QString &title, const QString &text)
+{
+    return ask(parent, title, text, true);
 }
 
 } // namespace Modal

@@ -31,8 +31,13 @@ void message(QWidget *parent, QMessageBox::Icon icon, const QString &title, cons
 enum class Answer {
     Yes,
     No,
+    YesToAll,
+    NoToAll,
     Dismissed, ///< the box was closed without either button
 };
 Answer question(QWidget *parent, const QString &title, const QString &text);
+
+/// The same with two more buttons, "Yes to All" and "No to All".
+Answer questionOfMany(QWidget *parent, const QString &title, const QString &text);
 
 } // namespace Modal

@@ -1,0 +1,204 @@
+#include "import/CSVParse.h"
+
+#include "import/DeviceHeader.h"
+#include "import/csv_parser.h"
+#include "model/DebugLog.h"
+#include "model/ImportTarget.h"
+
+#include <QFile>
+#include <QLocale>
+#include <QTextCodec>
+
+#include <algorithm>
+#include <array>
+
+namespace {
+
+constexpr std::array<const char *, 3> workFiles = {"tmp.csv", "tmp1.csv", "tmp2.csv"};
+constexpr int lineBufferSize = 2048;
+constexpr qint64 blockSize = 64 * 1024;
+
+const QString utf8Name = QStringLiteral("UTF-8");
+const QByteArray byteOrderMark("\xef\xbb\xbf");
+
+/// These files hold passwords.
+bool openPrivate(QFile &file, QIODevice::OpenMode mode)
+{
+    return file.open(mode) && file.setPermissions(QFile::ReadOwner | QFile::WriteOwner);
+}
+
+} // namespace
+
+CSVParse::CSVParse(ImportTarget &target, const QString &workFolder)
+    : m_target(target)
+    , m_workFolder(workFolder)
+{
+}
+
+CSVParse::~CSVParse() = default;
+
+QString CSVParse::legacyEncodingName() const
+{
+    switch (QLocale().country()) {
+    case QLocale::China:
+        return QStringLiteral("GBK");
+    case QLocale::Taiwan:
+        return QStringLiteral("Big5");
+    case QLocale::HongKong:
+        return QStringLiteral("Big5-HKSCS");
+    case QLocale::Japan:
+        return QStringLiteral("Shift-JIS");
+    case QLocale::RussianFederation:
+        return QStringLiteral("KOI8-R");
+    default:
+        return QStringLiteral("EUC-KR");
+    }
+}
+
+QString CSVParse::encodingOf(const QString &sourcePath) const
+{
+    QFile file(sourcePath);
+    if (!file.open(QIODevice::ReadOnly))
+        return utf8Name;
+    QTextCodec *const codec = QTextCodec::codecForName("UTF-8");
+    QTextCodec::ConverterState state;
+    while (!file.atEnd() && state.invalidChars == 0) {
+        const QByteArray block = file.read(blockSize);
+        if (block.isEmpty())
+            break;
+        codec->toUnicode(block.constData(), block.size(), &state);
+    }
+    // What remains is the start of a character that never ended.
+    return state.invalidChars == 0 && state.remainingChars == 0 ? utf8Name : legacyEncodingName();
+}
+
+bool CSVParse::convert(const QString &path, const QString &fromEncoding, const QString &toEncoding)
+{
+    QTextCodec *const from = QTextCodec::codecForName(fromEncoding.toUtf8());
+    QTextCodec *const to = QTextCodec::codecForName(toEncoding.toUtf8());
+    QFile source(path);
+    if (!from || !to || !source.open(QIODevice::ReadOnly))
+        return false;
+    const QByteArray bytes = source.readAll();
+    if (source.error() != QFile::NoError)
+        return false;
+    QTextCodec::ConverterState state;
+    const QString text = from->toUnicode(bytes.constData(), bytes.size(), &state);
+    if (state.invalidChars > 0 || state.remainingChars > 0)
+        return false;
+
+    QFile target(workFile("tmp1.csv"));
+    target.remove();
+    return openPrivate(target, QIODevice::WriteOnly) && target.write(to->fromUnicode(text)) >= 0 &&
+           target.flush();
+}
+
+bool CSVParse::import(const QString &sourcePath, const QString &encodingName)
+{
+    QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
+    if (!prepare(sourcePath, encodingName))
+        return false;
+
+    csv_parser reader;
+    if (!reader.open_file(QFile::encodeName(workFile("tmp2.csv")).constData()))
+        return false;
+    reader.set_enclosure('"', csv_parser::enclosure_optional);
+    reader.set_field_term(',');
+    reader.set_line_term('\n');
+    QStringList titles = readRow(reader);
+    for (QString &title : titles)
+        title = title.simplified();
+    qCDebug(debugLog) << "title is" << titles;
+
+    // Whatever can go wrong goes wrong before the old list is given up.
+    const DeviceHeader header(titles);
+    if (!header.isDeviceList())
+        return false;
+    const QList<ContactInfo> devices = readDevices(reader, header);
+    if (!m_target.clearOld()) {
+        qCDebug(debugLog) << "return false because clearOld";
+        return false;
+    }
+    m_target.addContacts(devices);
+    return true;
+}
+
+/// Makes "tmp2.csv", UTF-8 without a byte-order mark, of the file.
+bool CSVParse::prepare(const QString &sourcePath, const QString &encodingName)
+{
+    removeWorkFiles();
+    const QString copy = workFile("tmp.csv");
+    if (!QFile::copy(sourcePath, copy))
+        return false;
+    QFile::setPermissions(copy, QFile::ReadOwner | QFile::WriteOwner);
+    if (encodingName == utf8Name)
+        return copyText(copy, workFile("tmp2.csv"));
+    if (!convert(copy, encodingName, utf8Name)) {
+        qCDebug(debugLog) << "return false because encode";
+        return false;
+    }
+    return copyText(workFile("tmp1.csv"), workFile("tmp2.csv"));
+}
+
+bool CSVParse::copyText(const QString &from, const QString &to) const
+{
+    QFile source(from);
+    QFile target(to);
+    if (!source.open(QIODevice::ReadOnly | QIODevice::Text) ||
+        !openPrivate(target, QIODevice::WriteOnly | QIODevice::Text))
+        return false;
+    bool first = true;
+    std::array<char, lineBufferSize> buffer;
+    qint64 length = 0;
+    while ((length = source.readLine(buffer.data(), lineBufferSize)) > 0) {
+        const char *start = buffer.data();
+        if (first && length >= byteOrderMark.size() &&
+            std::equal(byteOrderMark.begin(), byteOrderMark.end(), start)) {
+            start += byteOrderMark.size();
+            length -= byteOrderMark.size();
+        }
+        first = false;
+        if (target.write(start, length) != length)
+            return false;
+    }
+    return source.error() == QFile::NoError && target.flush();
+}
+
+QStringList CSVParse::readRow(csv_parser &reader) const
+{
+    QStringList fields;
+    for (const std::string &field : reader.next_row()) {
+        QString text = QString::fromStdString(field);
+        if (text.contains(QLatin1Char('\r'))) {
+            qCDebug(debugLog) << "row data str contain r, remove it.";
+            text.remove(QLatin1Char('\r'));
+        }
+        fields.append(text);
+    }
+    return fields;
+}
+
+QList<ContactInfo> CSVParse::readDevices(csv_parser &reader, const DeviceHeader &header) const
+{
+    QList<ContactInfo> devices;
+    while (reader.more_rows()) {
+        const QStringList row = readRow(reader);
+        qCDebug(debugLog) << "strList = " << row;
+        const bool blank = std::all_of(
+            row.begin(), row.end(), [](const QString &field) { return field.trimmed().isEmpty(); });
+        if (!blank)
+            devices.append(header.device(row));
+    }
+    return devices;
+}
+
+QString CSVParse::workFile(const char *name) const
+{
+    return m_workFolder + QLatin1String(name);
+}
+
+void CSVParse::removeWorkFiles()
+{
+    for (const char *const name : workFiles)
+        QFile::remove(workFile(name));
+}
