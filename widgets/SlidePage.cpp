@@ -1,0 +1,135 @@
+#include "widgets/SlidePage.h"
+
+#include <QEvent>
+#include <QKeyEvent>
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+constexpr int slideMilliseconds = 200;
+
+} // namespace
+
+SlidePage::SlidePage(Edge edge, QWidget *parent)
+    : QWidget(parent)
+    , m_edge(edge)
+    , m_animation(this, "shownPart")
+{
+    Q_ASSERT(parent);
+    // Nothing of the parent shows through, with a style sheet's background or without.
+    setAutoFillBackground(true);
+    setAttribute(Qt::WA_StyledBackground);
+    m_animation.setDuration(slideMilliseconds);
+    m_animation.setEasingCurve(QEasingCurve::OutCubic);
+    connect(&m_animation, &QAbstractAnimation::finished, this, &SlidePage::endSlide);
+    parent->installEventFilter(this);
+    hide();
+}
+
+void SlidePage::slideIn()
+{
+    if (m_open)
+        return;
+    m_open = true;
+    // What is clicked on its way out is not meant.
+    setAttribute(Qt::WA_TransparentForMouseEvents, false);
+    place();
+    raise();
+    show();
+    QWidget *const focused = window()->focusWidget();
+    if (focused && !isAncestorOf(focused))
+        m_focusBefore = focused;
+    if (QWidget *const input = firstInput())
+        input->setFocus(Qt::OtherFocusReason);
+    slideTo(1);
+}
+
+void SlidePage::slideOut()
+{
+    if (!m_open)
+        return;
+    m_open = false;
+    setAttribute(Qt::WA_TransparentForMouseEvents);
+    giveFocusBack();
+    slideTo(0);
+}
+
+void SlidePage::slideTo(qreal part)
+{
+    m_animation.stop();
+    m_animation.setStartValue(m_shownPart);
+    m_animation.setEndValue(part);
+    m_animation.start();
+}
+
+void SlidePage::endSlide()
+{
+    if (!m_open)
+        hide();
+}
+
+void SlidePage::setShownPart(qreal part)
+{
+    m_shownPart = part;
+    place();
+}
+
+/// Everything from the parent's present size, so that a window resized on the way changes nothing.
+void SlidePage::place()
+{
+    const QSize room = parentWidget()->size();
+    const int wanted = hasHeightForWidth() ? heightForWidth(room.width()) : sizeHint().height();
+    const int height = std::max(wanted, minimumSizeHint().height());
+    const int hidden = static_cast<int>(std::lround((1 - m_shownPart) * height));
+    const int y = m_edge == Edge::Top ? -hidden : room.height() - height + hidden;
+    setGeometry(0, y, room.width(), height);
+}
+
+QWidget *SlidePage::firstInput() const
+{
+    for (QWidget *next = nextInFocusChain(); next != this; next = next->nextInFocusChain()) {
+        if (isAncestorOf(next) && next->isVisibleTo(this) && next->isEnabledTo(this) &&
+            (next->focusPolicy() & Qt::TabFocus) == Qt::TabFocus)
+            return next;
+    }
+    return nullptr;
+}
+
+void SlidePage::giveFocusBack()
+{
+    QWidget *const focused = window()->focusWidget();
+    // The user may have gone elsewhere by himself.
+    if (focused && isAncestorOf(focused)) {
+        if (m_focusBefore)
+            m_focusBefore->setFocus(Qt::OtherFocusReason);
+        else
+            focused->clearFocus();
+    }
+    m_focusBefore.clear();
+}
+
+bool SlidePage::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == parentWidget() && event->type() == QEvent::Resize)
+        place();
+    return QWidget::eventFilter(watched, event);
+}
+
+bool SlidePage::event(QEvent *event)
+{
+    const bool handled = QWidget::event(event);
+    // Texts or fonts have changed, and with them the height.
+    if (event->type() == QEvent::LayoutRequest)
+        place();
+    return handled;
+}
+
+void SlidePage::keyPressEvent(QKeyEvent *event)
+{
+    if (event->key() == Qt::Key_Escape && m_open)
+        slideOut();
+    else
+        QWidget::keyPressEvent(event);
+}
