@@ -1,0 +1,12 @@
+#pragma once
+
+#include "app/PathPage.h"
+
+/// Asks for the folder to export to.
+class ExportPage : public PathPage
+{
+    Q_OBJECT
+
+public:
+    explicit ExportPage(QWidget *parent);
+};

@@ -1,0 +1,33 @@
+#include "app/ImportPage.h"
+
+#include <QCheckBox>
+#include <QLabel>
+
+ImportPage::ImportPage(QWidget *parent)
+    : PathPage(
+          {QStringLiteral("import"), tr("Import file"), QString(), tr("Select File"), tr("Import")},
+          parent)
+    , m_clearListBox(new QCheckBox(tr("Clear list"), this))
+    , m_hintLabel(new QLabel(this))
+{
+    m_clearListBox->setObjectName(QStringLiteral("clearListCheckBox"));
+    m_clearListBox->setToolTip(tr("When checked, the devices of the file are added to the present "
+                                  "list; when unchecked, they replace it."));
+    m_hintLabel->setObjectName(QStringLiteral("clearListHintLabel"));
+    connect(m_clearListBox, &QCheckBox::toggled, this, &ImportPage::updateHint);
+    addOption(m_clearListBox);
+    addOption(m_hintLabel);
+    updateHint();
+}
+
+bool ImportPage::clearList() const
+{
+    return m_clearListBox->isChecked();
+}
+
+void ImportPage::updateHint()
+{
+    m_hintLabel->setText(clearList() ? tr("The devices of the file are added to the present list.")
+                                     : tr("The devices of the file replace the present list."));
+    m_clearListBox->setAccessibleDescription(m_hintLabel->text());
+}
