@@ -4,6 +4,7 @@
 #include "app/OptionsFile.h"
 #include "app/ReportBox.h"
 #include "dialogs/ContactDialog.h"
+#include "dialogs/ContactsDialog.h"
 #include "model/DebugLog.h"
 #include "model/ProgramFolder.h"
 #include "storage/DataMgr.h"
@@ -59,6 +60,7 @@ MainWindow::MainWindow(DataMgr &dataMgr, const QString &folder, QWidget *parent)
     createMenus();
     createContent();
     createDialogs();
+    createPages();
     connectContent();
 
     createConnection();
@@ -131,6 +133,9 @@ void MainWindow::createActions()
         action->setShortcutContext(Qt::WidgetShortcut);
 
     connect(m_newAction, &QAction::triggered, this, &MainWindow::constructNewFile);
+    connect(m_newsAction, &QAction::triggered, this, &MainWindow::constructNewFiles);
+    connect(m_importAction, &QAction::triggered, this, &MainWindow::localImport);
+    connect(m_exportAction, &QAction::triggered, this, &MainWindow::localExport);
     connect(m_exitAction, &QAction::triggered, this, &MainWindow::closeWindow);
     connect(m_httpdAction, &QAction::triggered, this, &MainWindow::selectHttpdService);
     connect(m_aboutAction, &QAction::triggered, this, &MainWindow::about);
@@ -172,9 +177,6 @@ void MainWindow::createContent()
     auto *const content = new QWidget(this);
     content->setObjectName(QStringLiteral("content"));
     m_commandBar = new CommandBar(content);
-    m_commandBar->newsButton()->setEnabled(false);
-    m_commandBar->importButton()->setEnabled(false);
-    m_commandBar->exportButton()->setEnabled(false);
 
     auto *const list = new QWidget(content);
     list->setObjectName(QStringLiteral("list_frame"));
@@ -204,11 +206,17 @@ void MainWindow::createDialogs()
 {
     m_contactDialog = new ContactDialog(this);
     m_contactDialog->setWindowModality(Qt::WindowModal);
+    m_contactsDialog = new ContactsDialog(this);
+    m_contactsDialog->setWindowModality(Qt::WindowModal);
 }
 
 void MainWindow::connectContent()
 {
     connect(m_commandBar->newButton(), &QPushButton::clicked, this, &MainWindow::constructNewFile);
+    connect(m_commandBar->newsButton(), &QPushButton::clicked, this,
+            &MainWindow::constructNewFiles);
+    connect(m_commandBar->importButton(), &QPushButton::clicked, this, &MainWindow::localImport);
+    connect(m_commandBar->exportButton(), &QPushButton::clicked, this, &MainWindow::localExport);
     connect(m_commandBar->deleteAllButton(), &QPushButton::clicked, this, &MainWindow::onDeleteAll);
     connect(m_commandBar->httpButton(), &QPushButton::clicked, this,
             &MainWindow::selectHttpdService);
@@ -221,6 +229,8 @@ void MainWindow::connectContent()
             &MainWindow::onContactDialogEditFinished);
     connect(m_contactDialog, &ContactDialog::addSaveSucceed, this,
             &MainWindow::onContactDialogAddFinished);
+    connect(m_contactsDialog, &ContactsDialog::addSaveSucceed, this,
+            &MainWindow::onContactsDialogAddFinished);
     connect(centralWidget(), &QObject::destroyed, this, &MainWindow::closeWindow);
     connect(&m_dataMgr, &DataMgr::updateModel, m_view, &ContactView::updateContactModel);
 }
@@ -274,6 +284,20 @@ void MainWindow::constructNewFile()
     m_contactDialog->setWindowTitle(tr("New Device"));
     m_contactDialog->loadContact(true, nullptr);
     m_contactDialog->show();
+}
+
+void MainWindow::constructNewFiles()
+{
+    m_contactsDialog->setWindowTitle(tr("New Devices"));
+    m_contactsDialog->reset();
+    m_contactsDialog->show();
+}
+
+void MainWindow::onContactsDialogAddFinished(const QList<ContactInfo> &contacts)
+{
+    setBusy(true);
+    m_dataMgr.addContacts(contacts);
+    setBusy(false);
 }
 
 void MainWindow::onContactDialogAddFinished(const ContactInfo &contact)

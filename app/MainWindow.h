@@ -6,9 +6,13 @@
 
 class CommandBar;
 class ContactDialog;
+class ContactsDialog;
 class ContactView;
 class DatabaseLayer;
 class DataMgr;
+class ExportPage;
+class ImportPage;
+class LoadingWidget;
 class QActionGroup;
 class ReportBox;
 
@@ -34,9 +38,16 @@ signals:
     void globalQuit();
 
 public slots:
+    /// Lets the user choose the file to import.
+    void selectLocalFile();
     void selectHttpdService();
     void selectPNPServer();
     void constructNewFile();
+    void constructNewFiles();
+    /// Shows the export page.
+    void localExport();
+    /// Shows the import page.
+    void localImport();
     void about();
     /// Ends the program: once, however often it is reached.
     void closeWindow();
@@ -47,12 +58,19 @@ public slots:
     void onRemoveContact();
     /// Deletes the device of the view's current row.
     void onDeleteContact();
+    /// Lets the user choose the folder to export to.
+    void selectExportPath();
+    void exportBegin();
+    void exportAbort();
+    void ImportBegin();
+    void ImportAbort();
     /// Applies the stored options; false when there are none. The HTTP service, where they ask for
     /// it, starts once the window shows.
     bool readOptionsAndSet();
     void onHTTPDMsg(const QString &message);
     void onContactDialogEditFinished(ContactInfo *contact);
     void onContactDialogAddFinished(const ContactInfo &contact);
+    void onContactsDialogAddFinished(const QList<ContactInfo> &contacts);
     void showContactViewDetail(int index);
     void deleteOneContact(int index);
     void onViewUpdated();
@@ -66,6 +84,7 @@ private:
     void createMenus();
     void createContent();
     void createDialogs();
+    void createPages();
     void connectContent();
     QAction *addCommand(const QString &text, const QString &statusTip);
     void setBusy(bool busy);
@@ -99,7 +118,12 @@ private:
     ContactView *m_view = nullptr;
     ReportBox *m_reportBox = nullptr;
 
+    ImportPage *m_importPage = nullptr;
+    ExportPage *m_exportPage = nullptr;
+    LoadingWidget *m_loading = nullptr;
+
     ContactDialog *m_contactDialog = nullptr;
+    ContactsDialog *m_contactsDialog = nullptr;
     /// What the edit dialog works on: a copy, as the list may change while the dialog is open.
     ContactInfo m_editedContact;
     QString m_startError; ///< why the stored list could not be read

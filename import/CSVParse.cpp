@@ -16,6 +16,7 @@ namespace {
 
 constexpr std::array<const char *, 3> workFiles = {"tmp.csv", "tmp1.csv", "tmp2.csv"};
 constexpr int lineBufferSize = 2048;
+constexpr unsigned rowsBetweenBreaths = 500;
 constexpr qint64 blockSize = 64 * 1024;
 
 const QString utf8Name = QStringLiteral("UTF-8");
@@ -182,6 +183,8 @@ QList<ContactInfo> CSVParse::readDevices(csv_parser &reader, const DeviceHeader 
 {
     QList<ContactInfo> devices;
     while (reader.more_rows()) {
+        if (reader.record_count() % rowsBetweenBreaths == 0)
+            m_target.keepAlive();
         const QStringList row = readRow(reader);
         qCDebug(debugLog) << "strList = " << row;
         const bool blank = std::all_of(

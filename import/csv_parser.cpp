@@ -117,7 +117,9 @@ csv_row csv_parser::next_row()
 /// last.
 void csv_parser::_read_single_line()
 {
-    std::fputs("_read_single_line!\n", stderr);
+    // A trace of every line, which a long list is better off without where nobody reads it.
+    if (debugLog().isDebugEnabled())
+        std::fputs("_read_single_line!\n", stderr);
     m_line.clear();
     int character = EOF;
     while (m_stream && (character = std::fgetc(m_stream)) != EOF) {

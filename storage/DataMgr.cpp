@@ -12,6 +12,7 @@
 #include "storage/DatabaseLayer.h"
 #include "widgets/Modal.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -23,6 +24,8 @@
 #include <memory>
 
 namespace {
+
+constexpr int devicesBetweenBreaths = 1000;
 
 // The order is the order of removal.
 const QStringList storedFiles = {QStringLiteral("phonebook.db"), QStringLiteral("tmp.csv"),
@@ -115,8 +118,10 @@ void DataMgr::insertContactNode(const ContactInfo &contact)
 void DataMgr::addContacts(const QList<ContactInfo> &contacts)
 {
     Replace replace = hasSeveralListed(contacts) ? Replace::AskMany : Replace::AskOne;
-    for (const ContactInfo &contact : contacts) {
-        addOrReplace(contact, replace);
+    for (int i = 0; i < contacts.size(); ++i) {
+        if (i % devicesBetweenBreaths == 0)
+            keepAlive();
+        addOrReplace(contacts.at(i), replace);
         if (m_closed)
             return; // the program was ended in the middle of a question
     }
@@ -250,7 +255,14 @@ void DataMgr::saveList()
         // Never written from here: the connection to the database belongs to the GUI thread. Nor
         // may a request from the network open boxes there.
         QMetaObject::invokeMethod(
-            this, [this] { trySave(ListSaver::Ask::Never); }, Qt::QueuedConnection);
+            this,
+            [this] {
+                if (m_busy)
+                    m_retryWanted = true; // the list is in the making, and saved when it is made
+                else
+                    trySave(ListSaver::Ask::Never);
+            },
+            Qt::QueuedConnection);
     }
 }
 
@@ -308,6 +320,13 @@ void DataMgr::cleanUp()
     for (const QString &name : storedFiles)
         QFile::remove(m_directory + name);
     removeProvisioningFiles();
+}
+
+void DataMgr::keepAlive()
+{
+    // What the user does meanwhile waits: the list is in the making.
+    if (m_busy)
+        QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
 }
 
 void DataMgr::removeProvisioningFiles()

@@ -90,6 +90,8 @@ public:
     /// See ImportTarget: empties the list when the import flag is set, after writing it to a
     /// backup, and removes the provisioning files.
     bool clearOld() override;
+    /// See ImportTarget.
+    void keepAlive() override;
 
     /// Starts the HTTP service, which asks the user for the network card. False when it does not
     /// run afterwards; the user knows why.

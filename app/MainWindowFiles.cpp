@@ -1,0 +1,147 @@
+// The window's flows for lists in files: the import and the export page.
+#include "app/ExportPage.h"
+#include "app/ImportPage.h"
+#include "app/MainWindow.h"
+#include "model/ExportType.h"
+#include "storage/DataMgr.h"
+#include "widgets/LoadingWidget.h"
+#include "widgets/Modal.h"
+
+#include <QCoreApplication>
+#include <QFileDialog>
+#include <QFileInfo>
+
+namespace {
+
+const QString backupFolder = QStringLiteral("backup");
+const QString exportName = QStringLiteral("devices");
+
+/// The path chosen, or an empty one. Qt's own dialog, as the system's would not take the labels.
+QString chosenPath(QFileDialog &dialog)
+{
+    dialog.setOption(QFileDialog::DontUseNativeDialog);
+    dialog.setWindowIcon(Modal::windowIcon());
+    return Modal::run(dialog) == QDialog::Accepted ? dialog.selectedFiles().value(0) : QString();
+}
+
+} // namespace
+
+void MainWindow::createPages()
+{
+    m_importPage = new ImportPage(centralWidget());
+    connect(m_importPage, &ImportPage::selectRequested, this, &MainWindow::selectLocalFile);
+    connect(m_importPage, &ImportPage::beginRequested, this, &MainWindow::ImportBegin);
+    connect(m_importPage, &ImportPage::abortRequested, this, &MainWindow::ImportAbort);
+    m_exportPage = new ExportPage(centralWidget());
+    connect(m_exportPage, &ExportPage::selectRequested, this, &MainWindow::selectExportPath);
+    connect(m_exportPage, &ExportPage::beginRequested, this, &MainWindow::exportBegin);
+    connect(m_exportPage, &ExportPage::abortRequested, this, &MainWindow::exportAbort);
+    m_loading = new LoadingWidget(this);
+    m_loading->hide();
+}
+
+void MainWindow::localImport()
+{
+    if (m_importPage->isOpen())
+        return;
+    exportAbort();
+    m_importPage->clearPath();
+    m_importPage->slideIn();
+}
+
+void MainWindow::ImportAbort()
+{
+    m_importPage->slideOut();
+}
+
+void MainWindow::selectLocalFile()
+{
+    QFileDialog dialog(this, tr("Open an device list file (recommended devices.csv)"),
+                       m_folder + backupFolder, tr("csv text device list(*.csv)"));
+    dialog.setFileMode(QFileDialog::ExistingFile);
+    dialog.setLabelText(QFileDialog::LookIn, tr("Look in"));
+    dialog.setLabelText(QFileDialog::FileName, tr("File Name"));
+    dialog.setLabelText(QFileDialog::FileType, tr("File Type"));
+    dialog.setLabelText(QFileDialog::Accept, tr("Open"));
+    dialog.setLabelText(QFileDialog::Reject, tr("Cancel"));
+    const QString path = chosenPath(dialog);
+    if (!path.isEmpty())
+        m_importPage->setPath(path);
+}
+
+void MainWindow::ImportBegin()
+{
+    const QString path = m_importPage->path();
+    if (path.isEmpty() || !QFileInfo(path).isFile()) {
+        Modal::message(this, QMessageBox::Warning, tr("Import Box"),
+                       tr("Please choose correct file to import."));
+        return;
+    }
+    m_dataMgr.setImportFlag(!m_importPage->clearList());
+    m_loading->showOver(this);
+    setBusy(true);
+    const bool imported = m_dataMgr.importFile(path);
+    setBusy(false);
+    // What the user did meanwhile ends at the overlay.
+    QCoreApplication::processEvents();
+    m_loading->hide();
+    m_importPage->slideOut();
+    if (!imported && !m_closed) {
+        Modal::message(this, QMessageBox::Warning, tr("Import Box"),
+                       tr("Import is failed, please check the file format and encoding."));
+    }
+}
+
+void MainWindow::localExport()
+{
+    if (m_exportPage->isOpen())
+        return;
+    ImportAbort();
+    m_exportPage->clearPath();
+    m_exportPage->slideIn();
+}
+
+void MainWindow::exportAbort()
+{
+    m_exportPage->slideOut();
+}
+
+void MainWindow::selectExportPath()
+{
+    QFileDialog dialog(this, tr("Select a folder to export"));
+    dialog.setFileMode(QFileDialog::Directory);
+    dialog.setOption(QFileDialog::ShowDirsOnly);
+    dialog.setLabelText(QFileDialog::LookIn, tr("Look in:"));
+    dialog.setLabelText(QFileDialog::FileName, tr("Path Name"));
+    dialog.setLabelText(QFileDialog::FileType, tr("Path Type"));
+    dialog.setLabelText(QFileDialog::Accept, tr("Select"));
+    dialog.setLabelText(QFileDialog::Reject, tr("Cancel"));
+    const QString path = chosenPath(dialog);
+    if (!path.isEmpty())
+        m_exportPage->setPath(path);
+}
+
+void MainWindow::exportBegin()
+{
+    const QString folder = m_exportPage->path();
+    if (folder.isEmpty() || !QFileInfo(folder).isDir()) {
+        Modal::message(this, QMessageBox::Warning, tr("Export Box"),
+                       tr("Please choose correct path to export."));
+        return;
+    }
+    const QString target = folder + QLatin1Char('/') + exportName + QLatin1String(".csv");
+    if (QFileInfo::exists(target) &&
+        Modal::question(this, tr("Replace action"),
+                        target + tr("has already exist") + QLatin1Char(',') +
+                            tr("do you want to replace it?")) == Modal::Answer::No)
+        return;
+    const int type = m_language == QLatin1String("zh") ? CsvChinese : CsvEnglish;
+    if (m_dataMgr.exportDevices(type, QStringLiteral("UTF-8"), exportName, folder)) {
+        Modal::message(this, QMessageBox::Information, tr("Export Box"),
+                       tr("File has been exported successfully!"));
+        m_exportPage->slideOut();
+    } else {
+        Modal::message(this, QMessageBox::Warning, tr("Export Box"),
+                       tr("File export failed, please check directory!"));
+    }
+}
