@@ -51,7 +51,7 @@ public:
 
     QString take()
     {
-        const QString all = m_texts.join(QLatin1Char(' '));
+        QString all = m_texts.join(QLatin1Char(' '));
         m_texts.clear();
         return all;
     }

@@ -179,9 +179,6 @@ void ContactView::updateContactModel()
     const QString mac = row < 0 ? QString() : m_model->snapshot().at(row).info.mac;
     const bool selected = selectionState() > 0;
     const QPoint scrolled(horizontalScrollBar()->value(), verticalScrollBar()->value());
-    // A current row that moves is not a reason to scroll there.
-    const bool scrollsToCurrent = hasAutoScroll();
-    setAutoScroll(false);
 
     m_model->refresh();
 
@@ -194,9 +191,9 @@ void ContactView::updateContactModel()
     }
     layOutColumns();
     executeDelayedItemsLayout();
+    // A current row that moves is not a reason to scroll there.
     horizontalScrollBar()->setValue(scrolled.x());
     verticalScrollBar()->setValue(scrolled.y());
-    setAutoScroll(scrollsToCurrent);
     updateHover();
 
     if (m_model->rowCount() == 0)
