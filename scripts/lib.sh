@@ -11,10 +11,16 @@ jobs_wanted() { echo "${JOBS:-$(nproc)}"; }
 
 # packages_of <group>...: the packages of these groups in packages.txt.
 packages_of() {
-    local group
-    for group in "$@"; do
-        awk -v group="$group" '$1 == group { print $2 }' "$root/scripts/packages.txt"
-    done
+    awk -v wanted=" $* " '
+        /^#/ || NF < 2 { next }
+        {
+            count = split($1, groups, ",")
+            for (i = 1; i <= count; ++i)
+                if (index(wanted, " " groups[i] " ")) {
+                    print $2
+                    break
+                }
+        }' "$root/scripts/packages.txt"
 }
 
 is_installed() {
