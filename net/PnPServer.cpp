@@ -9,13 +9,17 @@
 
 namespace {
 
-const QHostAddress multicastGroup(QStringLiteral("224.0.1.75"));
 constexpr quint16 sipPort = 5060;
 constexpr int largestDatagram = 65536;
 
 /// Datagrams taken in at one go. More wait for the next turn of the event loop, so that a flood
 /// does not stop the window.
 constexpr int mostAtOnce = 1000;
+
+QHostAddress multicastGroup()
+{
+    return QHostAddress(QStringLiteral("224.0.1.75"));
+}
 
 const char *word(bool value)
 {
@@ -89,9 +93,9 @@ bool PnPServer::joinGroup()
 {
     m_joinedCard = publishedCard();
     if (m_joinedCard.isValid() &&
-        !m_receiveSocket->joinMulticastGroup(multicastGroup, m_joinedCard))
+        !m_receiveSocket->joinMulticastGroup(multicastGroup(), m_joinedCard))
         m_joinedCard = QNetworkInterface();
-    m_joinedAnyCard = m_receiveSocket->joinMulticastGroup(multicastGroup);
+    m_joinedAnyCard = m_receiveSocket->joinMulticastGroup(multicastGroup());
     return m_joinedAnyCard || m_joinedCard.isValid();
 }
 
@@ -99,9 +103,9 @@ bool PnPServer::leaveGroup()
 {
     bool left = false;
     if (m_joinedCard.isValid())
-        left = m_receiveSocket->leaveMulticastGroup(multicastGroup, m_joinedCard);
+        left = m_receiveSocket->leaveMulticastGroup(multicastGroup(), m_joinedCard);
     if (m_joinedAnyCard)
-        left = m_receiveSocket->leaveMulticastGroup(multicastGroup) || left;
+        left = m_receiveSocket->leaveMulticastGroup(multicastGroup()) || left;
     return left;
 }
 

@@ -57,11 +57,13 @@ QList<ContactInfo> devices(int family, const QString &product, int count)
 int answer(QDialog &dialog, const QString &address, bool &failed)
 {
     if (qobject_cast<NetCardSelectDialog *>(&dialog)) {
-        for (NetCardItem *const item : dialog.findChildren<NetCardItem *>()) {
+        const QList<NetCardItem *> items = dialog.findChildren<NetCardItem *>();
+        for (NetCardItem *const item : items) {
             if (item->ipList().contains(address))
                 item->findChild<QRadioButton *>()->click();
         }
-        for (QPushButton *const button : dialog.findChildren<QPushButton *>()) {
+        const QList<QPushButton *> buttons = dialog.findChildren<QPushButton *>();
+        for (QPushButton *const button : buttons) {
             if (button->text() == QLatin1String("OK"))
                 button->click();
         }

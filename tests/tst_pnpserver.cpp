@@ -10,13 +10,12 @@
 
 namespace {
 
-const QHostAddress loopback(QHostAddress::LocalHost);
 constexpr quint16 sipPort = 5060;
 constexpr quint16 replyPort = 5080;
 
-const QByteArray knownMac = "0200a7000001";
-const QByteArray otherKnownMac = "0200a7000002";
-const QByteArray unknownMac = "0200a7ffffff";
+const char knownMac[] = "0200a7000001";
+const char otherKnownMac[] = "0200a7000002";
+const char unknownMac[] = "0200a7ffffff";
 
 class FakeLookup : public DeviceLookup
 {
@@ -33,15 +32,25 @@ private:
     mutable QList<QByteArray> m_asked;
 };
 
-QStringList debugLines;
+QStringList &debugLines()
+{
+    static QStringList lines;
+    return lines;
+}
+
 QtMessageHandler usualHandler = nullptr;
 
 void keepDebugLine(QtMsgType type, const QMessageLogContext &context, const QString &text)
 {
     if (type == QtDebugMsg)
-        debugLines.append(text);
+        debugLines().append(text);
     else
         usualHandler(type, context, text);
+}
+
+QHostAddress loopback()
+{
+    return QHostAddress(QHostAddress::LocalHost);
 }
 
 bool isPortFree(quint16 port)
@@ -104,8 +113,8 @@ void TestPnPServer::init()
     m_server = std::make_unique<PnPServer>(*m_lookup);
     m_server->setHttpdAddress(QStringLiteral("127.0.0.1"), QStringLiteral("80"));
     m_phone = std::make_unique<QUdpSocket>();
-    QVERIFY(m_phone->bind(loopback, 0));
-    debugLines.clear();
+    QVERIFY(m_phone->bind(loopback(), 0));
+    debugLines().clear();
     usualHandler = qInstallMessageHandler(keepDebugLine);
     debugLog().setEnabled(QtDebugMsg, true);
 }
@@ -126,7 +135,7 @@ QByteArray TestPnPServer::phoneAddress() const
 
 void TestPnPServer::send(const QByteArray &datagram)
 {
-    QCOMPARE(m_phone->writeDatagram(datagram, loopback, sipPort), qint64(datagram.size()));
+    QCOMPARE(m_phone->writeDatagram(datagram, loopback(), sipPort), qint64(datagram.size()));
 }
 
 /// The next datagram that comes to the telephone; empty when none does in time.
@@ -173,7 +182,8 @@ void TestPnPServer::refusesAnUnknownTelephone()
     send(pnpSubscribe(unknownMac, phoneAddress(), "KTP2135"));
     const QByteArray refused = received();
     QVERIFY2(refused.startsWith("SIP/2.0 501 Not Implemented\r\n"), refused);
-    QVERIFY(refused.contains("\r\nFrom: <sip:MAC%3A" + unknownMac + "@127.0.0.1>;tag=5150\r\n"));
+    QVERIFY(refused.contains("\r\nFrom: <sip:MAC%3A" + QByteArray(unknownMac) +
+                             "@127.0.0.1>;tag=5150\r\n"));
     // What comes next is the answer to somebody else.
     send(pnpSubscribe(knownMac, phoneAddress(), "KTP2135"));
     QVERIFY(isAnsweredOnly(knownMac));
@@ -184,8 +194,8 @@ void TestPnPServer::answersWhereTheRequestSays()
 {
     QVERIFY(m_server->start());
     QUdpSocket sender;
-    QVERIFY(sender.bind(loopback, 0));
-    sender.writeDatagram(pnpSubscribe(knownMac, phoneAddress(), "KTP2135"), loopback, sipPort);
+    QVERIFY(sender.bind(loopback(), 0));
+    sender.writeDatagram(pnpSubscribe(knownMac, phoneAddress(), "KTP2135"), loopback(), sipPort);
     QVERIFY(isAnsweredOnly(knownMac));
     QVERIFY(!sender.hasPendingDatagrams());
 }
@@ -221,15 +231,15 @@ void TestPnPServer::sendsNothing()
     QFETCH(QByteArray, datagram);
     QFETCH(QString, reason);
     QVERIFY(m_server->start());
-    debugLines.clear();
+    debugLines().clear();
     send(datagram.replace("%1", QByteArray::number(m_phone->localPort())));
     // qDebug puts a QString between quotes, a plain text not.
-    QTRY_VERIFY2(debugLines.contains(reason), qPrintable(debugLines.join(QLatin1Char('\n'))));
+    QTRY_VERIFY2(debugLines().contains(reason), qPrintable(debugLines().join(QLatin1Char('\n'))));
 
     // An answer would be at its port by now: the server's own, or the telephone's, in front of the
     // answer to the next request.
     QCoreApplication::processEvents();
-    QCOMPARE(debugLines.filter(QStringLiteral("arrived request datagram")).size(), 1);
+    QCOMPARE(debugLines().filter(QStringLiteral("arrived request datagram")).size(), 1);
     send(pnpSubscribe(otherKnownMac, phoneAddress(), "KTP2135"));
     QVERIFY(isAnsweredOnly(otherKnownMac));
 }
@@ -248,17 +258,17 @@ void TestPnPServer::answersTheLaterOfTwo()
 
 void TestPnPServer::logsWhatItReads()
 {
-    QCOMPARE(debugLines, QStringList());
+    QCOMPARE(debugLines(), QStringList());
     m_server->setHttpdAddress(QStringLiteral("127.0.0.1"), QStringLiteral("80"));
     QVERIFY(m_server->start());
-    QCOMPARE(debugLines,
+    QCOMPARE(debugLines(),
              QStringList({
                  QStringLiteral("httpd address changed addr =  \"127.0.0.1\" port =  \"80\""),
                  QStringLiteral("m_localAddress =  \"127.0.0.1\""),
                  QStringLiteral("bindFlag =  true"),
                  QStringLiteral("joinFlag =  true"),
              }));
-    debugLines.clear();
+    debugLines().clear();
     const QByteArray event = "Event: a;model=\"KTP2135\"\r\n";
     const QByteArray datagram = "0200a7000001@ Via: SIP/2.0/UDP " + phoneAddress() +
                                 ";branch=b\r\nFrom: x;tag=t\r\nCall-ID: c\r\nCSeq: 1 S\r\n";
@@ -280,10 +290,11 @@ void TestPnPServer::logsWhatItReads()
         QStringLiteral("Send Notify = "),
     };
     const QString arrived = QStringLiteral("arrived request datagram = ");
+    const QStringList texts = starts + QStringList(arrived);
     const auto linesWithoutTexts = [&] {
-        QStringList lines = debugLines;
+        QStringList lines = debugLines();
         for (QString &line : lines) {
-            for (const QString &start : starts + QStringList(arrived)) {
+            for (const QString &start : texts) {
                 if (line.startsWith(start))
                     line = start;
             }
@@ -294,7 +305,7 @@ void TestPnPServer::logsWhatItReads()
     send(datagram);
     QTRY_COMPARE(linesWithoutTexts(), QStringList(arrived) + upToCseq +
                                           QStringList(QStringLiteral("Can not find Event.")));
-    debugLines.clear();
+    debugLines().clear();
     send(datagram + event);
     QVERIFY(isAnsweredOnly(knownMac));
     const QStringList complete =
@@ -302,11 +313,11 @@ void TestPnPServer::logsWhatItReads()
         QStringList({QStringLiteral("m_requestEventStr =  \"a;model=\\\"KTP2135\\\"\""),
                      QStringLiteral("m_modelStr =  \"KTP2135\"")});
     QCOMPARE(linesWithoutTexts(), complete + starts.mid(1));
-    debugLines.clear();
+    debugLines().clear();
     send(QByteArray(datagram).replace(knownMac, unknownMac) + event);
     QVERIFY(received().startsWith("SIP/2.0 501 "));
-    QCOMPARE(linesWithoutTexts().last(), starts.first());
-    QVERIFY(debugLines.contains(QStringLiteral("macExist =  false")));
+    QCOMPARE(linesWithoutTexts().constLast(), starts.first());
+    QVERIFY(debugLines().contains(QStringLiteral("macExist =  false")));
 }
 
 void TestPnPServer::startsWhenThePortIsFreeAgain()

@@ -20,6 +20,7 @@ import time
 
 HERE = pathlib.Path(__file__).resolve().parent
 PHONE = HERE.parent / "phone" / "sip_phone.py"
+REPLY_PORT = 5080
 SKIPPED = 77
 INSIDE = "--inside"
 READY_SECONDS = 60
@@ -184,7 +185,9 @@ class Capture:
         raise Failed("dumpcap does not run")
 
     def fields(self, display_filter, *fields):
-        words = ["tshark", "-r", self.file, "-Y", display_filter, "-T", "fields"]
+        # Told what the port is for: a telephone's own port may be some other protocol's.
+        words = ["tshark", "-r", self.file, "-d", f"udp.port=={REPLY_PORT},sip",
+                 "-Y", display_filter, "-T", "fields"]
         for field in fields:
             words += ["-e", field]
         return sh(*words).splitlines()
@@ -203,7 +206,7 @@ class Capture:
         }
         if min(counts.values()) == 0 or counts["202"] != counts["NOTIFY"]:
             raise Failed(f"the wire: {counts}")
-        unread = self.fields("udp.srcport == 5080 && !sip", "frame.number")
+        unread = self.fields(f"udp.srcport == {REPLY_PORT} && !sip", "frame.number")
         faults = self.fields("sip && (_ws.malformed || _ws.expert.severity >= 4194304)",
                              "frame.number", "sip.Request-Line", "sip.Status-Line",
                              "_ws.expert.message")
