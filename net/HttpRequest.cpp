@@ -78,6 +78,8 @@ bool HttpRequest::namesDocument() const
 
 bool HttpRequest::hasSafeFileName() const
 {
+    // A colon would name a second stream of a file on some file systems.
     return !fileName.contains(QLatin1Char('/')) && !fileName.contains(QLatin1Char('\\')) &&
+           !fileName.contains(QLatin1Char(':')) &&
            !fileName.contains(QLatin1String("..")) && !fileName.contains(QChar(QChar::Null));
 }

@@ -103,7 +103,7 @@ void HttpdServer::serveWaiting()
 
 bool HttpdServer::hasDescriptors() const
 {
-    return SocketPlatform::canOpen(descriptorReserve, socketDescriptor());
+    return SocketPlatform::canOpen(descriptorReserve);
 }
 
 void HttpdServer::startThread(qintptr socketDescriptor)

@@ -184,12 +184,15 @@ HttpRequest HttpdThread::readRequest()
         }
     } while (!complete && size + m_socket->bytesAvailable() < maxRequestSize &&
              !deadline.hasExpired() &&
+             SocketPlatform::waitForMoreInput(
+                 m_socketDescriptor, std::chrono::milliseconds(deadline.remainingTime())) &&
              m_socket->waitForReadyRead(static_cast<int>(deadline.remainingTime())));
     return request;
 }
 
 void HttpdThread::getMessage()
 {
+    m_busy = true; // for a quarter of a second at most, unless a document is made
     const HttpRequest request = readRequest();
     if (m_dropped)
         return;
@@ -201,6 +204,7 @@ void HttpdThread::getMessage()
     }
     if (request.hasSafeFileName())
         serveRequest(request.fileName, request.product);
+    m_busy = false;
 }
 
 void HttpdThread::serveRequest(const QString &fileName, const QString &product)
@@ -215,15 +219,15 @@ void HttpdThread::serveRequest(const QString &fileName, const QString &product)
     if (!fileName.contains(QLatin1String("xml")) || m_mac.isEmpty())
         return;
 
-    m_busy = true;
     m_source.saveList();
     // Two families may ask for one name at once: the file must not change between being written
     // for this telephone and being read for it.
     std::unique_lock<std::mutex> nameLock = m_locks.lock(fileName);
+    if (m_dropped)
+        return;
     const int type = product == QLatin1String("DK") ? CordlessXml : DeskPhoneXml;
     if (m_source.exportDevices(type, QStringLiteral("UTF-8"), fileName, folder))
         sendFile(folder + QLatin1Char('/') + fileName, std::move(nameLock));
-    m_busy = false;
 }
 
 /// Reads the file, gives its name free and sends what was read; nobody waits for a slow client.

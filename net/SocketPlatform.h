@@ -27,6 +27,10 @@ void endStream(std::intptr_t descriptor, std::chrono::milliseconds patience);
 /// True when something to read, or the end of the input, waits on the connection.
 bool hasInput(std::intptr_t descriptor);
 
+/// Waits for something to read. False when the time is over or the input has ended: a peer that has
+/// sent all it will may still wait for the answer.
+bool waitForMoreInput(std::intptr_t descriptor, std::chrono::milliseconds time);
+
 void close(std::intptr_t descriptor);
 
 /// Lets as many connections as `backlog` wait on a listening descriptor to be accepted.
@@ -36,8 +40,7 @@ void setBacklog(std::intptr_t descriptor, int backlog);
 /// holds now. Never lowers it.
 std::int64_t raiseDescriptorLimit(std::int64_t wanted);
 
-/// True when the process could open this many more descriptors now. Found out by duplicating the
-/// given one.
-bool canOpen(int count, std::intptr_t descriptor);
+/// True when the process could open this many more descriptors now.
+bool canOpen(int count);
 
 } // namespace SocketPlatform

@@ -17,6 +17,9 @@ namespace {
 /// More than this is not discarded: such a peer may as well be reset.
 constexpr std::size_t discardLimit = std::size_t(1024) * 1024;
 
+/// Descriptors looked at to find free ones; the program never needs nearly as many.
+constexpr rlim_t mostProbed = 8192;
+
 int number(std::intptr_t descriptor)
 {
     return static_cast<int>(descriptor);
@@ -88,6 +91,14 @@ bool hasInput(std::intptr_t descriptor)
     return poll(&waiting, 1, 0) > 0;
 }
 
+bool waitForMoreInput(std::intptr_t descriptor, std::chrono::milliseconds time)
+{
+    char byte = 0;
+    pollfd waiting{number(descriptor), POLLIN, 0};
+    return poll(&waiting, 1, static_cast<int>(time.count())) > 0 &&
+           recv(number(descriptor), &byte, 1, MSG_PEEK | MSG_DONTWAIT) > 0;
+}
+
 void close(std::intptr_t descriptor)
 {
     ::close(number(descriptor));
@@ -110,17 +121,17 @@ std::int64_t raiseDescriptorLimit(std::int64_t wanted)
     return static_cast<std::int64_t>(std::min<rlim_t>(now, INT32_MAX));
 }
 
-bool canOpen(int count, std::intptr_t descriptor)
+bool canOpen(int count)
 {
-    std::vector<int> probes(static_cast<std::size_t>(count), -1);
-    std::generate(probes.begin(), probes.end(),
-                  [=] { return fcntl(number(descriptor), F_DUPFD_CLOEXEC, 0); });
-    const bool enough = std::count(probes.begin(), probes.end(), -1) == 0;
-    for (const int probe : probes) {
-        if (probe >= 0)
-            ::close(probe);
-    }
-    return enough;
+    // Asked without opening any: another thread may need the last ones at this very moment.
+    const rlim_t limit = std::min<rlim_t>(descriptorLimit().rlim_cur, mostProbed);
+    std::vector<pollfd> numbers(static_cast<std::size_t>(limit));
+    for (std::size_t i = 0; i < numbers.size(); ++i)
+        numbers[i].fd = static_cast<int>(i);
+    poll(numbers.data(), numbers.size(), 0);
+    return std::count_if(numbers.begin(), numbers.end(), [](const pollfd &number) {
+               return (number.revents & POLLNVAL) != 0;
+           }) >= count;
 }
 
 } // namespace SocketPlatform

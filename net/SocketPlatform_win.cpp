@@ -74,6 +74,12 @@ bool hasInput(std::intptr_t descriptor)
     return waitForInput(descriptor, std::chrono::milliseconds(0));
 }
 
+bool waitForMoreInput(std::intptr_t descriptor, std::chrono::milliseconds time)
+{
+    char byte = 0;
+    return waitForInput(descriptor, time) && recv(number(descriptor), &byte, 1, MSG_PEEK) > 0;
+}
+
 void close(std::intptr_t descriptor)
 {
     closesocket(number(descriptor));
@@ -89,7 +95,7 @@ std::int64_t raiseDescriptorLimit(std::int64_t wanted)
     return wanted; // no such limit on sockets here
 }
 
-bool canOpen(int, std::intptr_t)
+bool canOpen(int)
 {
     return true;
 }

@@ -29,6 +29,7 @@ private slots:
     void noAnswer();
     void foldersAreThePrivateOwners();
     void requestInSegments();
+    void requestOfHalfClosedClient_data();
     void requestOfHalfClosedClient();
     void overlongRequest_data();
     void overlongRequest();
@@ -274,11 +275,19 @@ void TestHttpdServer::requestInSegments()
     QCOMPARE(bodyOf(answer), FakeSource::document(CordlessXml, QLatin1String(docName)));
 }
 
+void TestHttpdServer::requestOfHalfClosedClient_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::newRow("complete") << request(docName, "KTP");
+    QTest::newRow("without the empty line") << request(docName, "KTP").chopped(2);
+}
+
 void TestHttpdServer::requestOfHalfClosedClient()
 {
-    const QByteArray answer = inBackground([this] {
+    QFETCH(QByteArray, bytes);
+    const QByteArray answer = inBackground([=] {
         Phone phone(m_port);
-        phone.send(request(docName, "KTP"));
+        phone.send(bytes);
         phone.endInput();
         return phone.receiveAll();
     });
