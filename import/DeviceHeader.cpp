@@ -9,11 +9,6 @@
 
 namespace {
 
-const QString chineseDeviceLine = QStringLiteral(
-    "MAC,设备型号,分机号,SIP服务器,用户ID,鉴权ID,密码,语言编码1,语言编码2,用户名,语言,随机端口,"
-    "Keep-Alive,IP,子网,网关IP,DNS服务器1,DNS服务器2,通讯录路径,拨号规则,城市,公司,部门,"
-    "代理服务器");
-
 /// Titles any of which tells a type, in the order of testing. The first two stand in contact
 /// lists of several types and are told apart by what else is there.
 struct KeyTitles
@@ -105,14 +100,10 @@ QString DeviceHeader::standardLine(HeaderType type)
                               "Group Membership,Phone 1 - Type,Phone 1 - Value,Phone 2 - Type,"
                               "Phone 2 - Value,Phone 3 - Type,Phone 3 - Value,Phone 4 - Type,"
                               "Phone 4 - Value,Phone 5 - Type");
-    case EnglishDeviceHeader: {
-        QStringList labels;
-        for (const ContactField &field : contactCsvFields())
-            labels.append(QLatin1String(field.csvLabel));
-        return labels.join(QLatin1Char(','));
-    }
+    case EnglishDeviceHeader:
+        return englishCsvHeader();
     case ChineseDeviceHeader:
-        return chineseDeviceLine;
+        return chineseCsvHeader();
     default:
         return QStringLiteral("First Name,Last Name,Work Phone,Home Phone,Mobile Phone,Fax,"
                               "E-mail Address,Primary Phone,Group,Work account,Home account,"

@@ -1,5 +1,7 @@
 #include "model/ContactFields.h"
 
+#include <QStringList>
+
 #include <algorithm>
 
 namespace {
@@ -113,4 +115,20 @@ const std::array<ContactField, contactFieldCount> &contactCsvFields()
 {
     static const Fields fields = reordered(csvOrder);
     return fields;
+}
+
+QString englishCsvHeader()
+{
+    QStringList titles;
+    for (const ContactField &field : contactCsvFields())
+        titles.append(QLatin1String(field.csvLabel));
+    return titles.join(QLatin1Char(','));
+}
+
+QString chineseCsvHeader()
+{
+    return QStringLiteral(
+        "MAC,设备型号,分机号,SIP服务器,用户ID,鉴权ID,密码,语言编码1,语言编码2,用户名,语言,随机端口,"
+        "Keep-Alive,IP,子网,网关IP,DNS服务器1,DNS服务器2,通讯录路径,拨号规则,城市,公司,部门,"
+        "代理服务器");
 }

@@ -25,3 +25,7 @@ const std::array<ContactField, contactFieldCount> &contactTableFields();
 
 /// The same fields in the order of the columns of a device list file.
 const std::array<ContactField, contactFieldCount> &contactCsvFields();
+
+/// The title row of a device list file, without a line end, in English and in Chinese.
+QString englishCsvHeader();
+QString chineseCsvHeader();

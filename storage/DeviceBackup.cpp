@@ -54,10 +54,7 @@ bool DeviceBackup::write(const QList<ContactInfo> &devices)
 
 QByteArray DeviceBackup::csv(const QList<ContactInfo> &devices)
 {
-    QStringList titles;
-    for (const ContactField &field : contactCsvFields())
-        titles.append(QLatin1String(field.csvLabel));
-    QString text = titles.join(QLatin1Char(',')) + lineEnd;
+    QString text = englishCsvHeader() + lineEnd;
     for (const ContactInfo &device : devices) {
         QStringList fields;
         for (const ContactField &field : contactCsvFields())
