@@ -11,7 +11,11 @@ if(NOT WIN32)
         SOURCES ${PROJECT_SOURCE_DIR}/net/PhysicalNetCard_win.cpp)
 endif()
 
-set_property(TEST tst_httpdserver tst_httpdservice tst_netcarddialog APPEND PROPERTY
+set(net_tests tst_httprequest tst_httpdserver tst_httpdservice tst_netcarddialog tst_netcards)
+if(TARGET tst_netcardregistry)
+    list(APPEND net_tests tst_netcardregistry)
+endif()
+set_property(TEST ${net_tests} APPEND PROPERTY
     ENVIRONMENT
         "TSAN_OPTIONS=suppressions=${CMAKE_CURRENT_SOURCE_DIR}/tsan.supp"
         "LSAN_OPTIONS=suppressions=${CMAKE_CURRENT_SOURCE_DIR}/lsan.supp:print_suppressions=0")
