@@ -111,7 +111,7 @@ const QString no = QStringLiteral("No");
 const QString saveError = QStringLiteral("Save Error");
 const QString backupError = QStringLiteral("Backup Error");
 
-const QByteArray backupTitles =
+constexpr char backupTitles[] =
     "MAC,Product Model,Primary Account,SIP Server,SIP User ID,Authentication ID,Password,"
     "Speech Coding1,Speech Coding2,Username,language,Random Port,Keep-Alive,IP,Subnet,Gateway IP,"
     "DNS Server 1,DNS Server 2,Enterprise Directory Path,Dial Plan,City,Company,Department,"
@@ -216,7 +216,8 @@ void TestDataMgr::newDevicesGoToTheEnd()
 {
     Run run(m_folder->path());
     QVERIFY(run.mgr.openDatabase());
-    for (const ContactInfo &device : stampedDevices({"a", "b", "A"})) {
+    const QList<ContactInfo> devices = stampedDevices({"a", "b", "A"});
+    for (const ContactInfo &device : devices) {
         run.mgr.insertContactNode(device);
         QCOMPARE(difference(run), QString());
     }
@@ -423,7 +424,7 @@ void TestDataMgr::deleteAllKeepsABackup()
     QCOMPARE(run.changes.size(), 1);
     QVERIFY(m_user->boxes.isEmpty());
     QCOMPARE(backups().size(), 1);
-    const QString name = backups().first();
+    const QString name = backups().constFirst();
     QVERIFY(name >= QStringLiteral("devices-%1.csv").arg(before) &&
             name <= QStringLiteral("devices-%1.csv").arg(after));
     const QByteArray content = backup(name);
@@ -566,7 +567,8 @@ void TestDataMgr::firstSaveKeepsRowsNeverLoaded()
     if (backupWorks) {
         QVERIFY(m_user->boxes.isEmpty());
         QCOMPARE(backups().size(), 1);
-        QCOMPARE(backup(backups().first()), backupTitles + stampedLine("a") + stampedLine("b"));
+        QCOMPARE(backup(backups().constFirst()),
+                 backupTitles + stampedLine("a") + stampedLine("b"));
         run.mgr.insertContactNode(stampedDevice(QStringLiteral("d")));
         QCOMPARE(backups().size(), 1);
     } else {
@@ -701,7 +703,7 @@ void TestDataMgr::damagedStoreIsLeftAlone()
         } else if (damage == QLatin1String("page")) {
             const int place = fileContent(databasePath()).indexOf("100.sip_server");
             QVERIFY(place > 0);
-            QVERIFY(file.seek(place / 4096 * 4096));
+            QVERIFY(file.seek(qint64(place) / 4096 * 4096));
             file.write(QByteArray(4096, '\xff'));
         } else {
             const RawDatabase raw(databasePath());
@@ -742,8 +744,8 @@ void TestDataMgr::endOfProgramKeepsAnUnsavedList()
         QVERIFY(run.mgr.keepUnsavedList());
         QCOMPARE(m_user->titles(), QStringList{saveError});
         QCOMPARE(backups().size(), 1);
-        QCOMPARE(backup(backups().first()), backupTitles + stampedLine("a"));
-        QVERIFY2(m_user->boxes.first().text.contains(backups().first()),
+        QCOMPARE(backup(backups().constFirst()), backupTitles + stampedLine("a"));
+        QVERIFY2(m_user->boxes.first().text.contains(backups().constFirst()),
                  qPrintable(m_user->boxes.first().text));
 
         QVERIFY(QDir(at(QStringLiteral("backup"))).removeRecursively());

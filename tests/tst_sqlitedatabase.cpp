@@ -34,7 +34,8 @@ ContactInfo numbered(int id, const QString &mac)
 QStringList summary(const RawDatabase &raw)
 {
     QStringList lines;
-    for (const QSqlRecord &record : raw.rows()) {
+    const QList<QSqlRecord> records = raw.rows();
+    for (const QSqlRecord &record : records) {
         lines.append(QStringLiteral("%1 %2 %3")
                          .arg(record.value(QStringLiteral("id")).toString(),
                               record.value(QStringLiteral("mac")).toString(),
