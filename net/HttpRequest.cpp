@@ -80,6 +80,6 @@ bool HttpRequest::hasSafeFileName() const
 {
     // A colon would name a second stream of a file on some file systems.
     return !fileName.contains(QLatin1Char('/')) && !fileName.contains(QLatin1Char('\\')) &&
-           !fileName.contains(QLatin1Char(':')) &&
-           !fileName.contains(QLatin1String("..")) && !fileName.contains(QChar(QChar::Null));
+           !fileName.contains(QLatin1Char(':')) && !fileName.contains(QLatin1String("..")) &&
+           !fileName.contains(QChar(QChar::Null));
 }

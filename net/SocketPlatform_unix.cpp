@@ -18,7 +18,7 @@ namespace {
 constexpr std::size_t discardLimit = std::size_t(1024) * 1024;
 
 /// Descriptors looked at to find free ones; the program never needs nearly as many.
-constexpr rlim_t mostProbed = 8192;
+constexpr int mostProbed = 8192;
 
 int number(std::intptr_t descriptor)
 {
@@ -30,6 +30,19 @@ rlimit descriptorLimit()
     rlimit limit{};
     getrlimit(RLIMIT_NOFILE, &limit);
     return limit;
+}
+
+/// How many of these numbers are no open descriptors. Asked without opening any: another thread may
+/// need the last ones at this very moment.
+std::ptrdiff_t freeNumbers(int from, int to)
+{
+    std::vector<pollfd> numbers(static_cast<std::size_t>(to - from));
+    int next = from;
+    for (pollfd &entry : numbers)
+        entry.fd = next++;
+    poll(numbers.data(), numbers.size(), 0);
+    return std::count_if(numbers.begin(), numbers.end(),
+                         [](const pollfd &entry) { return (entry.revents & POLLNVAL) != 0; });
 }
 
 /// Up to the buffer's size; 0 at the end of the input, -1 when there is none now.
@@ -123,15 +136,11 @@ std::int64_t raiseDescriptorLimit(std::int64_t wanted)
 
 bool canOpen(int count)
 {
-    // Asked without opening any: another thread may need the last ones at this very moment.
-    const rlim_t limit = std::min<rlim_t>(descriptorLimit().rlim_cur, mostProbed);
-    std::vector<pollfd> numbers(static_cast<std::size_t>(limit));
-    for (std::size_t i = 0; i < numbers.size(); ++i)
-        numbers[i].fd = static_cast<int>(i);
-    poll(numbers.data(), numbers.size(), 0);
-    return std::count_if(numbers.begin(), numbers.end(), [](const pollfd &number) {
-               return (number.revents & POLLNVAL) != 0;
-           }) >= count;
+    // The lowest free number is always given out first, so the last ones are free unless there has
+    // been a shortage before; only then are all numbers looked at.
+    const auto limit = static_cast<int>(std::min<rlim_t>(descriptorLimit().rlim_cur, INT_MAX));
+    return freeNumbers(std::max(0, limit - 2 * count), limit) >= count ||
+           freeNumbers(0, std::min(limit, mostProbed)) >= count;
 }
 
 } // namespace SocketPlatform
