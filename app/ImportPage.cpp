@@ -14,9 +14,10 @@ ImportPage::ImportPage(QWidget *parent)
     m_clearListBox->setToolTip(tr("When checked, the devices of the file are added to the present "
                                   "list; when unchecked, they replace it."));
     m_hintLabel->setObjectName(QStringLiteral("clearListHintLabel"));
+    m_hintLabel->setWordWrap(true);
     connect(m_clearListBox, &QCheckBox::toggled, this, &ImportPage::updateHint);
     addOption(m_clearListBox);
-    addOption(m_hintLabel);
+    addOption(m_hintLabel, 1);
     updateHint();
 }
 

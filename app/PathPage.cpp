@@ -55,7 +55,7 @@ PathPage::PathPage(const Texts &texts, QWidget *parent)
     auto *const buttonRow = new QHBoxLayout;
     buttonRow->setSpacing(gridPx);
     m_optionRow->setSpacing(2 * gridPx);
-    buttonRow->addLayout(m_optionRow);
+    buttonRow->addLayout(m_optionRow, 1);
     buttonRow->addStretch();
     QPushButton *const begin =
         addButton(*buttonRow, texts.name + QLatin1String("BeginButton"), texts.begin);
@@ -81,9 +81,11 @@ QPushButton *PathPage::addButton(QHBoxLayout &row, const QString &name, const QS
     return button;
 }
 
-void PathPage::addOption(QWidget *option)
+void PathPage::addOption(QWidget *option, int stretch)
 {
-    m_optionRow->addWidget(option);
+    m_optionRow->addWidget(option, stretch);
+    if (option->focusPolicy() == Qt::NoFocus)
+        return;
     QWidget::setTabOrder(m_lastBeforeButtons, option);
     m_lastBeforeButtons = option;
 }

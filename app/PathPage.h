@@ -38,7 +38,7 @@ protected:
 
     /// Adds a widget to the row of the buttons, on the other side, and to the tab order between
     /// the path and the buttons.
-    void addOption(QWidget *option);
+    void addOption(QWidget *option, int stretch = 0);
 
 private:
     QPushButton *addButton(QHBoxLayout &row, const QString &name, const QString &text);

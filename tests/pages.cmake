@@ -1,0 +1,1 @@
+vl_test(tst_pathpages LINK vl::app)

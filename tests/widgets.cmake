@@ -1,0 +1,1 @@
+vl_test(tst_widgets LINK vl::widgets)
