@@ -174,7 +174,7 @@ private:
 
 /// Does the work on a thread of its own while this one's event loop runs.
 template <typename Work>
-auto inBackground(Work work, int timeout = 10000)
+auto inBackground(Work work, int timeout = 60000)
 {
     auto result = std::async(std::launch::async, std::move(work));
     QElapsedTimer timer;

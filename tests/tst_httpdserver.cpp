@@ -90,11 +90,9 @@ private:
     }
 };
 
-#if defined(__SANITIZE_THREAD__) || defined(__SANITIZE_ADDRESS__)
-constexpr qint64 oneSecond = 5000; // the sanitizers slow everything down
-#else
-constexpr qint64 oneSecond = 1000;
-#endif
+/// What takes a fraction of a second here. Far more is allowed, as a test machine may be busy with
+/// other things: what these tests catch is waiting for a client's time-out, which is 30 seconds.
+constexpr qint64 soon = 5000;
 
 const char docName[] = "cfg0200a7aabbcc.xml";
 
@@ -238,7 +236,7 @@ void TestHttpdServer::noAnswer()
     bool reset = true;
     QCOMPARE(ask(m_port, bytes, &reset), QByteArray());
     QVERIFY(!reset);
-    QVERIFY(timer.elapsed() < 2000);
+    QVERIFY(timer.elapsed() < soon);
     QTEST(m_source->exports().size(), "exports");
     // The report is posted before the connection is closed.
     QCoreApplication::processEvents();
@@ -320,7 +318,7 @@ void TestHttpdServer::overlongRequest()
     QCOMPARE(!answer.isEmpty(), answered);
     // A reset could have overtaken the answer.
     QVERIFY(!answered || !reset);
-    QVERIFY(timer.elapsed() < 3000);
+    QVERIFY(timer.elapsed() < soon);
 }
 
 void TestHttpdServer::slowClientIsClosed()
@@ -333,7 +331,7 @@ void TestHttpdServer::slowClientIsClosed()
             std::this_thread::sleep_for(std::chrono::milliseconds(100));
         return true;
     });
-    QVERIFY(timer.elapsed() < 2000);
+    QVERIFY(timer.elapsed() < soon);
 }
 
 void TestHttpdServer::oneNameTwoFamilies()
@@ -411,7 +409,7 @@ void TestHttpdServer::idleClientsMakeRoom()
     const QByteArray answer = ask(m_port, request(docName, "KTP"));
     const qint64 time = timer.elapsed();
     QCOMPARE(bodyOf(answer), FakeSource::document(DeskPhoneXml, QLatin1String(docName)));
-    QVERIFY2(time < oneSecond, qPrintable(QString::number(time)));
+    QVERIFY2(time < soon, qPrintable(QString::number(time)));
 
     // The oldest have gone, the newest are still there.
     // Threads that have just ended take a moment to leave the system.
@@ -484,7 +482,7 @@ void TestHttpdServer::stopWithOpenConnections()
     m_server->deleteLater();
     QSignalSpy destroyed(m_server.release(), &QObject::destroyed);
     QTRY_COMPARE(destroyed.size(), 1);
-    QVERIFY(timer.elapsed() < oneSecond);
+    QVERIFY(timer.elapsed() < soon);
     for (Phone &phone : phones)
         phone.receiveAll(); // ends, as each connection is closed
     QVERIFY(!Phone(m_port).isConnected());
@@ -505,7 +503,7 @@ void TestHttpdServer::destroyWhileGenerating()
     QElapsedTimer timer;
     timer.start();
     m_server.reset();
-    QVERIFY(timer.elapsed() < oneSecond);
+    QVERIFY(timer.elapsed() < soon);
     release.get();
     // Nobody calls the source any more: a use of it would show under the sanitizers.
     m_source.reset();
