@@ -72,8 +72,11 @@ void SlidePage::endSlide()
 
 void SlidePage::setShownPart(qreal part)
 {
+    if (qFuzzyCompare(1 + m_shownPart, 1 + part))
+        return;
     m_shownPart = part;
     place();
+    emit shownPartChanged(part);
 }
 
 /// Everything from the parent's present size, so that a window resized on the way changes nothing.

@@ -11,7 +11,7 @@ class SlidePage : public QWidget
 {
     Q_OBJECT
     /// How much of the page has come in: 0 to 1.
-    Q_PROPERTY(qreal shownPart READ shownPart WRITE setShownPart)
+    Q_PROPERTY(qreal shownPart READ shownPart WRITE setShownPart NOTIFY shownPartChanged)
 
 public:
     enum class Edge { Top, Bottom };
@@ -30,6 +30,9 @@ public:
     void setShownPart(qreal part);
 
     bool eventFilter(QObject *watched, QEvent *event) override;
+
+signals:
+    void shownPartChanged(qreal part);
 
 protected:
     bool event(QEvent *event) override;
