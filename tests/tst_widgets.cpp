@@ -27,8 +27,8 @@ Q_DECLARE_METATYPE(SlidePage::Edge)
 
 namespace {
 
-const QColor pageColor(Qt::green);
-const QColor listColor(Qt::red);
+constexpr Qt::GlobalColor pageColor = Qt::green;
+constexpr Qt::GlobalColor listColor = Qt::red;
 
 /// A window with a menu, a line edit and a button that fills the rest.
 struct Window : QMainWindow
@@ -69,7 +69,7 @@ struct Page : SlidePage
         , box(new QCheckBox)
         , button(new QPushButton)
     {
-        setPalette(pageColor);
+        setPalette(QColor(pageColor));
         auto *const disabled = new QLineEdit;
         disabled->setEnabled(false);
         auto *const column = new QVBoxLayout(this);
@@ -462,14 +462,14 @@ void TestWidgets::paintsWhatItCovers()
         const QPixmap screen = m_window->screen()->grabWindow(m_window->winId());
         return screen.toImage().pixelColor(point);
     };
-    QTRY_COMPARE(colorAt(3), listColor);
+    QTRY_COMPARE(colorAt(3), QColor(listColor));
     page.slideIn();
     QTRY_COMPARE(page.shownPart(), 1.0);
-    QTRY_COMPARE(colorAt(3), pageColor);
-    QCOMPARE(colorAt(page.height() - 1), pageColor);
-    QVERIFY(colorAt(page.height()) != pageColor);
+    QTRY_COMPARE(colorAt(3), QColor(pageColor));
+    QCOMPARE(colorAt(page.height() - 1), QColor(pageColor));
+    QVERIFY(colorAt(page.height()) != QColor(pageColor));
     page.slideOut();
-    QTRY_COMPARE(colorAt(3), listColor);
+    QTRY_COMPARE(colorAt(3), QColor(listColor));
     QTRY_VERIFY(!page.isVisible());
 }
 
