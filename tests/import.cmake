@@ -1,0 +1,1 @@
+vl_test(tst_csvparser LINK vl::import)

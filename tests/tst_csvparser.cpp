@@ -1,0 +1,348 @@
+#include "import/DeviceHeader.h"
+#include "import/csv_parser.h"
+#include "model/ContactFields.h"
+
+#include <QElapsedTimer>
+#include <QTemporaryDir>
+#include <QtTest>
+
+#include <cstdio>
+
+namespace {
+
+using Row = QList<QByteArray>;
+using Rows = QList<Row>;
+
+QByteArray bytesOf(const std::string &text)
+{
+    return QByteArray(text.data(), int(text.size()));
+}
+
+Row rowOf(const csv_row &fields)
+{
+    Row row;
+    for (const std::string &field : fields)
+        row.append(bytesOf(field));
+    return row;
+}
+
+/// A stream over these bytes, to be closed by who gets it.
+std::FILE *streamOf(const QByteArray &content)
+{
+    std::FILE *const stream = std::tmpfile();
+    if (stream)
+        std::fwrite(content.constData(), 1, std::size_t(content.size()), stream);
+    return stream;
+}
+
+/// Every row that the reader announces. It is there to be read as the import reads it.
+Rows rowsOf(csv_parser &reader)
+{
+    Rows rows;
+    do
+        rows.append(rowOf(reader.next_row()));
+    while (reader.more_rows());
+    return rows;
+}
+
+} // namespace
+
+class TestCsvParser : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void splitsLines_data();
+    void splitsLines();
+    void otherModes_data();
+    void otherModes();
+    void separatorsOfOptionalModeAreFixed();
+    void longLines_data();
+    void longLines();
+    void manyQuotesTakeLinearTime();
+    void opensFilesAndStreams();
+    void skipsLinesOnOpening();
+    void tellsHeaders_data();
+    void tellsHeaders();
+    void findsColumns_data();
+    void findsColumns();
+};
+
+void TestCsvParser::splitsLines_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<Rows>("rows");
+
+    const auto add = [](const char *name, const QByteArray &content, const Rows &rows) {
+        QTest::newRow(name) << content << rows;
+    };
+    add("empty file", "", {{""}});
+    add("only LF", "\n", {{"", ""}});
+    add("two LF", "\n\n", {{"", ""}, {"", ""}});
+    add("CR stays", "a,b\r\n", {{"a", "b\r", ""}});
+    add("no final LF", "a,b\nc,d", {{"a", "b", ""}, {"c", "d"}});
+    add("final LF", "a,b\nc,d\n", {{"a", "b", ""}, {"c", "d", ""}});
+    add("only separators", ",,", {{"", "", ""}});
+    add("blanks stay", " a , b \n", {{" a ", " b ", ""}});
+    add("quoted comma", "a,\"b,c\",d\n", {{"a", "b,c", "d", ""}});
+    add("quoted comma last", "a,\"b,c\"", {{"a", "b,c"}});
+    add("doubled quotes", "\"say \"\"hi\"\" now\",x\n", {{"say \"hi\" now", "x", ""}});
+    add("doubled quotes at both ends", "\"\"\"hi\"\"\",x\n", {{"\"hi\"", "x", ""}});
+    add("a quote before a comma", "\"a\"\",b\",c\n", {{"a\",b", "c", ""}});
+    add("a comma and nothing else", "\",\",\",,\"\n", {{",", ",,", ""}});
+    add("a quote and a comma", "\"\"\",\",x\n", {{"\",", "x", ""}});
+    add("quoted nothing", "\"\",x\n", {{"", "x", ""}});
+    add("a quoted quote", "\"\"\"\",x\n", {{"\"", "x", ""}});
+    add("two quoted quotes", "\"\"\"\"\"\",x\n", {{"\"\"", "x", ""}});
+    add("a lone quote", "\"", {{"\""}});
+    add("a quote that never closes", "a,\"b,c\n", {{"a", "\"b,c\n"}});
+    add("a quote inside a field", "a\"b,c\nd,e\n", {{"a\"b,c\n"}, {"d", "e", ""}});
+    add("a pair inside a bare field", "a\"\"b,c\n", {{"a\"b", "c", ""}});
+    add("a NUL ends a piece", QByteArray("a\0b,c\n", 6), {{"a", "b", "c"}});
+    add("only NULs", QByteArray("\0\0\0", 3), {{""}});
+    add("bytes above 127", "\xff\xfe,\xe7\xbd\x91\n", {{"\xff\xfe", "\xe7\xbd\x91", ""}});
+}
+
+void TestCsvParser::splitsLines()
+{
+    QFETCH(QByteArray, content);
+    QFETCH(Rows, rows);
+
+    csv_parser reader;
+    QVERIFY(reader.open_stream(streamOf(content)));
+    QVERIFY(reader.more_rows());
+    QCOMPARE(reader.record_count(), 0U);
+    QCOMPARE(rowsOf(reader), rows);
+    QCOMPARE(reader.record_count(), unsigned(rows.size()));
+}
+
+void TestCsvParser::otherModes_data()
+{
+    QTest::addColumn<int>("mode");
+    QTest::addColumn<char>("escape");
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<Row>("row");
+
+    const int none = csv_parser::enclosure_none;
+    const int mandatory = csv_parser::enclosure_mandatory;
+    QTest::newRow("none") << none << '\0' << QByteArray("a;'b;c'|") << Row{"a", "'b", "c'"};
+    QTest::newRow("none, no end") << none << '\0' << QByteArray("a;b") << Row{"a"};
+    QTest::newRow("mandatory") << mandatory << '\0' << QByteArray("'a;b'x;'c'|") << Row{"a;b", "c"};
+    QTest::newRow("mandatory, escaped")
+        << mandatory << '\\' << QByteArray("'a\\'b';'c'|") << Row{"a\\'b", "c"};
+    QTest::newRow("mandatory, nothing enclosed")
+        << mandatory << '\0' << QByteArray("a;b|") << Row{"a;b|"};
+    QTest::newRow("unknown") << 7 << '\0' << QByteArray("a,\"b,c\"|") << Row{"a", "\"b,c\"|"};
+}
+
+void TestCsvParser::otherModes()
+{
+    QFETCH(int, mode);
+    QFETCH(char, escape);
+    QFETCH(QByteArray, content);
+    QFETCH(Row, row);
+
+    csv_parser reader;
+    QVERIFY(reader.open_stream(streamOf(content + "next")));
+    reader.set_enclosure('\'', mode);
+    reader.set_escape(escape);
+    reader.set_field_term(';');
+    reader.set_line_term('|');
+    // The zero byte must not undo any of it.
+    reader.set_enclosure('\0', csv_parser::enclosure_optional);
+    reader.set_field_term('\0');
+    reader.set_line_term('\0');
+    if (!content.endsWith('|')) {
+        // The last line is the one without a terminator.
+        QVERIFY(reader.open_stream(streamOf(content)));
+    }
+    QCOMPARE(rowOf(reader.next_row()), row);
+    QCOMPARE(reader.more_rows(), content.endsWith('|'));
+}
+
+void TestCsvParser::separatorsOfOptionalModeAreFixed()
+{
+    csv_parser reader;
+    QVERIFY(reader.open_stream(streamOf("a;b,c\nd;e")));
+    reader.set_field_term(';');
+    QCOMPARE(rowsOf(reader), (Rows{{"a;b", "c", ""}, {"d;e"}}));
+}
+
+void TestCsvParser::longLines_data()
+{
+    QTest::addColumn<QByteArray>("line");
+    QTest::addColumn<Row>("row");
+
+    for (const int length : {1023, 1024, 1025, 2047, 2048, 2049, 2060, 2061, 50000}) {
+        const QByteArray field(length, 'x');
+        QTest::addRow("field of %d", length) << field + ",end\n" << Row{field, "end", ""};
+        QTest::addRow("quoted field of %d", length) << "\"" + field + ",\"\"\",end\n"
+                                                    << Row{field + ",\"", "end", ""};
+    }
+    Row fields;
+    for (int i = 0; i < 10000; ++i)
+        fields.append(QByteArray::number(100000000 + i));
+    QByteArray line = fields.join(',') + '\n';
+    QCOMPARE(line.size(), 100000);
+    QTest::newRow("line of 100000") << line << fields + Row{""};
+}
+
+void TestCsvParser::longLines()
+{
+    QFETCH(QByteArray, line);
+    QFETCH(Row, row);
+
+    csv_parser reader;
+    QVERIFY(reader.open_stream(streamOf(line + "next,row")));
+    // Not compared as a whole: a difference would print every byte.
+    const Rows rows = rowsOf(reader);
+    QCOMPARE(rows.size(), 2);
+    QVERIFY(rows.first() == row);
+    QCOMPARE(rows.last(), (Row{"next", "row"}));
+}
+
+/// Text that is moved up for every quote in it takes minutes here.
+void TestCsvParser::manyQuotesTakeLinearTime()
+{
+    constexpr int quotes = 2000000;
+    csv_parser reader;
+    QVERIFY(reader.open_stream(streamOf('"' + QByteArray(2 * quotes, '"') + "\",end")));
+    QElapsedTimer timer;
+    timer.start();
+    const csv_row row = reader.next_row();
+    const qint64 elapsed = timer.elapsed();
+    QCOMPARE(row.size(), std::size_t(2));
+    QCOMPARE(row.front().size(), std::size_t(quotes));
+    QVERIFY2(elapsed < 20000, qPrintable(QString::number(elapsed)));
+}
+
+void TestCsvParser::opensFilesAndStreams()
+{
+    const QTemporaryDir folder;
+    const QByteArray path = QFile::encodeName(folder.filePath(QStringLiteral("设备 list.csv")));
+    csv_parser reader;
+    QVERIFY(!reader.open_file(nullptr));
+    QVERIFY(!reader.open_file(""));
+    QVERIFY(!reader.open_file(path.constData()));
+    QVERIFY(!reader.open_stream(nullptr));
+    QVERIFY(!reader.more_rows());
+    QCOMPARE(rowsOf(reader), Rows{{""}});
+
+    QFile file(QFile::decodeName(path));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write("a\nb\n");
+    file.close();
+    QVERIFY(reader.open_file(path.constData()));
+    QCOMPARE(rowOf(reader.next_row()), (Row{"a", ""}));
+    QVERIFY(reader.more_rows());
+    // Opening once more starts from the beginning.
+    QVERIFY(reader.open_file(path.constData()));
+    QCOMPARE(reader.record_count(), 0U);
+    QCOMPARE(rowsOf(reader), (Rows{{"a", ""}, {"b", ""}}));
+}
+
+void TestCsvParser::skipsLinesOnOpening()
+{
+    csv_parser reader;
+    reader.set_skip_lines(2);
+    QVERIFY(reader.open_stream(streamOf("a\nb\nc\n")));
+    QVERIFY(reader.more_rows());
+    QCOMPARE(reader.record_count(), 0U);
+    QCOMPARE(rowsOf(reader), (Rows{{"c", ""}}));
+    QVERIFY(reader.open_stream(streamOf("a\n")));
+    QVERIFY(!reader.more_rows());
+}
+
+void TestCsvParser::tellsHeaders_data()
+{
+    QTest::addColumn<QString>("titles");
+    QTest::addColumn<int>("type");
+    QTest::addColumn<bool>("isDeviceList");
+
+    const auto add = [](const char *name, const char *titles, int type, bool isDeviceList) {
+        QTest::newRow(name) << QString::fromUtf8(titles) << type << isDeviceList;
+    };
+    QTest::newRow("English") << englishCsvHeader() << int(EnglishDeviceHeader) << true;
+    QTest::newRow("Chinese") << chineseCsvHeader() << int(ChineseDeviceHeader) << true;
+    QTest::newRow("upper case") << englishCsvHeader().toUpper() << int(EnglishDeviceHeader) << true;
+    add("only a port", "mac,random port", EnglishDeviceHeader, true);
+    add("only a gateway", "GATEWAY IP,MAC", EnglishDeviceHeader, true);
+    add("only a dial plan", "MAC,Dial Plan", EnglishDeviceHeader, true);
+    add("only a Chinese port", "随机端口,mac", ChineseDeviceHeader, true);
+    add("only a Chinese gateway", "MAC,网关ip", ChineseDeviceHeader, true);
+    add("only Chinese dialling", "MAC,拨号规则", ChineseDeviceHeader, true);
+    add("no MAC", "Random Port,IP", EnglishDeviceHeader, false);
+    add("a MAC and no more", "MAC,IP,Password", PhonebookHeader, false);
+    add("part of a key", "MAC,Random Ports,My Dial Plan", PhonebookHeader, false);
+    add("nothing", "", PhonebookHeader, false);
+    add("phone book", "First Name,Last Name,Work Phone", PhonebookHeader, false);
+    add("mail", "Given Name,MAC", MailHeader, false);
+    add("mail by its group", "group membership", MailHeader, false);
+    add("mail by its type", "Phone 1 - Type", MailHeader, false);
+    add("mail by its value", "Phone 1 - Value", MailHeader, false);
+    add("office", "Categories,MAC", OfficeHeader, false);
+    add("business", "Business Phone", BusinessHeader, false);
+    add("Chinese office", "单位主要电话,MAC", ChineseOfficeHeader, false);
+    add("Chinese business", "业务电话,业务传真", ChineseBusinessHeader, false);
+    add("device wins", "Given Name,Categories,MAC,Dial Plan", EnglishDeviceHeader, true);
+    add("Chinese device wins", "业务电话,MAC,网关IP", ChineseDeviceHeader, true);
+}
+
+void TestCsvParser::tellsHeaders()
+{
+    QFETCH(QString, titles);
+    QFETCH(int, type);
+    QFETCH(bool, isDeviceList);
+
+    const DeviceHeader header(titles.split(QLatin1Char(',')));
+    QCOMPARE(int(header.type()), type);
+    QCOMPARE(header.isDeviceList(), isDeviceList);
+}
+
+void TestCsvParser::findsColumns_data()
+{
+    QTest::addColumn<QString>("line");
+
+    QTest::newRow("English") << englishCsvHeader();
+    QTest::newRow("Chinese") << chineseCsvHeader();
+}
+
+/// "IP" ends other titles, so each column has to find its own among all, wherever they stand.
+void TestCsvParser::findsColumns()
+{
+    QFETCH(QString, line);
+    const QStringList titles = line.split(QLatin1Char(','));
+    QCOMPARE(titles.size(), int(contactFieldCount));
+
+    QStringList reversed(titles.rbegin(), titles.rend());
+    for (QString &title : reversed)
+        title = title.toLower();
+    reversed.prepend(QStringLiteral("Notes"));
+    const QVector<int> positions = DeviceHeader(reversed).positions();
+    for (int i = 0; i < titles.size(); ++i)
+        QCOMPARE(positions.value(i), titles.size() - i);
+
+    for (const QString &missing : titles) {
+        QStringList others = titles;
+        const int place = others.indexOf(missing);
+        others.removeAt(place);
+        const DeviceHeader header(others);
+        QCOMPARE(header.positions().value(place), -1);
+        QCOMPARE(header.positions().count(-1), 1);
+        QCOMPARE(header.isDeviceList(), place != 0);
+        QStringList row;
+        for (const QString &other : qAsConst(others))
+            row.append(other + QLatin1Char('!'));
+        const ContactInfo device = header.device(row);
+        int column = 0;
+        for (const ContactField &field : contactCsvFields()) {
+            const QString &title = titles.at(column++);
+            QCOMPARE(device.*field.member, title == missing ? QString() : title + QLatin1Char('!'));
+        }
+        // A row that stops early is read as far as it goes.
+        QCOMPARE(header.device(row.mid(0, 1)).proxy_server, QString());
+    }
+}
+
+QTEST_GUILESS_MAIN(TestCsvParser)
+#include "tst_csvparser.moc"
