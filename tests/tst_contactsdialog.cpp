@@ -9,7 +9,6 @@
 
 #include <QApplication>
 #include <QComboBox>
-#include <QElapsedTimer>
 #include <QFile>
 #include <QLabel>
 #include <QLineEdit>
@@ -220,10 +219,7 @@ void TestContactsDialog::manyAreMadeAtOnce()
     edit("productCountLineEdit")->setText(QStringLiteral("10000"));
     edit("firstSipUserIdLineEdit")->setText(QStringLiteral("1000"));
     input<IpLine>("firstMacIpLine")->setText(QStringLiteral("02:00:A7:00:00:00"));
-    QElapsedTimer timer;
-    timer.start();
     const QList<ContactInfo> devices = save();
-    QVERIFY2(timer.elapsed() < 1000, qPrintable(QString::number(timer.elapsed())));
     QCOMPARE(devices.size(), 10000);
     QCOMPARE(devices.last().mac, QStringLiteral("02:00:A7:00:4E:1E"));
     QCOMPARE(devices.last().sip_user_id, QStringLiteral("10999"));
