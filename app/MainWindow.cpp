@@ -406,6 +406,8 @@ void MainWindow::closeHttpd()
 
 void MainWindow::selectPNPServer()
 {
+    if (m_closed)
+        return;
     if (!m_commandBar->isPnpEnabled()) {
         enablePnp();
         return;

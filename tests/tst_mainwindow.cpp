@@ -65,6 +65,8 @@ private slots:
     void aCancelledCardChoiceLeavesTheButtonAsItWas();
     void closingInTheMiddleOfAQuestionEndsCleanly();
     void closesOnce();
+    void plugAndPlayNeedsHttpd();
+    void takesTheListOutAndIn();
 
 private:
     void openWindow();
@@ -403,6 +405,76 @@ void TestMainWindow::closesOnce()
     QCOMPARE(quit.count(), 1);
     QCOMPARE(QDir(m_folder->path()).entryList({QStringLiteral("*.csv")}),
              QStringList{QStringLiteral("other.csv")});
+}
+
+void TestMainWindow::plugAndPlayNeedsHttpd()
+{
+    openWindow();
+    m_answers = QStringList{QStringLiteral("OK")};
+    button("tool_pnpButton")->click();
+    QCOMPARE(m_shown.size(), 1);
+    QCOMPARE(m_shown.last().title, QStringLiteral("Enable PNP Server"));
+    QCOMPARE(m_shown.last().text, QStringLiteral("PNP service requires HTTPD enabled, "
+                                                 "please open HTTPD service first!"));
+    QCOMPARE(button("tool_pnpButton")->text(), QStringLiteral("&Enable PNP Server"));
+    QVERIFY(!m_dataMgr->isPnPServerRunning());
+}
+
+void TestMainWindow::takesTheListOutAndIn()
+{
+    openWindow();
+    addDevice(QStringLiteral("02:00:A7:00:00:01"), QStringLiteral("1001"));
+    addDevice(QStringLiteral("02:00:A7:00:00:02"), QStringLiteral("0012"));
+    const QString target = m_folder->filePath(QStringLiteral("devices.csv"));
+    const auto path = [this](const char *name) {
+        return m_window->findChild<QLineEdit *>(QLatin1String(name));
+    };
+
+    m_window->localExport();
+    button("exportBeginButton")->click();
+    QCOMPARE(m_shown.last().text, QStringLiteral("Please choose correct path to export."));
+    path("exportPathLineEdit")->setText(m_folder->path());
+    button("exportBeginButton")->click();
+    QCOMPARE(m_shown.last().text, QStringLiteral("File has been exported successfully!"));
+    QVERIFY(QFile::exists(target));
+
+    // Not replaced when the user would rather not.
+    writeFile(target, "mine");
+    m_window->localExport();
+    path("exportPathLineEdit")->setText(m_folder->path());
+    m_answers = QStringList{QStringLiteral("No")};
+    button("exportBeginButton")->click();
+    QCOMPARE(m_shown.last().title, QStringLiteral("Replace action"));
+    QCOMPARE(m_shown.last().text,
+             target + QStringLiteral("has already exist,do you want to replace it?"));
+    QCOMPARE(QFileInfo(target).size(), 4);
+
+    // Which is no device list: what is listed stays.
+    m_window->localImport();
+    button("importBeginButton")->click();
+    QCOMPARE(m_shown.last().text, QStringLiteral("Please choose correct file to import."));
+    path("importPathLineEdit")->setText(target);
+    button("importBeginButton")->click();
+    QCOMPARE(m_shown.last().title, QStringLiteral("Import Box"));
+    QCOMPARE(m_shown.last().text,
+             QStringLiteral("Import is failed, please check the file format and encoding."));
+    QCOMPARE(countText(), QStringLiteral("Total device:2"));
+
+    m_window->localExport();
+    path("exportPathLineEdit")->setText(m_folder->path());
+    m_answers = QStringList{QStringLiteral("Yes")};
+    button("exportBeginButton")->click();
+    m_window->deleteOneContact(0);
+    addDevice(QStringLiteral("02:00:A7:00:00:03"), QString());
+    m_window->localImport();
+    path("importPathLineEdit")->setText(target);
+    const int boxes = m_shown.size();
+    button("importBeginButton")->click();
+    QCOMPARE(m_shown.size(), boxes);
+    QCOMPARE(storedMacs(), QStringList({QStringLiteral("02:00:A7:00:00:01"),
+                                        QStringLiteral("02:00:A7:00:00:02")}));
+    QCOMPARE(m_dataMgr->devices().at(1).info.first_account, QStringLiteral("0012"));
+    QCOMPARE(QDir(m_folder->filePath(QStringLiteral("backup"))).entryList(QDir::Files).size(), 1);
 }
 
 QTEST_MAIN(TestMainWindow)
