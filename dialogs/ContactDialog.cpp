@@ -105,6 +105,8 @@ void ContactDialog::createLayout()
     auto *saveButton = new QPushButton(tr("Save"), this);
     auto *cancelButton = new QPushButton(tr("Cancel"), this);
     m_advanceButton->setObjectName(QStringLiteral("showAdvanceButton"));
+    // The one button that Return presses, and that looks so, is "Save".
+    m_advanceButton->setAutoDefault(false);
     saveButton->setObjectName(QStringLiteral("saveButton"));
     cancelButton->setObjectName(QStringLiteral("cancelButton"));
     saveButton->setDefault(true);

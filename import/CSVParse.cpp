@@ -17,10 +17,10 @@ namespace {
 constexpr std::array<const char *, 3> workFiles = {"tmp.csv", "tmp1.csv", "tmp2.csv"};
 constexpr int lineBufferSize = 2048;
 constexpr unsigned rowsBetweenBreaths = 500;
-constexpr qint64 blockSize = 64 * 1024;
+constexpr qint64 blockSize = 65536;
 
 const QString utf8Name = QStringLiteral("UTF-8");
-const QByteArray byteOrderMark("\xef\xbb\xbf");
+constexpr std::array<char, 3> byteOrderMark = {'\xef', '\xbb', '\xbf'};
 
 /// These files hold passwords.
 bool openPrivate(QFile &file, QIODevice::OpenMode mode)
@@ -153,10 +153,10 @@ bool CSVParse::copyText(const QString &from, const QString &to) const
     qint64 length = 0;
     while ((length = source.readLine(buffer.data(), lineBufferSize)) > 0) {
         const char *start = buffer.data();
-        if (first && length >= byteOrderMark.size() &&
+        if (first && length >= qint64(byteOrderMark.size()) &&
             std::equal(byteOrderMark.begin(), byteOrderMark.end(), start)) {
             start += byteOrderMark.size();
-            length -= byteOrderMark.size();
+            length -= qint64(byteOrderMark.size());
         }
         first = false;
         if (target.write(start, length) != length)

@@ -20,6 +20,7 @@
 #include <QThread>
 #include <QTime>
 
+#include <array>
 #include <cstdlib>
 #include <memory>
 
@@ -28,8 +29,8 @@ namespace {
 constexpr int devicesBetweenBreaths = 1000;
 
 // The order is the order of removal.
-const QStringList storedFiles = {QStringLiteral("phonebook.db"), QStringLiteral("tmp.csv"),
-                                 QStringLiteral("tmp1.csv"), QStringLiteral("tmp2.csv")};
+constexpr std::array<const char *, 4> storedFiles = {"phonebook.db", "tmp.csv", "tmp1.csv",
+                                                     "tmp2.csv"};
 const QString provisioningRoot = QStringLiteral("HTTPD");
 
 } // namespace
@@ -317,8 +318,8 @@ bool DataMgr::clearOld()
 
 void DataMgr::cleanUp()
 {
-    for (const QString &name : storedFiles)
-        QFile::remove(m_directory + name);
+    for (const char *const name : storedFiles)
+        QFile::remove(m_directory + QLatin1String(name));
     removeProvisioningFiles();
 }
 

@@ -11,9 +11,14 @@
 namespace {
 
 constexpr int keptBackups = 30;
-// Files of the user's own stand in this folder as well.
-const QRegularExpression backupName(QStringLiteral("^devices-\\d{8}-\\d{6}(-\\d+)?\\.csv$"));
 const QString lineEnd = QStringLiteral("\r\n");
+
+/// Files of the user's own stand in the folder as well.
+bool isBackup(const QString &fileName)
+{
+    static const QRegularExpression name(QStringLiteral("^devices-\\d{8}-\\d{6}(-\\d+)?\\.csv$"));
+    return name.match(fileName).hasMatch();
+}
 
 QString quotedWhereNeeded(const QString &field)
 {
@@ -97,7 +102,7 @@ void DeviceBackup::removeOldest() const
     QStringList others; // newest first, unless the clock was set back
     const QStringList files = folder.entryList(QDir::Files, QDir::Time);
     for (const QString &name : files) {
-        if (name != newest && backupName.match(name).hasMatch())
+        if (name != newest && isBackup(name))
             others.append(name);
     }
     while (others.size() >= keptBackups)

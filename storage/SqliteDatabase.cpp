@@ -228,7 +228,7 @@ bool SqliteDatabase::insertContacts(const QList<ContactInfo> &contacts)
         for (const ContactInfo &contact : contacts) {
             // A null text would be stored as NULL, which is not the empty text that it stands for.
             const QString &text = contact.*field.member;
-            values.append(text.isNull() ? QStringLiteral("") : text);
+            values.append(text.isNull() ? QString(QLatin1String("")) : text);
         }
         columns.append(values);
     }

@@ -40,8 +40,8 @@ void writeFile(const QString &path, const QByteArray &content)
     file.write(content);
 }
 
-const QByteArray anyFreePort = "<configHttpdPort><useDefault>0</useDefault><port></port>"
-                               "</configHttpdPort>";
+const char anyFreePort[] = "<configHttpdPort><useDefault>0</useDefault><port></port>"
+                           "</configHttpdPort>";
 
 } // namespace
 
@@ -105,7 +105,8 @@ void TestMainWindow::init()
             shown.text = box->text();
         const QString answer = m_answers.isEmpty() ? QString() : m_answers.takeFirst();
         QPushButton *pressed = nullptr;
-        for (QPushButton *const candidate : dialog.findChildren<QPushButton *>()) {
+        const auto buttons = dialog.findChildren<QPushButton *>();
+        for (QPushButton *const candidate : buttons) {
             const QString text = candidate->text().remove(QLatin1Char('&'));
             shown.buttons.append(text);
             if (text == answer)
@@ -162,7 +163,8 @@ void TestMainWindow::addDevice(const QString &mac, const QString &account)
 QStringList TestMainWindow::storedMacs()
 {
     QStringList macs;
-    for (const ContactInfo &contact : m_dbOperator->load())
+    const auto contacts = m_dbOperator->load();
+    for (const ContactInfo &contact : contacts)
         macs.append(contact.mac);
     return macs;
 }
@@ -185,9 +187,11 @@ void TestMainWindow::hasTheMenusInTheirOrder()
 {
     openWindow();
     QStringList menus;
-    for (const QAction *const entry : m_window->menuBar()->actions()) {
+    const auto entries = m_window->menuBar()->actions();
+    for (const QAction *const entry : entries) {
         QStringList texts;
-        for (const QAction *const action : entry->menu()->actions())
+        const auto actions = entry->menu()->actions();
+        for (const QAction *const action : actions)
             texts.append(action->isSeparator() ? QStringLiteral("-") : action->text());
         menus.append(
             QStringLiteral("%1[%2]: %3")
@@ -250,7 +254,8 @@ void TestMainWindow::editingChangesTheDeviceOnlyWhenSaved()
     const auto edit = [&] {
         m_window->showContactViewDetail(1);
         QVERIFY(dialog->isVisible());
-        for (QLineEdit *const line : dialog->findChildren<QLineEdit *>()) {
+        const auto lines = dialog->findChildren<QLineEdit *>();
+        for (QLineEdit *const line : lines) {
             if (line->text() == QLatin1String("1002"))
                 account = line;
         }

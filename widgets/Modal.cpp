@@ -5,7 +5,9 @@
 #include <QHash>
 #include <QIcon>
 #include <QMainWindow>
+#include <QPointer>
 #include <QPushButton>
+#include <QTimer>
 
 #include <algorithm>
 #include <utility>
@@ -36,16 +38,18 @@ const QWidget *mainWindow()
     return found == windows.end() ? nullptr : *found;
 }
 
-/// Over the program's window. Qt would take the parent, which for a question of a service is not on
-/// screen, or there is none.
-void centre(QDialog &dialog)
+/// Puts a dialog over the program's window. Qt would take the parent, which for a question of a
+/// service is not on screen, or there is none. A box knows its size only once it is shown.
+void centreWhenShown(QDialog &dialog)
 {
     const QWidget *const parent = dialog.parentWidget();
-    const QWidget *const window = mainWindow();
+    const QPointer<const QWidget> window = mainWindow();
     if (!window || (parent && parent->isVisible()))
         return;
-    dialog.adjustSize();
-    dialog.move(window->geometry().center() - dialog.rect().center());
+    QTimer::singleShot(0, &dialog, [&dialog, window] {
+        if (window)
+            dialog.move(window->geometry().center() - dialog.rect().center());
+    });
 }
 
 Modal::Answer ask(QWidget *parent, const QString &title, const QString &text, bool ofMany)
@@ -82,7 +86,7 @@ int run(QDialog &dialog)
 {
     if (currentRunner())
         return currentRunner()(dialog);
-    centre(dialog);
+    centreWhenShown(dialog);
     return dialog.exec();
 }
 
