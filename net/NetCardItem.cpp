@@ -1,6 +1,7 @@
 #include "net/NetCardItem.h"
 
 #include <QLabel>
+#include <QMouseEvent>
 #include <QRadioButton>
 
 namespace {
@@ -35,6 +36,12 @@ NetCardItem::NetCardItem(const QString &name, const QStringList &ipList, QWidget
 
     setFocusProxy(m_radioButton);
     connect(m_radioButton, &QRadioButton::toggled, this, &NetCardItem::cardToggled);
+}
+
+void NetCardItem::mousePressEvent(QMouseEvent *event)
+{
+    if (event->button() == Qt::LeftButton)
+        m_radioButton->click();
 }
 
 void NetCardItem::setChecked(bool checked)

@@ -23,6 +23,10 @@ signals:
     /// The radio button changed, by the user or by setChecked().
     void cardToggled(bool checked);
 
+protected:
+    /// The whole line chooses the card, its addresses included.
+    void mousePressEvent(QMouseEvent *event) override;
+
 private:
     QString m_name;
     QStringList m_ipList;

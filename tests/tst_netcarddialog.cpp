@@ -138,6 +138,11 @@ void TestNetCardDialog::oneItemChecked()
             QCOMPARE(items[i]->isChecked(), i == chosen);
         QCOMPARE(dialog.selectedIpList(), items[chosen]->ipList());
     }
+    // Beside the name, and on the addresses.
+    QTest::mouseClick(items[0], Qt::LeftButton, {}, QPoint(305, 15));
+    QVERIFY(items[0]->isChecked());
+    QTest::mouseClick(items[1]->findChild<QLabel *>(), Qt::LeftButton);
+    QVERIFY(items[1]->isChecked() && !items[0]->isChecked());
 }
 
 void TestNetCardDialog::scrolls()
