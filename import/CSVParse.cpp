@@ -28,6 +28,43 @@ bool openPrivate(QFile &file, QIODevice::OpenMode mode)
     return file.open(mode) && file.setPermissions(QFile::ReadOwner | QFile::WriteOwner);
 }
 
+/// The text of `bytes`; null when they are not wholly in this encoding.
+///
+/// Not every codec counts what it cannot read: those that Qt takes from ICU put U+FFFD or, for a
+/// single byte, SUB in its place, and drop a character that the end cuts off. A line end behind it
+/// brings that to light as well.
+QString decoded(const QTextCodec &codec, const QByteArray &bytes)
+{
+    constexpr QChar substitute(0x1a);
+    const QChar lineEnd(QLatin1Char('\n'));
+    QTextCodec::ConverterState end(QTextCodec::IgnoreHeader);
+    const QByteArray probe = bytes + codec.fromUnicode(&lineEnd, 1, &end);
+    QTextCodec::ConverterState state;
+    QString text = codec.toUnicode(probe.constData(), probe.size(), &state);
+    if (state.invalidChars > 0 || state.remainingChars > 0 || !text.endsWith(lineEnd) ||
+        text.contains(QChar::ReplacementCharacter) || text.count(substitute) > bytes.count('\x1a'))
+        return {};
+    text.chop(1);
+    return text.isNull() ? QLatin1String("") : text;
+}
+
+bool isUtf8(const QString &path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return true; // for the import to fail on
+    QTextCodec *const codec = QTextCodec::codecForName("UTF-8");
+    QTextCodec::ConverterState state;
+    while (!file.atEnd() && state.invalidChars == 0) {
+        const QByteArray block = file.read(blockSize);
+        if (block.isEmpty())
+            break;
+        codec->toUnicode(block.constData(), block.size(), &state);
+    }
+    // What remains is the start of a character that never ended.
+    return state.invalidChars == 0 && state.remainingChars == 0;
+}
+
 } // namespace
 
 CSVParse::CSVParse(ImportTarget &target, const QString &workFolder)
@@ -58,19 +95,7 @@ QString CSVParse::legacyEncodingName() const
 
 QString CSVParse::encodingOf(const QString &sourcePath) const
 {
-    QFile file(sourcePath);
-    if (!file.open(QIODevice::ReadOnly))
-        return utf8Name;
-    QTextCodec *const codec = QTextCodec::codecForName("UTF-8");
-    QTextCodec::ConverterState state;
-    while (!file.atEnd() && state.invalidChars == 0) {
-        const QByteArray block = file.read(blockSize);
-        if (block.isEmpty())
-            break;
-        codec->toUnicode(block.constData(), block.size(), &state);
-    }
-    // What remains is the start of a character that never ended.
-    return state.invalidChars == 0 && state.remainingChars == 0 ? utf8Name : legacyEncodingName();
+    return isUtf8(sourcePath) ? utf8Name : legacyEncodingName();
 }
 
 bool CSVParse::convert(const QString &path, const QString &fromEncoding, const QString &toEncoding)
@@ -78,14 +103,13 @@ bool CSVParse::convert(const QString &path, const QString &fromEncoding, const Q
     QTextCodec *const from = QTextCodec::codecForName(fromEncoding.toUtf8());
     QTextCodec *const to = QTextCodec::codecForName(toEncoding.toUtf8());
     QFile source(path);
-    if (!from || !to || !source.open(QIODevice::ReadOnly))
+    if (fromEncoding.isEmpty() || !from || !to || !source.open(QIODevice::ReadOnly))
         return false;
     const QByteArray bytes = source.readAll();
     if (source.error() != QFile::NoError)
         return false;
-    QTextCodec::ConverterState state;
-    const QString text = from->toUnicode(bytes.constData(), bytes.size(), &state);
-    if (state.invalidChars > 0 || state.remainingChars > 0)
+    const QString text = decoded(*from, bytes);
+    if (text.isNull())
         return false;
 
     QFile target(workFile("tmp1.csv"));
@@ -133,7 +157,7 @@ bool CSVParse::prepare(const QString &sourcePath, const QString &encodingName)
         return false;
     QFile::setPermissions(copy, QFile::ReadOwner | QFile::WriteOwner);
     if (encodingName == utf8Name)
-        return copyText(copy, workFile("tmp2.csv"));
+        return encodingOf(copy) == utf8Name && copyText(copy, workFile("tmp2.csv"));
     if (!convert(copy, encodingName, utf8Name)) {
         qCDebug(debugLog) << "return false because encode";
         return false;

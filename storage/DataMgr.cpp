@@ -303,12 +303,14 @@ bool DataMgr::clearOld()
         return true;
     if (!m_saver.backUpAll(ListSaver::Ask::Allowed) || m_closed)
         return false;
+    const bool usable = m_saver.isUsable();
+    if (!usable && (!m_saver.putAside() || m_closed))
+        return false; // the clean-up would remove what may be all that is left of a list
     m_devices.clear();
     bool ready = true;
-    if (m_saver.isUsable()) {
+    if (usable) {
         removeProvisioningFiles();
     } else {
-        m_saver.putAside();
         cleanUp();
         ready = m_saver.open();
     }

@@ -74,8 +74,16 @@ bool DeviceBackup::putAside(const QString &filePath)
     if (!QFile::exists(filePath))
         return true;
     const QFileInfo info(filePath);
-    return makeFolder() &&
-           QFile::rename(filePath, freePath(info.completeBaseName(), info.suffix()));
+    QFile file(filePath);
+    if (!makeFolder()) {
+        m_errorText = QDir::toNativeSeparators(m_folder);
+        return false;
+    }
+    if (!file.rename(freePath(info.completeBaseName(), info.suffix()))) {
+        m_errorText = file.errorString();
+        return false;
+    }
+    return true;
 }
 
 bool DeviceBackup::makeFolder() const

@@ -17,7 +17,7 @@ public:
     bool write(const QList<ContactInfo> &devices);
 
     /// Moves a file that cannot be read to the backups, named after the present time. A file that
-    /// is not there is no failure.
+    /// is not there is no failure. After one, errorText() is set and the file is where it was.
     bool putAside(const QString &filePath);
 
     QString errorText() const { return m_errorText; }

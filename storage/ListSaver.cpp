@@ -109,8 +109,11 @@ bool ListSaver::backUp(const QList<ContactInfo> &contacts, Ask ask)
     if (m_backup.write(contacts))
         return true;
     failed(m_backup.errorText());
-    if (ask == Ask::Never)
-        return false;
+    return ask == Ask::Allowed && goOnWithoutBackup();
+}
+
+bool ListSaver::goOnWithoutBackup() const
+{
     const QString text = QCoreApplication::translate(
                              "ListSaver", "The backup of the device list can not be written: %1. "
                                           "Do you want to go on without a backup?")
@@ -129,10 +132,13 @@ bool ListSaver::backUpAll(Ask ask)
     return m_storedRowsKnown;
 }
 
-void ListSaver::putAside()
+bool ListSaver::putAside()
 {
     close();
-    m_backup.putAside(m_dbOperator.database()->filePath());
+    if (m_backup.putAside(m_dbOperator.database()->filePath()))
+        return true;
+    failed(m_backup.errorText());
+    return goOnWithoutBackup();
 }
 
 bool ListSaver::failed(const QString &reason)

@@ -45,8 +45,9 @@ public:
     bool backUp(const QList<ContactInfo> &contacts, Ask ask);
     /// Before the list is emptied: puts it, and stored rows that were never in it, into backups.
     bool backUpAll(Ask ask);
-    /// Closes a store that cannot be used and moves its file to the backups.
-    void putAside();
+    /// Closes a store that cannot be used and moves its file to the backups. False when that fails
+    /// and the user does not go on without.
+    bool putAside();
     /// Where the last backup is.
     QString backupPath() const { return m_backup.lastPath(); }
 
@@ -54,6 +55,7 @@ public:
 
 private:
     bool failed(const QString &reason);
+    bool goOnWithoutBackup() const;
     bool keepStoredRows(Ask ask);
     bool writeList(const DeviceListSnapshot &list);
 

@@ -1,0 +1,826 @@
+#include "RawDatabase.h"
+#include "TestDevices.h"
+#include "export/CSVOutlookCNExport.h"
+#include "export/CSVOutlookExport.h"
+#include "import/ParseBase.h"
+#include "import/ParseFactory.h"
+#include "model/ExportType.h"
+#include "model/ImportTarget.h"
+#include "storage/DBOperator.h"
+#include "storage/DataMgr.h"
+#include "storage/DatabaseLayer.h"
+#include "widgets/Modal.h"
+
+#include <QAbstractButton>
+#include <QDir>
+#include <QLocale>
+#include <QTemporaryDir>
+#include <QTextCodec>
+#include <QtTest>
+
+#include <functional>
+#include <initializer_list>
+#include <memory>
+
+namespace {
+
+const QString yes = QStringLiteral("Yes");
+const QString no = QStringLiteral("No");
+const QString yesToAll = QStringLiteral("Yes to All");
+const QString noToAll = QStringLiteral("No to All");
+
+/// Stands for the user: gives the answers in turn, the last one again and again.
+class User
+{
+public:
+    User()
+    {
+        Modal::setRunner([this](QDialog &dialog) {
+            auto &box = static_cast<QMessageBox &>(dialog);
+            const QString answer = answers.size() > 1 ? answers.takeFirst() : answers.value(0);
+            QStringList labels;
+            QAbstractButton *pressed = nullptr;
+            const QList<QAbstractButton *> buttons = box.buttons();
+            for (QAbstractButton *button : buttons) {
+                labels.append(button->text());
+                if (button->text() == answer)
+                    pressed = button;
+            }
+            titles.append(box.windowTitle());
+            texts.append(box.text());
+            choices.append(labels.join(QLatin1Char('|')));
+            if (meanwhile)
+                meanwhile();
+            if (pressed)
+                pressed->click();
+            return 0;
+        });
+    }
+    ~User() { Modal::setRunner({}); }
+    User(const User &) = delete;
+    User &operator=(const User &) = delete;
+
+    QStringList answers;
+    QStringList titles;
+    QStringList texts;
+    QStringList choices;
+    std::function<void()> meanwhile; ///< happens while each box is open
+};
+
+/// The program's data side over one folder, as one run of the program has it.
+struct Run
+{
+    explicit Run(const QString &folder)
+        : dbOperator(folder + QLatin1Char('/'))
+        , mgr(dbOperator, folder + QLatin1Char('/'))
+        , changes(&mgr, &DataMgr::updateModel)
+    {
+    }
+    QList<ContactInfo> contacts() const { return mgr.devices().snapshot().contacts(); }
+
+    DBOperator dbOperator;
+    DataMgr mgr;
+    QSignalSpy changes;
+};
+
+/// Remembers what an import asks for.
+class RecordingTarget : public ImportTarget
+{
+public:
+    bool clearOld() override
+    {
+        ++clears;
+        return mayClear;
+    }
+    void keepAlive() override { ++breaths; }
+    void addContacts(const QList<ContactInfo> &contacts) override { added += contacts; }
+
+    bool mayClear = true;
+    int clears = 0;
+    int breaths = 0;
+    QList<ContactInfo> added;
+};
+
+QStringList texts(std::initializer_list<const char *> list)
+{
+    QStringList result;
+    for (const char *text : list)
+        result.append(QString::fromUtf8(text));
+    return result;
+}
+
+QList<ContactInfo> stampedDevices(const QStringList &stamps)
+{
+    QList<ContactInfo> devices;
+    for (const QString &stamp : stamps)
+        devices.append(stampedDevice(stamp));
+    return devices;
+}
+
+/// `devices` as they are listed, numbered from 1.
+QList<ContactInfo> numbered(QList<ContactInfo> devices)
+{
+    for (int row = 0; row < devices.size(); ++row)
+        devices[row].id = row + 1;
+    return devices;
+}
+
+QString csvText(const QString &header, const QList<ContactInfo> &devices,
+                const QString &lineEnd = QStringLiteral("\n"))
+{
+    QString text = header + lineEnd;
+    for (const ContactInfo &device : devices) {
+        QStringList row;
+        for (const ContactField &field : contactCsvFields())
+            row.append(device.*field.member);
+        text += row.join(QLatin1Char(',')) + lineEnd;
+    }
+    return text;
+}
+
+/// A device whose city, company and user name are in these letters.
+ContactInfo deviceNamed(const QString &mac, const QString &text)
+{
+    ContactInfo device = stampedDevice(mac);
+    device.username = text;
+    device.company = text + QStringLiteral(" 1");
+    device.city = text;
+    return device;
+}
+
+} // namespace
+
+class TestCsvImport : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup();
+
+    void legacyEncodingOfTheRegion_data();
+    void legacyEncodingOfTheRegion();
+    void readsEveryEncoding_data();
+    void readsEveryEncoding();
+    void refusesTextThatDoesNotFit_data();
+    void refusesTextThatDoesNotFit();
+    void fieldsArriveAsTheyStand();
+    void lineEndsAtTheBufferEdge();
+    void refusedClearingAddsNothing();
+    void workFilesArePrivate();
+    void exportsTheseBytes_data();
+    void exportsTheseBytes();
+    void failingExports();
+    void exportedListComesBack_data();
+    void exportedListComesBack();
+    void backupComesBack();
+    void flagSaysWhetherTheListIsReplaced_data();
+    void flagSaysWhetherTheListIsReplaced();
+    void failedImportChangesNothing_data();
+    void failedImportChangesNothing();
+    void headerAloneIsAnEmptyList();
+    void duplicatesOfAnImport_data();
+    void duplicatesOfAnImport();
+    void oldRowsStayUntilTheSave();
+    void refusedBackupStopsTheImport();
+    void damagedStoreIsPutAside();
+    void damagedStoreThatCannotBePutAside_data();
+    void damagedStoreThatCannotBePutAside();
+
+private:
+    QString path(const char *name) const { return m_folder->filePath(QLatin1String(name)); }
+    QString databasePath() const { return path("phonebook.db"); }
+    QString writeFile(const QByteArray &content, const char *name = "source.csv") const
+    {
+        QFile file(path(name));
+        if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
+            qFatal("The test cannot write its file");
+        return file.fileName();
+    }
+    QStringList backups(const char *pattern) const
+    {
+        return QDir(path("backup")).entryList({QLatin1String(pattern)}, QDir::Files);
+    }
+    QByteArray backup(const QString &name) const { return fileContent(path("backup/") + name); }
+    void blockBackups() const { writeFile("in the way", "backup"); }
+    bool import(RecordingTarget &target, const QString &source, const QString &encoding = {}) const
+    {
+        const std::unique_ptr<ParseBase> parser(
+            ParseFactory().createParser(target, m_folder->path() + QLatin1Char('/')));
+        return parser->import(source, encoding.isEmpty() ? parser->encodingOf(source) : encoding);
+    }
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+    std::unique_ptr<User> m_user;
+};
+
+void TestCsvImport::init()
+{
+    m_folder = std::make_unique<QTemporaryDir>();
+    QVERIFY(m_folder->isValid());
+    m_user = std::make_unique<User>();
+}
+
+void TestCsvImport::cleanup()
+{
+    m_user.reset();
+    QLocale::setDefault(QLocale::c());
+}
+
+void TestCsvImport::legacyEncodingOfTheRegion_data()
+{
+    QTest::addColumn<QString>("locale");
+    QTest::addColumn<QString>("encoding");
+
+    const auto add = [](const char *locale, const char *encoding) {
+        QTest::newRow(locale) << QString::fromLatin1(locale) << QString::fromLatin1(encoding);
+    };
+    add("zh_CN", "GBK");
+    add("zh_TW", "Big5");
+    add("zh_HK", "Big5-HKSCS");
+    add("ja_JP", "Shift-JIS");
+    add("ru_RU", "KOI8-R");
+    add("ko_KR", "EUC-KR");
+    add("de_DE", "EUC-KR");
+    add("C", "EUC-KR");
+}
+
+void TestCsvImport::legacyEncodingOfTheRegion()
+{
+    QFETCH(QString, locale);
+    QFETCH(QString, encoding);
+    QLocale::setDefault(QLocale(locale));
+    RecordingTarget target;
+    const std::unique_ptr<ParseBase> parser(ParseFactory().createParser(target, m_folder->path()));
+    QCOMPARE(parser->legacyEncodingName(), encoding);
+    QVERIFY(QTextCodec::codecForName(encoding.toLatin1()));
+    QCOMPARE(parser->encodingOf(writeFile("ASCII\n")), QStringLiteral("UTF-8"));
+    QCOMPARE(parser->encodingOf(writeFile("\xe7\xbd\x91\n")), QStringLiteral("UTF-8"));
+    QCOMPARE(parser->encodingOf(writeFile("MAC\n\xd6\xd0\n")), encoding);
+    // A character that the end of the file cuts off, and one that the end of a block does not.
+    QCOMPARE(parser->encodingOf(writeFile("MAC\n\xe7\xbd")), encoding);
+    QCOMPARE(parser->encodingOf(writeFile(QByteArray(65535, 'x') + "\xe7\xbd\x91")),
+             QStringLiteral("UTF-8"));
+}
+
+void TestCsvImport::readsEveryEncoding_data()
+{
+    QTest::addColumn<QString>("locale");
+    QTest::addColumn<QByteArray>("codec");
+    QTest::addColumn<QByteArray>("mark");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("header");
+    QTest::addColumn<QString>("lineEnd");
+
+    struct Sample
+    {
+        const char *locale;
+        const char *codec;
+        const char *mark;
+        const char *text;
+        bool hasChineseTitles;
+    };
+    const QVector<Sample> samples = {
+        {"de_DE", "UTF-8", "", "网络 Größe 네트워크", true},
+        {"zh_CN", "UTF-8", "\xef\xbb\xbf", "网络", true},
+        {"zh_CN", "GBK", "", "网络部门", true},
+        {"zh_TW", "Big5", "", "網路部門", false},
+        {"zh_HK", "Big5-HKSCS", "", "網路部門", false},
+        {"ja_JP", "Shift-JIS", "", "東京ネットワーク", false},
+        {"ko_KR", "EUC-KR", "", "네트워크", false},
+        {"ru_RU", "KOI8-R", "", "Отдел связи", false},
+    };
+    for (const Sample &sample : samples) {
+        for (const char *lineEnd : {"\n", "\r\n"}) {
+            for (const bool isChinese : {false, true}) {
+                if (isChinese && !sample.hasChineseTitles)
+                    continue;
+                QTest::addRow("%s%s, %s titles, %s", sample.codec, *sample.mark ? " marked" : "",
+                              isChinese ? "Chinese" : "English", *lineEnd == '\n' ? "LF" : "CR LF")
+                    << QString::fromLatin1(sample.locale) << QByteArray(sample.codec)
+                    << QByteArray(sample.mark) << QString::fromUtf8(sample.text)
+                    << (isChinese ? chineseCsvHeader() : englishCsvHeader())
+                    << QString::fromLatin1(lineEnd);
+            }
+        }
+    }
+}
+
+void TestCsvImport::readsEveryEncoding()
+{
+    QFETCH(QString, locale);
+    QFETCH(QByteArray, codec);
+    QFETCH(QByteArray, mark);
+    QFETCH(QString, text);
+    QFETCH(QString, header);
+    QFETCH(QString, lineEnd);
+
+    QLocale::setDefault(QLocale(locale));
+    const QList<ContactInfo> devices = {deviceNamed(QStringLiteral("a"), text),
+                                        deviceNamed(QStringLiteral("b"), text + text)};
+    QTextCodec *const textCodec = QTextCodec::codecForName(codec);
+    QVERIFY(textCodec);
+    QTextCodec::ConverterState state(QTextCodec::IgnoreHeader);
+    const QString file = csvText(header, devices, lineEnd);
+    const QString source =
+        writeFile(mark + textCodec->fromUnicode(file.constData(), file.size(), &state));
+    RecordingTarget target;
+    QVERIFY(import(target, source));
+    QCOMPARE(target.clears, 1);
+    QVERIFY(target.added == devices);
+}
+
+void TestCsvImport::refusesTextThatDoesNotFit_data()
+{
+    QTest::addColumn<QString>("encoding");
+    QTest::addColumn<QByteArray>("text");
+
+    const auto add = [](const char *name, const char *encoding, const QByteArray &text) {
+        QTest::newRow(name) << QString::fromLatin1(encoding) << text;
+    };
+    add("GBK in Korea", "EUC-KR", "\x81\x20\xff\xff");
+    add("not Japanese", "Shift-JIS", "\x85\x20\xfd");
+    add("cut off in GBK", "GBK", "\xd6");
+    add("cut off in EUC-KR", "EUC-KR", "\xb3");
+    add("not UTF-8", "UTF-8", "\xd6\xd0");
+    add("cut off in UTF-8", "UTF-8", "\xe7\xbd");
+    add("an unknown codec", "no such codec", "a");
+}
+
+/// Replacement characters in place of names would be a loss that nobody is told of.
+void TestCsvImport::refusesTextThatDoesNotFit()
+{
+    QFETCH(QString, encoding);
+    QFETCH(QByteArray, text);
+    const QByteArray good = csvText(englishCsvHeader(), stampedDevices(texts({"a"}))).toLatin1();
+    RecordingTarget target;
+    QVERIFY(!import(target, writeFile(good + text), encoding));
+    QCOMPARE(target.clears, 0);
+    QVERIFY(target.added.isEmpty());
+}
+
+void TestCsvImport::fieldsArriveAsTheyStand()
+{
+    ContactInfo expected;
+    expected.mac = QStringLiteral("000b82000001");
+    expected.first_account = QStringLiteral("0007");
+    expected.company = QStringLiteral(" Two  inner  blanks ");
+    expected.password = QStringLiteral("a,\"b\",c");
+    expected.username = QStringLiteral("\"");
+    expected.city = QStringLiteral("ab");
+    expected.department = QString(50000, QLatin1Char('x'));
+    RecordingTarget target;
+    // Titles in another order, case and spacing, one quoted, one unknown, most lacking.
+    QVERIFY(import(target, writeFile("  random   PORT ,\"Company\",Notes,PASSWORD,username,City,"
+                                     "Primary account,department,mac\r\n"
+                                     ", Two  inner  blanks ,note,\"a,\"\"b\"\",c\",\"\"\"\","
+                                     "a\rb,0007," +
+                                     QByteArray(50000, 'x') +
+                                     ",000b82000001\r\n"
+                                     "\r\n"
+                                     " , ,\r\n"
+                                     ",,,,,,,,short")));
+    QCOMPARE(target.added.size(), 2);
+    for (const ContactField &field : contactFields())
+        QCOMPARE(target.added.first().*field.member, expected.*field.member);
+    QVERIFY(target.added.last() == deviceWithMac(QStringLiteral("short")));
+}
+
+/// The text is copied in pieces of a little over two thousand bytes.
+void TestCsvImport::lineEndsAtTheBufferEdge()
+{
+    for (int length = 2030; length < 2060; ++length) {
+        const QByteArray field(length, 'x');
+        RecordingTarget target;
+        QVERIFY(import(target, writeFile("Random Port,MAC\r\n1," + field + "\r\n2,second\r\n")));
+        QCOMPARE(target.added.size(), 2);
+        QCOMPARE(target.added.first().mac, QString::fromLatin1(field));
+        QCOMPARE(target.added.last().mac, QStringLiteral("second"));
+    }
+}
+
+void TestCsvImport::refusedClearingAddsNothing()
+{
+    RecordingTarget target;
+    target.mayClear = false;
+    QVERIFY(!import(target, writeFile("MAC,Random Port\na,b\n")));
+    QCOMPARE(target.clears, 1);
+    QVERIFY(target.added.isEmpty());
+}
+
+void TestCsvImport::workFilesArePrivate()
+{
+    const auto files = {"tmp.csv", "tmp1.csv", "tmp2.csv"};
+    for (const char *name : files)
+        writeFile("left by another import", name);
+    const QString source = writeFile("MAC,Random Port\n\xec,b\n");
+    QVERIFY(QFile::setPermissions(source, QFile::ReadOwner | QFile::ReadGroup | QFile::ReadOther));
+    RecordingTarget target;
+    const std::unique_ptr<ParseBase> parser(
+        ParseFactory().createParser(target, m_folder->path() + QLatin1Char('/')));
+    QVERIFY(parser->import(source, QStringLiteral("KOI8-R")));
+    QCOMPARE(fileContent(path("tmp.csv")), QByteArray("MAC,Random Port\n\xec,b\n"));
+    QCOMPARE(fileContent(path("tmp1.csv")), QByteArray("MAC,Random Port\n\xd0\x9b,b\n"));
+    QCOMPARE(fileContent(path("tmp2.csv")), QByteArray("MAC,Random Port\n\xd0\x9b,b\n"));
+    for (const char *name : files)
+        QCOMPARE(filePermissions(path(name)), QFile::ReadOwner | QFile::WriteOwner);
+    parser->removeWorkFiles();
+    for (const char *name : files)
+        QVERIFY(!QFile::exists(path(name)));
+    QVERIFY(QFile::exists(source));
+}
+
+void TestCsvImport::exportsTheseBytes_data()
+{
+    QTest::addColumn<int>("type");
+    QTest::addColumn<QByteArray>("header");
+    QTest::addColumn<QByteArray>("rowEnd");
+
+    QTest::newRow("English")
+        << int(CsvEnglish)
+        << QByteArray("MAC,Product Model,Primary Account,SIP Server,SIP User ID,Authentication ID,"
+                      "Password,Speech Coding1,Speech Coding2,Username,language,Random Port,"
+                      "Keep-Alive,IP,Subnet,Gateway IP,DNS Server 1,DNS Server 2,"
+                      "Enterprise Directory Path,Dial Plan,City,Company,Department,"
+                      "Proxy Server\r\n")
+        << QByteArray("\n");
+    QTest::newRow("Chinese")
+        << int(CsvChinese)
+        << QByteArray("MAC,设备型号,分机号,SIP服务器,用户ID,鉴权ID,密码,语言编码1,语言编码2,"
+                      "用户名,语言,随机端口,Keep-Alive,IP,子网,网关IP,DNS服务器1,DNS服务器2,"
+                      "通讯录路径,拨号规则,城市,公司,部门,代理服务器\r\n")
+        << QByteArray("\r\n");
+}
+
+void TestCsvImport::exportsTheseBytes()
+{
+    QFETCH(int, type);
+    QFETCH(QByteArray, header);
+    QFETCH(QByteArray, rowEnd);
+
+    Run run(m_folder->path());
+    const QString utf8 = QStringLiteral("UTF-8");
+    const QString name = QStringLiteral("x.csv");
+    QVERIFY(run.mgr.exportDevices(type, utf8, name, m_folder->path()));
+    QCOMPARE(fileContent(path("x.csv.csv")), header);
+
+    QVERIFY(run.mgr.openDatabase());
+    ContactInfo device = stampedDevice(QStringLiteral("d"));
+    device.company = QStringLiteral(" 网络, \"AG\" ");
+    run.mgr.addContacts({device, deviceWithMac(QStringLiteral("e"))});
+    QVERIFY(run.mgr.exportDevices(type, utf8, name, m_folder->path()));
+    const QByteArray rows =
+        "d.mac,d.product,d.first_account,d.sip_server,d.sip_user_id,d.auth_id,d.password,"
+        "d.speech_coding1,d.speech_coding2,d.username,d.language,d.random_port,d.keep_alive,d.ip,"
+        "d.subnet,d.gateway_ip,d.dns_server1,d.dns_server2,d.phonebook_path,d.dial_plan,d.city,"
+        " 网络, \"AG\" ,d.department,d.proxy_server" +
+        rowEnd + 'e' + QByteArray(23, ',') + rowEnd;
+    QCOMPARE(fileContent(path("x.csv.csv")), header + rows);
+
+    QVERIFY(run.mgr.exportDevices(type, QStringLiteral("GBK"), name, m_folder->path()));
+    QCOMPARE(fileContent(path("x.csv.csv")),
+             QTextCodec::codecForName("GBK")->fromUnicode(QString::fromUtf8(header + rows)));
+}
+
+void TestCsvImport::failingExports()
+{
+    CSVOutlookExport english;
+    CSVOutlookCNExport chinese;
+    QList<ContactInfo> devices = stampedDevices(texts({"a"}));
+    const QString utf8 = QStringLiteral("UTF-8");
+    writeFile("old", "list.csv");
+    for (ExportBase *exporter :
+         {static_cast<ExportBase *>(&english), static_cast<ExportBase *>(&chinese)}) {
+        QVERIFY(!exporter->exportFile(QStringLiteral("no such codec"), path("list"), devices));
+        QVERIFY(!exporter->exportFile(utf8, QString(), devices));
+        QVERIFY(!exporter->exportFile(utf8, path("no such folder/list"), devices));
+        QCOMPARE(fileContent(path("list.csv")), QByteArray("old"));
+    }
+#ifdef Q_OS_LINUX
+    QVERIFY(QFile::link(QStringLiteral("/dev/full"), path("full.csv")));
+    QVERIFY(!english.exportFile(utf8, path("full"), devices));
+#endif
+}
+
+void TestCsvImport::exportedListComesBack_data()
+{
+    QTest::addColumn<int>("type");
+    QTest::newRow("English") << int(CsvEnglish);
+    QTest::newRow("Chinese") << int(CsvChinese);
+}
+
+void TestCsvImport::exportedListComesBack()
+{
+    QFETCH(int, type);
+    Run run(m_folder->path());
+    QVERIFY(run.mgr.openDatabase());
+    QList<ContactInfo> devices = stampedDevices(texts({"a", "b", "c"}));
+    devices[0].username = QStringLiteral("网络 Größe");
+    devices[1].first_account = QStringLiteral("0007");
+    devices[2].company = QStringLiteral(" inner  blanks ");
+    run.mgr.addContacts(devices);
+    QVERIFY(run.mgr.exportDevices(type, QStringLiteral("UTF-8"), QStringLiteral("list"),
+                                  m_folder->path()));
+    QVERIFY(run.mgr.deleteAllContacts());
+    QCOMPARE(run.mgr.devices().size(), 0);
+    QVERIFY(run.mgr.importFile(path("list.csv")));
+    QVERIFY(run.contacts() == numbered(devices));
+    QCOMPARE(RawDatabase(databasePath()).difference(devices), QString());
+    QVERIFY(m_user->titles.isEmpty());
+}
+
+/// Unlike an export, a backup gives back what an export would break.
+void TestCsvImport::backupComesBack()
+{
+    Run run(m_folder->path());
+    QVERIFY(run.mgr.openDatabase());
+    QList<ContactInfo> devices = stampedDevices(texts({"a", "b", "c", "d"}));
+    devices[0].company = QStringLiteral("\"Net\", Ltd.");
+    devices[1].company = QStringLiteral("\"");
+    devices[1].proxy_server = QStringLiteral("\"\",");
+    devices[2].password = QStringLiteral("a\",b");
+    devices[3].mac = QStringLiteral(",\"");
+    run.mgr.addContacts(devices);
+    QVERIFY(run.mgr.deleteAllContacts());
+    const QStringList names = backups("devices-*.csv");
+    QCOMPARE(names.size(), 1);
+    QVERIFY(run.mgr.importFile(path("backup/") + names.first()));
+    const QList<ContactInfo> restored = run.contacts();
+    QCOMPARE(restored.size(), devices.size());
+    for (int row = 0; row < devices.size(); ++row) {
+        for (const ContactField &field : contactFields())
+            QCOMPARE(restored.at(row).*field.member, devices.at(row).*field.member);
+    }
+}
+
+void TestCsvImport::flagSaysWhetherTheListIsReplaced_data()
+{
+    QTest::addColumn<bool>("flag");
+    QTest::addColumn<bool>("isLoaded");
+    QTest::newRow("replaces") << true << true;
+    QTest::newRow("replaces rows that were never loaded") << true << false;
+    QTest::newRow("adds") << false << true;
+}
+
+void TestCsvImport::flagSaysWhetherTheListIsReplaced()
+{
+    QFETCH(bool, flag);
+    QFETCH(bool, isLoaded);
+    const QList<ContactInfo> oldDevices = stampedDevices(texts({"a", "b"}));
+    {
+        Run before(m_folder->path());
+        QVERIFY(before.mgr.openDatabase());
+        before.mgr.addContacts(oldDevices);
+    }
+    Run run(m_folder->path());
+    QVERIFY(run.mgr.openDatabase());
+    if (isLoaded)
+        QVERIFY(run.mgr.recoverPreviousData());
+    QVERIFY(QDir(m_folder->path()).mkpath(QStringLiteral("HTTPD/MACCFG")));
+    writeFile("old", "HTTPD/MACCFG/cfga");
+    const QList<ContactInfo> newDevices = stampedDevices(texts({"c", "d", "e"}));
+    run.mgr.setImportFlag(flag);
+    QVERIFY(run.mgr.importFile(writeFile(csvText(englishCsvHeader(), newDevices).toUtf8())));
+
+    const QList<ContactInfo> expected = flag ? newDevices : oldDevices + newDevices;
+    QVERIFY(run.contacts() == numbered(expected));
+    QCOMPARE(RawDatabase(databasePath()).difference(expected), QString());
+    QCOMPARE(QFile::exists(path("HTTPD")), !flag);
+    const QStringList names = backups("*");
+    QCOMPARE(names.size(), flag ? 1 : 0);
+    if (flag) {
+        QCOMPARE(QString::fromUtf8(backup(names.first())),
+                 csvText(englishCsvHeader(), oldDevices, QStringLiteral("\r\n")));
+        QCOMPARE(filePermissions(path("backup/") + names.first()),
+                 QFile::ReadOwner | QFile::WriteOwner);
+    }
+    QVERIFY(m_user->titles.isEmpty());
+}
+
+void TestCsvImport::failedImportChangesNothing_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<bool>("exists");
+
+    const auto add = [](const char *name, const QByteArray &content) {
+        QTest::newRow(name) << content << true;
+    };
+    QTest::newRow("missing file") << QByteArray() << false;
+    add("empty file", "");
+    add("only line ends", "\r\n\r\n");
+    add("binary file", QByteArray("\x89PNG\r\n\x1a\n\0\0\0\rIHDR", 16) + QByteArray(5000, '\0'));
+    add("wrong encoding",
+        QTextCodec::codecForName("Shift-JIS")
+            ->fromUnicode(csvText(chineseCsvHeader(), stampedDevices(texts({"x"})))));
+    add("contact header", "First Name,Last Name,Work Phone\nx,y,z\n");
+    add("mail header", "Given Name,Phone 1 - Value\nx,y\n");
+    add("device header without a MAC", "Random Port,Gateway IP,Dial Plan\nx,y,z\n");
+    add("no header", csvText(QString(), stampedDevices(texts({"x"}))).toUtf8().mid(1));
+    add("semicolons", "MAC;Random Port;Dial Plan\nx;y;z\n");
+}
+
+void TestCsvImport::failedImportChangesNothing()
+{
+    QFETCH(QByteArray, content);
+    QFETCH(bool, exists);
+    Run run(m_folder->path());
+    QVERIFY(run.mgr.openDatabase());
+    run.mgr.addContacts(stampedDevices(texts({"a", "b"})));
+    const QList<ContactInfo> before = run.contacts();
+    const QByteArray database = fileContent(databasePath());
+    QVERIFY(!database.isEmpty());
+    run.changes.clear();
+    const QString source = exists ? writeFile(content) : path("source.csv");
+    for (const bool flag : {false, true}) {
+        run.mgr.setImportFlag(flag);
+        QVERIFY(!run.mgr.importFile(source));
+        QVERIFY(run.contacts() == before);
+        QVERIFY(fileContent(databasePath()) == database);
+        QVERIFY(run.changes.isEmpty());
+        QVERIFY(backups("*").isEmpty());
+        QVERIFY(m_user->titles.isEmpty());
+    }
+}
+
+/// An exported empty list is a list as well.
+void TestCsvImport::headerAloneIsAnEmptyList()
+{
+    Run run(m_folder->path());
+    QVERIFY(run.mgr.openDatabase());
+    const QList<ContactInfo> devices = stampedDevices(texts({"a", "b"}));
+    run.mgr.addContacts(devices);
+    const QString source = writeFile(englishCsvHeader().toUtf8());
+    QVERIFY(run.mgr.importFile(source));
+    QVERIFY(run.contacts() == numbered(devices));
+    run.mgr.setImportFlag(true);
+    QVERIFY(run.mgr.importFile(source));
+    QCOMPARE(run.mgr.devices().size(), 0);
+    QCOMPARE(RawDatabase(databasePath()).difference({}), QString());
+    QCOMPARE(backups("devices-*.csv").size(), 1);
+}
+
+void TestCsvImport::duplicatesOfAnImport_data()
+{
+    QTest::addColumn<QStringList>("imported");
+    QTest::addColumn<QStringList>("answers");
+    QTest::addColumn<QStringList>("replaced");
+    QTest::addColumn<int>("asked");
+    QTest::addColumn<bool>("isOfMany");
+    QTest::addColumn<int>("count");
+
+    const QStringList many = texts({"a", "x", "b", "c", "y"});
+    const QStringList one = texts({"x", "b"});
+    const QStringList nothing;
+    QTest::newRow("none") << texts({"x", "y"}) << QStringList{yes} << nothing << 0 << false << 5;
+    QTest::newRow("one, Yes") << one << QStringList{yes} << texts({"b"}) << 1 << false << 4;
+    QTest::newRow("one, No") << one << QStringList{no} << nothing << 1 << false << 4;
+    QTest::newRow("many, Yes") << many << QStringList{yes} << texts({"a", "b", "c"}) << 3 << true
+                               << 5;
+    QTest::newRow("many, No") << many << QStringList{no} << nothing << 3 << true << 5;
+    QTest::newRow("many, Yes to All")
+        << many << QStringList{yesToAll} << texts({"a", "b", "c"}) << 1 << true << 5;
+    QTest::newRow("many, No to All") << many << QStringList{noToAll} << nothing << 1 << true << 5;
+    QTest::newRow("many, No, then Yes to All")
+        << many << QStringList{no, yesToAll} << texts({"b", "c"}) << 2 << true << 5;
+    QTest::newRow("many, Yes, then No to All")
+        << many << QStringList{yes, noToAll} << texts({"a"}) << 2 << true << 5;
+    QTest::newRow("one twice in the file")
+        << texts({"x", "x"}) << QStringList{no} << nothing << 1 << false << 4;
+    QTest::newRow("one thrice in the file")
+        << texts({"x", "x", "x"}) << QStringList{noToAll} << nothing << 1 << true << 4;
+}
+
+void TestCsvImport::duplicatesOfAnImport()
+{
+    QFETCH(QStringList, imported);
+    QFETCH(QStringList, answers);
+    QFETCH(QStringList, replaced);
+    QFETCH(int, asked);
+    QFETCH(bool, isOfMany);
+    QFETCH(int, count);
+
+    Run run(m_folder->path());
+    QVERIFY(run.mgr.openDatabase());
+    run.mgr.addContacts(stampedDevices(texts({"a", "b", "c"})));
+    run.changes.clear();
+    QList<ContactInfo> newDevices = stampedDevices(imported);
+    for (ContactInfo &device : newDevices)
+        device.company = QStringLiteral("new");
+    m_user->answers = answers;
+    QVERIFY(run.mgr.importFile(writeFile(csvText(englishCsvHeader(), newDevices).toUtf8())));
+
+    QCOMPARE(run.mgr.devices().size(), count);
+    const QList<ContactInfo> devices = run.contacts();
+    for (int row = 0; row < 3; ++row) {
+        const QString stamp = QStringLiteral("abc").mid(row, 1);
+        QCOMPARE(devices.at(row).mac, stamp + QStringLiteral(".mac"));
+        QCOMPARE(devices.at(row).company == QLatin1String("new"), replaced.contains(stamp));
+    }
+    QCOMPARE(RawDatabase(databasePath()).difference(devices), QString());
+    QCOMPARE(run.changes.size(), 1);
+    QCOMPARE(m_user->texts.size(), asked);
+    const QString buttons =
+        isOfMany ? QStringLiteral("Yes|Yes to All|No|No to All") : QStringLiteral("Yes|No");
+    for (const QString &choice : qAsConst(m_user->choices))
+        QCOMPARE(choice, buttons);
+    if (asked > 0) {
+        const QString first = imported.contains(QStringLiteral("a"))   ? QStringLiteral("a")
+                              : imported.contains(QStringLiteral("b")) ? QStringLiteral("b")
+                                                                       : QStringLiteral("x");
+        QCOMPARE(m_user->titles.first(), QStringLiteral("Replace action"));
+        QCOMPARE(
+            m_user->texts.first(),
+            QStringLiteral("MAC:%1.mac has already exist,do you want to replace it?").arg(first));
+    }
+}
+
+/// The program may be killed while the user thinks about a question: the list of before is then
+/// still in the file.
+void TestCsvImport::oldRowsStayUntilTheSave()
+{
+    Run run(m_folder->path());
+    QVERIFY(run.mgr.openDatabase());
+    const QList<ContactInfo> oldDevices = stampedDevices(texts({"a", "b"}));
+    run.mgr.addContacts(oldDevices);
+    int looks = 0;
+    m_user->answers = QStringList{yes};
+    m_user->meanwhile = [&] {
+        ++looks;
+        QCOMPARE(RawDatabase(databasePath()).difference(oldDevices), QString());
+    };
+    run.mgr.setImportFlag(true);
+    const QList<ContactInfo> newDevices = stampedDevices(texts({"c", "c"}));
+    QVERIFY(run.mgr.importFile(writeFile(csvText(englishCsvHeader(), newDevices).toUtf8())));
+    QCOMPARE(looks, 1);
+    QCOMPARE(RawDatabase(databasePath()).difference(stampedDevices(texts({"c"}))), QString());
+}
+
+void TestCsvImport::refusedBackupStopsTheImport()
+{
+    blockBackups();
+    Run run(m_folder->path());
+    QVERIFY(run.mgr.openDatabase());
+    const QList<ContactInfo> devices = stampedDevices(texts({"a", "b"}));
+    run.mgr.addContacts(devices);
+    run.mgr.setImportFlag(true);
+    const QString source = writeFile("MAC,Random Port\nc,1\n");
+    m_user->answers = QStringList{no};
+    QVERIFY(!run.mgr.importFile(source));
+    QCOMPARE(m_user->titles, QStringList{QStringLiteral("Backup Error")});
+    QVERIFY(run.contacts() == numbered(devices));
+    QCOMPARE(RawDatabase(databasePath()).difference(devices), QString());
+
+    m_user->answers = QStringList{yes};
+    QVERIFY(run.mgr.importFile(source));
+    QCOMPARE(run.mgr.devices().size(), 1);
+    QCOMPARE(RawDatabase(databasePath()).rows().size(), 1);
+}
+
+void TestCsvImport::damagedStoreIsPutAside()
+{
+    const QByteArray damaged = "This is no database at all.";
+    writeFile(damaged, "phonebook.db");
+    Run run(m_folder->path());
+    QVERIFY(!run.mgr.openDatabase());
+    const QString source = writeFile("MAC,Random Port\nc,1\n");
+    QVERIFY(!run.mgr.importFile(path("no such file")));
+    QCOMPARE(fileContent(databasePath()), damaged);
+
+    run.mgr.setImportFlag(true);
+    QVERIFY(run.mgr.importFile(source));
+    QVERIFY(run.mgr.isStoreUsable());
+    QCOMPARE(RawDatabase(databasePath()).rows().size(), 1);
+    const QStringList names = backups("phonebook-*.db");
+    QCOMPARE(names.size(), 1);
+    QCOMPARE(backup(names.first()), damaged);
+}
+
+void TestCsvImport::damagedStoreThatCannotBePutAside_data()
+{
+    QTest::addColumn<bool>("goesOn");
+    QTest::newRow("goes on") << true;
+    QTest::newRow("stops") << false;
+}
+
+/// What is left of a damaged file may be all that there is of the list.
+void TestCsvImport::damagedStoreThatCannotBePutAside()
+{
+    QFETCH(bool, goesOn);
+    blockBackups();
+    const QByteArray damaged = "This is no database at all.";
+    writeFile(damaged, "phonebook.db");
+    Run run(m_folder->path());
+    QVERIFY(!run.mgr.openDatabase());
+    run.mgr.setImportFlag(true);
+    m_user->answers = QStringList{goesOn ? yes : no};
+    QCOMPARE(run.mgr.importFile(writeFile("MAC,Random Port\nc,1\n")), goesOn);
+    QCOMPARE(m_user->titles, QStringList{QStringLiteral("Backup Error")});
+    QCOMPARE(run.mgr.isStoreUsable(), goesOn);
+    if (goesOn)
+        QCOMPARE(RawDatabase(databasePath()).rows().size(), 1);
+    else
+        QCOMPARE(fileContent(databasePath()), damaged);
+}
+
+QTEST_MAIN(TestCsvImport)
+#include "tst_csvimport.moc"
