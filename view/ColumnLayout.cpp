@@ -1,6 +1,7 @@
 #include "view/ColumnLayout.h"
 
 #include "view/ContactTitle.h"
+#include "view/SearchEdit.h"
 
 #include <QFontMetrics>
 
@@ -18,7 +19,7 @@ struct Share
 
 // Number and actions never need more; a server name or a company may be long.
 constexpr std::array<Share, ContactModel::ColumnCount> shares = {{
-    {52, 0},  // Number
+    {60, 0},  // Number
     {140, 1}, // Mac
     {72, 2},  // Product
     {96, 6},  // SipServer
@@ -34,6 +35,8 @@ constexpr std::array<Share, ContactModel::ColumnCount> shares = {{
 /// Closer than the margins of a cell: nothing is cut off by it, and the smallest window holds the
 /// words of a large font.
 constexpr int headerMargins = textMargin + 4;
+/// Beside the word in a search box: its margins, its frame and the magnifier.
+constexpr int searchBoxMargins = textMargin + 24;
 
 } // namespace
 
@@ -42,8 +45,9 @@ Widths minimums(const QFontMetrics &metrics, int highestNumber)
     Widths result = {};
     for (std::size_t column = 0; column < shares.size(); ++column) {
         const QString word = ContactTitle::columnName(static_cast<int>(column));
+        const int margins = column < SearchEdit::boxCount ? searchBoxMargins : headerMargins;
         result[column] =
-            std::max(shares[column].minimum, metrics.horizontalAdvance(word) + headerMargins);
+            std::max(shares[column].minimum, metrics.horizontalAdvance(word) + margins);
     }
     const auto makeRoom = [&](ContactModel::Column column, const QString &text) {
         result[column] = std::max(result[column], metrics.horizontalAdvance(text) + 2 * textMargin);

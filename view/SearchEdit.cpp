@@ -3,12 +3,22 @@
 #include "view/ContactModel.h"
 
 #include <QKeyEvent>
+#include <QPainter>
+#include <QStyle>
 
 #include <array>
+
+namespace {
+
+constexpr int magnifierSize = 12;
+constexpr int magnifierMargin = 5;
+
+} // namespace
 
 SearchEdit::SearchEdit(int index, QWidget *parent)
     : QLineEdit(parent)
     , m_index(index)
+    , m_magnifier(QStringLiteral("./resource/search.png"))
 {
     setClearButtonEnabled(true);
     connect(this, &QLineEdit::textChanged, this, &SearchEdit::onSearchEditChanged);
@@ -47,4 +57,17 @@ void SearchEdit::keyPressEvent(QKeyEvent *event)
         return;
     }
     QLineEdit::keyPressEvent(event);
+}
+
+void SearchEdit::paintEvent(QPaintEvent *event)
+{
+    QLineEdit::paintEvent(event);
+    // Not an action of the line edit: that would keep its room when the box is filled, and the
+    // narrow boxes have none to spare.
+    if (!text().isEmpty())
+        return;
+    const QRect place(width() - magnifierMargin - magnifierSize, (height() - magnifierSize) / 2,
+                      magnifierSize, magnifierSize);
+    QPainter painter(this);
+    m_magnifier.paint(&painter, QStyle::visualRect(layoutDirection(), rect(), place));
 }

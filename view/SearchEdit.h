@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QIcon>
 #include <QLineEdit>
 
 /// A search box over one column of the device list.
@@ -31,8 +32,11 @@ public slots:
 protected:
     /// Escape empties the box.
     void keyPressEvent(QKeyEvent *event) override;
+    /// An empty box shows a magnifier where a filled one has its clear button.
+    void paintEvent(QPaintEvent *event) override;
 
 private:
     int m_index;
+    QIcon m_magnifier;
     bool m_silent = false;
 };
