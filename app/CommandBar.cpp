@@ -64,7 +64,7 @@ CommandBar::CommandBar(QWidget *parent)
 
 void CommandBar::setDeviceCount(int count)
 {
-    m_countLabel->setText(tr("Total device") + QLatin1Char(':') + QString::number(count));
+    m_countLabel->setText(tr("Total device") + tr(":") + QString::number(count));
 }
 
 void CommandBar::showHttpOpen(bool open)

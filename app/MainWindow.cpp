@@ -31,7 +31,8 @@ constexpr int gridPx = 8;
 constexpr QSize firstSize(1200, 760);
 constexpr QSize smallestSize(960, 600);
 
-const QString programTitle = QStringLiteral("Velloran Device Management Tool");
+constexpr const char *programTitle =
+    QT_TRANSLATE_NOOP("MainWindow", "Velloran Device Management Tool");
 const QString programVersion = QStringLiteral("1.0.0.10");
 const QString optionsPath = QStringLiteral("language/options.xml");
 
@@ -51,7 +52,7 @@ MainWindow::MainWindow(DataMgr &dataMgr, const QString &folder, QWidget *parent)
     , m_language(QStringLiteral("en"))
 {
     setObjectName(QStringLiteral("main_window"));
-    setWindowTitle(programTitle);
+    setWindowTitle(tr(programTitle));
     setWindowIcon(Modal::windowIcon());
     setMinimumSize(smallestSize);
     resize(firstSize);
@@ -439,10 +440,10 @@ void MainWindow::about()
 {
     QMessageBox box(this);
     box.setWindowIcon(Modal::windowIcon());
-    box.setWindowTitle(programTitle);
+    box.setWindowTitle(tr(programTitle));
     box.setTextFormat(Qt::RichText);
     box.setText(QStringLiteral("<h2>%1</h2><p>%2</p><p>%3</p><p>%4</p>")
-                    .arg(programTitle, tr("Version: %1").arg(programVersion),
+                    .arg(tr(programTitle), tr("Version: %1").arg(programVersion),
                          tr("Keeps the list of your desk phones and gives each one its "
                             "configuration over the local network."),
                          tr("Free software under the MIT licence.")));

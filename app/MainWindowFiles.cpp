@@ -132,7 +132,7 @@ void MainWindow::exportBegin()
     const QString target = folder + QLatin1Char('/') + exportName + QLatin1String(".csv");
     if (QFileInfo::exists(target) &&
         Modal::question(this, tr("Replace action"),
-                        target + tr("has already exist") + QLatin1Char(',') +
+                        target + tr("has already exist") + tr(",") +
                             tr("do you want to replace it?")) == Modal::Answer::No)
         return;
     const int type = m_language == QLatin1String("zh") ? CsvChinese : CsvEnglish;

@@ -1,12 +1,13 @@
 # Lays what the program reads at run time beside the built executable:
-#   cmake -DSOURCE_DIR=<project> -DBIN_DIR=<folder of the executable> -P CopyRuntimeFiles.cmake
+#   cmake -DSOURCE_DIR=<project> -DBIN_DIR=<folder of the executable>
+#         -DCATALOGUE_DIR=<build folder>/catalogues -P CopyRuntimeFiles.cmake
 #
 # resource/ becomes an exact copy, without the drawings that its pictures are made
-# from. language/ is copied too, but the two settings documents in it belong to
+# from. language/ is copied too, with the catalogues made from its sources, but the two settings documents in it belong to
 # whoever runs the program there: they are laid down once and never overwritten.
 cmake_minimum_required(VERSION 3.25)
 
-foreach(name SOURCE_DIR BIN_DIR)
+foreach(name SOURCE_DIR BIN_DIR CATALOGUE_DIR)
     if(NOT ${name})
         message(FATAL_ERROR "CopyRuntimeFiles: ${name} is not set")
     endif()
@@ -42,4 +43,12 @@ foreach(file IN LISTS languageFiles)
     if(NOT (file IN_LIST settings AND EXISTS ${BIN_DIR}/language/${file}))
         copy_if_different(${SOURCE_DIR}/language/${file} ${BIN_DIR}/language/${file})
     endif()
+endforeach()
+
+file(GLOB catalogues RELATIVE ${CATALOGUE_DIR} ${CATALOGUE_DIR}/*.qm)
+if(NOT catalogues)
+    message(FATAL_ERROR "CopyRuntimeFiles: no translations in ${CATALOGUE_DIR}")
+endif()
+foreach(file IN LISTS catalogues)
+    copy_if_different(${CATALOGUE_DIR}/${file} ${BIN_DIR}/language/${file})
 endforeach()

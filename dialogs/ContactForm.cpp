@@ -4,6 +4,7 @@
 #include "model/ValueTables.h"
 
 #include <QComboBox>
+#include <QCoreApplication>
 #include <QEvent>
 #include <QGridLayout>
 #include <QLabel>
@@ -29,7 +30,7 @@ QStringList choices(ContactInput kind)
     case ContactInput::Language: {
         QStringList names;
         for (const LanguageEntry &entry : languageTable())
-            names.append(QLatin1String(entry.name));
+            names.append(QCoreApplication::translate("LanguageTable", entry.name));
         return names;
     }
     case ContactInput::YesNo:

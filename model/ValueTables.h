@@ -6,8 +6,8 @@
 #include <array>
 
 /// One language that a telephone can show: its place in the choice list, the code that the record
-/// keeps, and the name that the user sees. Codes and names are what telephones and existing device
-/// lists expect; they are not to be tidied.
+/// keeps, and the name that the user sees, a key of the translation context "LanguageTable". Codes
+/// and names are what telephones and existing device lists expect; they are not to be tidied.
 struct LanguageEntry
 {
     qint32 index;

@@ -125,7 +125,8 @@ rm -rf "$out"
 mkdir -p "$out/program"
 cp "$root/build/release/bin/VlManager" "$out/program/"
 # The settings as they are shipped, not as somebody left them beside the built program.
-cmake -DSOURCE_DIR="$root" -DBIN_DIR="$out/program" -P "$root/cmake/CopyRuntimeFiles.cmake"
+cmake -DSOURCE_DIR="$root" -DBIN_DIR="$out/program" \
+    -DCATALOGUE_DIR="$root/build/release/catalogues" -P "$root/cmake/CopyRuntimeFiles.cmake"
 
 private="$(private_network_command)"
 if [ -n "$private" ]; then

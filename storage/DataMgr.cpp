@@ -155,7 +155,7 @@ bool DataMgr::addOrReplace(const ContactInfo &contact, Replace &replace)
     if (replace == Replace::AskOne || replace == Replace::AskMany) {
         const auto ask = replace == Replace::AskOne ? Modal::question : Modal::questionOfMany;
         const QString text = QLatin1String("MAC:") + contact.mac + tr(" has already exist") +
-                             QLatin1Char(',') + tr("do you want to replace it?");
+                             tr(",") + tr("do you want to replace it?");
         const Modal::Answer answer = ask(nullptr, tr("Replace action"), text);
         if (answer == Modal::Answer::YesToAll)
             replace = Replace::All;

@@ -55,7 +55,6 @@ void centreWhenShown(QDialog &dialog)
 Modal::Answer ask(QWidget *parent, const QString &title, const QString &text, bool ofMany)
 {
     using Modal::Answer;
-    const auto tr = [](const char *source) { return QCoreApplication::translate("Modal", source); };
     QMessageBox box(parent);
     setUp(box, QMessageBox::Question, title, text);
     QHash<const QAbstractButton *, Answer> answers;
@@ -64,11 +63,11 @@ Modal::Answer ask(QWidget *parent, const QString &title, const QString &text, bo
         answers.insert(button, answer);
         return button;
     };
-    add(tr("Yes"), QMessageBox::YesRole, Answer::Yes);
-    QPushButton *const no = add(tr("No"), QMessageBox::NoRole, Answer::No);
+    add(QCoreApplication::translate("Modal", "Yes"), QMessageBox::YesRole, Answer::Yes);
+    QPushButton *const no = add(QCoreApplication::translate("Modal", "No"), QMessageBox::NoRole, Answer::No);
     if (ofMany) {
-        add(tr("Yes to All"), QMessageBox::YesRole, Answer::YesToAll);
-        add(tr("No to All"), QMessageBox::NoRole, Answer::NoToAll);
+        add(QCoreApplication::translate("Modal", "Yes to All"), QMessageBox::YesRole, Answer::YesToAll);
+        add(QCoreApplication::translate("Modal", "No to All"), QMessageBox::NoRole, Answer::NoToAll);
     }
     // What a key pressed too early does must be harmless.
     box.setDefaultButton(no);

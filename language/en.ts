@@ -1,0 +1,1007 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="en" sourcelanguage="en">
+<context>
+    <name>CommandBar</name>
+    <message>
+        <source>Your Device List</source>
+        <translation>Your Device List</translation>
+    </message>
+    <message>
+        <source>New</source>
+        <translation>New</translation>
+    </message>
+    <message>
+        <source>New Device</source>
+        <translation>New Device</translation>
+    </message>
+    <message>
+        <source>News</source>
+        <translation>News</translation>
+    </message>
+    <message>
+        <source>New Devices</source>
+        <translation>New Devices</translation>
+    </message>
+    <message>
+        <source>Import</source>
+        <translation>Import</translation>
+    </message>
+    <message>
+        <source>Import Device List</source>
+        <translation>Import Device List</translation>
+    </message>
+    <message>
+        <source>Export</source>
+        <translation>Export</translation>
+    </message>
+    <message>
+        <source>Export Device List</source>
+        <translation>Export Device List</translation>
+    </message>
+    <message>
+        <source>Delete All</source>
+        <translation>Delete All</translation>
+    </message>
+    <message>
+        <source>Delete All Devices</source>
+        <translation>Delete All Devices</translation>
+    </message>
+    <message>
+        <source>Total device</source>
+        <translation>Total device</translation>
+    </message>
+    <message>
+        <source>:</source>
+        <translation>:</translation>
+    </message>
+    <message>
+        <source>&amp;Close HTTPD</source>
+        <translation>&amp;Close HTTPD</translation>
+    </message>
+    <message>
+        <source>&amp;Open HTTPD</source>
+        <translation>&amp;Open HTTPD</translation>
+    </message>
+    <message>
+        <source>Close the HTTPD server</source>
+        <translation>Close the HTTPD server</translation>
+    </message>
+    <message>
+        <source>Open the HTTPD server</source>
+        <translation>Open the HTTPD server</translation>
+    </message>
+    <message>
+        <source>&amp;Disable PNP Server</source>
+        <translation>&amp;Disable PNP Server</translation>
+    </message>
+    <message>
+        <source>&amp;Enable PNP Server</source>
+        <translation>&amp;Enable PNP Server</translation>
+    </message>
+</context>
+<context>
+    <name>ContactDialog</name>
+    <message>
+        <source>Show Advance Settings</source>
+        <translation>Show Advance Settings</translation>
+    </message>
+    <message>
+        <source>MAC</source>
+        <translation>MAC</translation>
+    </message>
+    <message>
+        <source>Product Model</source>
+        <translation>Product Model</translation>
+    </message>
+    <message>
+        <source>Account</source>
+        <translation>Account</translation>
+    </message>
+    <message>
+        <source>SIP Server</source>
+        <translation>SIP Server</translation>
+    </message>
+    <message>
+        <source>SIP User ID</source>
+        <translation>SIP User ID</translation>
+    </message>
+    <message>
+        <source>Authentication ID</source>
+        <translation>Authentication ID</translation>
+    </message>
+    <message>
+        <source>Password</source>
+        <translation>Password</translation>
+    </message>
+    <message>
+        <source>Speech Coding 1</source>
+        <translation>Speech Coding 1</translation>
+    </message>
+    <message>
+        <source>Speech Coding 2</source>
+        <translation>Speech Coding 2</translation>
+    </message>
+    <message>
+        <source>Username</source>
+        <translation>Username</translation>
+    </message>
+    <message>
+        <source>Language</source>
+        <translation>Language</translation>
+    </message>
+    <message>
+        <source>Random Port</source>
+        <translation>Random Port</translation>
+    </message>
+    <message>
+        <source>Keep-Alive</source>
+        <translation>Keep-Alive</translation>
+    </message>
+    <message>
+        <source>IP</source>
+        <translation>IP</translation>
+    </message>
+    <message>
+        <source>Subnet</source>
+        <translation>Subnet</translation>
+    </message>
+    <message>
+        <source>Gateway IP</source>
+        <translation>Gateway IP</translation>
+    </message>
+    <message>
+        <source>DNS Server 1</source>
+        <translation>DNS Server 1</translation>
+    </message>
+    <message>
+        <source>DNS Server 2</source>
+        <translation>DNS Server 2</translation>
+    </message>
+    <message>
+        <source>Enterprise Phonebook Path</source>
+        <translation>Enterprise Phonebook Path</translation>
+    </message>
+    <message>
+        <source>Dial Plan</source>
+        <translation>Dial Plan</translation>
+    </message>
+    <message>
+        <source>City</source>
+        <translation>City</translation>
+    </message>
+    <message>
+        <source>Company</source>
+        <translation>Company</translation>
+    </message>
+    <message>
+        <source>Department</source>
+        <translation>Department</translation>
+    </message>
+    <message>
+        <source>Proxy Server</source>
+        <translation>Proxy Server</translation>
+    </message>
+    <message>
+        <source>Save</source>
+        <translation>Save</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Cancel</translation>
+    </message>
+    <message>
+        <source>Hide Advance Settings</source>
+        <translation>Hide Advance Settings</translation>
+    </message>
+    <message>
+        <source>Please fulfill correct MAC address!</source>
+        <translation>Please fulfill correct MAC address!</translation>
+    </message>
+</context>
+<context>
+    <name>ContactForm</name>
+    <message>
+        <source>Yes</source>
+        <translation>Yes</translation>
+    </message>
+    <message>
+        <source>No</source>
+        <translation>No</translation>
+    </message>
+</context>
+<context>
+    <name>ContactTitle</name>
+    <message>
+        <source>No.</source>
+        <translation>No.</translation>
+    </message>
+    <message>
+        <source>MAC</source>
+        <translation>MAC</translation>
+    </message>
+    <message>
+        <source>Product</source>
+        <translation>Product</translation>
+    </message>
+    <message>
+        <source>SIP Server</source>
+        <translation>SIP Server</translation>
+    </message>
+    <message>
+        <source>Account</source>
+        <translation>Account</translation>
+    </message>
+    <message>
+        <source>SIP User ID</source>
+        <translation>SIP User ID</translation>
+    </message>
+    <message>
+        <source>City</source>
+        <translation>City</translation>
+    </message>
+    <message>
+        <source>Company</source>
+        <translation>Company</translation>
+    </message>
+    <message>
+        <source>Department</source>
+        <translation>Department</translation>
+    </message>
+    <message>
+        <source>Detail</source>
+        <translation>Detail</translation>
+    </message>
+    <message>
+        <source>Delete</source>
+        <translation>Delete</translation>
+    </message>
+</context>
+<context>
+    <name>ContactView</name>
+    <message>
+        <source>Device list</source>
+        <translation>Device list</translation>
+    </message>
+    <message>
+        <source>View/Edit</source>
+        <translation>View/Edit</translation>
+    </message>
+    <message>
+        <source>Delete</source>
+        <translation>Delete</translation>
+    </message>
+    <message>
+        <source>No devices yet. Press &quot;New&quot; to create the first one.</source>
+        <translation>No devices yet. Press &quot;New&quot; to create the first one.</translation>
+    </message>
+    <message>
+        <source>No device matches the search.</source>
+        <translation>No device matches the search.</translation>
+    </message>
+</context>
+<context>
+    <name>ContactsDialog</name>
+    <message>
+        <source>Product Count</source>
+        <translation>Product Count</translation>
+    </message>
+    <message>
+        <source>Law of increasing MAC</source>
+        <translation>Law of increasing MAC</translation>
+    </message>
+    <message>
+        <source>Law of increasing User ID</source>
+        <translation>Law of increasing User ID</translation>
+    </message>
+    <message>
+        <source>First MAC</source>
+        <translation>First MAC</translation>
+    </message>
+    <message>
+        <source>Product Model</source>
+        <translation>Product Model</translation>
+    </message>
+    <message>
+        <source>SIP Server</source>
+        <translation>SIP Server</translation>
+    </message>
+    <message>
+        <source>First SIP User ID</source>
+        <translation>First SIP User ID</translation>
+    </message>
+    <message>
+        <source>First Authentication ID</source>
+        <translation>First Authentication ID</translation>
+    </message>
+    <message>
+        <source>First Account</source>
+        <translation>First Account</translation>
+    </message>
+    <message>
+        <source>Password</source>
+        <translation>Password</translation>
+    </message>
+    <message>
+        <source>Speech Coding 1</source>
+        <translation>Speech Coding 1</translation>
+    </message>
+    <message>
+        <source>Speech Coding 2</source>
+        <translation>Speech Coding 2</translation>
+    </message>
+    <message>
+        <source>Username</source>
+        <translation>Username</translation>
+    </message>
+    <message>
+        <source>Language</source>
+        <translation>Language</translation>
+    </message>
+    <message>
+        <source>Random Port</source>
+        <translation>Random Port</translation>
+    </message>
+    <message>
+        <source>Keep-Alive</source>
+        <translation>Keep-Alive</translation>
+    </message>
+    <message>
+        <source>Enterprise Phonebook Path</source>
+        <translation>Enterprise Phonebook Path</translation>
+    </message>
+    <message>
+        <source>Dial Plan</source>
+        <translation>Dial Plan</translation>
+    </message>
+    <message>
+        <source>City</source>
+        <translation>City</translation>
+    </message>
+    <message>
+        <source>Company</source>
+        <translation>Company</translation>
+    </message>
+    <message>
+        <source>Department</source>
+        <translation>Department</translation>
+    </message>
+    <message>
+        <source>Proxy Server</source>
+        <translation>Proxy Server</translation>
+    </message>
+    <message>
+        <source>Save</source>
+        <translation>Save</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Cancel</translation>
+    </message>
+    <message>
+        <source>Please fulfill correct MAC address!</source>
+        <translation>Please fulfill correct MAC address!</translation>
+    </message>
+    <message>
+        <source>At most %1 devices can be created in one step.</source>
+        <translation>At most %1 devices can be created in one step.</translation>
+    </message>
+</context>
+<context>
+    <name>DataMgr</name>
+    <message>
+        <source>Save Error</source>
+        <translation>Save Error</translation>
+    </message>
+    <message>
+        <source>The device list can not be saved: %1. A copy of it is kept in %2.</source>
+        <translation>The device list can not be saved: %1. A copy of it is kept in %2.</translation>
+    </message>
+    <message>
+        <source>Neither the device list nor a copy of it can be written: %1. Do you want to quit and lose the changes?</source>
+        <translation>Neither the device list nor a copy of it can be written: %1. Do you want to quit and lose the changes?</translation>
+    </message>
+    <message>
+        <source> has already exist</source>
+        <translation> has already exist</translation>
+    </message>
+    <message>
+        <source>,</source>
+        <translation>,</translation>
+    </message>
+    <message>
+        <source>do you want to replace it?</source>
+        <translation>do you want to replace it?</translation>
+    </message>
+    <message>
+        <source>Replace action</source>
+        <translation>Replace action</translation>
+    </message>
+    <message>
+        <source>The device list can not be saved: %1. It is kept in the window and will be saved with the next change.</source>
+        <translation>The device list can not be saved: %1. It is kept in the window and will be saved with the next change.</translation>
+    </message>
+    <message>
+        <source>The device list can not be saved: %1. It is kept in the window, and a copy is written when the program ends.</source>
+        <translation>The device list can not be saved: %1. It is kept in the window, and a copy is written when the program ends.</translation>
+    </message>
+</context>
+<context>
+    <name>ExportPage</name>
+    <message>
+        <source>Export file</source>
+        <translation>Export file</translation>
+    </message>
+    <message>
+        <source>Export to</source>
+        <translation>Export to</translation>
+    </message>
+    <message>
+        <source>Select path</source>
+        <translation>Select path</translation>
+    </message>
+    <message>
+        <source>Export</source>
+        <translation>Export</translation>
+    </message>
+</context>
+<context>
+    <name>HttpdService</name>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>The server is running on</source>
+        <translation>The server is running on</translation>
+    </message>
+    <message>
+        <source>IP: %1</source>
+        <translation>IP: %1</translation>
+    </message>
+    <message>
+        <source>port: %1</source>
+        <translation>port: %1</translation>
+    </message>
+    <message>
+        <source>Unable to start the server: NIC device not found.</source>
+        <translation>Unable to start the server: NIC device not found.</translation>
+    </message>
+    <message>
+        <source>Unable to start the server: Not avaliable physical NIC!</source>
+        <translation>Unable to start the server: Not avaliable physical NIC!</translation>
+    </message>
+    <message>
+        <source>Open the default port 80 failed, please go to &apos;Options -&gt; Configuration Httpd Port&apos; to configure or use a random port.</source>
+        <translation>Open the default port 80 failed, please go to &apos;Options -&gt; Configuration Httpd Port&apos; to configure or use a random port.</translation>
+    </message>
+    <message>
+        <source>Open the custom port failed, the Httpd server will use a random port</source>
+        <translation>Open the custom port failed, the Httpd server will use a random port</translation>
+    </message>
+    <message>
+        <source>Unable to start the server: %1.</source>
+        <translation>Unable to start the server: %1.</translation>
+    </message>
+    <message>
+        <source>Httpd Server</source>
+        <translation>Httpd Server</translation>
+    </message>
+</context>
+<context>
+    <name>HttpdThread</name>
+    <message>
+        <source>One device request cfg.</source>
+        <translation>One device request cfg.</translation>
+    </message>
+    <message>
+        <source>Product:</source>
+        <translation>Product:</translation>
+    </message>
+    <message>
+        <source>FileName:</source>
+        <translation>FileName:</translation>
+    </message>
+</context>
+<context>
+    <name>ImportPage</name>
+    <message>
+        <source>Import file</source>
+        <translation>Import file</translation>
+    </message>
+    <message>
+        <source>Select File</source>
+        <translation>Select File</translation>
+    </message>
+    <message>
+        <source>Import</source>
+        <translation>Import</translation>
+    </message>
+    <message>
+        <source>Clear list</source>
+        <translation>Clear list</translation>
+    </message>
+    <message>
+        <source>When checked, the devices of the file are added to the present list; when unchecked, they replace it.</source>
+        <translation>When checked, the devices of the file are added to the present list; when unchecked, they replace it.</translation>
+    </message>
+    <message>
+        <source>The devices of the file are added to the present list.</source>
+        <translation>The devices of the file are added to the present list.</translation>
+    </message>
+    <message>
+        <source>The devices of the file replace the present list.</source>
+        <translation>The devices of the file replace the present list.</translation>
+    </message>
+</context>
+<context>
+    <name>IpLine</name>
+    <message>
+        <source>Stored: %1</source>
+        <translation>Stored: %1</translation>
+    </message>
+    <message>
+        <source>%1 %2 of %3</source>
+        <translation>%1 %2 of %3</translation>
+    </message>
+    <message>
+        <source>information</source>
+        <translation>information</translation>
+    </message>
+</context>
+<context>
+    <name>LanguageTable</name>
+    <message>
+        <source>English(US)</source>
+        <translation>English(US)</translation>
+    </message>
+    <message>
+        <source>Simplified Chinese</source>
+        <translation>Simplified Chinese</translation>
+    </message>
+    <message>
+        <source>Chinese Traditional</source>
+        <translation>Chinese Traditional</translation>
+    </message>
+    <message>
+        <source>Korean</source>
+        <translation>Korean</translation>
+    </message>
+    <message>
+        <source>Spanish</source>
+        <translation>Spanish</translation>
+    </message>
+    <message>
+        <source>Dutch</source>
+        <extracomment>The language behind the code, which is German, is what the telephone will speak.</extracomment>
+        <translation>Dutch</translation>
+    </message>
+    <message>
+        <source>French</source>
+        <translation>French</translation>
+    </message>
+    <message>
+        <source>Italian</source>
+        <translation>Italian</translation>
+    </message>
+    <message>
+        <source>Japanese</source>
+        <translation>Japanese</translation>
+    </message>
+    <message>
+        <source>Russian</source>
+        <translation>Russian</translation>
+    </message>
+    <message>
+        <source>Poland</source>
+        <translation>Poland</translation>
+    </message>
+    <message>
+        <source>Holland</source>
+        <translation>Holland</translation>
+    </message>
+    <message>
+        <source>Magyar</source>
+        <translation>Magyar</translation>
+    </message>
+    <message>
+        <source>Finland</source>
+        <translation>Finland</translation>
+    </message>
+    <message>
+        <source>Norsk</source>
+        <translation>Norsk</translation>
+    </message>
+    <message>
+        <source>Sweden</source>
+        <translation>Sweden</translation>
+    </message>
+    <message>
+        <source>Danish</source>
+        <translation>Danish</translation>
+    </message>
+    <message>
+        <source>Czech</source>
+        <translation>Czech</translation>
+    </message>
+    <message>
+        <source>Portugal</source>
+        <translation>Portugal</translation>
+    </message>
+    <message>
+        <source>English(UK)</source>
+        <translation>English(UK)</translation>
+    </message>
+    <message>
+        <source>Thailand</source>
+        <translation>Thailand</translation>
+    </message>
+</context>
+<context>
+    <name>ListSaver</name>
+    <message>
+        <source>The backup of the device list can not be written: %1. Do you want to go on without a backup?</source>
+        <translation>The backup of the device list can not be written: %1. Do you want to go on without a backup?</translation>
+    </message>
+    <message>
+        <source>Backup Error</source>
+        <translation>Backup Error</translation>
+    </message>
+</context>
+<context>
+    <name>LoadingWidget</name>
+    <message>
+        <source>Operating,please wait.</source>
+        <translation>Operating,please wait.</translation>
+    </message>
+</context>
+<context>
+    <name>MainWindow</name>
+    <message>
+        <source>Velloran Device Management Tool</source>
+        <translation>Velloran Device Management Tool</translation>
+    </message>
+    <message>
+        <source>&amp;New</source>
+        <translation>&amp;New</translation>
+    </message>
+    <message>
+        <source>construct a new device</source>
+        <translation>construct a new device</translation>
+    </message>
+    <message>
+        <source>&amp;News</source>
+        <translation>&amp;News</translation>
+    </message>
+    <message>
+        <source>construct new devices</source>
+        <translation>construct new devices</translation>
+    </message>
+    <message>
+        <source>&amp;Exit</source>
+        <translation>&amp;Exit</translation>
+    </message>
+    <message>
+        <source>Quit program</source>
+        <translation>Quit program</translation>
+    </message>
+    <message>
+        <source>&amp;Local Import</source>
+        <translation>&amp;Local Import</translation>
+    </message>
+    <message>
+        <source>Import file local</source>
+        <translation>Import file local</translation>
+    </message>
+    <message>
+        <source>&amp;Local Export</source>
+        <translation>&amp;Local Export</translation>
+    </message>
+    <message>
+        <source>Export file local</source>
+        <translation>Export file local</translation>
+    </message>
+    <message>
+        <source>&amp;Httpd</source>
+        <translation>&amp;Httpd</translation>
+    </message>
+    <message>
+        <source>Open httpd service</source>
+        <translation>Open httpd service</translation>
+    </message>
+    <message>
+        <source>Auto Start</source>
+        <translation>Auto Start</translation>
+    </message>
+    <message>
+        <source>auto start</source>
+        <translation>auto start</translation>
+    </message>
+    <message>
+        <source>Recovery Data</source>
+        <translation>Recovery Data</translation>
+    </message>
+    <message>
+        <source>recovery data</source>
+        <translation>recovery data</translation>
+    </message>
+    <message>
+        <source>Auto Httpd</source>
+        <translation>Auto Httpd</translation>
+    </message>
+    <message>
+        <source>auto httpd</source>
+        <translation>auto httpd</translation>
+    </message>
+    <message>
+        <source>Configure Httpd Port</source>
+        <translation>Configure Httpd Port</translation>
+    </message>
+    <message>
+        <source>Help</source>
+        <translation>Help</translation>
+    </message>
+    <message>
+        <source>User Guide Help</source>
+        <translation>User Guide Help</translation>
+    </message>
+    <message>
+        <source>About</source>
+        <translation>About</translation>
+    </message>
+    <message>
+        <source>Show about info</source>
+        <translation>Show about info</translation>
+    </message>
+    <message>
+        <source>&amp;File</source>
+        <translation>&amp;File</translation>
+    </message>
+    <message>
+        <source>&amp;Import</source>
+        <translation>&amp;Import</translation>
+    </message>
+    <message>
+        <source>&amp;Export</source>
+        <translation>&amp;Export</translation>
+    </message>
+    <message>
+        <source>&amp;Language</source>
+        <translation>&amp;Language</translation>
+    </message>
+    <message>
+        <source>&amp;Options</source>
+        <translation>&amp;Options</translation>
+    </message>
+    <message>
+        <source>&amp;Help</source>
+        <translation>&amp;Help</translation>
+    </message>
+    <message>
+        <source>&amp;About</source>
+        <translation>&amp;About</translation>
+    </message>
+    <message>
+        <source>Database Error</source>
+        <translation>Database Error</translation>
+    </message>
+    <message>
+        <source>The device list in phonebook.db can not be read: %1. The file is left untouched and nothing will be saved in this run.</source>
+        <translation>The device list in phonebook.db can not be read: %1. The file is left untouched and nothing will be saved in this run.</translation>
+    </message>
+    <message>
+        <source>New Device</source>
+        <translation>New Device</translation>
+    </message>
+    <message>
+        <source>New Devices</source>
+        <translation>New Devices</translation>
+    </message>
+    <message>
+        <source>Overview &amp;&amp; Edit</source>
+        <translation>Overview &amp;&amp; Edit</translation>
+    </message>
+    <message>
+        <source>Delete All Devices</source>
+        <translation>Delete All Devices</translation>
+    </message>
+    <message>
+        <source>Do you want to delete all devices?</source>
+        <translation>Do you want to delete all devices?</translation>
+    </message>
+    <message>
+        <source>ServerIP:%1</source>
+        <translation>ServerIP:%1</translation>
+    </message>
+    <message>
+        <source>ServerIP%1:%2</source>
+        <translation>ServerIP%1:%2</translation>
+    </message>
+    <message>
+        <source>Port:%1</source>
+        <translation>Port:%1</translation>
+    </message>
+    <message>
+        <source>HTTPD server is running.</source>
+        <translation>HTTPD server is running.</translation>
+    </message>
+    <message>
+        <source>PNP service requires HTTPD enabled, please open HTTPD service first!</source>
+        <translation>PNP service requires HTTPD enabled, please open HTTPD service first!</translation>
+    </message>
+    <message>
+        <source>PNP service requires 5060 port, please stop other occupied service and try again!</source>
+        <translation>PNP service requires 5060 port, please stop other occupied service and try again!</translation>
+    </message>
+    <message>
+        <source>Enable PNP Server</source>
+        <translation>Enable PNP Server</translation>
+    </message>
+    <message>
+        <source>Version: %1</source>
+        <translation>Version: %1</translation>
+    </message>
+    <message>
+        <source>Keeps the list of your desk phones and gives each one its configuration over the local network.</source>
+        <translation>Keeps the list of your desk phones and gives each one its configuration over the local network.</translation>
+    </message>
+    <message>
+        <source>Free software under the MIT licence.</source>
+        <translation>Free software under the MIT licence.</translation>
+    </message>
+    <message>
+        <source>Open an device list file (recommended devices.csv)</source>
+        <translation>Open an device list file (recommended devices.csv)</translation>
+    </message>
+    <message>
+        <source>csv text device list(*.csv)</source>
+        <translation>csv text device list(*.csv)</translation>
+    </message>
+    <message>
+        <source>Look in</source>
+        <translation>Look in</translation>
+    </message>
+    <message>
+        <source>File Name</source>
+        <translation>File Name</translation>
+    </message>
+    <message>
+        <source>File Type</source>
+        <translation>File Type</translation>
+    </message>
+    <message>
+        <source>Open</source>
+        <translation>Open</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Cancel</translation>
+    </message>
+    <message>
+        <source>Import Box</source>
+        <translation>Import Box</translation>
+    </message>
+    <message>
+        <source>Please choose correct file to import.</source>
+        <translation>Please choose correct file to import.</translation>
+    </message>
+    <message>
+        <source>Import is failed, please check the file format and encoding.</source>
+        <translation>Import is failed, please check the file format and encoding.</translation>
+    </message>
+    <message>
+        <source>Select a folder to export</source>
+        <translation>Select a folder to export</translation>
+    </message>
+    <message>
+        <source>Look in:</source>
+        <translation>Look in:</translation>
+    </message>
+    <message>
+        <source>Path Name</source>
+        <translation>Path Name</translation>
+    </message>
+    <message>
+        <source>Path Type</source>
+        <translation>Path Type</translation>
+    </message>
+    <message>
+        <source>Select</source>
+        <translation>Select</translation>
+    </message>
+    <message>
+        <source>Export Box</source>
+        <translation>Export Box</translation>
+    </message>
+    <message>
+        <source>Please choose correct path to export.</source>
+        <translation>Please choose correct path to export.</translation>
+    </message>
+    <message>
+        <source>Replace action</source>
+        <translation>Replace action</translation>
+    </message>
+    <message>
+        <source>has already exist</source>
+        <translation>has already exist</translation>
+    </message>
+    <message>
+        <source>,</source>
+        <translation>,</translation>
+    </message>
+    <message>
+        <source>do you want to replace it?</source>
+        <translation>do you want to replace it?</translation>
+    </message>
+    <message>
+        <source>File has been exported successfully!</source>
+        <translation>File has been exported successfully!</translation>
+    </message>
+    <message>
+        <source>File export failed, please check directory!</source>
+        <translation>File export failed, please check directory!</translation>
+    </message>
+</context>
+<context>
+    <name>Modal</name>
+    <message>
+        <source>Yes</source>
+        <translation>Yes</translation>
+    </message>
+    <message>
+        <source>No</source>
+        <translation>No</translation>
+    </message>
+    <message>
+        <source>Yes to All</source>
+        <translation>Yes to All</translation>
+    </message>
+    <message>
+        <source>No to All</source>
+        <translation>No to All</translation>
+    </message>
+</context>
+<context>
+    <name>NetCardItem</name>
+    <message>
+        <source>No IP</source>
+        <translation>No IP</translation>
+    </message>
+</context>
+<context>
+    <name>NetCardSelectDialog</name>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Cancel</translation>
+    </message>
+    <message>
+        <source>Select avaliable NIC</source>
+        <translation>Select avaliable NIC</translation>
+    </message>
+</context>
+<context>
+    <name>PathPage</name>
+    <message>
+        <source>Cancel</source>
+        <translation>Cancel</translation>
+    </message>
+</context>
+<context>
+    <name>ReportBox</name>
+    <message>
+        <source>HTTPD server request informations</source>
+        <translation>HTTPD server request informations</translation>
+    </message>
+</context>
+<context>
+    <name>SearchBar</name>
+    <message>
+        <source>Search %1</source>
+        <translation>Search %1</translation>
+    </message>
+</context>
+</TS>

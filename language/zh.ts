@@ -1,0 +1,1007 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="zh_CN" sourcelanguage="en">
+<context>
+    <name>CommandBar</name>
+    <message>
+        <source>Your Device List</source>
+        <translation>设备列表</translation>
+    </message>
+    <message>
+        <source>New</source>
+        <translation>新建</translation>
+    </message>
+    <message>
+        <source>New Device</source>
+        <translation>新建设备</translation>
+    </message>
+    <message>
+        <source>News</source>
+        <translation>批量新建</translation>
+    </message>
+    <message>
+        <source>New Devices</source>
+        <translation>批量新建设备</translation>
+    </message>
+    <message>
+        <source>Import</source>
+        <translation>导入</translation>
+    </message>
+    <message>
+        <source>Import Device List</source>
+        <translation>导入设备列表</translation>
+    </message>
+    <message>
+        <source>Export</source>
+        <translation>导出</translation>
+    </message>
+    <message>
+        <source>Export Device List</source>
+        <translation>导出设备列表</translation>
+    </message>
+    <message>
+        <source>Delete All</source>
+        <translation>全部删除</translation>
+    </message>
+    <message>
+        <source>Delete All Devices</source>
+        <translation>删除全部设备</translation>
+    </message>
+    <message>
+        <source>Total device</source>
+        <translation>设备总数</translation>
+    </message>
+    <message>
+        <source>:</source>
+        <translation>：</translation>
+    </message>
+    <message>
+        <source>&amp;Close HTTPD</source>
+        <translation>关闭HTTPD(&amp;T)</translation>
+    </message>
+    <message>
+        <source>&amp;Open HTTPD</source>
+        <translation>开启HTTPD(&amp;T)</translation>
+    </message>
+    <message>
+        <source>Close the HTTPD server</source>
+        <translation>关闭HTTPD服务器</translation>
+    </message>
+    <message>
+        <source>Open the HTTPD server</source>
+        <translation>开启HTTPD服务器</translation>
+    </message>
+    <message>
+        <source>&amp;Disable PNP Server</source>
+        <translation>停用PNP服务器(&amp;P)</translation>
+    </message>
+    <message>
+        <source>&amp;Enable PNP Server</source>
+        <translation>启用PNP服务器(&amp;P)</translation>
+    </message>
+</context>
+<context>
+    <name>ContactDialog</name>
+    <message>
+        <source>Show Advance Settings</source>
+        <translation>显示高级设置</translation>
+    </message>
+    <message>
+        <source>MAC</source>
+        <translation>MAC</translation>
+    </message>
+    <message>
+        <source>Product Model</source>
+        <translation>设备型号</translation>
+    </message>
+    <message>
+        <source>Account</source>
+        <translation>分机号</translation>
+    </message>
+    <message>
+        <source>SIP Server</source>
+        <translation>SIP服务器</translation>
+    </message>
+    <message>
+        <source>SIP User ID</source>
+        <translation>用户ID</translation>
+    </message>
+    <message>
+        <source>Authentication ID</source>
+        <translation>鉴权ID</translation>
+    </message>
+    <message>
+        <source>Password</source>
+        <translation>密码</translation>
+    </message>
+    <message>
+        <source>Speech Coding 1</source>
+        <translation>语音编码1</translation>
+    </message>
+    <message>
+        <source>Speech Coding 2</source>
+        <translation>语音编码2</translation>
+    </message>
+    <message>
+        <source>Username</source>
+        <translation>用户名</translation>
+    </message>
+    <message>
+        <source>Language</source>
+        <translation>语言</translation>
+    </message>
+    <message>
+        <source>Random Port</source>
+        <translation>随机端口</translation>
+    </message>
+    <message>
+        <source>Keep-Alive</source>
+        <translation>保活（Keep-Alive）</translation>
+    </message>
+    <message>
+        <source>IP</source>
+        <translation>IP</translation>
+    </message>
+    <message>
+        <source>Subnet</source>
+        <translation>子网</translation>
+    </message>
+    <message>
+        <source>Gateway IP</source>
+        <translation>网关IP</translation>
+    </message>
+    <message>
+        <source>DNS Server 1</source>
+        <translation>DNS服务器1</translation>
+    </message>
+    <message>
+        <source>DNS Server 2</source>
+        <translation>DNS服务器2</translation>
+    </message>
+    <message>
+        <source>Enterprise Phonebook Path</source>
+        <translation>通讯录路径</translation>
+    </message>
+    <message>
+        <source>Dial Plan</source>
+        <translation>拨号规则</translation>
+    </message>
+    <message>
+        <source>City</source>
+        <translation>城市</translation>
+    </message>
+    <message>
+        <source>Company</source>
+        <translation>公司</translation>
+    </message>
+    <message>
+        <source>Department</source>
+        <translation>部门</translation>
+    </message>
+    <message>
+        <source>Proxy Server</source>
+        <translation>代理服务器</translation>
+    </message>
+    <message>
+        <source>Save</source>
+        <translation>保存</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
+    <message>
+        <source>Hide Advance Settings</source>
+        <translation>隐藏高级设置</translation>
+    </message>
+    <message>
+        <source>Please fulfill correct MAC address!</source>
+        <translation>请输入正确的MAC地址！</translation>
+    </message>
+</context>
+<context>
+    <name>ContactForm</name>
+    <message>
+        <source>Yes</source>
+        <translation>是</translation>
+    </message>
+    <message>
+        <source>No</source>
+        <translation>否</translation>
+    </message>
+</context>
+<context>
+    <name>ContactTitle</name>
+    <message>
+        <source>No.</source>
+        <translation>序号</translation>
+    </message>
+    <message>
+        <source>MAC</source>
+        <translation>MAC</translation>
+    </message>
+    <message>
+        <source>Product</source>
+        <translation>设备型号</translation>
+    </message>
+    <message>
+        <source>SIP Server</source>
+        <translation>SIP服务器</translation>
+    </message>
+    <message>
+        <source>Account</source>
+        <translation>分机号</translation>
+    </message>
+    <message>
+        <source>SIP User ID</source>
+        <translation>用户ID</translation>
+    </message>
+    <message>
+        <source>City</source>
+        <translation>城市</translation>
+    </message>
+    <message>
+        <source>Company</source>
+        <translation>公司</translation>
+    </message>
+    <message>
+        <source>Department</source>
+        <translation>部门</translation>
+    </message>
+    <message>
+        <source>Detail</source>
+        <translation>详情</translation>
+    </message>
+    <message>
+        <source>Delete</source>
+        <translation>删除</translation>
+    </message>
+</context>
+<context>
+    <name>ContactView</name>
+    <message>
+        <source>Device list</source>
+        <translation>设备列表</translation>
+    </message>
+    <message>
+        <source>View/Edit</source>
+        <translation>查看/编辑</translation>
+    </message>
+    <message>
+        <source>Delete</source>
+        <translation>删除</translation>
+    </message>
+    <message>
+        <source>No devices yet. Press &quot;New&quot; to create the first one.</source>
+        <translation>还没有设备。点击“新建”来创建第一台设备。</translation>
+    </message>
+    <message>
+        <source>No device matches the search.</source>
+        <translation>没有符合搜索条件的设备。</translation>
+    </message>
+</context>
+<context>
+    <name>ContactsDialog</name>
+    <message>
+        <source>Product Count</source>
+        <translation>设备数量</translation>
+    </message>
+    <message>
+        <source>Law of increasing MAC</source>
+        <translation>MAC递增步长</translation>
+    </message>
+    <message>
+        <source>Law of increasing User ID</source>
+        <translation>用户ID递增步长</translation>
+    </message>
+    <message>
+        <source>First MAC</source>
+        <translation>首个MAC</translation>
+    </message>
+    <message>
+        <source>Product Model</source>
+        <translation>设备型号</translation>
+    </message>
+    <message>
+        <source>SIP Server</source>
+        <translation>SIP服务器</translation>
+    </message>
+    <message>
+        <source>First SIP User ID</source>
+        <translation>首个用户ID</translation>
+    </message>
+    <message>
+        <source>First Authentication ID</source>
+        <translation>首个鉴权ID</translation>
+    </message>
+    <message>
+        <source>First Account</source>
+        <translation>首个分机号</translation>
+    </message>
+    <message>
+        <source>Password</source>
+        <translation>密码</translation>
+    </message>
+    <message>
+        <source>Speech Coding 1</source>
+        <translation>语音编码1</translation>
+    </message>
+    <message>
+        <source>Speech Coding 2</source>
+        <translation>语音编码2</translation>
+    </message>
+    <message>
+        <source>Username</source>
+        <translation>用户名</translation>
+    </message>
+    <message>
+        <source>Language</source>
+        <translation>语言</translation>
+    </message>
+    <message>
+        <source>Random Port</source>
+        <translation>随机端口</translation>
+    </message>
+    <message>
+        <source>Keep-Alive</source>
+        <translation>保活（Keep-Alive）</translation>
+    </message>
+    <message>
+        <source>Enterprise Phonebook Path</source>
+        <translation>通讯录路径</translation>
+    </message>
+    <message>
+        <source>Dial Plan</source>
+        <translation>拨号规则</translation>
+    </message>
+    <message>
+        <source>City</source>
+        <translation>城市</translation>
+    </message>
+    <message>
+        <source>Company</source>
+        <translation>公司</translation>
+    </message>
+    <message>
+        <source>Department</source>
+        <translation>部门</translation>
+    </message>
+    <message>
+        <source>Proxy Server</source>
+        <translation>代理服务器</translation>
+    </message>
+    <message>
+        <source>Save</source>
+        <translation>保存</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
+    <message>
+        <source>Please fulfill correct MAC address!</source>
+        <translation>请输入正确的MAC地址！</translation>
+    </message>
+    <message>
+        <source>At most %1 devices can be created in one step.</source>
+        <translation>一次最多可创建%1台设备。</translation>
+    </message>
+</context>
+<context>
+    <name>DataMgr</name>
+    <message>
+        <source>Save Error</source>
+        <translation>保存错误</translation>
+    </message>
+    <message>
+        <source>The device list can not be saved: %1. A copy of it is kept in %2.</source>
+        <translation>无法保存设备列表：%1。设备列表的副本已保存在%2。</translation>
+    </message>
+    <message>
+        <source>Neither the device list nor a copy of it can be written: %1. Do you want to quit and lose the changes?</source>
+        <translation>设备列表及其副本均无法写入：%1。是否退出并放弃更改？</translation>
+    </message>
+    <message>
+        <source> has already exist</source>
+        <translation>已存在</translation>
+    </message>
+    <message>
+        <source>,</source>
+        <translation>，</translation>
+    </message>
+    <message>
+        <source>do you want to replace it?</source>
+        <translation>是否替换？</translation>
+    </message>
+    <message>
+        <source>Replace action</source>
+        <translation>替换确认</translation>
+    </message>
+    <message>
+        <source>The device list can not be saved: %1. It is kept in the window and will be saved with the next change.</source>
+        <translation>无法保存设备列表：%1。列表仍保留在窗口中，将在下次更改时保存。</translation>
+    </message>
+    <message>
+        <source>The device list can not be saved: %1. It is kept in the window, and a copy is written when the program ends.</source>
+        <translation>无法保存设备列表：%1。列表仍保留在窗口中，程序退出时将写入一份副本。</translation>
+    </message>
+</context>
+<context>
+    <name>ExportPage</name>
+    <message>
+        <source>Export file</source>
+        <translation>导出文件</translation>
+    </message>
+    <message>
+        <source>Export to</source>
+        <translation>导出到</translation>
+    </message>
+    <message>
+        <source>Select path</source>
+        <translation>选择路径</translation>
+    </message>
+    <message>
+        <source>Export</source>
+        <translation>导出</translation>
+    </message>
+</context>
+<context>
+    <name>HttpdService</name>
+    <message>
+        <source>OK</source>
+        <translation>确定</translation>
+    </message>
+    <message>
+        <source>The server is running on</source>
+        <translation>服务器正在运行</translation>
+    </message>
+    <message>
+        <source>IP: %1</source>
+        <translation>IP：%1</translation>
+    </message>
+    <message>
+        <source>port: %1</source>
+        <translation>端口：%1</translation>
+    </message>
+    <message>
+        <source>Unable to start the server: NIC device not found.</source>
+        <translation>无法启动服务器：未找到网卡。</translation>
+    </message>
+    <message>
+        <source>Unable to start the server: Not avaliable physical NIC!</source>
+        <translation>无法启动服务器：没有可用的物理网卡！</translation>
+    </message>
+    <message>
+        <source>Open the default port 80 failed, please go to &apos;Options -&gt; Configuration Httpd Port&apos; to configure or use a random port.</source>
+        <translation>打开默认端口80失败，请在“选项 -&gt; 配置HTTPD端口”中更改端口，或使用随机端口。</translation>
+    </message>
+    <message>
+        <source>Open the custom port failed, the Httpd server will use a random port</source>
+        <translation>打开自定义端口失败，HTTPD服务器将使用随机端口</translation>
+    </message>
+    <message>
+        <source>Unable to start the server: %1.</source>
+        <translation>无法启动服务器：%1。</translation>
+    </message>
+    <message>
+        <source>Httpd Server</source>
+        <translation>HTTPD服务器</translation>
+    </message>
+</context>
+<context>
+    <name>HttpdThread</name>
+    <message>
+        <source>One device request cfg.</source>
+        <translation>一台设备请求配置文件。</translation>
+    </message>
+    <message>
+        <source>Product:</source>
+        <translation>设备型号：</translation>
+    </message>
+    <message>
+        <source>FileName:</source>
+        <translation>文件名：</translation>
+    </message>
+</context>
+<context>
+    <name>ImportPage</name>
+    <message>
+        <source>Import file</source>
+        <translation>导入文件</translation>
+    </message>
+    <message>
+        <source>Select File</source>
+        <translation>选择文件</translation>
+    </message>
+    <message>
+        <source>Import</source>
+        <translation>导入</translation>
+    </message>
+    <message>
+        <source>Clear list</source>
+        <translation>清空列表</translation>
+    </message>
+    <message>
+        <source>When checked, the devices of the file are added to the present list; when unchecked, they replace it.</source>
+        <translation>选中时，文件中的设备将添加到当前列表；未选中时，将替换当前列表。</translation>
+    </message>
+    <message>
+        <source>The devices of the file are added to the present list.</source>
+        <translation>文件中的设备将添加到当前列表。</translation>
+    </message>
+    <message>
+        <source>The devices of the file replace the present list.</source>
+        <translation>文件中的设备将替换当前列表。</translation>
+    </message>
+</context>
+<context>
+    <name>IpLine</name>
+    <message>
+        <source>Stored: %1</source>
+        <translation>已存储：%1</translation>
+    </message>
+    <message>
+        <source>%1 %2 of %3</source>
+        <translation>%1，第%2段，共%3段</translation>
+    </message>
+    <message>
+        <source>information</source>
+        <translation>提示</translation>
+    </message>
+</context>
+<context>
+    <name>LanguageTable</name>
+    <message>
+        <source>English(US)</source>
+        <translation>英语（美国）</translation>
+    </message>
+    <message>
+        <source>Simplified Chinese</source>
+        <translation>简体中文</translation>
+    </message>
+    <message>
+        <source>Chinese Traditional</source>
+        <translation>繁体中文</translation>
+    </message>
+    <message>
+        <source>Korean</source>
+        <translation>韩语</translation>
+    </message>
+    <message>
+        <source>Spanish</source>
+        <translation>西班牙语</translation>
+    </message>
+    <message>
+        <source>Dutch</source>
+        <extracomment>The language behind the code, which is German, is what the telephone will speak.</extracomment>
+        <translation>德语</translation>
+    </message>
+    <message>
+        <source>French</source>
+        <translation>法语</translation>
+    </message>
+    <message>
+        <source>Italian</source>
+        <translation>意大利语</translation>
+    </message>
+    <message>
+        <source>Japanese</source>
+        <translation>日语</translation>
+    </message>
+    <message>
+        <source>Russian</source>
+        <translation>俄语</translation>
+    </message>
+    <message>
+        <source>Poland</source>
+        <translation>波兰语</translation>
+    </message>
+    <message>
+        <source>Holland</source>
+        <translation>荷兰语</translation>
+    </message>
+    <message>
+        <source>Magyar</source>
+        <translation>匈牙利语</translation>
+    </message>
+    <message>
+        <source>Finland</source>
+        <translation>芬兰语</translation>
+    </message>
+    <message>
+        <source>Norsk</source>
+        <translation>挪威语</translation>
+    </message>
+    <message>
+        <source>Sweden</source>
+        <translation>瑞典语</translation>
+    </message>
+    <message>
+        <source>Danish</source>
+        <translation>丹麦语</translation>
+    </message>
+    <message>
+        <source>Czech</source>
+        <translation>捷克语</translation>
+    </message>
+    <message>
+        <source>Portugal</source>
+        <translation>葡萄牙语</translation>
+    </message>
+    <message>
+        <source>English(UK)</source>
+        <translation>英语（英国）</translation>
+    </message>
+    <message>
+        <source>Thailand</source>
+        <translation>泰语</translation>
+    </message>
+</context>
+<context>
+    <name>ListSaver</name>
+    <message>
+        <source>The backup of the device list can not be written: %1. Do you want to go on without a backup?</source>
+        <translation>无法写入设备列表的备份：%1。是否在没有备份的情况下继续？</translation>
+    </message>
+    <message>
+        <source>Backup Error</source>
+        <translation>备份错误</translation>
+    </message>
+</context>
+<context>
+    <name>LoadingWidget</name>
+    <message>
+        <source>Operating,please wait.</source>
+        <translation>正在处理，请稍候。</translation>
+    </message>
+</context>
+<context>
+    <name>MainWindow</name>
+    <message>
+        <source>Velloran Device Management Tool</source>
+        <translation>Velloran设备管理工具</translation>
+    </message>
+    <message>
+        <source>&amp;New</source>
+        <translation>新建(&amp;N)</translation>
+    </message>
+    <message>
+        <source>construct a new device</source>
+        <translation>新建一台设备</translation>
+    </message>
+    <message>
+        <source>&amp;News</source>
+        <translation>批量新建(&amp;B)</translation>
+    </message>
+    <message>
+        <source>construct new devices</source>
+        <translation>批量新建设备</translation>
+    </message>
+    <message>
+        <source>&amp;Exit</source>
+        <translation>退出(&amp;X)</translation>
+    </message>
+    <message>
+        <source>Quit program</source>
+        <translation>退出程序</translation>
+    </message>
+    <message>
+        <source>&amp;Local Import</source>
+        <translation>本地导入(&amp;L)</translation>
+    </message>
+    <message>
+        <source>Import file local</source>
+        <translation>从本地文件导入</translation>
+    </message>
+    <message>
+        <source>&amp;Local Export</source>
+        <translation>本地导出(&amp;L)</translation>
+    </message>
+    <message>
+        <source>Export file local</source>
+        <translation>导出到本地文件</translation>
+    </message>
+    <message>
+        <source>&amp;Httpd</source>
+        <translation>HTTPD服务(&amp;H)</translation>
+    </message>
+    <message>
+        <source>Open httpd service</source>
+        <translation>开启HTTPD服务</translation>
+    </message>
+    <message>
+        <source>Auto Start</source>
+        <translation>开机自动启动</translation>
+    </message>
+    <message>
+        <source>auto start</source>
+        <translation>开机时自动启动本程序</translation>
+    </message>
+    <message>
+        <source>Recovery Data</source>
+        <translation>恢复数据</translation>
+    </message>
+    <message>
+        <source>recovery data</source>
+        <translation>启动时恢复上次的设备数据</translation>
+    </message>
+    <message>
+        <source>Auto Httpd</source>
+        <translation>自动开启HTTPD</translation>
+    </message>
+    <message>
+        <source>auto httpd</source>
+        <translation>启动时自动开启HTTPD服务</translation>
+    </message>
+    <message>
+        <source>Configure Httpd Port</source>
+        <translation>配置HTTPD端口</translation>
+    </message>
+    <message>
+        <source>Help</source>
+        <translation>帮助</translation>
+    </message>
+    <message>
+        <source>User Guide Help</source>
+        <translation>用户指南</translation>
+    </message>
+    <message>
+        <source>About</source>
+        <translation>关于</translation>
+    </message>
+    <message>
+        <source>Show about info</source>
+        <translation>显示本程序的信息</translation>
+    </message>
+    <message>
+        <source>&amp;File</source>
+        <translation>文件(&amp;F)</translation>
+    </message>
+    <message>
+        <source>&amp;Import</source>
+        <translation>导入(&amp;I)</translation>
+    </message>
+    <message>
+        <source>&amp;Export</source>
+        <translation>导出(&amp;E)</translation>
+    </message>
+    <message>
+        <source>&amp;Language</source>
+        <translation>语言(&amp;L)</translation>
+    </message>
+    <message>
+        <source>&amp;Options</source>
+        <translation>选项(&amp;O)</translation>
+    </message>
+    <message>
+        <source>&amp;Help</source>
+        <translation>帮助(&amp;H)</translation>
+    </message>
+    <message>
+        <source>&amp;About</source>
+        <translation>关于(&amp;A)</translation>
+    </message>
+    <message>
+        <source>Database Error</source>
+        <translation>数据库错误</translation>
+    </message>
+    <message>
+        <source>The device list in phonebook.db can not be read: %1. The file is left untouched and nothing will be saved in this run.</source>
+        <translation>无法读取phonebook.db中的设备列表：%1。该文件保持不变，本次运行不会保存任何内容。</translation>
+    </message>
+    <message>
+        <source>New Device</source>
+        <translation>新建设备</translation>
+    </message>
+    <message>
+        <source>New Devices</source>
+        <translation>批量新建设备</translation>
+    </message>
+    <message>
+        <source>Overview &amp;&amp; Edit</source>
+        <translation>查看与编辑</translation>
+    </message>
+    <message>
+        <source>Delete All Devices</source>
+        <translation>删除全部设备</translation>
+    </message>
+    <message>
+        <source>Do you want to delete all devices?</source>
+        <translation>是否删除全部设备？</translation>
+    </message>
+    <message>
+        <source>ServerIP:%1</source>
+        <translation>服务器IP：%1</translation>
+    </message>
+    <message>
+        <source>ServerIP%1:%2</source>
+        <translation>服务器IP%1：%2</translation>
+    </message>
+    <message>
+        <source>Port:%1</source>
+        <translation>端口：%1</translation>
+    </message>
+    <message>
+        <source>HTTPD server is running.</source>
+        <translation>HTTPD服务器正在运行。</translation>
+    </message>
+    <message>
+        <source>PNP service requires HTTPD enabled, please open HTTPD service first!</source>
+        <translation>PNP服务需要HTTPD服务，请先开启HTTPD服务！</translation>
+    </message>
+    <message>
+        <source>PNP service requires 5060 port, please stop other occupied service and try again!</source>
+        <translation>PNP服务需要使用5060端口，请先停止占用该端口的其他服务，然后重试！</translation>
+    </message>
+    <message>
+        <source>Enable PNP Server</source>
+        <translation>启用PNP服务器</translation>
+    </message>
+    <message>
+        <source>Version: %1</source>
+        <translation>版本：%1</translation>
+    </message>
+    <message>
+        <source>Keeps the list of your desk phones and gives each one its configuration over the local network.</source>
+        <translation>管理您的话机列表，并通过局域网为每台话机下发配置。</translation>
+    </message>
+    <message>
+        <source>Free software under the MIT licence.</source>
+        <translation>基于MIT许可证的自由软件。</translation>
+    </message>
+    <message>
+        <source>Open an device list file (recommended devices.csv)</source>
+        <translation>打开设备列表文件（推荐devices.csv）</translation>
+    </message>
+    <message>
+        <source>csv text device list(*.csv)</source>
+        <translation>CSV文本设备列表(*.csv)</translation>
+    </message>
+    <message>
+        <source>Look in</source>
+        <translation>查找范围</translation>
+    </message>
+    <message>
+        <source>File Name</source>
+        <translation>文件名</translation>
+    </message>
+    <message>
+        <source>File Type</source>
+        <translation>文件类型</translation>
+    </message>
+    <message>
+        <source>Open</source>
+        <translation>打开</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
+    <message>
+        <source>Import Box</source>
+        <translation>导入</translation>
+    </message>
+    <message>
+        <source>Please choose correct file to import.</source>
+        <translation>请选择正确的导入文件。</translation>
+    </message>
+    <message>
+        <source>Import is failed, please check the file format and encoding.</source>
+        <translation>导入失败，请检查文件格式和编码。</translation>
+    </message>
+    <message>
+        <source>Select a folder to export</source>
+        <translation>选择导出文件夹</translation>
+    </message>
+    <message>
+        <source>Look in:</source>
+        <translation>查找范围：</translation>
+    </message>
+    <message>
+        <source>Path Name</source>
+        <translation>路径名</translation>
+    </message>
+    <message>
+        <source>Path Type</source>
+        <translation>路径类型</translation>
+    </message>
+    <message>
+        <source>Select</source>
+        <translation>选择</translation>
+    </message>
+    <message>
+        <source>Export Box</source>
+        <translation>导出</translation>
+    </message>
+    <message>
+        <source>Please choose correct path to export.</source>
+        <translation>请选择正确的导出路径。</translation>
+    </message>
+    <message>
+        <source>Replace action</source>
+        <translation>替换确认</translation>
+    </message>
+    <message>
+        <source>has already exist</source>
+        <translation>已存在</translation>
+    </message>
+    <message>
+        <source>,</source>
+        <translation>，</translation>
+    </message>
+    <message>
+        <source>do you want to replace it?</source>
+        <translation>是否替换？</translation>
+    </message>
+    <message>
+        <source>File has been exported successfully!</source>
+        <translation>文件导出成功！</translation>
+    </message>
+    <message>
+        <source>File export failed, please check directory!</source>
+        <translation>文件导出失败，请检查目录！</translation>
+    </message>
+</context>
+<context>
+    <name>Modal</name>
+    <message>
+        <source>Yes</source>
+        <translation>是</translation>
+    </message>
+    <message>
+        <source>No</source>
+        <translation>否</translation>
+    </message>
+    <message>
+        <source>Yes to All</source>
+        <translation>全部为是</translation>
+    </message>
+    <message>
+        <source>No to All</source>
+        <translation>全部为否</translation>
+    </message>
+</context>
+<context>
+    <name>NetCardItem</name>
+    <message>
+        <source>No IP</source>
+        <translation>无IP</translation>
+    </message>
+</context>
+<context>
+    <name>NetCardSelectDialog</name>
+    <message>
+        <source>OK</source>
+        <translation>确定</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
+    <message>
+        <source>Select avaliable NIC</source>
+        <translation>选择可用网卡</translation>
+    </message>
+</context>
+<context>
+    <name>PathPage</name>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
+</context>
+<context>
+    <name>ReportBox</name>
+    <message>
+        <source>HTTPD server request informations</source>
+        <translation>HTTPD服务器请求信息</translation>
+    </message>
+</context>
+<context>
+    <name>SearchBar</name>
+    <message>
+        <source>Search %1</source>
+        <translation>搜索%1</translation>
+    </message>
+</context>
+</TS>
