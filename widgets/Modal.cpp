@@ -64,10 +64,13 @@ Modal::Answer ask(QWidget *parent, const QString &title, const QString &text, bo
         return button;
     };
     add(QCoreApplication::translate("Modal", "Yes"), QMessageBox::YesRole, Answer::Yes);
-    QPushButton *const no = add(QCoreApplication::translate("Modal", "No"), QMessageBox::NoRole, Answer::No);
+    QPushButton *const no =
+        add(QCoreApplication::translate("Modal", "No"), QMessageBox::NoRole, Answer::No);
     if (ofMany) {
-        add(QCoreApplication::translate("Modal", "Yes to All"), QMessageBox::YesRole, Answer::YesToAll);
-        add(QCoreApplication::translate("Modal", "No to All"), QMessageBox::NoRole, Answer::NoToAll);
+        add(QCoreApplication::translate("Modal", "Yes to All"), QMessageBox::YesRole,
+            Answer::YesToAll);
+        add(QCoreApplication::translate("Modal", "No to All"), QMessageBox::NoRole,
+            Answer::NoToAll);
     }
     // What a key pressed too early does must be harmless.
     box.setDefaultButton(no);
