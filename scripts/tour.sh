@@ -9,112 +9,15 @@
 # machine is touched or heard.
 set -euo pipefail
 . "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
-
 out="$root/build/tour"
-server_address=192.0.2.10
-other_address=198.51.100.10
-phone_address=192.0.2.20
-
-started=()
-cleanup() {
-    local pid
-    for pid in "${started[@]}"; do
-        kill -- "$pid" 2>/dev/null || true
-    done
-    [ -z "${work:-}" ] || rm -rf "$work"
-}
-
-# The fewest rights that still give a network of our own; nothing printed: none do.
-private_network_command() {
-    local command
-    for command in "unshare --net --ipc" "unshare --map-root-user --net --ipc"; do
-        if $command sh -c 'ip link add tour0 type veth peer name phone0' >/dev/null 2>&1; then
-            echo "$command"
-            return
-        fi
-    done
-}
-
-# Two hosts on one cable: tour0 here, phone0 in a network namespace held by a sleeper.
-# A second card, of a network where no telephone is, makes the choice of the card
-# matter.
-lay_network() {
-    ip link set lo up
-    ip link add tour0 type veth peer name phone0
-    ip link add tour1 type veth peer name other1
-    unshare --net sleep infinity &
-    phone_host=$!
-    started+=("$phone_host")
-    until [ "$(readlink "/proc/$phone_host/ns/net")" != "$(readlink /proc/self/ns/net)" ]; do
-        sleep 0.05
-    done
-    local end
-    for end in phone0 other1; do
-        ip link set "$end" netns "$phone_host"
-        nsenter --target "$phone_host" --net ip link set "$end" up
-    done
-    ip addr add "$server_address/24" dev tour0
-    ip addr add "$other_address/24" dev tour1
-    ip link set tour0 up
-    ip link set tour1 up
-    nsenter --target "$phone_host" --net ip addr add "$phone_address/24" dev phone0
-}
-
-start_screen() {
-    local display
-    exec {display_pipe}<> <(:)
-    Xvfb -displayfd "$display_pipe" -screen 0 1280x800x24 -dpi 96 -nolisten tcp \
-        >"$out/xvfb.log" 2>&1 &
-    started+=("$!")
-    read -r -t 20 display <&"$display_pipe" || die "the virtual screen did not start; see build/tour/xvfb.log"
-    export DISPLAY=":$display"
-    openbox --sm-disable >"$out/openbox.log" 2>&1 &
-    started+=("$!")
-    # A window shown before the window manager is there would not be activated.
-    for _ in $(seq 100); do
-        xprop -root _NET_SUPPORTING_WM_CHECK 2>/dev/null | grep -q 'window id' && return
-        sleep 0.1
-    done
-    die "the window manager did not start; see build/tour/openbox.log"
-}
-
-tour() {
-    trap cleanup EXIT
-    trap 'exit 143' INT TERM HUP
-
-    # Socket names are limited to some 100 characters, so these cannot lie below $out.
-    work="$(mktemp -d "${TMPDIR:-/tmp}/tour.XXXXXX")"
-    mkdir -p "$work/run" "$work/home" "$work/tmp"
-    chmod 700 "$work/run"
-    unset WAYLAND_DISPLAY DBUS_SESSION_BUS_ADDRESS XDG_CONFIG_HOME XDG_DATA_HOME \
-        QT_QPA_PLATFORM QT_STYLE_OVERRIDE QT_LOGGING_RULES QT_SCALE_FACTOR XAUTHORITY
-    export HOME="$work/home" XDG_RUNTIME_DIR="$work/run" TMPDIR="$work/tmp" LC_ALL=C.UTF-8
-    export QT_LINUX_ACCESSIBILITY_ALWAYS_ON=1 NO_AT_BRIDGE=1
-
-    export TOUR_SERVER= TOUR_PHONE= TOUR_PHONE_ADDRESS=
-    if [ "$1" = private ]; then
-        lay_network
-        TOUR_SERVER="$server_address"
-        TOUR_PHONE="nsenter --target $phone_host --net"
-        TOUR_PHONE_ADDRESS="$phone_address"
-    fi
-    start_screen
-    # In the background, so that a signal is answered at once, and as a group of its
-    # own, so that the bus and the program go with it.
-    setsid dbus-run-session -- /usr/bin/python3 -B "$root/scripts/tour/tour.py" "$out" \
-        2>"$out/tour.log" &
-    local session=$! status=0
-    started+=("-$session")
-    wait "$session" || status=$?
-    if [ "$status" -ne 0 ]; then
-        tail -n 40 "$out/tour.log" >&2
-        say "screenshots and logs: build/tour"
-    fi
-    return "$status"
-}
+. "$root/scripts/tour/stage.sh"
 
 case "${1:-}" in
-    --inside) tour "$2"; exit ;;
+    --inside)
+        set_stage "$2" 1280x800
+        play "$root/scripts/tour/tour.py" "$out"
+        exit
+        ;;
     "") ;;
     *) die "usage: scripts/tour.sh" ;;
 esac
@@ -122,16 +25,5 @@ esac
 need_packages build tour
 build release VlManager
 rm -rf "$out"
-mkdir -p "$out/program"
-cp "$root/build/release/bin/VlManager" "$out/program/"
-# The settings as they are shipped, not as somebody left them beside the built program.
-cmake -DSOURCE_DIR="$root" -DBIN_DIR="$out/program" \
-    -DCATALOGUE_DIR="$root/build/release/catalogues" -P "$root/cmake/CopyRuntimeFiles.cmake"
-
-private="$(private_network_command)"
-if [ -n "$private" ]; then
-    say "touring in a private network"
-    exec $private "${BASH_SOURCE[0]}" --inside private
-fi
-say "touring on this machine's own network"
-exec "${BASH_SOURCE[0]}" --inside shared
+lay_program "$out/program"
+enter_network

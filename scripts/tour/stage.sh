@@ -1,0 +1,133 @@
+# What a walk through the real program stands on: a virtual screen, a bus for screen readers, and
+# where the system allows a network of its own. Source it after lib.sh, with `out` set to the
+# folder for pictures and logs.
+
+server_address=192.0.2.10
+other_address=198.51.100.10
+phone_address=192.0.2.20
+
+started=()
+cleanup() {
+    local pid
+    for pid in "${started[@]}"; do
+        kill -- "$pid" 2>/dev/null || true
+    done
+    [ -z "${work:-}" ] || rm -rf "$work"
+}
+
+# lay_program <folder>: the program as it is shipped, with its settings as they are shipped and
+# not as somebody left them beside the built one.
+lay_program() {
+    mkdir -p "$1"
+    cp "$root/build/release/bin/VlManager" "$1/"
+    cmake -DSOURCE_DIR="$root" -DBIN_DIR="$1" -DCATALOGUE_DIR="$root/build/release/catalogues" \
+        -P "$root/cmake/CopyRuntimeFiles.cmake"
+}
+
+# The fewest rights that still give a network of our own; nothing printed: none do.
+private_network_command() {
+    local command
+    for command in "unshare --net --ipc" "unshare --map-root-user --net --ipc"; do
+        if $command sh -c 'ip link add tour0 type veth peer name phone0' >/dev/null 2>&1; then
+            echo "$command"
+            return
+        fi
+    done
+}
+
+# Two hosts on one cable: tour0 here, phone0 in a network namespace held by a sleeper.
+# A second card, of a network where no telephone is, makes the choice of the card
+# matter.
+lay_network() {
+    ip link set lo up
+    ip link add tour0 type veth peer name phone0
+    ip link add tour1 type veth peer name other1
+    unshare --net sleep infinity &
+    phone_host=$!
+    started+=("$phone_host")
+    until [ "$(readlink "/proc/$phone_host/ns/net")" != "$(readlink /proc/self/ns/net)" ]; do
+        sleep 0.05
+    done
+    local end
+    for end in phone0 other1; do
+        ip link set "$end" netns "$phone_host"
+        nsenter --target "$phone_host" --net ip link set "$end" up
+    done
+    ip addr add "$server_address/24" dev tour0
+    ip addr add "$other_address/24" dev tour1
+    ip link set tour0 up
+    ip link set tour1 up
+    nsenter --target "$phone_host" --net ip addr add "$phone_address/24" dev phone0
+}
+
+# start_screen <width>x<height>
+start_screen() {
+    local display
+    exec {display_pipe}<> <(:)
+    Xvfb -displayfd "$display_pipe" -screen 0 "$1x24" -dpi 96 -nolisten tcp \
+        >"$out/xvfb.log" 2>&1 &
+    started+=("$!")
+    read -r -t 20 display <&"$display_pipe" || die "the virtual screen did not start; see $out/xvfb.log"
+    export DISPLAY=":$display"
+    openbox --sm-disable >"$out/openbox.log" 2>&1 &
+    started+=("$!")
+    # A window shown before the window manager is there would not be activated.
+    for _ in $(seq 100); do
+        xprop -root _NET_SUPPORTING_WM_CHECK 2>/dev/null | grep -q 'window id' && return
+        sleep 0.1
+    done
+    die "the window manager did not start; see $out/openbox.log"
+}
+
+# set_stage private|shared <width>x<height>: the network, the screen and a clean environment.
+set_stage() {
+    trap cleanup EXIT
+    trap 'exit 143' INT TERM HUP
+
+    # Socket names are limited to some 100 characters, so these cannot lie below $out.
+    work="$(mktemp -d "${TMPDIR:-/tmp}/tour.XXXXXX")"
+    mkdir -p "$work/run" "$work/home" "$work/tmp"
+    chmod 700 "$work/run"
+    unset WAYLAND_DISPLAY DBUS_SESSION_BUS_ADDRESS XDG_CONFIG_HOME XDG_DATA_HOME \
+        QT_QPA_PLATFORM QT_STYLE_OVERRIDE QT_LOGGING_RULES QT_SCALE_FACTOR XAUTHORITY
+    export HOME="$work/home" XDG_RUNTIME_DIR="$work/run" TMPDIR="$work/tmp" LC_ALL=C.UTF-8
+    export QT_LINUX_ACCESSIBILITY_ALWAYS_ON=1 NO_AT_BRIDGE=1
+
+    export TOUR_SERVER= TOUR_PHONE= TOUR_PHONE_ADDRESS=
+    if [ "$1" = private ]; then
+        lay_network
+        TOUR_SERVER="$server_address"
+        TOUR_PHONE="nsenter --target $phone_host --net"
+        TOUR_PHONE_ADDRESS="$phone_address"
+    fi
+    start_screen "$2"
+}
+
+# play <script> [argument]...: a walk written in Python; its status, and the end of what it
+# complained of when that is not 0.
+play() {
+    # In the background, so that a signal is answered at once, and as a group of its
+    # own, so that the bus and the program go with it.
+    setsid dbus-run-session -- /usr/bin/python3 -B "$@" 2>"$out/tour.log" &
+    local session=$! status=0
+    started+=("-$session")
+    wait "$session" || status=$?
+    if [ "$status" -ne 0 ]; then
+        tail -n 40 "$out/tour.log" >&2
+        say "screenshots and logs: $out"
+    fi
+    return "$status"
+}
+
+# enter_network <argument>...: starts the calling script anew with "--inside private" or "--inside
+# shared" and these arguments, in a network of its own where that can be had.
+enter_network() {
+    local private
+    private="$(private_network_command)"
+    if [ -n "$private" ]; then
+        say "in a private network"
+        exec $private "$0" --inside private "$@"
+    fi
+    say "on this machine's own network"
+    exec "$0" --inside shared "$@"
+}
