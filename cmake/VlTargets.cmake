@@ -7,6 +7,8 @@ target_compile_options(vl_options INTERFACE
     -Wall -Wextra -Wpedantic -Wshadow -Wconversion
     -Wold-style-cast -Woverloaded-virtual -Wnon-virtual-dtor
     -Werror
+    # qCDebug() is such a macro; GCC says nothing of those in Qt's headers.
+    $<$<CXX_COMPILER_ID:Clang>:-Wno-gnu-zero-variadic-macro-arguments>
     -fstack-protector-strong)
 if(NOT VL_SANITIZE)
     # The sanitizers bring checks of their own for what this one covers.
@@ -24,6 +26,12 @@ target_compile_definitions(vl_options INTERFACE
 if(VL_SANITIZE)
     target_compile_options(vl_options INTERFACE -fsanitize=${VL_SANITIZE} -fno-omit-frame-pointer -g)
     target_link_options(vl_options INTERFACE -fsanitize=${VL_SANITIZE})
+endif()
+if(VL_FUZZ)
+    # A fuzzer notices only what ends the process.
+    target_compile_options(vl_options INTERFACE
+        -fsanitize=fuzzer-no-link -fno-sanitize-recover=undefined)
+    target_compile_definitions(vl_options INTERFACE QT_FORCE_ASSERTS)
 endif()
 
 # vl_library(<folder> SOURCES ... LINK ...): the library of one folder. LINK names

@@ -198,6 +198,9 @@ QStringList CSVParse::readRow(csv_parser &reader) const
             qCDebug(debugLog) << "row data str contain r, remove it.";
             text.remove(QLatin1Char('\r'));
         }
+        // What is left of the line end where a quote was never closed. No device may hold one, as
+        // it would be two lines in a backup.
+        text.remove(QLatin1Char('\n'));
         fields.append(text);
     }
     return fields;

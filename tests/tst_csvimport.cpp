@@ -362,7 +362,7 @@ void TestCsvImport::refusesTextThatDoesNotFit()
 void TestCsvImport::fieldsArriveAsTheyStand()
 {
     ContactInfo expected;
-    expected.mac = QStringLiteral("000b82000001");
+    expected.mac = QStringLiteral("0200a7000001");
     expected.first_account = QStringLiteral("0007");
     expected.company = QStringLiteral(" Two  inner  blanks ");
     expected.password = QStringLiteral("a,\"b\",c");
@@ -376,14 +376,17 @@ void TestCsvImport::fieldsArriveAsTheyStand()
                                      ", Two  inner  blanks ,note,\"a,\"\"b\"\",c\",\"\"\"\","
                                      "a\rb,0007," +
                                      QByteArray(50000, 'x') +
-                                     ",000b82000001\r\n"
+                                     ",0200a7000001\r\n"
                                      "\r\n"
                                      " , ,\r\n"
-                                     ",,,,,,,,short")));
-    QCOMPARE(target.added.size(), 2);
+                                     ",,,,,,,,short\r\n"
+                                     ",,,,,,,,\"open\r\n")));
+    QCOMPARE(target.added.size(), 3);
     for (const ContactField &field : contactFields())
         QCOMPARE(target.added.first().*field.member, expected.*field.member);
-    QVERIFY(target.added.last() == deviceWithMac(QStringLiteral("short")));
+    QVERIFY(target.added.at(1) == deviceWithMac(QStringLiteral("short")));
+    // The quote that was never closed has not taken the line end in.
+    QVERIFY(target.added.last() == deviceWithMac(QStringLiteral("\"open")));
 }
 
 /// The text is copied in pieces of a little over two thousand bytes.

@@ -1,0 +1,39 @@
+#!/usr/bin/env bash
+# Fuzzes the CSV reader and the whole import, one after the other, under the address and
+# undefined-behaviour sanitizers.
+#   scripts/fuzz.sh [SECONDS]    for each of the two; 60 when not given
+# What was learned stays in build/fuzz/corpus for the next run. An input that finds something is
+# written to build/fuzz/findings, and the script fails.
+set -euo pipefail
+. "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
+
+seconds="${1:-60}"
+[[ "$seconds" =~ ^[0-9]+$ && $# -le 1 ]] || die "usage: scripts/fuzz.sh [SECONDS]"
+
+need_packages build fuzz
+build fuzz fuzz_csv_reader fuzz_csv_import
+
+export UBSAN_OPTIONS="print_stacktrace=1:${UBSAN_OPTIONS:-}"
+export ASAN_OPTIONS="detect_leaks=1:strict_string_checks=1:${ASAN_OPTIONS:-}"
+export QT_QPA_PLATFORM=offscreen QT_LOGGING_RULES="default.debug=false"
+# Every input becomes files; in memory that is several times faster.
+if [ -w /dev/shm ]; then
+    export TMPDIR=/dev/shm
+fi
+
+findings="$root/build/fuzz/findings"
+mkdir -p "$findings"
+failed=()
+for fuzzer in fuzz_csv_reader fuzz_csv_import; do
+    learned="$root/build/fuzz/corpus/$fuzzer"
+    mkdir -p "$learned"
+    say "$fuzzer for $seconds seconds"
+    # Looking for leaks after each input, Qt's caches make it slow; it is done at the end.
+    nice "$root/build/fuzz/fuzz/$fuzzer" \
+        -max_total_time="$seconds" -max_len=8192 -timeout=10 -detect_leaks=0 -print_final_stats=1 \
+        -dict="$root/fuzz/csv.dict" -artifact_prefix="$findings/$fuzzer-" \
+        "$learned" "$root/fuzz/corpus" || failed+=("$fuzzer")
+done
+
+[ "${#failed[@]}" -eq 0 ] || die "found something: ${failed[*]}; see $findings"
+say "nothing found"
