@@ -13,6 +13,7 @@
 #include "view/ContactView.h"
 #include "view/SearchBar.h"
 #include "widgets/Modal.h"
+#include "widgets/UserGuide.h"
 
 #include <QActionGroup>
 #include <QApplication>
@@ -37,6 +38,14 @@ const QString programVersion = QStringLiteral("1.0.0.10");
 const QString optionsPath = QStringLiteral("language/options.xml");
 
 constexpr std::array<const char *, 3> workFiles = {"tmp.csv", "tmp1.csv", "tmp2.csv"};
+
+void showInFront(QWidget &window)
+{
+    window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
+    window.show();
+    window.raise();
+    window.activateWindow();
+}
 
 } // namespace
 
@@ -79,12 +88,9 @@ MainWindow::~MainWindow()
 
 void MainWindow::bringToFront()
 {
-    setWindowState(windowState() & ~Qt::WindowMinimized);
-    show();
-    QWidget *const front =
-        QApplication::activeModalWidget() ? QApplication::activeModalWidget() : this;
-    front->raise();
-    front->activateWindow();
+    showInFront(*this);
+    if (QWidget *const box = QApplication::activeModalWidget())
+        showInFront(*box);
 }
 
 QAction *MainWindow::addCommand(const QString &text, const QString &statusTip)
@@ -139,12 +145,13 @@ void MainWindow::createActions()
     connect(m_exportAction, &QAction::triggered, this, &MainWindow::localExport);
     connect(m_exitAction, &QAction::triggered, this, &MainWindow::closeWindow);
     connect(m_httpdAction, &QAction::triggered, this, &MainWindow::selectHttpdService);
+    connect(m_helpAction, &QAction::triggered, this, &MainWindow::showUserGuide);
     connect(m_aboutAction, &QAction::triggered, this, &MainWindow::about);
 
     // What the program cannot do yet.
-    for (QAction *const action : {m_newsAction, m_importAction, m_exportAction, m_chineseAction,
-                                  m_englishAction, m_autoStartAction, m_recoveryDataAction,
-                                  m_autoHttpdAction, m_httpdPortAction, m_helpAction})
+    for (QAction *const action :
+         {m_newsAction, m_importAction, m_exportAction, m_chineseAction, m_englishAction,
+          m_autoStartAction, m_recoveryDataAction, m_autoHttpdAction, m_httpdPortAction})
         action->setEnabled(false);
 }
 
@@ -434,6 +441,13 @@ void MainWindow::enablePnp()
 void MainWindow::onHTTPDMsg(const QString &message)
 {
     m_reportBox->addReport(message);
+}
+
+void MainWindow::showUserGuide()
+{
+    if (!m_userGuide)
+        m_userGuide = std::make_unique<UserGuide>(m_language);
+    showInFront(*m_userGuide);
 }
 
 void MainWindow::about()

@@ -4,6 +4,8 @@
 
 #include <QMainWindow>
 
+#include <memory>
+
 class CommandBar;
 class ContactDialog;
 class ContactsDialog;
@@ -15,6 +17,7 @@ class ImportPage;
 class LoadingWidget;
 class QActionGroup;
 class ReportBox;
+class UserGuide;
 
 /// The one top-level window: menus, buttons, the device list and the report box, and the flows that
 /// start there. It stores nothing itself: every flow calls the data manager and the view follows
@@ -48,6 +51,8 @@ public slots:
     void localExport();
     /// Shows the import page.
     void localImport();
+    /// Shows the help window, which goes on where it was closed.
+    void showUserGuide();
     void about();
     /// Ends the program: once, however often it is reached.
     void closeWindow();
@@ -122,6 +127,8 @@ private:
     ExportPage *m_exportPage = nullptr;
     LoadingWidget *m_loading = nullptr;
 
+    /// Made on first use. Without a parent, so that it can be read beside an open dialog.
+    std::unique_ptr<UserGuide> m_userGuide;
     ContactDialog *m_contactDialog = nullptr;
     ContactsDialog *m_contactsDialog = nullptr;
     /// What the edit dialog works on: a copy, as the list may change while the dialog is open.

@@ -1,5 +1,7 @@
 #include "app/ReportBox.h"
 
+#include "widgets/EffectScrollBar.h"
+
 #include <QFontDatabase>
 #include <QLabel>
 #include <QPlainTextEdit>
@@ -26,6 +28,8 @@ ReportBox::ReportBox(QWidget *parent)
     m_text->setReadOnly(true);
     m_text->setTabChangesFocus(true);
     m_text->setMaximumBlockCount(keptLines);
+    m_text->setVerticalScrollBar(new EffectScrollBar(Qt::Vertical));
+    m_text->setHorizontalScrollBar(new EffectScrollBar(Qt::Horizontal));
     m_text->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
 
     auto *const column = new QVBoxLayout(this);

@@ -4,13 +4,13 @@
 #include "dialogs/IpLine.h"
 #include "model/DebugLog.h"
 #include "widgets/Modal.h"
+#include "widgets/ScrollArea.h"
 #include "widgets/ToolTipWidget.h"
 
 #include <QCloseEvent>
 #include <QHBoxLayout>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QScrollArea>
 #include <QScrollBar>
 #include <QVBoxLayout>
 
@@ -32,7 +32,7 @@ constexpr int firstOwnMacByte = 3;
 ContactDialog::ContactDialog(QWidget *parent)
     : QDialog(parent)
     , m_form(new ContactForm)
-    , m_scrollArea(new QScrollArea(this))
+    , m_scrollArea(new ScrollArea(this))
     , m_toolTip(new ToolTipWidget(this))
     , m_advanceButton(new QPushButton(tr("Show Advance Settings"), this))
 {

@@ -7,7 +7,7 @@
 class ContactForm;
 class IpLine;
 class QPushButton;
-class QScrollArea;
+class ScrollArea;
 class ToolTipWidget;
 
 /// Creates one device, or shows and edits one. Made once and reused: loadContact() before each
@@ -47,7 +47,7 @@ private:
     bool checkMac();
 
     ContactForm *m_form;
-    QScrollArea *m_scrollArea;
+    ScrollArea *m_scrollArea;
     ToolTipWidget *m_toolTip;
     QPushButton *m_advanceButton;
     IpLine *m_macLine = nullptr;

@@ -5,12 +5,12 @@
 #include "dialogs/IpLine.h"
 #include "model/DebugLog.h"
 #include "widgets/Modal.h"
+#include "widgets/ScrollArea.h"
 #include "widgets/ToolTipWidget.h"
 
 #include <QHBoxLayout>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QScrollArea>
 #include <QScrollBar>
 #include <QVBoxLayout>
 
@@ -35,7 +35,7 @@ int number(const QLineEdit *edit)
 ContactsDialog::ContactsDialog(QWidget *parent)
     : QDialog(parent)
     , m_form(new ContactForm)
-    , m_scrollArea(new QScrollArea(this))
+    , m_scrollArea(new ScrollArea(this))
     , m_toolTip(new ToolTipWidget(this))
 {
     setWindowIcon(Modal::windowIcon());

@@ -8,7 +8,7 @@
 class ContactForm;
 class IpLine;
 class QLineEdit;
-class QScrollArea;
+class ScrollArea;
 class ToolTipWidget;
 struct DeviceBatch;
 
@@ -44,7 +44,7 @@ private:
     DeviceBatch batch() const;
 
     ContactForm *m_form;
-    QScrollArea *m_scrollArea;
+    ScrollArea *m_scrollArea;
     ToolTipWidget *m_toolTip;
     QLineEdit *m_countEdit = nullptr;
     IpLine *m_macLine = nullptr;

@@ -2,9 +2,9 @@
 
 #include "net/NetCardItem.h"
 #include "widgets/Modal.h"
+#include "widgets/ScrollArea.h"
 
 #include <QPushButton>
-#include <QScrollArea>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -15,7 +15,7 @@ constexpr int rowHeight = 40;
 
 NetCardSelectDialog::NetCardSelectDialog(QWidget *parent)
     : QDialog(parent)
-    , m_scrollArea(new QScrollArea(this))
+    , m_scrollArea(new ScrollArea(this))
     , m_container(new QWidget)
     , m_layout(new QVBoxLayout(m_container))
     , m_okButton(new QPushButton(tr("OK"), this))

@@ -46,6 +46,26 @@ png loading 64 64
 png row_background 64 30 "$work/row_background.png"
 convert "$work/row_background.png" -strip -sampling-factor 4:4:4 -quality 98 "$out/row_background.jpg"
 
+# The help window. Its arrows are one drawing in three states, turned round for the
+# other direction; the ground is dark and soft, and shows no loss.
+guide="$out/UserGuide"
+mkdir -p "$guide"
+png UserGuide 128 128 "$guide/UserGuide.png"
+png right_BG 1360 1120 "$work/right_BG.png"
+convert "$work/right_BG.png" -strip -quality 85 "$guide/right_BG.jpg"
+# arrow <state> <fill> <ring> <arrow>
+arrow() {
+    local direction angle=0
+    for direction in up down; do
+        sed "s/@ANGLE@/$angle/; s/@FILL@/$2/; s/@RING@/$3/; s/@ARROW@/$4/" "$src/guide_arrow.svg" >"$work/arrow.svg"
+        rsvg-convert --width 80 --height 80 --output "$guide/arrow_${direction}_$1.png" "$work/arrow.svg"
+        angle=180
+    done
+}
+arrow unpressed '#2d3743' '#8ee0ff' '#8ee0ff'
+arrow pressed '#8ee0ff' '#8ee0ff' '#22272e'
+arrow disable 'none' '#4a5563' '#5d6a7a'
+
 # The busy animation: one turn of the wheel in twelve steps. A GIF pixel is either
 # opaque or clear, so the bars are blended with the colour that the busy window
 # takes over a light background, and only what is quite clear stays clear.

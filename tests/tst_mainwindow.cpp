@@ -4,6 +4,7 @@
 #include "storage/DataMgr.h"
 #include "view/ContactView.h"
 #include "widgets/Modal.h"
+#include "widgets/UserGuide.h"
 
 #include <QAction>
 #include <QDir>
@@ -67,6 +68,7 @@ private slots:
     void closesOnce();
     void plugAndPlayNeedsHttpd();
     void takesTheListOutAndIn();
+    void helpGoesOnWhereItWasClosed();
 
 private:
     void openWindow();
@@ -480,6 +482,36 @@ void TestMainWindow::takesTheListOutAndIn()
                                         QStringLiteral("02:00:A7:00:00:02")}));
     QCOMPARE(m_dataMgr->devices().at(1).info.first_account, QStringLiteral("0012"));
     QCOMPARE(QDir(m_folder->filePath(QStringLiteral("backup"))).entryList(QDir::Files).size(), 1);
+}
+
+void TestMainWindow::helpGoesOnWhereItWasClosed()
+{
+    openWindow();
+    const auto guides = [] {
+        QList<UserGuide *> found;
+        const auto widgets = QApplication::topLevelWidgets();
+        for (QWidget *const widget : widgets) {
+            if (auto *const guide = qobject_cast<UserGuide *>(widget))
+                found.append(guide);
+        }
+        return found;
+    };
+    QAction *const help =
+        m_window->findChild<QMenu *>(QStringLiteral("HelpMenu"))->actions().first();
+    QVERIFY(guides().isEmpty());
+    help->trigger();
+    QCOMPARE(guides().size(), 1);
+    UserGuide *const guide = guides().first();
+    QVERIFY(guide->isVisible());
+    guide->rightPressed();
+    guide->close();
+    QVERIFY(m_window->isVisible());
+    help->trigger();
+    QCOMPARE(guides(), QList<UserGuide *>{guide});
+    QVERIFY(guide->isVisible());
+    QCOMPARE(guide->currentPage(), 1);
+    m_window.reset();
+    QVERIFY(guides().isEmpty());
 }
 
 QTEST_MAIN(TestMainWindow)

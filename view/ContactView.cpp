@@ -6,12 +6,12 @@
 #include "view/ContactFilter.h"
 #include "view/ContactModel.h"
 #include "view/SearchEdit.h"
+#include "widgets/EffectScrollBar.h"
 
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
-#include <QScrollBar>
 #include <QToolTip>
 
 namespace {
@@ -54,6 +54,8 @@ void ContactView::setUpLook()
     setShowGrid(false);
     setWordWrap(false);
     setMouseTracking(true);
+    setVerticalScrollBar(new EffectScrollBar(Qt::Vertical));
+    setHorizontalScrollBar(new EffectScrollBar(Qt::Horizontal));
     // By pixel, so that the scroll bar's value is the offset of the first row.
     setVerticalScrollMode(ScrollPerPixel);
     setHorizontalScrollMode(ScrollPerPixel);

@@ -1,0 +1,346 @@
+#include "widgets/EffectScrollBar.h"
+#include "widgets/ScrollArea.h"
+#include "widgets/UserGuide.h"
+#include "widgets/UserGuideControl.h"
+#include "widgets/UserGuideWidget.h"
+
+#include <QAbstractAnimation>
+#include <QApplication>
+#include <QDir>
+#include <QFile>
+#include <QLabel>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <memory>
+
+namespace {
+
+using Pictures = QMap<int, QString>; ///< by page number, from 1
+
+const QString guideFolder = QStringLiteral("./resource/UserGuide/");
+
+const QColor upColor(Qt::green);
+const QColor pressedColor(Qt::yellow);
+const QColor disabledColor(Qt::red);
+
+void saveImage(const QString &path, const QColor &color)
+{
+    QImage image(40, 40, QImage::Format_RGB32);
+    image.fill(color);
+    QVERIFY2(image.save(path), qPrintable(path));
+}
+
+QColor centre(QWidget &widget)
+{
+    const QImage image = widget.grab().toImage();
+    return image.pixelColor(image.rect().center());
+}
+
+} // namespace
+
+class TestUserGuide : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void cleanup() { m_guide.reset(); }
+
+    void takesPicturesFromTheList_data();
+    void takesPicturesFromTheList();
+    void drawsThePictureOfItsPage();
+    void pagesFromEndToEnd();
+    void arrowsShowTheirState();
+    void pagesWhileAPageIsTurned();
+    void diesWhileAPageIsTurned();
+    void closesAndOpensAtItsPage();
+    void scrollBarAnswersThePointer();
+
+private:
+    void open();
+    QPushButton *arrow(const char *name)
+    {
+        return m_guide->findChild<QPushButton *>(QLatin1String(name));
+    }
+    QString counter()
+    {
+        return m_guide->findChild<QLabel *>(QStringLiteral("guideCounter"))->text();
+    }
+    QStringList visibleTitles();
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+    std::unique_ptr<UserGuide> m_guide;
+};
+
+void TestUserGuide::init()
+{
+    m_folder = std::make_unique<QTemporaryDir>();
+    QVERIFY(m_folder->isValid());
+    QDir::setCurrent(m_folder->path());
+    QVERIFY(QDir().mkpath(guideFolder));
+}
+
+void TestUserGuide::open()
+{
+    m_guide = std::make_unique<UserGuide>(QStringLiteral("en"));
+    m_guide->show();
+    m_guide->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(m_guide.get()));
+}
+
+QStringList TestUserGuide::visibleTitles()
+{
+    QStringList titles;
+    const auto widgets = m_guide->findChildren<UserGuideWidget *>();
+    for (const UserGuideWidget *widget : widgets) {
+        if (!widget->isHidden())
+            titles.append(widget->accessibleName());
+    }
+    return titles;
+}
+
+void TestUserGuide::takesPicturesFromTheList_data()
+{
+    QTest::addColumn<QString>("language");
+    QTest::addColumn<QByteArray>("list");
+    QTest::addColumn<Pictures>("expected");
+
+    const QString en = QStringLiteral("en");
+    const QByteArray two =
+        R"(<root><item text="1" pic="a.png"/><item text="9" pic="b.png"/></root>)";
+    const Pictures twoEnglish = {{1, guideFolder + QStringLiteral("a.png")},
+                                 {9, guideFolder + QStringLiteral("b.png")}};
+    const Pictures twoChinese = {{1, guideFolder + QStringLiteral("chinese/a.png")},
+                                 {9, guideFolder + QStringLiteral("chinese/b.png")}};
+    QTest::newRow("English") << en << two << twoEnglish;
+    QTest::newRow("Chinese") << QStringLiteral("zh") << two << twoChinese;
+    QTest::newRow("any other language") << QStringLiteral("EN") << two << twoChinese;
+    QTest::newRow("declaration, comments, other elements")
+        << en
+        << QByteArray(R"(<?xml version="1.0" encoding="UTF-8"?><!-- c --><root><x text="2" pic="x"/>
+               <item text="1" pic="a.png">t</item><x><item text="3" pic="x"/></x>
+               <item pic="b.png" text=" 9 "/></root>)")
+        << twoEnglish;
+    QTest::newRow("numbers that are no page")
+        << en << QByteArray(R"(<root><item text="10" pic="x"/><item text="0" pic="x"/>
+               <item text="-1" pic="x"/><item text="0x2" pic="x"/><item text="" pic="x"/>
+               <item pic="x"/><item text="99999999999999999999" pic="x"/>
+               <item text="1" pic="a.png"/><item text="9" pic="b.png"/></root>)")
+        << twoEnglish;
+    QTest::newRow("without picture, and twice")
+        << en << QByteArray(R"(<root><item text="1" pic="x"/><item text="1" pic="a.png"/>
+               <item text="1"/><item text="1" pic=""/><item text="9" pic="b.png"/></root>)")
+        << twoEnglish;
+    QTest::newRow("another root") << en << QByteArray(two).replace("root", "Root") << Pictures();
+    QTest::newRow("cut off") << en << two.chopped(8) << Pictures();
+    QTest::newRow("empty") << en << QByteArray("") << Pictures();
+    QTest::newRow("missing") << en << QByteArray() << Pictures();
+}
+
+void TestUserGuide::takesPicturesFromTheList()
+{
+    QFETCH(const QString, language);
+    QFETCH(const QByteArray, list);
+    QFETCH(const Pictures, expected);
+    if (!list.isNull()) {
+        QFile file(guideFolder + QStringLiteral("userguide.xml"));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        file.write(list);
+    }
+    m_guide = std::make_unique<UserGuide>(language);
+    Pictures pictures;
+    for (int i = 0; i < m_guide->pages().size(); ++i) {
+        if (!m_guide->pages().at(i).picture.isEmpty())
+            pictures.insert(i + 1, m_guide->pages().at(i).picture);
+    }
+    QCOMPARE(pictures, expected);
+    m_guide->rightPressed();
+    QCOMPARE(counter(), QStringLiteral("2/9"));
+}
+
+void TestUserGuide::drawsThePictureOfItsPage()
+{
+    saveImage(guideFolder + QStringLiteral("a.png"), Qt::magenta);
+    QImage wide(3000, 100, QImage::Format_RGB32);
+    wide.fill(Qt::cyan);
+    QVERIFY(wide.save(guideFolder + QStringLiteral("wide.png")));
+    UserGuideWidget page;
+    page.resize(800, 500);
+    const QPoint middle((UserGuideWidget::columnWidth + page.width()) / 2, page.height() / 2);
+    const auto draw = [&page](const char *picture) {
+        page.setPage(
+            {QStringLiteral("t"), QStringLiteral("x"), guideFolder + QLatin1String(picture)});
+        return page.grab().toImage();
+    };
+    QCOMPARE(draw("a.png").pixelColor(middle), QColor(Qt::magenta));
+    const QImage image = draw("wide.png");
+    QCOMPARE(image.pixelColor(middle), QColor(Qt::cyan));
+    QCOMPARE(image.pixelColor(UserGuideWidget::columnWidth - 2, middle.y()),
+             QColor(0x22, 0x27, 0x2e));
+    QCOMPARE(image.pixelColor(page.width() - 2, middle.y()), image.pixelColor(page.width() - 2, 2));
+    const QImage none = draw("missing.png");
+    QCOMPARE(none.pixelColor(middle), none.pixelColor(page.width() - 2, 2));
+}
+
+void TestUserGuide::pagesFromEndToEnd()
+{
+    open();
+    QPushButton *const up = arrow("arrow_up");
+    QPushButton *const down = arrow("arrow_down");
+    QCOMPARE(counter(), QStringLiteral("1/9"));
+    QVERIFY(!up->isEnabled());
+    QTest::keyClick(m_guide.get(), Qt::Key_PageUp);
+    m_guide->leftPressed();
+    QCOMPARE(counter(), QStringLiteral("1/9"));
+
+    for (int page = 2; page <= 9; ++page) {
+        if (page == 2)
+            QTest::mouseClick(down, Qt::LeftButton);
+        else if (page == 3)
+            QTest::keyClick(down, Qt::Key_Space);
+        else
+            QTest::keyClick(QApplication::focusWidget(),
+                            page % 2 ? Qt::Key_Down : Qt::Key_PageDown);
+        QCOMPARE(counter(), QStringLiteral("%1/9").arg(page));
+        QVERIFY(up->isEnabled());
+        QCOMPARE(down->isEnabled(), page < 9);
+    }
+    // The keyboard stays with what still answers.
+    QVERIFY(up->hasFocus());
+    QTest::keyClick(m_guide.get(), Qt::Key_Down);
+    QCOMPARE(counter(), QStringLiteral("9/9"));
+    QTest::keyClick(up, Qt::Key_Up);
+    QCOMPARE(counter(), QStringLiteral("8/9"));
+    QVERIFY(down->isEnabled());
+    QTRY_COMPARE(visibleTitles(), QStringList(m_guide->pages().at(7).title));
+}
+
+void TestUserGuide::arrowsShowTheirState()
+{
+    // With the program's own sheet, which has rules for buttons as well.
+    QFile sheet(QStringLiteral(VL_SOURCE_DIR "/resource/style.qss"));
+    QVERIFY(sheet.open(QIODevice::ReadOnly));
+    qApp->setStyleSheet(QString::fromUtf8(sheet.readAll()));
+    for (const char *const name : {"arrow_up_%1.png", "arrow_down_%1.png"}) {
+        const QString path = guideFolder + QLatin1String(name);
+        saveImage(path.arg(QStringLiteral("unpressed")), upColor);
+        saveImage(path.arg(QStringLiteral("pressed")), pressedColor);
+        saveImage(path.arg(QStringLiteral("disable")), disabledColor);
+    }
+    open();
+    QCOMPARE(centre(*arrow("arrow_up")), disabledColor);
+    QPushButton *const down = arrow("arrow_down");
+    QCOMPARE(down->size(), QSize(40, 40));
+    QCOMPARE(centre(*down), upColor);
+    down->setDown(true);
+    QCOMPARE(centre(*down), pressedColor);
+    down->setDown(false);
+    for (int page = 1; page < 9; ++page)
+        m_guide->rightPressed();
+    QCOMPARE(centre(*down), disabledColor);
+    QCOMPARE(centre(*arrow("arrow_up")), upColor);
+    qApp->setStyleSheet(QString());
+}
+
+void TestUserGuide::pagesWhileAPageIsTurned()
+{
+    open();
+    const auto *const control = m_guide->findChild<UserGuideControl *>();
+    // Two pages on, one back, with the turn at a different point each time.
+    for (int step = 1; step <= 21; ++step) {
+        if (step % 3)
+            m_guide->rightPressed();
+        else
+            m_guide->leftPressed();
+        QVERIFY(control->isRunning());
+        QCOMPARE(visibleTitles().size(), 2);
+        if (step == 7)
+            m_guide->resize(m_guide->size() + QSize(40, 30));
+        QTest::qWait(step * 3);
+    }
+    QCOMPARE(counter(), QStringLiteral("8/9"));
+    QTRY_VERIFY(!control->isRunning());
+    QCOMPARE(visibleTitles(), QStringList(m_guide->pages().at(7).title));
+    const auto pages = control->findChildren<UserGuideWidget *>();
+    for (const UserGuideWidget *page : pages) {
+        if (page->isVisible())
+            QCOMPARE(page->geometry(), control->rect());
+    }
+    // Each turn's animation has deleted itself.
+    QTRY_VERIFY(control->findChildren<QAbstractAnimation *>().isEmpty());
+}
+
+void TestUserGuide::diesWhileAPageIsTurned()
+{
+    open();
+    m_guide->rightPressed();
+    QTest::qWait(20);
+    m_guide->rightPressed();
+    m_guide.reset();
+    QTest::qWait(20);
+    // Closed at a page that is still on its way, it opens with the page in its place.
+    open();
+    m_guide->rightPressed();
+    m_guide->close();
+    m_guide->show();
+    QTRY_COMPARE(visibleTitles(), QStringList(m_guide->pages().at(1).title));
+}
+
+void TestUserGuide::closesAndOpensAtItsPage()
+{
+    open();
+    const QSignalSpy closed(m_guide.get(), &UserGuide::closeClicked);
+    m_guide->rightPressed();
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
+    QVERIFY(!m_guide->isVisible());
+    QCOMPARE(closed.size(), 1);
+    m_guide->show();
+    QCOMPARE(counter(), QStringLiteral("2/9"));
+}
+
+void TestUserGuide::scrollBarAnswersThePointer()
+{
+    ScrollArea area;
+    area.resize(200, 200);
+    auto *const content = new QWidget;
+    content->setFixedSize(150, 1000);
+    area.setWidget(content);
+    area.show();
+    auto *const bar = qobject_cast<EffectScrollBar *>(area.verticalScrollBar());
+    QVERIFY(bar && bar->isVisible());
+    QVERIFY(!area.horizontalScrollBar()->isVisible());
+    const auto thickness = [bar] {
+        const QImage image = bar->grab().toImage();
+        const int y = bar->height() / 10;
+        const QColor ground = image.pixelColor(0, bar->height() - 1);
+        int count = 0;
+        for (int x = 0; x < image.width(); ++x)
+            count += image.pixelColor(x, y) != ground ? 1 : 0;
+        return count;
+    };
+    const int atRest = thickness();
+    QVERIFY(atRest > 0);
+    const QSize viewport = area.viewport()->size();
+    QEvent enter(QEvent::Enter);
+    QApplication::sendEvent(bar, &enter);
+    QTRY_COMPARE(bar->strength(), 1.0);
+    QVERIFY(thickness() > atRest);
+    QCOMPARE(area.viewport()->size(), viewport);
+
+    // A handle that is dragged keeps its strength wherever the pointer goes.
+    const QPoint handle(bar->width() / 2, bar->height() / 10);
+    QTest::mousePress(bar, Qt::LeftButton, Qt::NoModifier, handle);
+    QEvent leave(QEvent::Leave);
+    QApplication::sendEvent(bar, &leave);
+    QTest::qWait(200);
+    QCOMPARE(bar->strength(), 1.0);
+    QTest::mouseRelease(bar, Qt::LeftButton, Qt::NoModifier, QPoint(-50, 100));
+    QTRY_COMPARE(bar->strength(), 0.0);
+    QCOMPARE(thickness(), atRest);
+}
+
+QTEST_MAIN(TestUserGuide)
+#include "tst_userguide.moc"

@@ -1,0 +1,60 @@
+#pragma once
+
+#include "widgets/GuidePage.h"
+
+#include <QPixmap>
+#include <QVector>
+#include <QWidget>
+
+class QLabel;
+class QPushButton;
+class UserGuideControl;
+
+/// The help window: nine pages, each a title, a text and a picture, turned by two arrow buttons or
+/// the keys Up, Down, Page Up and Page Down; Escape closes. Closing only hides it, and it opens
+/// again at the page where it was. GUI thread.
+class UserGuide : public QWidget
+{
+    Q_OBJECT
+
+public:
+    /// `language` is the code of the interface's language: "en" takes the English pictures, any
+    /// other the Chinese. Without a readable "./resource/UserGuide/userguide.xml" the pages have no
+    /// pictures.
+    explicit UserGuide(const QString &language, QWidget *parent = nullptr);
+
+    const QVector<GuidePage> &pages() const { return m_pages; }
+    /// Index of the open page, from 0.
+    int currentPage() const { return m_current; }
+
+signals:
+    /// The user has closed the window.
+    void closeClicked();
+
+public slots:
+    /// To the previous page; does nothing on the first.
+    void leftPressed();
+    /// To the next page; does nothing on the last.
+    void rightPressed();
+
+protected:
+    void closeEvent(QCloseEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    void createPages();
+    void loadPictures(const QString &language);
+    QPushButton *createArrow(const QString &name, const QString &text);
+    void createLayout();
+    void createShortcuts();
+    void goTo(int page);
+    void showPosition();
+
+    QVector<GuidePage> m_pages;
+    QPixmap m_background;
+    UserGuideControl *m_control;
+    QPushButton *m_upButton;
+    QPushButton *m_downButton;
+    QLabel *m_counter;
+    int m_current = 0;
+};

@@ -1,0 +1,124 @@
+#include "widgets/UserGuideWidget.h"
+
+#include <QPainter>
+#include <QTextLayout>
+#include <QtMath>
+
+namespace {
+
+constexpr int margin = 32;
+constexpr int titlePx = 26;
+constexpr int textPx = 18;
+constexpr int ruleWidth = 48;
+constexpr int ruleHeight = 3;
+constexpr int ruleGap = 16;     ///< above and below the rule between title and text
+constexpr qreal titleLine = 32; ///< from one line of the title to the next
+constexpr qreal textLine = 26;
+
+const QString fontName = QStringLiteral("Times");
+
+constexpr QRgb columnColor = 0xff22272e;
+constexpr QRgb titleColor = 0xff8ee0ff;
+constexpr QRgb textColor = 0xffe5e5e5;
+constexpr QRgb frameColor = 0xff3d4654;
+
+QFont pageFont(int pixels, QFont::Weight weight)
+{
+    QFont font(fontName);
+    font.setPixelSize(pixels);
+    font.setWeight(weight);
+    return font;
+}
+
+/// Breaks the text of `layout` into lines that fit the column; returns the height of all.
+qreal layOut(QTextLayout &layout, qreal lineHeight)
+{
+    const qreal width = UserGuideWidget::columnWidth - 2 * margin;
+    qreal y = 0;
+    layout.beginLayout();
+    for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
+        line.setLineWidth(width);
+        line.setPosition(QPointF(0, y));
+        y += lineHeight;
+    }
+    layout.endLayout();
+    return y;
+}
+
+/// Title, rule and text, one below the other; draws them where there is a painter. Returns the
+/// height that they take.
+int composeText(const GuidePage &page, QPainter *painter)
+{
+    QTextLayout title(page.title, pageFont(titlePx, QFont::Bold));
+    QTextLayout text(page.text, pageFont(textPx, QFont::Normal));
+    const qreal ruleTop = margin + layOut(title, titleLine) + ruleGap;
+    const qreal textTop = ruleTop + ruleHeight + ruleGap;
+    const qreal bottom = textTop + layOut(text, textLine);
+    if (painter) {
+        painter->setPen(QColor(titleColor));
+        title.draw(painter, QPointF(margin, margin));
+        painter->fillRect(QRectF(margin, ruleTop, ruleWidth, ruleHeight), QColor(titleColor));
+        painter->setPen(QColor(textColor));
+        text.draw(painter, QPointF(margin, textTop));
+    }
+    return qCeil(bottom) + margin / 2;
+}
+
+} // namespace
+
+UserGuideWidget::UserGuideWidget(QWidget *parent)
+    : QWidget(parent)
+{
+}
+
+void UserGuideWidget::setPage(const GuidePage &page)
+{
+    m_page = page;
+    m_picture = page.picture.isEmpty() ? QPixmap() : QPixmap(page.picture);
+    m_scaled = QPixmap();
+    setAccessibleName(page.title);
+    setAccessibleDescription(page.text);
+    update();
+}
+
+int UserGuideWidget::textHeight(const GuidePage &page)
+{
+    return composeText(page, nullptr);
+}
+
+/// Never larger than the picture's own pixels: it would only become blurred.
+QRect UserGuideWidget::pictureRect() const
+{
+    const QRect room = rect().adjusted(columnWidth + margin, margin, -margin, -margin);
+    QSize size = m_picture.size();
+    if (size.width() > room.width() || size.height() > room.height())
+        size.scale(room.size(), Qt::KeepAspectRatio);
+    QRect picture(QPoint(), size);
+    picture.moveCenter(room.center());
+    return picture;
+}
+
+/// In the screen's own pixels, so that it stays sharp at every scale.
+void UserGuideWidget::scalePicture()
+{
+    const qreal ratio = devicePixelRatioF();
+    const QSize wanted = (QSizeF(pictureRect().size()) * ratio).toSize();
+    if (m_scaled.size() == wanted && qFuzzyCompare(m_scaled.devicePixelRatio(), ratio))
+        return;
+    m_scaled = m_picture.scaled(wanted, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    m_scaled.setDevicePixelRatio(ratio);
+}
+
+void UserGuideWidget::paintEvent(QPaintEvent * /*event*/)
+{
+    QPainter painter(this);
+    painter.fillRect(0, 0, columnWidth, height(), QColor(columnColor));
+    composeText(m_page, &painter);
+    if (m_picture.isNull() || pictureRect().isEmpty())
+        return;
+    scalePicture();
+    const QRect picture = pictureRect();
+    painter.drawPixmap(picture.topLeft(), m_scaled);
+    painter.setPen(QColor(frameColor));
+    painter.drawRect(picture.adjusted(-1, -1, 0, 0));
+}

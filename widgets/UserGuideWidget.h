@@ -1,0 +1,35 @@
+#pragma once
+
+#include "widgets/GuidePage.h"
+
+#include <QPixmap>
+#include <QWidget>
+
+/// Draws one page of the user guide: the title and the text in a dark column on the left, the
+/// picture as large as it goes in what is left of it. Transparent around the picture.
+class UserGuideWidget : public QWidget
+{
+    Q_OBJECT
+
+public:
+    /// Width of the column that holds the text.
+    static constexpr int columnWidth = 320;
+
+    explicit UserGuideWidget(QWidget *parent = nullptr);
+
+    /// Shows `page`. A picture that cannot be read leaves its place empty.
+    void setPage(const GuidePage &page);
+    /// The height that title and text of `page` take, with the space around them.
+    static int textHeight(const GuidePage &page);
+
+protected:
+    void paintEvent(QPaintEvent *event) override;
+
+private:
+    QRect pictureRect() const;
+    void scalePicture();
+
+    GuidePage m_page;
+    QPixmap m_picture;
+    QPixmap m_scaled; ///< m_picture in the size in which it was last painted
+};
