@@ -18,13 +18,10 @@
 #include <QActionGroup>
 #include <QApplication>
 #include <QCloseEvent>
-#include <QFile>
 #include <QMenuBar>
 #include <QPushButton>
 #include <QStatusBar>
 #include <QVBoxLayout>
-
-#include <array>
 
 namespace {
 
@@ -36,8 +33,6 @@ constexpr const char *programTitle =
     QT_TRANSLATE_NOOP("MainWindow", "Velloran Device Management Tool");
 const QString programVersion = QStringLiteral("1.0.0.10");
 const QString optionsPath = QStringLiteral("language/options.xml");
-
-constexpr std::array<const char *, 3> workFiles = {"tmp.csv", "tmp1.csv", "tmp2.csv"};
 
 void showInFront(QWidget &window)
 {
@@ -473,11 +468,13 @@ void MainWindow::closeEvent(QCloseEvent *event)
 
 void MainWindow::closeWindow()
 {
-    if (m_closed || !m_dataMgr.keepUnsavedList() || m_closed)
+    if (m_closed)
+        return;
+    // First, as a list that could not be saved on a full disk may need the room.
+    m_dataMgr.removeWorkFiles();
+    if (!m_dataMgr.keepUnsavedList() || m_closed)
         return;
     m_closed = true;
-    for (const char *const name : workFiles)
-        QFile::remove(m_folder + QLatin1String(name));
     m_dataMgr.close();
     emit globalQuit();
 }

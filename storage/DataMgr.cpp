@@ -20,7 +20,6 @@
 #include <QThread>
 #include <QTime>
 
-#include <array>
 #include <cstdlib>
 #include <memory>
 
@@ -28,9 +27,7 @@ namespace {
 
 constexpr int devicesBetweenBreaths = 1000;
 
-// The order is the order of removal.
-constexpr std::array<const char *, 4> storedFiles = {"phonebook.db", "tmp.csv", "tmp1.csv",
-                                                     "tmp2.csv"};
+const QString databaseName = QStringLiteral("phonebook.db");
 const QString provisioningRoot = QStringLiteral("HTTPD");
 
 } // namespace
@@ -290,8 +287,13 @@ bool DataMgr::exportDevices(int type, const QString &codecName, const QString &f
 
 bool DataMgr::importFile(const QString &path)
 {
-    const std::unique_ptr<ParseBase> parser(ParseFactory().createParser(*this, m_directory));
+    const std::unique_ptr<ParseBase> parser = createParser();
     return parser->import(path, parser->encodingOf(path));
+}
+
+std::unique_ptr<ParseBase> DataMgr::createParser()
+{
+    return std::unique_ptr<ParseBase>(ParseFactory().createParser(*this, m_directory));
 }
 
 /// The rows of a usable store stay until the imported list is saved over them in one transaction:
@@ -320,9 +322,14 @@ bool DataMgr::clearOld()
 
 void DataMgr::cleanUp()
 {
-    for (const char *const name : storedFiles)
-        QFile::remove(m_directory + QLatin1String(name));
+    QFile::remove(m_directory + databaseName);
+    removeWorkFiles();
     removeProvisioningFiles();
+}
+
+void DataMgr::removeWorkFiles()
+{
+    createParser()->removeWorkFiles();
 }
 
 void DataMgr::keepAlive()

@@ -12,10 +12,12 @@
 #include <QStringList>
 
 #include <atomic>
+#include <memory>
 
 class DatabaseLayer;
 class DBOperator;
 class HttpdService;
+class ParseBase;
 
 /// The one coordinator: owns the device list, writes it through to the store, asks about duplicate
 /// MACs, and owns the provisioning services.
@@ -82,6 +84,8 @@ public:
     /// Removes the database file, the import's work files and the provisioning files. What cannot
     /// be removed stays, silently.
     void cleanUp();
+    /// Removes what imports leave: copies of the file that they read.
+    void removeWorkFiles();
     /// True: the next import replaces the list. False: it adds to it.
     void setImportFlag(bool flag) { m_importFlag = flag; }
     /// Imports a device list file as the import flag says; sees for itself in which encoding it is.
@@ -130,6 +134,7 @@ private:
     enum class Replace { AskOne, AskMany, All, None };
     bool addOrReplace(const ContactInfo &contact, Replace &replace);
     bool hasSeveralListed(const QList<ContactInfo> &contacts) const;
+    std::unique_ptr<ParseBase> createParser();
     void removeProvisioningFiles();
     bool trySave(ListSaver::Ask ask);
     void saveAndAnnounce();
