@@ -6,6 +6,7 @@
 #include "model/ImportTarget.h"
 
 #include <QFile>
+#include <QFileInfo>
 #include <QLocale>
 #include <QTextCodec>
 
@@ -28,11 +29,32 @@ bool openPrivate(QFile &file, QIODevice::OpenMode mode)
     return file.open(mode) && file.setPermissions(QFile::ReadOwner | QFile::WriteOwner);
 }
 
+/// Whether there are characters that a codec gives to bytes that stand for nothing: private ones,
+/// which some codecs have for every such byte or pair, or controls of the upper half. What a
+/// private character shows is known to the machine alone that the text was written on.
+bool hasUnassigned(const QString &text)
+{
+    for (int i = 0; i < text.size(); ++i) {
+        uint character = text.at(i).unicode();
+        if (QChar::isHighSurrogate(character) && i + 1 < text.size() &&
+            text.at(i + 1).isLowSurrogate()) {
+            character = QChar::surrogateToUcs4(ushort(character), text.at(i + 1).unicode());
+            ++i;
+        }
+        const QChar::Category category = QChar::category(character);
+        if (category == QChar::Other_PrivateUse || category == QChar::Other_NotAssigned ||
+            category == QChar::Other_Surrogate || (character >= 0x80 && character < 0xa0))
+            return true;
+    }
+    return false;
+}
+
 /// The text of `bytes`; null when they are not wholly in this encoding.
 ///
 /// Not every codec counts what it cannot read: those that Qt takes from ICU put U+FFFD or, for a
 /// single byte, SUB in its place, and drop a character that the end cuts off. A line end behind it
-/// brings that to light as well.
+/// brings that to light as well. Whether the text gives the same bytes again tells nothing: several
+/// codecs know some characters by two codes, and give private ones back faithfully.
 QString decoded(const QTextCodec &codec, const QByteArray &bytes)
 {
     constexpr QChar substitute(0x1a);
@@ -42,7 +64,8 @@ QString decoded(const QTextCodec &codec, const QByteArray &bytes)
     QTextCodec::ConverterState state;
     QString text = codec.toUnicode(probe.constData(), probe.size(), &state);
     if (state.invalidChars > 0 || state.remainingChars > 0 || !text.endsWith(lineEnd) ||
-        text.contains(QChar::ReplacementCharacter) || text.count(substitute) > bytes.count('\x1a'))
+        text.contains(QChar::ReplacementCharacter) ||
+        text.count(substitute) > bytes.count('\x1a') || hasUnassigned(text))
         return {};
     text.chop(1);
     return text.isNull() ? QLatin1String("") : text;
@@ -63,6 +86,20 @@ bool isUtf8(const QString &path)
     }
     // What remains is the start of a character that never ended.
     return state.invalidChars == 0 && state.remainingChars == 0;
+}
+
+/// Whether the byte stands in the file.
+bool contains(const QString &path, char byte)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return false;
+    while (!file.atEnd()) {
+        const QByteArray block = file.read(blockSize);
+        if (block.isEmpty() || block.contains(byte))
+            return !block.isEmpty();
+    }
+    return false;
 }
 
 } // namespace
@@ -151,6 +188,11 @@ bool CSVParse::import(const QString &sourcePath, const QString &encodingName)
 /// Makes "tmp2.csv", UTF-8 without a byte-order mark, of the file.
 bool CSVParse::prepare(const QString &sourcePath, const QString &encodingName)
 {
+    const bool isOurs = std::any_of(workFiles.begin(), workFiles.end(), [&](const char *name) {
+        return QFileInfo(sourcePath) == QFileInfo(workFile(name));
+    });
+    if (isOurs)
+        return false; // it would be removed before it is read
     removeWorkFiles();
     const QString copy = workFile("tmp.csv");
     if (!QFile::copy(sourcePath, copy))
@@ -167,23 +209,31 @@ bool CSVParse::prepare(const QString &sourcePath, const QString &encodingName)
 
 bool CSVParse::copyText(const QString &from, const QString &to) const
 {
+    // Where nothing but carriage returns ends the lines, they are no part of the fields: the whole
+    // list would be read as one title row.
+    const bool endsInReturns = !contains(from, '\n');
     QFile source(from);
     QFile target(to);
-    if (!source.open(QIODevice::ReadOnly | QIODevice::Text) ||
+    const QIODevice::OpenMode textMode = endsInReturns ? QIODevice::NotOpen : QIODevice::Text;
+    if (!source.open(QIODevice::ReadOnly | textMode) ||
         !openPrivate(target, QIODevice::WriteOnly | QIODevice::Text))
         return false;
     bool first = true;
     std::array<char, lineBufferSize> buffer;
     qint64 length = 0;
     while ((length = source.readLine(buffer.data(), lineBufferSize)) > 0) {
-        const char *start = buffer.data();
+        char *start = buffer.data();
+        if (endsInReturns)
+            std::replace(start, start + length, '\r', '\n');
         if (first && length >= qint64(byteOrderMark.size()) &&
             std::equal(byteOrderMark.begin(), byteOrderMark.end(), start)) {
             start += byteOrderMark.size();
             length -= qint64(byteOrderMark.size());
         }
         first = false;
-        if (target.write(start, length) != length)
+        // The reader would take a zero byte for the end of a field, and no list of texts has one.
+        if (std::find(start, start + length, '\0') != start + length ||
+            target.write(start, length) != length)
             return false;
     }
     return source.error() == QFile::NoError && target.flush();
