@@ -16,11 +16,18 @@ namespace {
 const QString backupFolder = QStringLiteral("backup");
 const QString exportName = QStringLiteral("devices");
 
-/// The path chosen, or an empty one. Qt's own dialog, as the system's would not take the labels.
-QString chosenPath(QFileDialog &dialog)
+/// Qt's own dialog, as the system's would not take the labels. To be called before anything else is
+/// set: what was set before would be lost with the system's dialog.
+void useOwnDialog(QFileDialog &dialog, const QString &title)
 {
     dialog.setOption(QFileDialog::DontUseNativeDialog);
     dialog.setWindowIcon(Modal::windowIcon());
+    dialog.setWindowTitle(title);
+}
+
+/// The path chosen, or an empty one.
+QString chosenPath(QFileDialog &dialog)
+{
     return Modal::run(dialog) == QDialog::Accepted ? dialog.selectedFiles().value(0) : QString();
 }
 
@@ -56,8 +63,12 @@ void MainWindow::ImportAbort()
 
 void MainWindow::selectLocalFile()
 {
-    QFileDialog dialog(this, tr("Open an device list file (recommended devices.csv)"),
-                       m_folder + backupFolder, tr("csv text device list(*.csv)"));
+    QFileDialog dialog(this);
+    useOwnDialog(dialog, tr("Open an device list file (recommended devices.csv)"));
+    // A folder that is not there would be taken for the name of a file.
+    const bool hasBackups = QFileInfo(m_folder + backupFolder).isDir();
+    dialog.setDirectory(hasBackups ? m_folder + backupFolder : m_folder);
+    dialog.setNameFilter(tr("csv text device list(*.csv)"));
     dialog.setFileMode(QFileDialog::ExistingFile);
     dialog.setLabelText(QFileDialog::LookIn, tr("Look in"));
     dialog.setLabelText(QFileDialog::FileName, tr("File Name"));
@@ -108,7 +119,8 @@ void MainWindow::exportAbort()
 
 void MainWindow::selectExportPath()
 {
-    QFileDialog dialog(this, tr("Select a folder to export"));
+    QFileDialog dialog(this);
+    useOwnDialog(dialog, tr("Select a folder to export"));
     dialog.setFileMode(QFileDialog::Directory);
     dialog.setOption(QFileDialog::ShowDirsOnly);
     dialog.setLabelText(QFileDialog::LookIn, tr("Look in:"));
