@@ -1004,4 +1004,91 @@
         <translation>Search %1</translation>
     </message>
 </context>
+<context>
+    <name>UserGuide</name>
+    <message>
+        <source>Create single device</source>
+        <translation>Create single device</translation>
+    </message>
+    <message>
+        <source>You can click on the New File to create a new device. Fill in all the nessesary messages like MAC, SIP Authentication ID, SIP Authentication Password and so on, then click save.</source>
+        <translation>You can click on the New File to create a new device. Fill in all the nessesary messages like MAC, SIP Authentication ID, SIP Authentication Password and so on, then click save.</translation>
+    </message>
+    <message>
+        <source>Create several devices by order</source>
+        <translation>Create several devices by order</translation>
+    </message>
+    <message>
+        <source>Click on the Create by order button to create several devices with MAC and User ID increased by integer you determined, Fill in other messages useful to you, then click save.</source>
+        <translation>Click on the Create by order button to create several devices with MAC and User ID increased by integer you determined, Fill in other messages useful to you, then click save.</translation>
+    </message>
+    <message>
+        <source>Import an exist device file</source>
+        <translation>Import an exist device file</translation>
+    </message>
+    <message>
+        <source>By clicking Import button on the menu bar, you can select a csv format file that contains several device information to import.</source>
+        <translation>By clicking Import button on the menu bar, you can select a csv format file that contains several device information to import.</translation>
+    </message>
+    <message>
+        <source>Export current devices</source>
+        <translation>Export current devices</translation>
+    </message>
+    <message>
+        <source>You can export all existed device infomation in the tool to where you want to place it, exported file&apos;s name is devices.csv. You can edit it with Office Excel.</source>
+        <translation>You can export all existed device infomation in the tool to where you want to place it, exported file&apos;s name is devices.csv. You can edit it with Office Excel.</translation>
+    </message>
+    <message>
+        <source>View and Modifications</source>
+        <translation>View and Modifications</translation>
+    </message>
+    <message>
+        <source>Clicking eye looked icon belongs to every single item can popup a dialog that is same with New File dialog that contains all messages of the device you have clicked. You can also do some modifications in the dialog, click save to take effect.</source>
+        <translation>Clicking eye looked icon belongs to every single item can popup a dialog that is same with New File dialog that contains all messages of the device you have clicked. You can also do some modifications in the dialog, click save to take effect.</translation>
+    </message>
+    <message>
+        <source>Search by keyword</source>
+        <translation>Search by keyword</translation>
+    </message>
+    <message>
+        <source>You can search the device you want to by entering keyword in input box above every column. Such as MAC, IP and so on.</source>
+        <translation>You can search the device you want to by entering keyword in input box above every column. Such as MAC, IP and so on.</translation>
+    </message>
+    <message>
+        <source>Language Option</source>
+        <translation>Language Option</translation>
+    </message>
+    <message>
+        <source>Select the menu language options, the current tool support between Chinese and english. And the language switch will start after reboot take effect.</source>
+        <translation>Select the menu language options, the current tool support between Chinese and english. And the language switch will start after reboot take effect.</translation>
+    </message>
+    <message>
+        <source>Other config options</source>
+        <translation>Other config options</translation>
+    </message>
+    <message>
+        <source>Select the menu option button, tool provides some config options include startup boot, edit recovery and auto httpd server. Startup boot means Start up tool with your pc. Edit recovery means recovery the status of the tool&apos;s last save and exit. Automaticly Open httpd server when you pitch on the menu of auto httpd server.</source>
+        <translation>Select the menu option button, tool provides some config options include startup boot, edit recovery and auto httpd server. Startup boot means Start up tool with your pc. Edit recovery means recovery the status of the tool&apos;s last save and exit. Automaticly Open httpd server when you pitch on the menu of auto httpd server.</translation>
+    </message>
+    <message>
+        <source>Httpd Server and PNP Server</source>
+        <translation>Httpd Server and PNP Server</translation>
+    </message>
+    <message>
+        <source>Click Open Httpd Server button to start a http server to provide CFG when some devices is asking for it, PNP Server is used to broadcast Config Server Path to every exist device in tool which is httpd server path in fact. These two servers provide a convinent way to apply CFG change to all devices in the tool.</source>
+        <translation>Click Open Httpd Server button to start a http server to provide CFG when some devices is asking for it, PNP Server is used to broadcast Config Server Path to every exist device in tool which is httpd server path in fact. These two servers provide a convinent way to apply CFG change to all devices in the tool.</translation>
+    </message>
+    <message>
+        <source>Previous page</source>
+        <translation>Previous page</translation>
+    </message>
+    <message>
+        <source>Next page</source>
+        <translation>Next page</translation>
+    </message>
+    <message>
+        <source>Velloran Device Management Tool Help</source>
+        <translation>Velloran Device Management Tool Help</translation>
+    </message>
+</context>
 </TS>

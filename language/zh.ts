@@ -1004,4 +1004,91 @@
         <translation>搜索%1</translation>
     </message>
 </context>
+<context>
+    <name>UserGuide</name>
+    <message>
+        <source>Create single device</source>
+        <translation>新建单台设备</translation>
+    </message>
+    <message>
+        <source>You can click on the New File to create a new device. Fill in all the nessesary messages like MAC, SIP Authentication ID, SIP Authentication Password and so on, then click save.</source>
+        <translation>点击“新建”可以创建一台新设备。填写MAC、SIP鉴权ID、SIP鉴权密码等必要信息，然后点击“保存”。</translation>
+    </message>
+    <message>
+        <source>Create several devices by order</source>
+        <translation>按顺序批量新建设备</translation>
+    </message>
+    <message>
+        <source>Click on the Create by order button to create several devices with MAC and User ID increased by integer you determined, Fill in other messages useful to you, then click save.</source>
+        <translation>点击“批量新建”可以创建多台设备，其MAC和用户ID按您指定的整数递增。填写其他需要的信息，然后点击“保存”。</translation>
+    </message>
+    <message>
+        <source>Import an exist device file</source>
+        <translation>导入已有的设备文件</translation>
+    </message>
+    <message>
+        <source>By clicking Import button on the menu bar, you can select a csv format file that contains several device information to import.</source>
+        <translation>点击菜单栏中的“导入”，可以选择一个包含多台设备信息的CSV格式文件进行导入。</translation>
+    </message>
+    <message>
+        <source>Export current devices</source>
+        <translation>导出当前设备</translation>
+    </message>
+    <message>
+        <source>You can export all existed device infomation in the tool to where you want to place it, exported file&apos;s name is devices.csv. You can edit it with Office Excel.</source>
+        <translation>您可以将本工具中的全部设备信息导出到指定位置，导出的文件名为devices.csv，可以用Office Excel编辑。</translation>
+    </message>
+    <message>
+        <source>View and Modifications</source>
+        <translation>查看与修改</translation>
+    </message>
+    <message>
+        <source>Clicking eye looked icon belongs to every single item can popup a dialog that is same with New File dialog that contains all messages of the device you have clicked. You can also do some modifications in the dialog, click save to take effect.</source>
+        <translation>点击每一行中的眼睛图标，会弹出与新建设备相同的对话框，其中显示该设备的全部信息。您也可以在对话框中进行修改，点击“保存”后生效。</translation>
+    </message>
+    <message>
+        <source>Search by keyword</source>
+        <translation>按关键字搜索</translation>
+    </message>
+    <message>
+        <source>You can search the device you want to by entering keyword in input box above every column. Such as MAC, IP and so on.</source>
+        <translation>在各列上方的输入框中输入关键字（如MAC、IP等），即可搜索所需的设备。</translation>
+    </message>
+    <message>
+        <source>Language Option</source>
+        <translation>语言选项</translation>
+    </message>
+    <message>
+        <source>Select the menu language options, the current tool support between Chinese and english. And the language switch will start after reboot take effect.</source>
+        <translation>在“语言”菜单中选择语言，本工具目前支持中文和英文。切换语言后，重新启动本工具即可生效。</translation>
+    </message>
+    <message>
+        <source>Other config options</source>
+        <translation>其他配置选项</translation>
+    </message>
+    <message>
+        <source>Select the menu option button, tool provides some config options include startup boot, edit recovery and auto httpd server. Startup boot means Start up tool with your pc. Edit recovery means recovery the status of the tool&apos;s last save and exit. Automaticly Open httpd server when you pitch on the menu of auto httpd server.</source>
+        <translation>在“选项”菜单中，本工具提供开机自动启动、编辑恢复和自动开启HTTPD等配置选项。“开机自动启动”表示本工具随电脑一起启动；“编辑恢复”表示恢复到本工具上次保存并退出时的状态；选中“自动开启HTTPD”后，将自动开启HTTPD服务器。</translation>
+    </message>
+    <message>
+        <source>Httpd Server and PNP Server</source>
+        <translation>HTTPD服务器与PNP服务器</translation>
+    </message>
+    <message>
+        <source>Click Open Httpd Server button to start a http server to provide CFG when some devices is asking for it, PNP Server is used to broadcast Config Server Path to every exist device in tool which is httpd server path in fact. These two servers provide a convinent way to apply CFG change to all devices in the tool.</source>
+        <translation>点击“开启HTTPD”可以启动HTTP服务器，在设备请求时提供配置文件。PNP服务器用于向本工具中的每台设备通告配置服务器路径，该路径就是HTTPD服务器的地址。通过这两个服务器，可以方便地将配置更改应用到本工具中的全部设备。</translation>
+    </message>
+    <message>
+        <source>Previous page</source>
+        <translation>上一页</translation>
+    </message>
+    <message>
+        <source>Next page</source>
+        <translation>下一页</translation>
+    </message>
+    <message>
+        <source>Velloran Device Management Tool Help</source>
+        <translation>Velloran设备管理工具帮助</translation>
+    </message>
+</context>
 </TS>
