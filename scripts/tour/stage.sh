@@ -27,8 +27,9 @@ lay_program() {
 # The fewest rights that still give a network of our own; nothing printed: none do.
 private_network_command() {
     local command
-    for command in "unshare --net --ipc" "unshare --map-root-user --net --ipc"; do
-        if $command sh -c 'ip link add tour0 type veth peer name phone0' >/dev/null 2>&1; then
+    for command in "unshare --net --ipc --mount" "unshare --map-root-user --net --ipc --mount"; do
+        if $command sh -c 'mount -t tmpfs tmpfs /mnt && ip link add tour0 type veth peer name phone0' \
+            >/dev/null 2>&1; then
             echo "$command"
             return
         fi
@@ -39,6 +40,10 @@ private_network_command() {
 # A second card, of a network where no telephone is, makes the choice of the card
 # matter.
 lay_network() {
+    # Screens of other networks share the folder of sockets, but see only their own names.
+    mkdir -p /tmp/.X11-unix
+    mount -t tmpfs tmpfs /tmp/.X11-unix
+    chmod 1777 /tmp/.X11-unix
     ip link set lo up
     ip link add tour0 type veth peer name phone0
     ip link add tour1 type veth peer name other1
