@@ -1,7 +1,6 @@
 #include "app/MainWindow.h"
 
 #include "app/CommandBar.h"
-#include "app/OptionsFile.h"
 #include "app/ReportBox.h"
 #include "dialogs/ContactDialog.h"
 #include "dialogs/ContactsDialog.h"
@@ -32,7 +31,6 @@ constexpr QSize smallestSize(960, 600);
 constexpr const char *programTitle =
     QT_TRANSLATE_NOOP("MainWindow", "Velloran Device Management Tool");
 const QString programVersion = QStringLiteral("1.0.0.10");
-const QString optionsPath = QStringLiteral("language/options.xml");
 
 void showInFront(QWidget &window)
 {
@@ -54,7 +52,11 @@ MainWindow::MainWindow(DataMgr &dataMgr, const QString &folder, QWidget *parent)
     , m_dataMgr(dataMgr)
     , m_folder(folder)
     , m_language(QStringLiteral("en"))
+    , m_chosenLanguage(m_language)
 {
+    // Before anything that shows a text: no widget is translated again.
+    loadLanguageSetting();
+
     setObjectName(QStringLiteral("main_window"));
     setWindowTitle(tr(programTitle));
     setWindowIcon(Modal::windowIcon());
@@ -140,14 +142,13 @@ void MainWindow::createActions()
     connect(m_exportAction, &QAction::triggered, this, &MainWindow::localExport);
     connect(m_exitAction, &QAction::triggered, this, &MainWindow::closeWindow);
     connect(m_httpdAction, &QAction::triggered, this, &MainWindow::selectHttpdService);
+    for (QAction *const action : {m_chineseAction, m_englishAction})
+        connect(action, &QAction::triggered, this, &MainWindow::restoreLanguageSetting);
+    for (QAction *const action : {m_autoStartAction, m_recoveryDataAction, m_autoHttpdAction})
+        connect(action, &QAction::triggered, this, &MainWindow::restoreOptions);
+    connect(m_httpdPortAction, &QAction::triggered, this, &MainWindow::configHttpdPortOption);
     connect(m_helpAction, &QAction::triggered, this, &MainWindow::showUserGuide);
     connect(m_aboutAction, &QAction::triggered, this, &MainWindow::about);
-
-    // What the program cannot do yet.
-    for (QAction *const action :
-         {m_newsAction, m_importAction, m_exportAction, m_chineseAction, m_englishAction,
-          m_autoStartAction, m_recoveryDataAction, m_autoHttpdAction, m_httpdPortAction})
-        action->setEnabled(false);
 }
 
 void MainWindow::createMenus()
@@ -261,19 +262,6 @@ void MainWindow::finishStart()
     }
     if (m_autoHttpdAction->isChecked())
         selectHttpdService();
-}
-
-bool MainWindow::readOptionsAndSet()
-{
-    Options options;
-    if (!readOptionsFile(m_folder + optionsPath, options))
-        return false;
-    m_autoStartAction->setChecked(options.autoStart);
-    m_recoveryDataAction->setChecked(options.recoveryData);
-    if (options.recoveryData && m_dataMgr.isStoreUsable() && !m_dataMgr.recoverPreviousData())
-        m_startError = m_dataMgr.lastErrorText();
-    m_autoHttpdAction->setChecked(options.autoHttpd);
-    return true;
 }
 
 void MainWindow::setBusy(bool busy)

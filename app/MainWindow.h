@@ -15,7 +15,9 @@ class DataMgr;
 class ExportPage;
 class ImportPage;
 class LoadingWidget;
+class PortDialog;
 class QActionGroup;
+class QTranslator;
 class ReportBox;
 class UserGuide;
 
@@ -36,6 +38,18 @@ public:
     /// Shows the window in front of the others, with whatever box of its own stands open.
     void bringToFront();
 
+    /// Chooses the language of the interface, once and before the widgets are built: by the
+    /// installer's note if there is one, which it uses up, else as it was stored. False when
+    /// nothing readable is stored.
+    bool loadLanguageSetting();
+    /// The stored language word. A file that cannot be written is skipped, here and below.
+    void createConfigFile(const QString &language);
+    void updateConfigFile(const QString &language);
+    void createOptionsFile(bool autoStart, bool recoveryData, bool autoHttpd);
+    void updateOptionsFile(bool autoStart, bool recoveryData, bool autoHttpd);
+    /// Lets the user's session start the program, or no longer.
+    void setAutoStart(bool on);
+
 signals:
     /// The window is done; the application is to quit.
     void globalQuit();
@@ -51,8 +65,15 @@ public slots:
     void localExport();
     /// Shows the import page.
     void localImport();
+    /// Asks for the port of the HTTP service.
+    void configHttpdPortOption();
     /// Shows the help window, which goes on where it was closed.
     void showUserGuide();
+    /// The port dialog's box was clicked.
+    void slotUseDefault(bool useDefault);
+    /// Install the translators, and remember the language word.
+    void loadZhLang();
+    void loadEnLang();
     void about();
     /// Ends the program: once, however often it is reached.
     void closeWindow();
@@ -65,10 +86,17 @@ public slots:
     void onDeleteContact();
     /// Lets the user choose the folder to export to.
     void selectExportPath();
+    /// Stores the port and removes its dialog; tells the user when it is out of range.
+    void configHttpdPortBegin();
     void exportBegin();
     void exportAbort();
     void ImportBegin();
     void ImportAbort();
+    void configHttpdPortAbort();
+    /// Stores the language chosen in the menu; it counts from the next start on.
+    void restoreLanguageSetting();
+    /// Stores the options as the menu shows them; they count from the next start on.
+    void restoreOptions();
     /// Applies the stored options; false when there are none. The HTTP service, where they ask for
     /// it, starts once the window shows.
     bool readOptionsAndSet();
@@ -97,10 +125,15 @@ private:
     void closeHttpd();
     void enablePnp();
     void finishStart();
+    void loadLanguage(const QString &language);
+    void installTranslators(const QStringList &fileNames);
+    void storeLanguage(const QString &language);
 
     DataMgr &m_dataMgr;
     QString m_folder;
-    QString m_language;
+    QString m_language;       ///< of the interface, and of exported lists
+    QString m_chosenLanguage; ///< of the next start
+    QVector<QTranslator *> m_translators;
     DatabaseLayer *m_database = nullptr;
 
     QAction *m_newAction = nullptr;
@@ -126,6 +159,7 @@ private:
     ImportPage *m_importPage = nullptr;
     ExportPage *m_exportPage = nullptr;
     LoadingWidget *m_loading = nullptr;
+    PortDialog *m_portDialog = nullptr; ///< only while it is on screen
 
     /// Made on first use. Without a parent, so that it can be read beside an open dialog.
     std::unique_ptr<UserGuide> m_userGuide;
@@ -133,7 +167,8 @@ private:
     ContactsDialog *m_contactsDialog = nullptr;
     /// What the edit dialog works on: a copy, as the list may change while the dialog is open.
     ContactInfo m_editedContact;
-    QString m_startError; ///< why the stored list could not be read
+    QString m_startError;     ///< why the stored list could not be read
+    bool m_autoStart = false; ///< what the session does, by the stored options
     bool m_httpdOpening = false;
     bool m_closed = false;
 };

@@ -1,8 +1,10 @@
 #include "app/OptionsFile.h"
 
-#include <QDomDocument>
-#include <QFile>
+#include "app/SettingsFile.h"
 
+#include <QDomDocument>
+
+#include <algorithm>
 #include <array>
 
 namespace {
@@ -19,14 +21,9 @@ constexpr std::array<Switch, 3> switches = {{
     {"AutoHttpd", &Options::autoHttpd},
 }};
 
-} // namespace
-
-bool readOptionsFile(const QString &filePath, Options &options)
+Options optionsIn(const QDomDocument &document)
 {
-    QFile file(filePath);
-    QDomDocument document;
-    if (!file.exists() || !file.open(QIODevice::ReadWrite) || !document.setContent(&file))
-        return false;
+    Options options;
     QDomNode node = document.documentElement().firstChild();
     for (const Switch &option : switches) {
         if (node.nodeName() != QLatin1String(option.element))
@@ -34,5 +31,46 @@ bool readOptionsFile(const QString &filePath, Options &options)
         options.*option.value = node.toElement().text().toInt() == 1;
         node = node.nextSibling();
     }
+    return options;
+}
+
+/// True when all three switches stand where they are looked for.
+bool hasEverySwitch(const QDomDocument &document)
+{
+    QDomNode node = document.documentElement().firstChild();
+    return std::all_of(switches.begin(), switches.end(), [&node](const Switch &option) {
+        const bool found = node.nodeName() == QLatin1String(option.element);
+        node = node.nextSibling();
+        return found;
+    });
+}
+
+SettingsFile::Values valuesOf(const Options &options)
+{
+    SettingsFile::Values values;
+    for (const Switch &option : switches)
+        values.append({QLatin1String(option.element),
+                       options.*option.value ? QStringLiteral("1") : QStringLiteral("0")});
+    return values;
+}
+
+} // namespace
+
+bool readOptionsFile(const QString &filePath, Options &options)
+{
+    QDomDocument document;
+    if (!SettingsFile::read(filePath, QIODevice::ReadWrite, document))
+        return false;
+    options = optionsIn(document);
     return true;
+}
+
+bool createOptionsFile(const QString &filePath, const Options &options)
+{
+    return SettingsFile::create(filePath, valuesOf(options));
+}
+
+bool updateOptionsFile(const QString &filePath, const Options &options)
+{
+    return SettingsFile::update(filePath, valuesOf(options), hasEverySwitch);
 }

@@ -1,23 +1,27 @@
 #include "net/HttpdPort.h"
 
 #include "model/DebugLog.h"
+#include "model/WholeFile.h"
 
 #include <QFile>
 #include <QXmlStreamReader>
+#include <QXmlStreamWriter>
 
 namespace {
 
 /// The file is a few lines; of anything larger only the start is looked at.
 constexpr qint64 maxFileSize = qint64(64) * 1024;
 
-/// The value that the element at which the reader stands carries, or null for any other token.
-int *valueAt(const QXmlStreamReader &xml, HttpdPort &setting)
+void takeValue(const QString &element, const QString &text, HttpdPort &setting)
 {
-    if (!xml.isStartElement())
-        return nullptr;
-    if (xml.name() == QLatin1String("useDefault"))
-        return &setting.useDefault;
-    return xml.name() == QLatin1String("port") ? &setting.port : nullptr;
+    bool isNumber = false;
+    const int number = text.toInt(&isNumber);
+    if (element == QLatin1String("useDefault")) {
+        setting.useDefault = number;
+    } else if (element == QLatin1String("port")) {
+        setting.port = number;
+        setting.portText = isNumber ? text.trimmed() : QString();
+    }
 }
 
 } // namespace
@@ -35,10 +39,25 @@ HttpdPort readHttpdPort(const QString &path)
 
     QXmlStreamReader xml(file.read(maxFileSize));
     while (!xml.atEnd()) {
-        int *value = valueAt(xml, setting);
+        const QString element = xml.isStartElement() ? xml.name().toString() : QString();
         xml.readNext();
-        if (value && xml.isCharacters())
-            *value = xml.text().toInt();
+        if (xml.isCharacters())
+            takeValue(element, xml.text().toString(), setting);
     }
     return setting;
+}
+
+bool writeHttpdPort(const QString &path, bool useDefault, const QString &portText)
+{
+    QByteArray content;
+    QXmlStreamWriter xml(&content);
+    xml.setAutoFormatting(true);
+    xml.writeStartDocument();
+    xml.writeStartElement(QStringLiteral("configHttpdPort"));
+    xml.writeTextElement(QStringLiteral("useDefault"),
+                         useDefault ? QStringLiteral("1") : QStringLiteral("0"));
+    xml.writeTextElement(QStringLiteral("port"), portText);
+    xml.writeEndElement();
+    xml.writeEndDocument();
+    return writeWholeFile(path, content, QIODevice::WriteOnly | QIODevice::Text);
 }

@@ -7,8 +7,13 @@ struct HttpdPort
 {
     int useDefault = 1; ///< 1: port 80, 0: the custom port, anything else: not at all
     int port = 80;      ///< the custom port as it was written, in range or not
+    QString portText;   ///< its text, empty unless it is a number
 };
 
 /// Reads the port setting from an XML file. Without the file, or when it cannot be opened, the
 /// default; of a damaged file, what stands before the damage.
 HttpdPort readHttpdPort(const QString &path);
+
+/// Writes the setting, whole or not at all: false when the file is read-only, which is then left
+/// alone. `portText` is the custom port as it was typed, possibly empty.
+bool writeHttpdPort(const QString &path, bool useDefault, const QString &portText);

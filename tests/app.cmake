@@ -8,7 +8,9 @@ target_compile_definitions(tst_singleapplication PRIVATE
     VL_PROBE="$<TARGET_FILE:single_instance_probe>")
 add_dependencies(tst_singleapplication single_instance_probe)
 
-vl_test(tst_mainwindow LINK vl::app)
+vl_test(tst_mainwindow LINK vl::app SOURCES WindowFixture.h)
+
+vl_test(tst_settings LINK vl::app SOURCES WindowFixture.h)
 
 vl_test(tst_provisioning LINK vl::storage SOURCES HttpPhone.h TestDevices.h)
 set_property(TEST tst_provisioning APPEND PROPERTY

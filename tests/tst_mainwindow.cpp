@@ -1,59 +1,33 @@
-#include "app/MainWindow.h"
 #include "dialogs/ContactDialog.h"
-#include "storage/DBOperator.h"
-#include "storage/DataMgr.h"
+#include "tests/WindowFixture.h"
 #include "view/ContactView.h"
-#include "widgets/Modal.h"
 #include "widgets/UserGuide.h"
 
 #include <QAction>
-#include <QDir>
-#include <QFile>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
 #include <QPlainTextEdit>
-#include <QPushButton>
 #include <QRadioButton>
 #include <QSignalSpy>
 #include <QTcpSocket>
-#include <QTemporaryDir>
-#include <QTest>
-
-#include <memory>
 
 namespace {
-
-/// A box as the user met it.
-struct Shown
-{
-    QString title;
-    QString text;
-    QStringList buttons;
-};
-
-void writeFile(const QString &path, const QByteArray &content)
-{
-    QDir().mkpath(QFileInfo(path).path());
-    QFile file(path);
-    QVERIFY2(file.open(QIODevice::WriteOnly), qPrintable(path));
-    file.write(content);
-}
 
 const char anyFreePort[] = "<configHttpdPort><useDefault>0</useDefault><port></port>"
                            "</configHttpdPort>";
 
 } // namespace
 
-class TestMainWindow : public QObject
+class TestMainWindow : public QObject, WindowFixture
 {
     Q_OBJECT
 
 private slots:
     void initTestCase() { registerContactTypes(); }
     void init();
-    void cleanup();
+    void cleanup() { tearDown(); }
 
     void hasTheMenusInTheirOrder();
     void aKeyOpensTheNewDeviceDialog();
@@ -71,82 +45,19 @@ private slots:
     void helpGoesOnWhereItWasClosed();
 
 private:
-    void openWindow();
-    QPushButton *button(const char *name) const;
     QString countText() const;
     void addDevice(const QString &mac, const QString &account);
     QStringList storedMacs();
     QByteArray fetch(quint16 port, const QByteArray &fileName);
-
-    std::unique_ptr<QTemporaryDir> m_folder;
-    std::unique_ptr<DBOperator> m_dbOperator;
-    std::unique_ptr<DataMgr> m_dataMgr;
-    std::unique_ptr<MainWindow> m_window;
-    QList<Shown> m_shown;
-    QStringList m_answers; ///< texts of the buttons to press, in order
-    std::function<void()> m_whileAsking;
 };
 
 void TestMainWindow::init()
 {
-    m_folder = std::make_unique<QTemporaryDir>();
-    QVERIFY(m_folder->isValid());
-    QVERIFY(QFile::link(QStringLiteral(VL_SOURCE_DIR "/resource"),
-                        m_folder->filePath(QStringLiteral("resource"))));
+    setUpFolder();
     writeFile(m_folder->filePath(QStringLiteral("language/options.xml")),
               "<root><AutoStart>0</AutoStart><RecoveryData>1</RecoveryData>"
               "<AutoHttpd>0</AutoHttpd></root>");
     writeFile(m_folder->filePath(QStringLiteral("port.xml")), anyFreePort);
-    QDir::setCurrent(m_folder->path());
-    m_shown.clear();
-    m_answers.clear();
-    m_whileAsking = {};
-    Modal::setRunner([this](QDialog &dialog) {
-        Shown shown = {dialog.windowTitle(), QString(), {}};
-        if (const auto *const box = qobject_cast<QMessageBox *>(&dialog))
-            shown.text = box->text();
-        const QString answer = m_answers.isEmpty() ? QString() : m_answers.takeFirst();
-        QPushButton *pressed = nullptr;
-        const auto buttons = dialog.findChildren<QPushButton *>();
-        for (QPushButton *const candidate : buttons) {
-            const QString text = candidate->text().remove(QLatin1Char('&'));
-            shown.buttons.append(text);
-            if (text == answer)
-                pressed = candidate;
-        }
-        m_shown.append(shown);
-        if (m_whileAsking)
-            m_whileAsking();
-        if (pressed)
-            pressed->click();
-        return dialog.result();
-    });
-}
-
-void TestMainWindow::cleanup()
-{
-    m_window.reset();
-    m_dataMgr.reset();
-    m_dbOperator.reset();
-    Modal::setRunner({});
-    QDir::setCurrent(QStringLiteral("/"));
-}
-
-void TestMainWindow::openWindow()
-{
-    m_window.reset();
-    const QString folder = m_folder->path() + QLatin1Char('/');
-    m_dataMgr.reset();
-    m_dbOperator = std::make_unique<DBOperator>(folder);
-    m_dataMgr = std::make_unique<DataMgr>(*m_dbOperator, folder);
-    m_window = std::make_unique<MainWindow>(*m_dataMgr, folder);
-    m_window->show();
-    QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
-}
-
-QPushButton *TestMainWindow::button(const char *name) const
-{
-    return m_window->findChild<QPushButton *>(QLatin1String(name));
 }
 
 QString TestMainWindow::countText() const

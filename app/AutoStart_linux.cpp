@@ -1,0 +1,56 @@
+// The desktop's autostart entry of the user.
+#include "app/AutoStart.h"
+
+#include "model/WholeFile.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QStandardPaths>
+
+namespace {
+
+/// An argument of a command line in a desktop entry: quoted, without field codes, and then escaped
+/// as every text of such a file is.
+QString execArgument(const QString &argument)
+{
+    QString quoted;
+    for (const QChar c : argument) {
+        if (QStringLiteral("\"`$\\").contains(c))
+            quoted += QLatin1Char('\\');
+        quoted += c;
+        if (c == QLatin1Char('%'))
+            quoted += c;
+    }
+    quoted.replace(QLatin1Char('\\'), QLatin1String("\\\\"));
+    quoted.replace(QLatin1Char('\n'), QLatin1String("\\n"));
+    return QLatin1Char('"') + quoted + QLatin1Char('"');
+}
+
+} // namespace
+
+namespace AutoStart {
+
+QString place()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
+           QLatin1String("/autostart/VlManager.desktop");
+}
+
+void set(const QString &programPath, bool on)
+{
+    const QString path = place();
+    QDir().mkpath(QFileInfo(path).path());
+    // A hidden entry counts as none, and also hides one of the same name that an administrator may
+    // have laid down for everybody, which removing this file would bring back.
+    const QString entry =
+        QStringLiteral("[Desktop Entry]\n"
+                       "Type=Application\n"
+                       "Name=Velloran Device Management Tool\n"
+                       "Exec=%1\n"
+                       "Terminal=false\n"
+                       "Hidden=%2\n")
+            .arg(execArgument(programPath), on ? QStringLiteral("false") : QStringLiteral("true"));
+    writeWholeFile(path, entry.toUtf8());
+}
+
+} // namespace AutoStart

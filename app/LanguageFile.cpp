@@ -1,0 +1,62 @@
+#include "app/LanguageFile.h"
+
+#include "app/SettingsFile.h"
+
+#include <QDomDocument>
+#include <QFile>
+#include <QTextStream>
+
+namespace {
+
+constexpr qint64 maxHintLength = qint64(64) * 1024;
+
+QString elementName()
+{
+    return QStringLiteral("Language");
+}
+
+QString languageIn(const QDomDocument &document)
+{
+    QString language;
+    QDomElement element = document.documentElement().firstChildElement(elementName());
+    while (element.tagName() == elementName()) {
+        language = element.text();
+        element = element.nextSiblingElement();
+    }
+    return language;
+}
+
+} // namespace
+
+bool readLanguageFile(const QString &filePath, QString &language)
+{
+    QDomDocument document;
+    if (!SettingsFile::read(filePath, QIODevice::ReadOnly, document))
+        return false;
+    language = languageIn(document);
+    return true;
+}
+
+bool createLanguageFile(const QString &filePath, const QString &language)
+{
+    return SettingsFile::create(filePath, {{elementName(), language}});
+}
+
+bool updateLanguageFile(const QString &filePath, const QString &language)
+{
+    return SettingsFile::update(
+        filePath, {{elementName(), language}},
+        [&language](const QDomDocument &written) { return languageIn(written) == language; });
+}
+
+QString languageHint(const QString &filePath)
+{
+    QFile file(filePath);
+    if (!file.open(QIODevice::ReadOnly))
+        return QString();
+    QTextStream stream(&file);
+    const QString line = stream.readLine(maxHintLength);
+    if (line.contains(QLatin1String("chinese")))
+        return QStringLiteral("zh");
+    return line.contains(QLatin1String("english")) ? QStringLiteral("en") : QString();
+}

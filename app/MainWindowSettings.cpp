@@ -1,0 +1,208 @@
+// The window's settings: the interface language, the options and the port of the HTTP service.
+#include "app/AutoStart.h"
+#include "app/LanguageFile.h"
+#include "app/MainWindow.h"
+#include "app/OptionsFile.h"
+#include "app/PortDialog.h"
+#include "model/DebugLog.h"
+#include "net/HttpdPort.h"
+#include "storage/DataMgr.h"
+#include "widgets/Modal.h"
+
+#include <QActionGroup>
+#include <QCheckBox>
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QPushButton>
+#include <QTranslator>
+
+#include <utility>
+
+namespace {
+
+constexpr QLatin1String languageFolder("language/");
+constexpr QLatin1String optionsPath("language/options.xml");
+constexpr QLatin1String configPath("language/config.xml");
+constexpr QLatin1String portPath("port.xml");
+constexpr QLatin1String hintPath("./VLManager.ini");
+constexpr QLatin1String chinese("zh");
+constexpr QLatin1String english("en");
+
+} // namespace
+
+bool MainWindow::loadLanguageSetting()
+{
+    const QString hint = languageHint(hintPath);
+    if (!hint.isEmpty()) {
+        loadLanguage(hint);
+        QFile::remove(hintPath);
+        storeLanguage(hint);
+    }
+    QString language;
+    if (!readLanguageFile(m_folder + configPath, language))
+        return false;
+    loadLanguage(language);
+    return true;
+}
+
+void MainWindow::loadLanguage(const QString &language)
+{
+    if (language == chinese)
+        loadZhLang();
+    else
+        loadEnLang();
+}
+
+void MainWindow::loadZhLang()
+{
+    m_language = chinese;
+    installTranslators({QStringLiteral("qt_zh_CN.qm"), QStringLiteral("zh.qm")});
+}
+
+void MainWindow::loadEnLang()
+{
+    m_language = english;
+    installTranslators({QStringLiteral("en.qm")});
+}
+
+/// In place of those that are there. One whose file is missing leaves the built-in English texts.
+void MainWindow::installTranslators(const QStringList &fileNames)
+{
+    m_chosenLanguage = m_language;
+    qDeleteAll(m_translators);
+    m_translators.clear();
+    for (const QString &name : fileNames) {
+        auto *const translator = new QTranslator(this);
+        m_translators.append(translator);
+        if (translator->load(name, m_folder + languageFolder))
+            QCoreApplication::installTranslator(translator);
+    }
+}
+
+void MainWindow::restoreLanguageSetting()
+{
+    const QString language = m_languageGroup->checkedAction()->objectName();
+    if (language == m_chosenLanguage)
+        return;
+    m_chosenLanguage = language;
+    storeLanguage(language);
+    Modal::message(nullptr, QMessageBox::Information, tr("Language change"),
+                   tr("Language change will take effect after reboot."));
+}
+
+void MainWindow::storeLanguage(const QString &language)
+{
+    if (QFile::exists(m_folder + configPath))
+        updateConfigFile(language);
+    else
+        createConfigFile(language);
+}
+
+void MainWindow::createConfigFile(const QString &language)
+{
+    createLanguageFile(m_folder + configPath, language);
+}
+
+void MainWindow::updateConfigFile(const QString &language)
+{
+    updateLanguageFile(m_folder + configPath, language);
+}
+
+bool MainWindow::readOptionsAndSet()
+{
+    Options options;
+    if (!readOptionsFile(m_folder + optionsPath, options))
+        return false;
+    m_autoStart = options.autoStart;
+    m_autoStartAction->setChecked(options.autoStart);
+    m_recoveryDataAction->setChecked(options.recoveryData);
+    if (options.recoveryData && m_dataMgr.isStoreUsable() && !m_dataMgr.recoverPreviousData())
+        m_startError = m_dataMgr.lastErrorText();
+    m_autoHttpdAction->setChecked(options.autoHttpd);
+    return true;
+}
+
+void MainWindow::restoreOptions()
+{
+    const bool autoStart = m_autoStartAction->isChecked();
+    const bool recoveryData = m_recoveryDataAction->isChecked();
+    const bool autoHttpd = m_autoHttpdAction->isChecked();
+    if (autoStart != m_autoStart) {
+        m_autoStart = autoStart;
+        setAutoStart(autoStart);
+    }
+    if (QFile::exists(m_folder + optionsPath))
+        updateOptionsFile(autoStart, recoveryData, autoHttpd);
+    else
+        createOptionsFile(autoStart, recoveryData, autoHttpd);
+    Modal::message(nullptr, QMessageBox::Information, tr("Options change"),
+                   tr("Config's change will take effect after reboot."));
+}
+
+void MainWindow::setAutoStart(bool on)
+{
+    const QString appPath = QCoreApplication::applicationFilePath();
+    qCDebug(debugLog) << "appPath = " << QDir::toNativeSeparators(appPath);
+    qCDebug(debugLog) << "keyPath = " << QDir::toNativeSeparators(AutoStart::place());
+    AutoStart::set(appPath, on);
+}
+
+void MainWindow::createOptionsFile(bool autoStart, bool recoveryData, bool autoHttpd)
+{
+    ::createOptionsFile(m_folder + optionsPath, {autoStart, recoveryData, autoHttpd});
+}
+
+void MainWindow::updateOptionsFile(bool autoStart, bool recoveryData, bool autoHttpd)
+{
+    ::updateOptionsFile(m_folder + optionsPath, {autoStart, recoveryData, autoHttpd});
+}
+
+void MainWindow::configHttpdPortOption()
+{
+    if (!m_portDialog) {
+        m_portDialog = new PortDialog(this);
+        m_portDialog->setWindowModality(Qt::WindowModal);
+        m_portDialog->setPortText(readHttpdPort(portPath).portText);
+        connect(m_portDialog->useDefaultBox(), &QCheckBox::clicked, this,
+                &MainWindow::slotUseDefault);
+        connect(m_portDialog->okButton(), &QPushButton::clicked, this,
+                &MainWindow::configHttpdPortBegin);
+        connect(m_portDialog->cancelButton(), &QPushButton::clicked, this,
+                &MainWindow::configHttpdPortAbort);
+        connect(m_portDialog, &QDialog::rejected, this, &MainWindow::configHttpdPortAbort);
+    }
+    m_portDialog->show();
+}
+
+void MainWindow::slotUseDefault(bool useDefault)
+{
+    if (m_portDialog)
+        m_portDialog->setPortEnabled(!useDefault);
+}
+
+void MainWindow::configHttpdPortBegin()
+{
+    if (!m_portDialog)
+        return;
+    const int port = m_portDialog->portText().toInt();
+    const bool inRange = port >= PortDialog::lowestPort && port <= PortDialog::highestPort;
+    if (!inRange && !m_portDialog->useDefault()) {
+        Modal::message(m_portDialog, QMessageBox::Critical, tr("Port Error"),
+                       tr("The port should between 5000 and 65535!"));
+        if (m_portDialog)
+            m_portDialog->showWrongPort();
+        return;
+    }
+    if (writeHttpdPort(portPath, m_portDialog->useDefault(), m_portDialog->portText()))
+        configHttpdPortAbort();
+}
+
+void MainWindow::configHttpdPortAbort()
+{
+    PortDialog *const dialog = std::exchange(m_portDialog, nullptr);
+    if (!dialog)
+        return;
+    dialog->hide();
+    dialog->deleteLater();
+}

@@ -1,0 +1,104 @@
+#include "app/SettingsFile.h"
+
+#include "model/WholeFile.h"
+
+#include <QDomDocument>
+#include <QFile>
+#include <QXmlStreamReader>
+
+namespace {
+
+/// A settings document is a few lines; anything larger is something else.
+constexpr qint64 maxFileSize = qint64(64) * 1024;
+constexpr int maxDepth = 8;
+constexpr int indentation = 4;
+
+/// The document classes unfold entities without a limit, go down into nested elements by recursion,
+/// and take characters that they could not read again. So the content is walked by a reader that
+/// does none of these before they see it.
+bool isSettingsDocument(const QByteArray &content)
+{
+    QXmlStreamReader xml(content);
+    xml.setNamespaceProcessing(false);
+    int depth = 0;
+    while (!xml.atEnd()) {
+        switch (xml.readNext()) {
+        case QXmlStreamReader::DTD:
+            return false;
+        case QXmlStreamReader::StartElement:
+            if (++depth > maxDepth)
+                return false;
+            break;
+        case QXmlStreamReader::EndElement:
+            --depth;
+            break;
+        default:
+            break;
+        }
+    }
+    return !xml.hasError();
+}
+
+bool parse(const QByteArray &content, QDomDocument &document)
+{
+    return content.size() <= maxFileSize && isSettingsDocument(content) &&
+           document.setContent(content);
+}
+
+void setText(QDomDocument &document, QDomElement element, const QString &text)
+{
+    while (element.hasChildNodes())
+        element.removeChild(element.firstChild());
+    element.appendChild(document.createTextNode(text));
+}
+
+/// It names the encoding in which the file was, and the file is written in UTF-8.
+void removeDeclaration(QDomDocument &document)
+{
+    const QDomNode first = document.firstChild();
+    if (first.isProcessingInstruction() && first.nodeName() == QLatin1String("xml"))
+        document.removeChild(first);
+}
+
+} // namespace
+
+namespace SettingsFile {
+
+bool read(const QString &filePath, QIODevice::OpenMode mode, QDomDocument &document)
+{
+    QFile file(filePath);
+    return file.exists() && file.open(mode) && parse(file.read(maxFileSize + 1), document);
+}
+
+bool create(const QString &filePath, const Values &values)
+{
+    QDomDocument document;
+    QDomElement root = document.createElement(QStringLiteral("root"));
+    document.appendChild(root);
+    for (const Value &value : values) {
+        const QDomElement element = document.createElement(value.element);
+        setText(document, element, value.text);
+        root.appendChild(element);
+    }
+    return writeWholeFile(filePath, document.toByteArray(indentation));
+}
+
+bool update(const QString &filePath, const Values &values,
+            const std::function<bool(const QDomDocument &)> &holdsValues)
+{
+    QDomDocument document;
+    if (!read(filePath, QIODevice::ReadOnly, document))
+        return create(filePath, values);
+    removeDeclaration(document);
+    for (const Value &value : values) {
+        QDomElement element = document.documentElement().firstChildElement(value.element);
+        for (; !element.isNull(); element = element.nextSiblingElement(value.element))
+            setText(document, element, value.text);
+    }
+    const QByteArray content = document.toByteArray(indentation);
+    QDomDocument written;
+    return parse(content, written) && holdsValues(written) ? writeWholeFile(filePath, content)
+                                                           : create(filePath, values);
+}
+
+} // namespace SettingsFile

@@ -1,0 +1,548 @@
+#include "app/AutoStart.h"
+#include "app/LanguageFile.h"
+#include "app/OptionsFile.h"
+#include "app/PortDialog.h"
+#include "net/HttpdPort.h"
+#include "tests/WindowFixture.h"
+
+#include <QAction>
+#include <QCheckBox>
+#include <QElapsedTimer>
+#include <QLineEdit>
+#include <QScopeGuard>
+
+#ifdef Q_OS_UNIX
+#include <unistd.h>
+#endif
+
+namespace {
+
+constexpr qint64 atOnceMs = 1000;
+constexpr int tenMegabytes = 10 * 1024 * 1024;
+
+const char shippedOptions[] = "<root>\n"
+                              "    <AutoStart>0</AutoStart>\n"
+                              "    <RecoveryData>1</RecoveryData>\n"
+                              "    <AutoHttpd>0</AutoHttpd>\n"
+                              "</root>\n";
+const char shippedConfig[] = "<root>\n    <Language>en</Language>\n</root>\n";
+const char portFile[] = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+                        "<configHttpdPort>\n"
+                        "    <useDefault>0</useDefault>\n"
+                        "    <port>8080</port>\n"
+                        "</configHttpdPort>\n";
+/// A file that may be read but not written.
+constexpr QFile::Permissions readOnly = QFile::ReadOwner | QFile::ReadGroup | QFile::ReadOther;
+constexpr uint ordinaryUser = 65534;
+
+QByteArray optionsXml(const char *triple)
+{
+    return QByteArray(shippedOptions)
+        .replace("Start>0", QByteArray("Start>") + triple[0])
+        .replace("Data>1", QByteArray("Data>") + triple[1])
+        .replace("Httpd>0", QByteArray("Httpd>") + triple[2]);
+}
+
+QByteArray utf16(const QByteArray &latin)
+{
+    const QString text = QLatin1String(latin);
+    return QByteArray("\xff\xfe") +
+           QByteArray(reinterpret_cast<const char *>(text.utf16()), 2 * text.size());
+}
+
+/// A few lines that unfold to 16 million characters.
+QByteArray unfolding(const QByteArray &element)
+{
+    QByteArray entities;
+    for (char name = 'a'; name < 'h'; ++name) {
+        const QByteArray next = QByteArray("&") + char(name + 1) + ';';
+        entities += QByteArray("<!ENTITY ") + name + " \"" + next.repeated(10) + "\">";
+    }
+    return "<!DOCTYPE root [" + entities + "<!ENTITY h \"1\">]><root x=\"&a;\">" + element +
+           "</root>";
+}
+
+QByteArray content(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(none)");
+}
+
+QByteArray triple(const Options &options)
+{
+    return QByteArray::number(int(options.autoStart)) +
+           QByteArray::number(int(options.recoveryData)) +
+           QByteArray::number(int(options.autoHttpd));
+}
+
+} // namespace
+
+class TestSettings : public QObject, WindowFixture
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase() { registerContactTypes(); }
+    void init();
+    void cleanup() { tearDown(); }
+
+    void optionsFile_data();
+    void optionsFile();
+    void languageFile_data();
+    void languageFile();
+    void cutAtEveryByte();
+    void leavesReadOnlyFilesAlone();
+    void startsAtOnceWithDefaults_data();
+    void startsAtOnceWithDefaults();
+    void installersNote_data();
+    void installersNote();
+    void optionsSurviveARestart();
+    void languageSurvivesARestart();
+    void autoStartEntry();
+    void portDialog();
+
+private:
+    QAction *action(const QString &text) const;
+    QString optionsPath() const
+    {
+        return m_folder->filePath(QStringLiteral("language/options.xml"));
+    }
+    QString configPath() const { return m_folder->filePath(QStringLiteral("language/config.xml")); }
+    QString portPath() const { return m_folder->filePath(QStringLiteral("port.xml")); }
+    QByteArray checkedOptions() const;
+    QString checkedLanguage() const;
+};
+
+void TestSettings::init()
+{
+    setUpFolder();
+    QVERIFY(QDir().mkdir(QStringLiteral("language")));
+    qputenv("XDG_CONFIG_HOME", m_folder->filePath(QStringLiteral("home")).toLocal8Bit());
+}
+
+QAction *TestSettings::action(const QString &text) const
+{
+    const auto actions = m_window->findChildren<QAction *>();
+    for (QAction *const candidate : actions) {
+        if (candidate->text() == text)
+            return candidate;
+    }
+    qFatal("no action %s", qPrintable(text));
+}
+
+QByteArray TestSettings::checkedOptions() const
+{
+    return triple({action(QStringLiteral("Auto Start"))->isChecked(),
+                   action(QStringLiteral("Recovery Data"))->isChecked(),
+                   action(QStringLiteral("Auto Httpd"))->isChecked()});
+}
+
+QString TestSettings::checkedLanguage() const
+{
+    QString checked;
+    for (const char *const name : {"zh", "en"}) {
+        if (m_window->findChild<QAction *>(QLatin1String(name))->isChecked())
+            checked += QLatin1String(name);
+    }
+    return checked;
+}
+
+void TestSettings::optionsFile_data()
+{
+    QTest::addColumn<QByteArray>("held");
+    QTest::addColumn<bool>("parses");
+    QTest::addColumn<QByteArray>("read");
+    QTest::addColumn<QByteArray>("updated"); // to 1, 0, 1
+    const QByteArray anew = optionsXml("101");
+    const auto row = [&](const char *name, const QByteArray &held, const char *read,
+                         const QByteArray &updated) {
+        QTest::newRow(name) << held << (*read != '-') << QByteArray(*read == '-' ? "000" : read)
+                            << updated;
+    };
+    row("as shipped", shippedOptions, "010", anew);
+    row("all on", optionsXml("111"), "111", anew);
+    row("empty", "", "-", anew);
+    row("no XML", "AutoStart=1\nRecoveryData=1\n", "-", anew);
+    row("binary", QByteArray("\0\xff\xfe\x01<root>\0", 12), "-", anew);
+    row("ten megabytes of noise", QByteArray(tenMegabytes, 'x'), "-", anew);
+    row("ten megabytes of elements",
+        "<root>" + QByteArray("<AutoStart>1</AutoStart>").repeated(tenMegabytes / 24) + "</root>",
+        "-", anew);
+    row("left over from a longer file", shippedOptions + QByteArray("d>\n</root>\n"), "-", anew);
+    row("nested without end", QByteArray("<a>").repeated(4000) + QByteArray("</a>").repeated(4000),
+        "-", anew);
+    row("entities that unfold without end", unfolding(shippedOptions), "-", anew);
+    row("control characters", optionsXml("11\x01"), "-", anew);
+    row("no elements", "<root/>", "000", anew);
+    row("the last one missing",
+        "<root><AutoStart>1</AutoStart><RecoveryData>1</RecoveryData></root>", "110", anew);
+    row("in another order",
+        "<root><AutoStart>1</AutoStart><AutoHttpd>1</AutoHttpd><RecoveryData>1</RecoveryData></"
+        "root>",
+        "100", anew);
+    row("doubled",
+        "<root><AutoStart>1</AutoStart><AutoStart>1</AutoStart><RecoveryData>1</RecoveryData>"
+        "<AutoHttpd>1</AutoHttpd></root>",
+        "100", anew);
+    row("other texts",
+        "<root><AutoStart>true</AutoStart><RecoveryData> 1\n</RecoveryData><AutoHttpd>2</AutoHttpd>"
+        "</root>",
+        "010", anew);
+    row("more than is known", QByteArray(shippedOptions).replace("</root>", "<Own>my</Own></root>"),
+        "010", QByteArray(anew).replace("</root>", "    <Own>my</Own>\n</root>"));
+    row("with a mark", "\xef\xbb\xbf" + optionsXml("111"), "111", anew);
+    row("in UTF-16", utf16(optionsXml("111")), "111", anew);
+    row("in UTF-16, as it says",
+        utf16("<?xml version=\"1.0\" encoding=\"UTF-16\"?>" + optionsXml("111")), "111", anew);
+}
+
+void TestSettings::optionsFile()
+{
+    QFETCH(QByteArray, held);
+    writeFile(optionsPath(), held);
+    QElapsedTimer timer;
+    timer.start();
+    Options options;
+    QTEST(readOptionsFile(optionsPath(), options), "parses");
+    QTEST(triple(options), "read");
+    QCOMPARE(QFileInfo(optionsPath()).size(), qint64(held.size()));
+    QVERIFY(updateOptionsFile(optionsPath(), {true, false, true}));
+    QVERIFY2(timer.elapsed() < atOnceMs, qPrintable(QString::number(timer.elapsed())));
+    QTEST(content(optionsPath()), "updated");
+    QVERIFY(readOptionsFile(optionsPath(), options));
+    QCOMPARE(triple(options), QByteArray("101"));
+}
+
+void TestSettings::languageFile_data()
+{
+    QTest::addColumn<QByteArray>("held");
+    QTest::addColumn<QByteArray>("read");
+    const auto row = [](const char *name, const QByteArray &held, const char *read) {
+        QTest::newRow(name) << held << QByteArray(read);
+    };
+    row("as shipped", shippedConfig, "en");
+    row("Chinese", "<root><Language>zh</Language></root>", "zh");
+    row("in a row, the last wins", "<root><Language>en</Language><Language>zh</Language></root>",
+        "zh");
+    row("not in a row, the first",
+        "<root><Language>zh</Language><x/><Language>en</Language></root>", "zh");
+    row("behind something else", "<root><x/><Language>zh</Language></root>", "zh");
+    row("blanks belong to the word", "<root><Language> zh</Language></root>", " zh");
+    row("no language", "<root/>", "");
+    row("nested deeper", "<root><a><Language>zh</Language></a></root>", "");
+    row("in UTF-16", utf16("<root><Language>zh</Language></root>"), "zh");
+    row("Chinese text, not in UTF-8", "<root><!-- \xd6\xd0 --><Language>zh</Language></root>", "-");
+    row("damaged", "<root><Language>zh</root>", "-");
+    row("ten megabytes", QByteArray(tenMegabytes, ' ') + "<root><Language>zh</Language></root>",
+        "-");
+    row("entities that unfold without end", unfolding("<Language>zh</Language>"), "-");
+}
+
+void TestSettings::languageFile()
+{
+    QFETCH(QByteArray, held);
+    QFETCH(QByteArray, read);
+    writeFile(configPath(), held);
+    QString language;
+    QCOMPARE(readLanguageFile(configPath(), language), read != "-");
+    QCOMPARE(language.toUtf8(), read == "-" ? QByteArray() : read);
+    for (const char *const word : {"zh", "en"}) {
+        QVERIFY(updateLanguageFile(configPath(), QLatin1String(word)));
+        QVERIFY(readLanguageFile(configPath(), language));
+        QCOMPARE(language, QLatin1String(word));
+    }
+    if (read == "-")
+        QCOMPARE(content(configPath()), QByteArray(shippedConfig));
+}
+
+void TestSettings::cutAtEveryByte()
+{
+    const QByteArray options = optionsXml("111");
+    for (int length = 0; length < options.size() - 1; ++length) {
+        writeFile(optionsPath(), options.left(length));
+        Options read;
+        QVERIFY2(!readOptionsFile(optionsPath(), read), qPrintable(QString::number(length)));
+        QCOMPARE(triple(read), QByteArray("000"));
+        QVERIFY(updateOptionsFile(optionsPath(), {false, true, false}));
+        QCOMPARE(content(optionsPath()), QByteArray(shippedOptions));
+    }
+    const QByteArray config = shippedConfig;
+    for (int length = 0; length < config.size() - 1; ++length) {
+        writeFile(configPath(), config.left(length));
+        QString language;
+        QVERIFY2(!readLanguageFile(configPath(), language), qPrintable(QString::number(length)));
+        QVERIFY(updateLanguageFile(configPath(), QStringLiteral("en")));
+        QCOMPARE(content(configPath()), config);
+    }
+    const QByteArray port = portFile;
+    for (int length = 0; length <= port.size(); ++length) {
+        writeFile(portPath(), port.left(length));
+        const HttpdPort read = readHttpdPort(portPath());
+        // Never half a number.
+        QVERIFY(read.port == 80 || read.port == 8080);
+        QVERIFY(read.portText.isEmpty() || read.portText == QLatin1String("8080"));
+        QVERIFY(writeHttpdPort(portPath(), false, QStringLiteral("8080")));
+        QCOMPARE(content(portPath()), port);
+    }
+}
+
+void TestSettings::leavesReadOnlyFilesAlone()
+{
+#ifdef Q_OS_UNIX
+    writeFile(optionsPath(), optionsXml("111"));
+    writeFile(configPath(), "<root><Language>zh</Language></root>");
+    writeFile(portPath(), portFile);
+    const QStringList paths = {optionsPath(), configPath(), portPath()};
+    // The folders are open to everybody, so that a file could be replaced, though not written.
+    constexpr QFile::Permissions open(0x7777);
+    for (const QString &folder : {m_folder->path(), m_folder->filePath(QStringLiteral("language"))})
+        QVERIFY(QFile::setPermissions(folder, open));
+    for (const QString &path : paths)
+        QVERIFY(QFile::setPermissions(path, readOnly));
+    // Nothing is read-only for root.
+    const bool asRoot = geteuid() == 0;
+    QVERIFY(!asRoot || seteuid(ordinaryUser) == 0);
+    const auto back = qScopeGuard([asRoot] {
+        if (asRoot && seteuid(0) != 0)
+            qFatal("cannot become root again");
+    });
+
+    QVERIFY(createLanguageFile(configPath() + QLatin1Char('2'), QStringLiteral("en")));
+    Options options;
+    QVERIFY(!readOptionsFile(optionsPath(), options));
+    QCOMPARE(triple(options), QByteArray("000"));
+    QString language;
+    QVERIFY(readLanguageFile(configPath(), language));
+    QCOMPARE(language, QStringLiteral("zh"));
+    QVERIFY(!updateOptionsFile(optionsPath(), {false, false, false}));
+    QVERIFY(!createOptionsFile(optionsPath(), {false, false, false}));
+    QVERIFY(!updateLanguageFile(configPath(), QStringLiteral("en")));
+    QVERIFY(!writeHttpdPort(portPath(), true, QString()));
+    QCOMPARE(content(optionsPath()), optionsXml("111"));
+    QCOMPARE(content(configPath()), QByteArray("<root><Language>zh</Language></root>"));
+    QCOMPARE(content(portPath()), QByteArray(portFile));
+#else
+    QSKIP("the test makes files read-only by their mode");
+#endif
+}
+
+void TestSettings::startsAtOnceWithDefaults_data()
+{
+    QTest::addColumn<QByteArray>("held");
+    QTest::newRow("missing") << QByteArray();
+    QTest::newRow("noise") << QByteArray("\x1f\x8b\xff garbage");
+    QTest::newRow("ten megabytes of lines") << QByteArray("<root>\n").repeated(tenMegabytes / 7);
+    QTest::newRow("ten megabytes without a line break") << QByteArray(tenMegabytes, 'c');
+    QTest::newRow("unfolding") << unfolding("<AutoStart>1</AutoStart>");
+}
+
+void TestSettings::startsAtOnceWithDefaults()
+{
+    QFETCH(QByteArray, held);
+    const QStringList paths = {optionsPath(), configPath(), portPath(),
+                               m_folder->filePath(QStringLiteral("VLManager.ini"))};
+    if (!held.isNull()) {
+        for (const QString &path : paths)
+            writeFile(path, held);
+    }
+    QElapsedTimer timer;
+    timer.start();
+    openWindow();
+    QVERIFY2(timer.elapsed() < atOnceMs, qPrintable(QString::number(timer.elapsed())));
+    QCOMPARE(checkedOptions(), QByteArray("000"));
+    QCOMPARE(checkedLanguage(), QStringLiteral("en"));
+    QVERIFY(m_shown.isEmpty());
+    for (const QString &path : paths)
+        QCOMPARE(content(path), held.isNull() ? QByteArray("(none)") : held);
+}
+
+void TestSettings::installersNote_data()
+{
+    QTest::addColumn<QByteArray>("note");
+    QTest::addColumn<QByteArray>("before");
+    QTest::addColumn<QByteArray>("after");
+    QTest::addColumn<QString>("language");
+    const auto row = [](const char *name, const QByteArray &note, const char *before,
+                        const QByteArray &after, const char *language) {
+        QTest::newRow(name) << note << QByteArray(before) << after << QString::fromLatin1(language);
+    };
+    const QByteArray chinese = QByteArray(shippedConfig).replace("en", "zh");
+    row("Chinese over English", "language=chinese\n", shippedConfig, chinese, "zh");
+    row("English over Chinese", "english", chinese, shippedConfig, "en");
+    row("first line only", "[install]\nchinese\n", shippedConfig, shippedConfig, "en");
+    row("case matters", "Chinese\n", shippedConfig, shippedConfig, "en");
+    row("both", "english or chinese\n", shippedConfig, chinese, "zh");
+    row("over a damaged file", "chinese\r\n", "<root><Lang", chinese, "zh");
+    row("with no file", "chinese\n", "", chinese, "zh");
+}
+
+void TestSettings::installersNote()
+{
+    QFETCH(QByteArray, note);
+    QFETCH(QByteArray, before);
+    QFETCH(QByteArray, after);
+    const QString notePath = m_folder->filePath(QStringLiteral("VLManager.ini"));
+    writeFile(notePath, note);
+    if (!before.isEmpty())
+        writeFile(configPath(), before);
+    openWindow();
+    QTEST(checkedLanguage(), "language");
+    QCOMPARE(content(configPath()), after);
+    // One that names no language is left alone.
+    QCOMPARE(QFile::exists(notePath), before == after);
+}
+
+void TestSettings::optionsSurviveARestart()
+{
+    openWindow();
+    QCOMPARE(checkedOptions(), QByteArray("000"));
+    QVERIFY(!QFile::exists(optionsPath()));
+    action(QStringLiteral("Recovery Data"))->trigger();
+    QCOMPARE(content(optionsPath()), optionsXml("010"));
+    QCOMPARE(m_shown.size(), 1);
+    QCOMPARE(m_shown.first().title, QStringLiteral("Options change"));
+    QCOMPARE(m_shown.first().text,
+             QStringLiteral("Config's change will take effect after reboot."));
+    QVERIFY(!QFile::exists(AutoStart::place()));
+
+    action(QStringLiteral("Auto Start"))->trigger();
+    QCOMPARE(content(optionsPath()), optionsXml("110"));
+    QVERIFY(content(AutoStart::place()).contains("Hidden=false"));
+    m_window->onContactDialogAddFinished(ContactInfo());
+
+    openWindow();
+    QCOMPARE(checkedOptions(), QByteArray("110"));
+    QCOMPARE(m_dataMgr->devices().size(), 1);
+    action(QStringLiteral("Auto Start"))->trigger();
+    QVERIFY(content(AutoStart::place()).contains("Hidden=true"));
+    // On and off again without a restart in between.
+    action(QStringLiteral("Auto Start"))->trigger();
+    action(QStringLiteral("Auto Start"))->trigger();
+    QVERIFY(content(AutoStart::place()).contains("Hidden=true"));
+    action(QStringLiteral("Auto Httpd"))->trigger();
+    QCOMPARE(content(optionsPath()), optionsXml("011"));
+
+    // The next start opens the service, after the list is there.
+    m_shown.clear();
+    int listed = 0;
+    m_whileAsking = [&] { listed = m_dataMgr->devices().size(); };
+    openWindow();
+    QTRY_COMPARE(m_shown.size(), 1);
+    QCOMPARE(m_shown.first().title, QStringLiteral("Select avaliable NIC"));
+    QCOMPARE(listed, 1);
+}
+
+void TestSettings::languageSurvivesARestart()
+{
+    openWindow();
+    QCOMPARE(checkedLanguage(), QStringLiteral("en"));
+    action(QStringLiteral("English"))->trigger();
+    QVERIFY(m_shown.isEmpty());
+    QVERIFY(!QFile::exists(configPath()));
+
+    action(QStringLiteral("简体中文"))->trigger();
+    QCOMPARE(m_shown.size(), 1);
+    QCOMPARE(m_shown.first().title, QStringLiteral("Language change"));
+    QCOMPARE(m_shown.first().text,
+             QStringLiteral("Language change will take effect after reboot."));
+    openWindow();
+    QCOMPARE(checkedLanguage(), QStringLiteral("zh"));
+
+    // There and back without a restart in between.
+    action(QStringLiteral("English"))->trigger();
+    action(QStringLiteral("简体中文"))->trigger();
+    QCOMPARE(m_shown.size(), 3);
+    openWindow();
+    QCOMPARE(checkedLanguage(), QStringLiteral("zh"));
+}
+
+void TestSettings::autoStartEntry()
+{
+#ifdef Q_OS_LINUX
+    QCOMPARE(AutoStart::place(),
+             m_folder->filePath(QStringLiteral("home/autostart/VlManager.desktop")));
+    AutoStart::set(QStringLiteral("/opt/my phones/50%/a$b\"c\\d/VlManager"), true);
+    const QList<QByteArray> lines = content(AutoStart::place()).split('\n');
+    QCOMPARE(lines.first(), QByteArray("[Desktop Entry]"));
+    QVERIFY(lines.contains("Exec=\"/opt/my phones/50%%/a\\\\$b\\\\\"c\\\\\\\\d/VlManager\""));
+#else
+    QSKIP("the entry is a file on Linux only");
+#endif
+}
+
+void TestSettings::portDialog()
+{
+    openWindow();
+    const auto open = [this] {
+        action(QStringLiteral("Configure Httpd Port"))->trigger();
+        return m_window->findChild<PortDialog *>();
+    };
+    const auto edit = [](PortDialog *dialog) { return dialog->findChild<QLineEdit *>(); };
+
+    PortDialog *dialog = open();
+    QCOMPARE(dialog->size(), QSize(500, 200));
+    QVERIFY(dialog->useDefaultBox()->isChecked());
+    QVERIFY(!edit(dialog)->isEnabled());
+    QCOMPARE(open(), dialog); // chosen twice, still one
+    dialog->okButton()->click();
+    QCOMPARE(
+        content(portPath()),
+        QByteArray(portFile).replace(">0<", ">1<").replace("<port>8080</port>", "<port></port>"));
+    QCOMPARE(readHttpdPort(portPath()).useDefault, 1);
+
+    const auto openForCustom = [&] {
+        QTRY_VERIFY(!m_window->findChild<PortDialog *>());
+        dialog = open();
+        dialog->useDefaultBox()->click();
+        QVERIFY(edit(dialog)->isEnabled());
+        edit(dialog)->setFocus();
+    };
+    openForCustom();
+    const QByteArray before = content(portPath());
+    for (const char *const wrong : {"", "4999", "0", "65536"}) {
+        edit(dialog)->clear();
+        QTest::keyClicks(edit(dialog), QLatin1String(wrong));
+        if (edit(dialog)->text() == QLatin1String("6553"))
+            edit(dialog)->setText(QLatin1String(wrong)); // that cannot be typed
+        m_shown.clear();
+        QTest::keyClick(dialog, Qt::Key_Return);
+        QCOMPARE(m_shown.size(), 1);
+        QCOMPARE(m_shown.first().title, QStringLiteral("Port Error"));
+        QCOMPARE(m_shown.first().text, QStringLiteral("The port should between 5000 and 65535!"));
+        QVERIFY(dialog->isVisible());
+    }
+    QCOMPARE(content(portPath()), before);
+    QTest::keyClick(dialog, Qt::Key_Escape);
+    QCOMPARE(content(portPath()), before);
+
+    for (const char *const right : {"5000", "65535", "8080"}) {
+        openForCustom();
+        m_shown.clear();
+        edit(dialog)->clear();
+        QTest::keyClicks(edit(dialog), QLatin1String(right));
+        QTest::keyClick(dialog, Qt::Key_Return);
+        QVERIFY(m_shown.isEmpty());
+        QVERIFY(!dialog->isVisible());
+        QCOMPARE(content(portPath()), QByteArray(portFile).replace("8080", right));
+    }
+    QTRY_VERIFY(!m_window->findChild<PortDialog *>());
+    dialog = open();
+    QCOMPARE(edit(dialog)->text(), QStringLiteral("8080"));
+    dialog->cancelButton()->click();
+    QCOMPARE(content(portPath()), QByteArray(portFile));
+
+    // What is no port is not put before the user, nor written back.
+    QTRY_VERIFY(!m_window->findChild<PortDialog *>());
+    writeFile(portPath(), "<a><port>eighty</port></a>");
+    dialog = open();
+    QCOMPARE(edit(dialog)->text(), QString());
+
+    // The file cannot be written: the dialog stays.
+    QVERIFY(QFile::remove(portPath()));
+    QVERIFY(QDir().mkpath(portPath()));
+    dialog->okButton()->click();
+    QVERIFY(dialog->isVisible());
+}
+
+QTEST_MAIN(TestSettings)
+#include "tst_settings.moc"
