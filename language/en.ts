@@ -941,6 +941,30 @@
         <source>File export failed, please check directory!</source>
         <translation>File export failed, please check directory!</translation>
     </message>
+    <message>
+        <source>Language change</source>
+        <translation>Language change</translation>
+    </message>
+    <message>
+        <source>Language change will take effect after reboot.</source>
+        <translation>Language change will take effect after reboot.</translation>
+    </message>
+    <message>
+        <source>Options change</source>
+        <translation>Options change</translation>
+    </message>
+    <message>
+        <source>Config&apos;s change will take effect after reboot.</source>
+        <translation>Config&apos;s change will take effect after reboot.</translation>
+    </message>
+    <message>
+        <source>Port Error</source>
+        <translation>Port Error</translation>
+    </message>
+    <message>
+        <source>The port should between 5000 and 65535!</source>
+        <translation>The port should between 5000 and 65535!</translation>
+    </message>
 </context>
 <context>
     <name>Modal</name>
@@ -988,6 +1012,29 @@
     <message>
         <source>Cancel</source>
         <translation>Cancel</translation>
+    </message>
+</context>
+<context>
+    <name>PortDialog</name>
+    <message>
+        <source>Use the Default Port 80:</source>
+        <translation>Use the Default Port 80:</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Cancel</translation>
+    </message>
+    <message>
+        <source>Configure Httpd Port</source>
+        <translation>Configure Httpd Port</translation>
+    </message>
+    <message>
+        <source>Custom Port (5000-65535):</source>
+        <translation>Custom Port (5000-65535):</translation>
     </message>
 </context>
 <context>

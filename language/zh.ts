@@ -941,6 +941,30 @@
         <source>File export failed, please check directory!</source>
         <translation>文件导出失败，请检查目录！</translation>
     </message>
+    <message>
+        <source>Language change</source>
+        <translation>语言更改</translation>
+    </message>
+    <message>
+        <source>Language change will take effect after reboot.</source>
+        <translation>语言更改将在重新启动程序后生效。</translation>
+    </message>
+    <message>
+        <source>Options change</source>
+        <translation>选项更改</translation>
+    </message>
+    <message>
+        <source>Config&apos;s change will take effect after reboot.</source>
+        <translation>配置更改将在重新启动程序后生效。</translation>
+    </message>
+    <message>
+        <source>Port Error</source>
+        <translation>端口错误</translation>
+    </message>
+    <message>
+        <source>The port should between 5000 and 65535!</source>
+        <translation>端口应在5000到65535之间！</translation>
+    </message>
 </context>
 <context>
     <name>Modal</name>
@@ -988,6 +1012,29 @@
     <message>
         <source>Cancel</source>
         <translation>取消</translation>
+    </message>
+</context>
+<context>
+    <name>PortDialog</name>
+    <message>
+        <source>Use the Default Port 80:</source>
+        <translation>使用默认端口80：</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>确定</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
+    <message>
+        <source>Configure Httpd Port</source>
+        <translation>配置HTTPD端口</translation>
+    </message>
+    <message>
+        <source>Custom Port (5000-65535):</source>
+        <translation>自定义端口（5000-65535）：</translation>
     </message>
 </context>
 <context>
