@@ -108,16 +108,20 @@ class Screen:
         for application in self._roots():
             yield from self._walk(application)
 
-    def _all(self, role, name=None, window=None):
-        """The showing nodes of a role; window narrows it to one window's title."""
+    def _nodes_in(self, window):
+        """The nodes of one window, by its title; of all windows without one."""
         inside_depth = None
         for node, depth in self.nodes():
             if inside_depth is not None and depth <= inside_depth:
                 inside_depth = None
             if window is not None and depth == 1 and node.get_name() == window:
                 inside_depth = depth
-            if window is not None and inside_depth is None:
-                continue
+            if window is None or inside_depth is not None:
+                yield node
+
+    def _all(self, role, name=None, window=None):
+        """The showing nodes of a role; window narrows it to one window's title."""
+        for node in self._nodes_in(window):
             if node.get_role_name() != role or (name is not None and node.get_name() != name):
                 continue
             if node.get_state_set().contains(Atspi.StateType.SHOWING):
@@ -141,9 +145,10 @@ class Screen:
     def is_checked(node):
         return node.get_state_set().contains(Atspi.StateType.CHECKED)
 
-    def focused(self):
-        """Role and name of the widget that has the keyboard."""
-        for node, _ in self.nodes():
+    def focused(self, window=None):
+        """Role and name of the widget that has the keyboard. A list behind a dialog keeps a
+        focused cell of its own; the window's title tells them apart."""
+        for node in self._nodes_in(window):
             if node.get_state_set().contains(Atspi.StateType.FOCUSED):
                 return node.get_role_name(), node.get_name()
         return None, None

@@ -9,6 +9,7 @@ import json
 import os
 import shlex
 import signal
+import socket
 import sqlite3
 import stat
 import subprocess
@@ -17,6 +18,7 @@ import time
 import traceback
 from contextlib import closing
 from pathlib import Path
+from xml.etree import ElementTree
 
 import screen
 from screen import NotSeen, keys, type_text, wait_active, wait_for, wait_gone, xdotool
@@ -42,7 +44,7 @@ CORDLESS = {"P47": "sip_server", "P4060": "sip_user_id", "P270": "first_account"
 KTP_AGENT = "Velloran KTP16XX 1.0.4.9 02:00:a7:a1:b2:c3"
 DK_AGENT = "Velloran DK715 1.0.2.3"
 CURL_EMPTY_REPLY = 52
-LONGEST_TOUR_S = 400
+LONGEST_TOUR_S = 480
 # Qt asks where a window is that the window manager is just taking away; it goes on well.
 WINDOW_RACE = "qt.qpa.xcb: QXcbConnection: XCB error: 3 (BadWindow)"
 
@@ -85,12 +87,13 @@ class Program:
         self._log = log
         self._process = None
 
-    def start(self):
+    def start(self, title=TITLE):
+        """Starts it and waits for the window that then has the keyboard."""
         # From elsewhere, as a desktop entry would.
         self._process = subprocess.Popen([str(self.folder / "VlManager")], cwd="/",
                                          stdin=subprocess.DEVNULL, stdout=self._log,
                                          stderr=self._log)
-        wait_active(TITLE)
+        wait_active(title)
 
     def start_again(self):
         """A second copy; its exit status, or None when it does not end."""
@@ -147,6 +150,26 @@ class Phone:
         return json.loads(done.stdout)
 
 
+def free_port():
+    with socket.socket() as taken:
+        # Not one of those that the system hands out, which start above.
+        for port in range(8080, 8180):
+            try:
+                taken.bind(("", port))
+                return port
+            except OSError:
+                continue
+    raise NotSeen("a free port")
+
+
+def chinese(source):
+    """The Chinese text of an English one, as the screen reader tells it."""
+    texts = ElementTree.parse(Path(__file__).parents[2] / "language" / "zh.ts")
+    found = {message.findtext("source"): message.findtext("translation")
+             for message in texts.iter("message")}
+    return found[source].replace("&", "")
+
+
 def xpath(document, expression):
     done = subprocess.run(["xmllint", "--xpath", expression, "-"], input=document.encode(),
                           capture_output=True)
@@ -163,6 +186,7 @@ class Tour:
         self.private_server = os.environ.get("TOUR_SERVER", "")
         self.phone = Phone()
         self.port = 0
+        self.custom_port = 0
 
     def url(self):
         return f"http://{self.private_server or '127.0.0.1'}:{self.port}/"
@@ -185,6 +209,9 @@ class Tour:
             self.port_80_taken()
         self.new_devices()
         self.list_out_and_in()
+        self.configure_port()
+        self.choose_options()
+        self.choose_language()
         self.delete()
         self.leave_by_menu()
 
@@ -238,8 +265,7 @@ class Tour:
             wanted = account if column == "first_account" else text
             check_equal(rows[0][column], wanted, f"stored {column}")
 
-    def choose_card(self, by_keyboard=False):
-        chooser = "Select avaliable NIC"
+    def choose_card(self, by_keyboard=False, chooser="Select avaliable NIC"):
         wait_active(chooser)
         # The card of our network; on a network that is not ours, what is chosen already.
         if self.private_server:
@@ -505,6 +531,109 @@ class Tour:
         check_soon(lambda: not self.screen.sees("text", "Import file"), "the page goes away")
         check_equal(self.program.rows(), before, "stored devices, field by field")
         self.screen.shot("imported")
+
+    def choose(self, menu, entry):
+        self.screen.click_on("menu item", menu)
+        self.screen.click_on("menu item", entry)
+
+    def settings(self, name):
+        """The element of the settings document and its texts, in their order."""
+        root = ElementTree.parse(self.program.folder / name).getroot()
+        return [(element.tag, element.text or "") for element in root]
+
+    def read_notice(self, title, text, picture):
+        wait_active(title)
+        check(self.screen.sees("label", text, title), f"the box says {text!r}")
+        self.screen.shot(picture)
+        keys("Return")
+        wait_gone(title)
+
+    def configure_port(self):
+        say("-- a port of one's own")
+        title = "Configure Httpd Port"
+        self.choose("Options", title)
+        wait_active(title)
+        check(self.screen.is_checked(self.screen.find("check box", "Use the Default Port 80:")),
+              "the default port is chosen")
+        self.screen.shot("port")
+        keys("space", "Tab")
+        check_equal(self.screen.focused(title), ("text", "Custom Port (5000-65535):"),
+                    "unchecked, Tab leads to")
+        type_text("4999")
+        keys("Return")
+        self.read_notice("Port Error", "The port should between 5000 and 65535!", "port-error")
+        self.custom_port = free_port()
+        type_text(str(self.custom_port))
+        self.screen.shot("port-filled")
+        self.screen.click_on("push button", "OK", title)
+        wait_gone(title)
+        check_equal(self.settings("port.xml"),
+                    [("useDefault", "0"), ("port", str(self.custom_port))], "port.xml holds")
+
+    def choose_options(self):
+        say("-- the options")
+        for entry in ("Auto Start", "Auto Httpd"):
+            self.choose("Options", entry)
+            self.read_notice("Options change", "Config's change will take effect after reboot.",
+                             "options-change")
+        check_equal(self.settings("language/options.xml"),
+                    [("AutoStart", "1"), ("RecoveryData", "1"), ("AutoHttpd", "1")],
+                    "options.xml holds")
+        entry = Path.home() / ".config/autostart/VlManager.desktop"
+        wanted = f'Exec="{self.program.folder / "VlManager"}"'
+        check(entry.is_file() and wanted in entry.read_text(encoding="utf-8").splitlines(),
+              f"the session is to start the program: {wanted}")
+
+    def options_checked(self, menu, names):
+        """Which entries of the open menu are checked."""
+        self.screen.click_on("menu item", menu)
+        return [self.screen.is_checked(self.screen.find("menu item", name)) for name in names]
+
+    def choose_language(self):
+        say("-- Chinese, after a restart, and with the options as they were left")
+        self.choose("Language", "简体中文")
+        self.read_notice("Language change", "Language change will take effect after reboot.",
+                         "language-change")
+        check(self.screen.sees("menu item", "Options"), "until then the window stays English")
+        began = time.monotonic()
+        keys("alt+F4")
+        self.check_ended(began)
+
+        self.program.start(chinese("Select avaliable NIC"))
+        self.choose_card(by_keyboard=True, chooser=chinese("Select avaliable NIC"))
+        wait_active(chinese(TITLE))
+        check_soon(lambda: self.program.ports() == [self.custom_port],
+                   f"the service opens by itself, on port {self.custom_port}")
+        count = chinese("Total device") + chinese(":") + "4"
+        check_soon(lambda: self.screen.sees("label", count), f'the window counts "{count}"')
+        check_equal(self.options_checked(chinese("&Options"),
+                                         [chinese("Auto Start"), chinese("Auto Httpd")]),
+                    [True, True], "both options are checked")
+        self.screen.shot("chinese")
+
+        say("-- and English again")
+        keys("Escape", "Escape")
+        for entry in ("Auto Httpd", "Auto Start"):
+            self.choose(chinese("&Options"), chinese(entry))
+            self.read_notice(chinese("Options change"),
+                             chinese("Config's change will take effect after reboot."),
+                             "options-change-chinese")
+        self.choose(chinese("&Language"), "English")
+        self.read_notice(chinese("Language change"),
+                         chinese("Language change will take effect after reboot."),
+                         "language-change-chinese")
+        began = time.monotonic()
+        keys("alt+F4")
+        self.check_ended(began)
+        self.program.start()
+        check_soon(lambda: self.count_reads(4), 'the window counts "Total device:4"')
+        check_equal(self.options_checked("Options", ["Auto Start", "Auto Httpd"]), [False, False],
+                    "neither option is checked")
+        keys("Escape", "Escape")
+        check(not self.program.ports(), "the service stays closed")
+        entry = Path.home() / ".config/autostart/VlManager.desktop"
+        check("Hidden=true" in entry.read_text(encoding="utf-8").splitlines(),
+              "the session is not to start the program")
 
     def answer_question(self, title, answer):
         wait_active(title)
