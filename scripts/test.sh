@@ -29,7 +29,7 @@ run_tests() {
     (cd "$root" && ctest --preset "$1" -j "$(jobs_wanted)" --no-tests=error) || failed+=("tests, $1")
 }
 
-need_packages build test
+need_packages build cross test
 [ "$full" = no ] || need_packages lint
 
 run_tests release
