@@ -59,7 +59,7 @@ HttpdServer::~HttpdServer()
 
 bool HttpdServer::listen(const QHostAddress &address, quint16 port)
 {
-    if (!QTcpServer::listen(address, port))
+    if (!SocketPlatform::listenAlone(*this, address, port))
         return false;
     resume();
     SocketPlatform::setBacklog(socketDescriptor(), backlog);

@@ -30,8 +30,8 @@ public:
     /// this returns.
     ~HttpdServer() override;
 
-    /// As QTcpServer::listen(), with a queue long enough for a building full of telephones that
-    /// all start when the power comes back.
+    /// As SocketPlatform::listenAlone(), with a queue long enough for a building full of telephones
+    /// that all start when the power comes back.
     bool listen(const QHostAddress &address, quint16 port);
 
     /// Stops listening and cuts all connections. Their threads end soon, but are not waited for.

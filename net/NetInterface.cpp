@@ -1,5 +1,6 @@
 #include "net/NetInterface.h"
 
+#include "net/AdapterId.h"
 #include "net/PhysicalNetCard.h"
 
 #include <QNetworkInterface>
@@ -11,7 +12,7 @@ QList<NetInterface> systemNetInterfaces()
     for (const QNetworkInterface &interface : all) {
         NetInterface entry;
         entry.humanReadableName = interface.humanReadableName();
-        entry.isPhysical = isPhysicalNetCard(interface.name());
+        entry.isPhysical = isPhysicalNetCard(adapterId(interface));
         const QList<QNetworkAddressEntry> addresses = interface.addressEntries();
         for (const QNetworkAddressEntry &address : addresses)
             entry.addresses.append(address.ip());

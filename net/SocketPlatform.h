@@ -1,7 +1,12 @@
 #pragma once
 
+#include <QtGlobal>
+
 #include <chrono>
 #include <cstdint>
+
+class QHostAddress;
+class QTcpServer;
 
 /// The few socket operations that Qt does not offer. A descriptor is what
 /// QAbstractSocket::socketDescriptor() gives; -1 stands for none.
@@ -32,6 +37,11 @@ bool hasInput(std::intptr_t descriptor);
 bool waitForMoreInput(std::intptr_t descriptor, std::chrono::milliseconds time);
 
 void close(std::intptr_t descriptor);
+
+/// Listens as QTcpServer::listen() does, and only when the port is wholly free: where another
+/// program has it, on whichever of the machine's addresses, this fails. Nobody can take the port
+/// from the server afterwards. Port 0 is one that the system chooses.
+bool listenAlone(QTcpServer &server, const QHostAddress &address, quint16 port);
 
 /// Lets as many connections as `backlog` wait on a listening descriptor to be accepted.
 void setBacklog(std::intptr_t descriptor, int backlog);

@@ -1,5 +1,8 @@
 #include "net/SocketPlatform.h"
 
+#include <QHostAddress>
+#include <QTcpServer>
+
 #include <algorithm>
 #include <array>
 #include <cerrno>
@@ -115,6 +118,11 @@ bool waitForMoreInput(std::intptr_t descriptor, std::chrono::milliseconds time)
 void close(std::intptr_t descriptor)
 {
     ::close(number(descriptor));
+}
+
+bool listenAlone(QTcpServer &server, const QHostAddress &address, quint16 port)
+{
+    return server.listen(address, port); // ports are never shared here unless both ask for it
 }
 
 void setBacklog(std::intptr_t descriptor, int backlog)

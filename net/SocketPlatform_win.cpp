@@ -1,5 +1,8 @@
 #include "net/SocketPlatform.h"
 
+#include <QHostAddress>
+#include <QTcpServer>
+
 #include <winsock2.h>
 
 #include <windows.h>
@@ -21,6 +24,34 @@ bool waitForInput(std::intptr_t descriptor, std::chrono::milliseconds time)
 {
     WSAPOLLFD waiting{number(descriptor), POLLRDNORM, 0};
     return WSAPoll(&waiting, 1, static_cast<INT>(time.count())) > 0;
+}
+
+/// A listening socket whose port is shared with nobody, or INVALID_SOCKET.
+SOCKET exclusiveListener(quint32 address, quint16 port)
+{
+    static const bool socketsReady = [] {
+        WSADATA data{};
+        return WSAStartup(MAKEWORD(2, 2), &data) == 0;
+    }();
+    if (!socketsReady)
+        return INVALID_SOCKET;
+    const SOCKET listener = WSASocketW(AF_INET, SOCK_STREAM, IPPROTO_TCP, nullptr, 0,
+                                       WSA_FLAG_OVERLAPPED | WSA_FLAG_NO_HANDLE_INHERIT);
+    if (listener == INVALID_SOCKET)
+        return INVALID_SOCKET;
+
+    const int on = 1;
+    sockaddr_in local{};
+    local.sin_family = AF_INET;
+    local.sin_addr.s_addr = htonl(address);
+    local.sin_port = htons(port);
+    const auto *const option = reinterpret_cast<const char *>(&on);
+    const auto *const bound = reinterpret_cast<const sockaddr *>(&local);
+    if (setsockopt(listener, SOL_SOCKET, SO_EXCLUSIVEADDRUSE, option, sizeof(on)) == 0 &&
+        bind(listener, bound, sizeof(local)) == 0 && listen(listener, SOMAXCONN) == 0)
+        return listener;
+    closesocket(listener);
+    return INVALID_SOCKET;
 }
 
 } // namespace
@@ -83,6 +114,23 @@ bool waitForMoreInput(std::intptr_t descriptor, std::chrono::milliseconds time)
 void close(std::intptr_t descriptor)
 {
     closesocket(number(descriptor));
+}
+
+bool listenAlone(QTcpServer &server, const QHostAddress &address, quint16 port)
+{
+    // What the system chooses nobody else has, and Qt has a text for what went wrong.
+    if (port == 0)
+        return server.listen(address, port);
+
+    // Qt has no option for it on a server, and it has to be set before the port is bound. Without
+    // it a second program may listen on the same port, and gets some of the connections.
+    const SOCKET listener = exclusiveListener(address.toIPv4Address(), port);
+    if (listener == INVALID_SOCKET)
+        return false;
+    if (server.setSocketDescriptor(static_cast<qintptr>(listener)))
+        return true;
+    closesocket(listener);
+    return false;
 }
 
 void setBacklog(std::intptr_t descriptor, int backlog)
