@@ -162,6 +162,7 @@ bool CSVParse::import(const QString &sourcePath, const QString &encodingName)
         return false;
 
     csv_parser reader;
+    // Since the locale codec was set above, the name is in UTF-8 on every system.
     if (!reader.open_file(QFile::encodeName(workFile("tmp2.csv")).constData()))
         return false;
     reader.set_enclosure('"', csv_parser::enclosure_optional);
@@ -215,8 +216,9 @@ bool CSVParse::copyText(const QString &from, const QString &to) const
     QFile source(from);
     QFile target(to);
     const QIODevice::OpenMode textMode = endsInReturns ? QIODevice::NotOpen : QIODevice::Text;
-    if (!source.open(QIODevice::ReadOnly | textMode) ||
-        !openPrivate(target, QIODevice::WriteOnly | QIODevice::Text))
+    // Written with LF alone on every system: the reader takes bytes as they are, and a CR would
+    // stand between the last field's closing quote and its end.
+    if (!source.open(QIODevice::ReadOnly | textMode) || !openPrivate(target, QIODevice::WriteOnly))
         return false;
     bool first = true;
     std::array<char, lineBufferSize> buffer;

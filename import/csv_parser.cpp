@@ -1,5 +1,6 @@
 #include "import/csv_parser.h"
 
+#include "import/InputFile.h"
 #include "model/DebugLog.h"
 
 #include <algorithm>
@@ -38,7 +39,7 @@ bool csv_parser::open_file(const char *name)
         return false;
     }
     m_fileName = name;
-    m_stream = std::fopen(name, "r");
+    m_stream = openInputFile(name);
     if (!m_stream) {
         std::fprintf(stderr, "Fatal error : unable to open input file %s\n", name);
         m_fileName.clear();

@@ -25,7 +25,8 @@ public:
     csv_parser(const csv_parser &) = delete;
     csv_parser &operator=(const csv_parser &) = delete;
 
-    /// Opens the file and makes the first row ready. Why it failed goes to standard error.
+    /// Opens the file, named as openInputFile() takes it, and makes the first row ready. Why it
+    /// failed goes to standard error.
     bool open_file(const char *name);
     /// Reads an open stream from its start; the reader owns it from here on, also on failure.
     bool open_stream(std::FILE *stream);

@@ -1,0 +1,6 @@
+#include "import/InputFile.h"
+
+std::FILE *openInputFile(const char *name)
+{
+    return std::fopen(name, "r");
+}
