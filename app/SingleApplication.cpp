@@ -1,5 +1,7 @@
 #include "app/SingleApplication.h"
 
+#include "app/Foreground.h"
+
 #include <QLocalServer>
 #include <QLocalSocket>
 #include <QRegularExpression>
@@ -54,6 +56,7 @@ void SingleApplicationPrivate::listenForKnocks(const QString &key)
 
 void SingleApplicationPrivate::knock(const QString &key)
 {
+    letOthersComeToFront();
     localSocket = std::make_unique<QLocalSocket>();
     localSocket->connectToServer(key, QIODevice::ReadWrite);
     if (!localSocket->waitForConnected(knockTimeoutMs))

@@ -1,0 +1,6 @@
+#include "app/Foreground.h"
+
+void letOthersComeToFront()
+{
+    // Left to the window manager.
+}

@@ -1,0 +1,25 @@
+# Builds for 64-bit Windows on another system, with everything of the compiler's inside
+# the executable. Qt comes from the folder in the environment's VL_WINDOWS_QT; see
+# scripts/windows.sh, which makes it.
+set(CMAKE_SYSTEM_NAME Windows)
+set(CMAKE_SYSTEM_PROCESSOR x86_64)
+
+set(target x86_64-w64-mingw32)
+# The variant with POSIX threads: the other has no std::mutex.
+set(CMAKE_C_COMPILER ${target}-gcc-posix)
+set(CMAKE_CXX_COMPILER ${target}-g++-posix)
+set(CMAKE_RC_COMPILER ${target}-windres)
+set(CMAKE_EXE_LINKER_FLAGS_INIT "-static")
+
+# Programs are this system's, all else is the target's.
+set(CMAKE_FIND_ROOT_PATH /usr/${target} $ENV{VL_WINDOWS_QT})
+set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
+set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
+set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
+set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
+
+# Tests run under Wine where it is installed.
+find_program(wine NAMES wine64 wine)
+if(wine)
+    set(CMAKE_CROSSCOMPILING_EMULATOR ${wine})
+endif()
