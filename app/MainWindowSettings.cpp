@@ -21,13 +21,13 @@
 
 namespace {
 
-constexpr QLatin1String languageFolder("language/");
-constexpr QLatin1String optionsPath("language/options.xml");
-constexpr QLatin1String configPath("language/config.xml");
-constexpr QLatin1String portPath("port.xml");
-constexpr QLatin1String hintPath("./VLManager.ini");
-constexpr QLatin1String chinese("zh");
-constexpr QLatin1String english("en");
+const QLatin1String languageFolder("language/");
+const QLatin1String optionsPath("language/options.xml");
+const QLatin1String configPath("language/config.xml");
+const QLatin1String portPath("port.xml");
+const QLatin1String hintPath("./VLManager.ini");
+const QLatin1String chinese("zh");
+const QLatin1String english("en");
 
 } // namespace
 

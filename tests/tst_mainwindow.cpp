@@ -408,11 +408,11 @@ void TestMainWindow::helpGoesOnWhereItWasClosed()
         return found;
     };
     QAction *const help =
-        m_window->findChild<QMenu *>(QStringLiteral("HelpMenu"))->actions().first();
+        m_window->findChild<QMenu *>(QStringLiteral("HelpMenu"))->actions().constFirst();
     QVERIFY(guides().isEmpty());
     help->trigger();
     QCOMPARE(guides().size(), 1);
-    UserGuide *const guide = guides().first();
+    UserGuide *const guide = guides().constFirst();
     QVERIFY(guide->isVisible());
     guide->rightPressed();
     guide->close();
