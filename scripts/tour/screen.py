@@ -76,8 +76,9 @@ def wait_gone(title):
 class Screen:
     """One program on the screen, by the name under which it is on the accessibility bus."""
 
-    def __init__(self, program, pictures):
+    def __init__(self, program, pictures, scale=1):
         self._program = program
+        self._scale = scale  # of the program: pixels of the screen to one of its own
         self._pictures = Path(pictures)
         self._count = 0
 
@@ -119,7 +120,7 @@ class Screen:
             if window is None or inside_depth is not None:
                 yield node
 
-    def _all(self, role, name=None, window=None):
+    def all(self, role, name=None, window=None):
         """The showing nodes of a role; window narrows it to one window's title."""
         for node in self._nodes_in(window):
             if node.get_role_name() != role or (name is not None and node.get_name() != name):
@@ -129,13 +130,13 @@ class Screen:
 
     def find(self, role, name, window=None, patience=PATIENCE_S):
         return wait_for(f'{role} "{name}"',
-                        lambda: next(self._all(role, name, window), None), patience)
+                        lambda: next(self.all(role, name, window), None), patience)
 
     def sees(self, role, name, window=None):
-        return next(self._all(role, name, window), None) is not None
+        return next(self.all(role, name, window), None) is not None
 
     def names(self, role, window=None):
-        return [node.get_name() for node in self._all(role, None, window)]
+        return [node.get_name() for node in self.all(role, None, window)]
 
     def text(self, role, name):
         node = self.find(role, name)
@@ -155,8 +156,7 @@ class Screen:
 
     @staticmethod
     def place(node):
-        """Where the widget is: x, y, width, height. The display's own scale is 1, so that its
-        pixels are xdotool's."""
+        """Where the widget is: x, y, width, height, as the program counts."""
         def look():
             box = node.get_extents(Atspi.CoordType.SCREEN)
             return box.x, box.y, box.width, box.height
@@ -174,7 +174,8 @@ class Screen:
         whose widget is often wider than what answers to the mouse."""
         x, y, width, height = self.place(node)
         x += SIGN_WIDTH_PX // 2 if on_sign else width // 2
-        xdotool("mousemove", x, y + height // 2, "click", 1)
+        y += height // 2
+        xdotool("mousemove", x * self._scale, y * self._scale, "click", 1)
 
     def click_on(self, role, name, window=None):
         self.click(self.find(role, name, window))
