@@ -18,9 +18,8 @@ from pathlib import Path
 
 sys.path.insert(0, str(Path(__file__).parent.parent / "tour"))
 import screen  # noqa: E402
-from screen import NotSeen, keys, type_text, wait_active, wait_for, wait_gone, xdotool  # noqa: E402
+from screen import Atspi, NotSeen, keys, type_text, wait_active, wait_for, wait_gone, xdotool  # noqa: E402
 
-TITLE = "Velloran Device Management Tool"
 # As the program counts: its scale on this screen, and the screen's size.
 SCALE = 2
 WIDTH, HEIGHT = 1040, 650
@@ -50,27 +49,27 @@ DEVICES = {
         ("KTP16XX", "Workshop", "Austin", "Production"),
         ("DK71X", "Store", "Austin", "Production"),
         ("DK71X", "Porter", "Austin", "Security"),
-        ("KTP2200", "C. Jones", "Austin", "Purchase"),
+        ("KTP2200", "C. Jones", "Austin", "Sales"),
         ("KTV31XX", "Room 201", "Austin", "Office"),
     ],
     "zh": [
-        ("KTP21XX", "前台", "杭州", "行政部"),
-        ("KTP2200", "王芳", "杭州", "销售部"),
-        ("KTP2200", "李强", "杭州", "销售部"),
-        ("KTV32XX", "会议室一", "杭州", "行政部"),
-        ("KTV32XX", "会议室二", "杭州", "行政部"),
-        ("KTP16XX", "车间", "苏州", "生产部"),
-        ("DK71X", "仓库", "苏州", "生产部"),
-        ("DK71X", "值班室", "苏州", "保安部"),
-        ("KTP2200", "陈静", "苏州", "采购部"),
-        ("KTV31XX", "会议室三", "苏州", "行政部"),
+        ("KTP21XX", "8001", "杭州", "行政部"),
+        ("KTP2200", "8002", "杭州", "销售部"),
+        ("KTP2200", "8003", "杭州", "销售部"),
+        ("KTV32XX", "8004", "杭州", "行政部"),
+        ("KTV32XX", "8005", "杭州", "行政部"),
+        ("KTP16XX", "8006", "苏州", "生产部"),
+        ("DK71X", "8007", "苏州", "生产部"),
+        ("DK71X", "8008", "苏州", "保安部"),
+        ("KTP2200", "8009", "苏州", "销售部"),
+        ("KTV31XX", "8010", "苏州", "行政部"),
     ],
 }
 COMPANY = {"en": "Northwind", "zh": "北风贸易"}
 SERVER = "sip.example"
-# What is typed into a search box; a Chinese name by its sound.
-SEARCHED = {"en": "Room", "zh": "huiyi"}
-NEW_ACCOUNT = {"en": "E. Stone", "zh": "2011"}
+# What is typed into the search box of the departments.
+SEARCHED = {"en": "Sales", "zh": "销售"}
+NEW_ACCOUNT = {"en": "E. Stone", "zh": "8011"}
 # What stands in the path fields while their picture is taken.
 SHOWN_FOLDER = "/home/office/telephones"
 
@@ -101,6 +100,7 @@ class Pictures:
         self.out = out
         self.language = language
         self.text = Texts(root, language)
+        self.title = self.text("MainWindow", "Velloran Device Management Tool")
         self.screen = screen.Screen("VlManager", out, SCALE)
         guide = root / "resource" / "UserGuide"
         self.guide = guide if language == "en" else guide / "chinese"
@@ -119,10 +119,10 @@ class Pictures:
         self.log = open(self.out / "program.log", "w", encoding="utf-8")
         self.program = subprocess.Popen([str(folder / "VlManager")], env=environment,
                                         stdin=subprocess.DEVNULL, stdout=self.log, stderr=self.log)
-        wait_active(TITLE)
+        wait_active(self.title)
 
-    def find(self, role, context, source, window=TITLE):
-        return self.screen.find(role, self.text(context, source), window)
+    def find(self, role, context, source, window=None):
+        return self.screen.find(role, self.text(context, source), window or self.title)
 
     def command(self, source):
         """One of the buttons above the list."""
@@ -133,7 +133,7 @@ class Pictures:
         return self.screen.place(node)
 
     def cells(self):
-        return self.screen.names("table cell", TITLE)
+        return self.screen.names("table cell", self.title)
 
     def wait_dialog(self, context, source, left):
         """Waits for a dialog and moves it to where the picture wants it."""
@@ -234,16 +234,17 @@ class Pictures:
 
     def page_button(self, context, source):
         """The page's button; the one of the same name above the list lies below the page."""
-        named = list(self.screen.all("push button", self.text(context, source), TITLE))
+        named = list(self.screen.all("push button", self.text(context, source), self.title))
         return self.box(named[-1])
 
     def search(self):
         name = self.text("SearchBar", "Search %1").replace(
-            "%1", self.text("ContactTitle", "Account"))
-        edit = self.screen.find("text", name, TITLE)
+            "%1", self.text("ContactTitle", "Department"))
+        edit = self.screen.find("text", name, self.title)
         self.screen.click(edit)
-        type_text(SEARCHED[self.language])
-        self.guide_picture("search", self.box(edit))
+        # No key makes a Chinese character.
+        Atspi.EditableText.set_text_contents(edit, SEARCHED[self.language])
+        self.guide_picture("search", self.box(edit), left=WIDTH - PART_WIDTH)
         keys("ctrl+a", "Delete")
 
     def new_device(self):
