@@ -65,7 +65,7 @@ DEVICES = {
         ("KTV31XX", "8010", "苏州", "行政部"),
     ],
 }
-COMPANY = {"en": "Northwind", "zh": "北风贸易"}
+COMPANY = {"en": "Oakfield", "zh": "橡园贸易"}
 SERVER = "sip.example"
 # What is typed into the search box of the departments.
 SEARCHED = {"en": "Sales", "zh": "销售"}
@@ -116,9 +116,9 @@ class Pictures:
         (folder / "language" / "config.xml").write_text(
             f"<root>\n    <Language>{self.language}</Language>\n</root>\n", encoding="utf-8")
         environment = dict(os.environ, QT_SCALE_FACTOR=str(SCALE))
-        self.log = open(self.out / "program.log", "w", encoding="utf-8")
-        self.program = subprocess.Popen([str(folder / "VlManager")], env=environment,
-                                        stdin=subprocess.DEVNULL, stdout=self.log, stderr=self.log)
+        with open(self.out / "program.log", "w", encoding="utf-8") as log:
+            self.program = subprocess.Popen([str(folder / "VlManager")], env=environment,
+                                            stdin=subprocess.DEVNULL, stdout=log, stderr=log)
         wait_active(self.title)
 
     def find(self, role, context, source, window=None):
@@ -127,10 +127,6 @@ class Pictures:
     def command(self, source):
         """One of the buttons above the list."""
         return self.find("push button", "CommandBar", source)
-
-    def box(self, node):
-        """Where the widget is, as the program counts."""
-        return self.screen.place(node)
 
     def cells(self):
         return self.screen.names("table cell", self.title)
@@ -235,7 +231,7 @@ class Pictures:
     def page_button(self, context, source):
         """The page's button; the one of the same name above the list lies below the page."""
         named = list(self.screen.all("push button", self.text(context, source), self.title))
-        return self.box(named[-1])
+        return self.screen.place(named[-1])
 
     def search(self):
         name = self.text("SearchBar", "Search %1").replace(
@@ -244,11 +240,11 @@ class Pictures:
         self.screen.click(edit)
         # No key makes a Chinese character.
         Atspi.EditableText.set_text_contents(edit, SEARCHED[self.language])
-        self.guide_picture("search", self.box(edit), left=WIDTH - PART_WIDTH)
+        self.guide_picture("search", self.screen.place(edit), left=WIDTH - PART_WIDTH)
         keys("ctrl+a", "Delete")
 
     def new_device(self):
-        ring = self.box(self.command("New"))
+        ring = self.screen.place(self.command("New"))
         keys("ctrl+n")
         title = self.wait_dialog("MainWindow", "New Device", 140)
         type_text("10000b")
@@ -260,7 +256,7 @@ class Pictures:
         self.close_dialog(title)
 
     def new_devices(self):
-        ring = self.box(self.command("News"))
+        ring = self.screen.place(self.command("News"))
         keys("ctrl+t")
         title = self.wait_dialog("MainWindow", "New Devices", 140)
         self.fill("ContactsDialog", [("Product Count", "20"), ("Law of increasing MAC", "1"),
@@ -278,7 +274,7 @@ class Pictures:
 
     def edit_device(self):
         eye = self.find("table cell", "ContactTitle", "Detail")
-        ring = self.box(eye)
+        ring = self.screen.place(eye)
         self.screen.click(eye)
         title = self.wait_dialog("MainWindow", "Overview && Edit", WIDTH - PART_WIDTH + 16)
         self.guide_picture("edit", ring, left=WIDTH - PART_WIDTH)
@@ -288,11 +284,11 @@ class Pictures:
         for name, menu in (("language", "&Language"), ("options", "&Options")):
             item = self.find("menu item", "MainWindow", menu)
             self.screen.click(item)
-            self.guide_picture(name, self.box(item), width=MENU_WIDTH, height=MENU_HEIGHT)
+            self.guide_picture(name, self.screen.place(item), width=MENU_WIDTH, height=MENU_HEIGHT)
             keys("Escape", "Escape")
 
     def services(self):
-        x, y, _, height = self.box(self.command("&Open HTTPD"))
+        x, y, _, height = self.screen.place(self.command("&Open HTTPD"))
         last = self.command("&Enable PNP Server")
         self.screen.click(self.command("&Open HTTPD"))
         chooser = self.text("NetCardSelectDialog", "Select avaliable NIC")
@@ -306,7 +302,7 @@ class Pictures:
         self.screen.click(last)
         self.command("&Disable PNP Server")
         self.ask_for_files()
-        last_x, _, last_width, _ = self.box(self.command("&Disable PNP Server"))
+        last_x, _, last_width, _ = self.screen.place(self.command("&Disable PNP Server"))
         self.guide_picture("services", (x, y, last_x + last_width - x, height), width=WIDTH)
 
     def ask_for_files(self):

@@ -202,6 +202,7 @@ class Tour:
         self.second_start()
         self.edit_device()
         self.search()
+        self.user_guide()
         self.close_httpd()
         self.close_window()
         self.device_is_still_there()
@@ -428,6 +429,19 @@ class Tour:
         check_soon(lambda: "Reception" in self.cells(), '"cept" finds "Reception"')
         keys("ctrl+a", "BackSpace")
         check_soon(lambda: "Reception" in self.cells(), "an empty box shows every device")
+
+    def user_guide(self):
+        say("-- the user guide, by keyboard")
+        help_title = f"{TITLE} Help"
+        keys("alt+h", "Return")
+        wait_active(help_title)
+        check(self.screen.sees("label", "1/9", help_title), "it opens at the first of nine pages")
+        self.screen.shot("user-guide")
+        keys("Down", "Next", "Next")
+        check_soon(lambda: self.screen.sees("label", "4/9", help_title), "three keys turn three pages")
+        keys("Escape")
+        wait_gone(help_title)
+        wait_active(TITLE)
 
     def close_httpd(self):
         say("-- close the service")
