@@ -19,6 +19,7 @@
 #include <QCloseEvent>
 #include <QMenuBar>
 #include <QPushButton>
+#include <QScreen>
 #include <QStatusBar>
 #include <QVBoxLayout>
 
@@ -31,6 +32,16 @@ constexpr QSize smallestSize(960, 600);
 constexpr const char *programTitle =
     QT_TRANSLATE_NOOP("MainWindow", "Velloran Device Management Tool");
 const QString programVersion = QStringLiteral("1.0.0.10");
+
+/// For a window without a parent, which the system would put anywhere. Its title bar stays on the
+/// screen.
+void centreOver(QWidget &window, const QWidget &other)
+{
+    QRect place(QPoint(), window.size());
+    place.moveCenter(other.geometry().center());
+    const QRect room = other.screen()->availableGeometry();
+    window.move(std::max(place.left(), room.left()), std::max(place.top(), room.top()));
+}
 
 void showInFront(QWidget &window)
 {
@@ -428,8 +439,10 @@ void MainWindow::onHTTPDMsg(const QString &message)
 
 void MainWindow::showUserGuide()
 {
-    if (!m_userGuide)
+    if (!m_userGuide) {
         m_userGuide = std::make_unique<UserGuide>(m_language);
+        centreOver(*m_userGuide, *this);
+    }
     showInFront(*m_userGuide);
 }
 
