@@ -1,5 +1,7 @@
 #include "app/CommandBar.h"
 
+#include "widgets/Grid.h"
+
 #include <QHBoxLayout>
 #include <QIcon>
 #include <QLabel>
@@ -8,7 +10,6 @@
 
 namespace {
 
-constexpr int gridPx = 8;
 constexpr int iconPx = 20;
 
 QIcon icon(const char *name)

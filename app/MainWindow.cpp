@@ -11,6 +11,7 @@
 #include "view/ContactTitle.h"
 #include "view/ContactView.h"
 #include "view/SearchBar.h"
+#include "widgets/Grid.h"
 #include "widgets/Modal.h"
 #include "widgets/UserGuide.h"
 
@@ -25,7 +26,6 @@
 
 namespace {
 
-constexpr int gridPx = 8;
 constexpr QSize firstSize(1200, 760);
 constexpr QSize smallestSize(960, 600);
 

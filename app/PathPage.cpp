@@ -1,5 +1,7 @@
 #include "app/PathPage.h"
 
+#include "widgets/Grid.h"
+
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
@@ -10,7 +12,6 @@
 
 namespace {
 
-constexpr int gridPx = 8;
 const QColor pageColor(0xb5, 0xb5, 0xb5);
 
 } // namespace

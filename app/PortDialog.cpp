@@ -1,5 +1,6 @@
 #include "app/PortDialog.h"
 
+#include "widgets/Grid.h"
 #include "widgets/Modal.h"
 
 #include <QCheckBox>
@@ -11,7 +12,6 @@
 
 namespace {
 
-constexpr int gridPx = 8;
 constexpr QSize dialogSize(500, 200);
 constexpr int portWidth = 12 * gridPx;
 

@@ -1,6 +1,7 @@
 #include "app/ReportBox.h"
 
 #include "widgets/EffectScrollBar.h"
+#include "widgets/Grid.h"
 
 #include <QFontDatabase>
 #include <QLabel>
@@ -34,7 +35,7 @@ ReportBox::ReportBox(QWidget *parent)
 
     auto *const column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
-    column->setSpacing(8);
+    column->setSpacing(gridPx);
     column->addWidget(title);
     column->addWidget(m_text);
     setFixedHeight(boxHeight);

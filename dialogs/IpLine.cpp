@@ -2,6 +2,7 @@
 
 #include "dialogs/IpPart.h"
 #include "model/DebugLog.h"
+#include "widgets/Grid.h"
 #include "widgets/Modal.h"
 
 #include <QHBoxLayout>
@@ -17,7 +18,6 @@ constexpr int macByteCount = 6;
 constexpr int octetWidth = 52;
 constexpr int macByteWidth = 40;
 constexpr int separatorWidth = 12;
-constexpr int storedLabelGap = 8;
 
 } // namespace
 
@@ -89,7 +89,7 @@ IpLine::IpLine(Form form, QWidget *parent)
     m_storedLabel->setObjectName(QStringLiteral("storedLabel"));
     m_storedLabel->setProperty("class", QStringLiteral("IpLineStoredLabel"));
     m_storedLabel->hide();
-    layout->addSpacing(storedLabelGap);
+    layout->addSpacing(gridPx);
     layout->addWidget(m_storedLabel, 1);
     layout->addStretch();
     setFocusProxy(m_parts.first());

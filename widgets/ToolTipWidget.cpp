@@ -1,5 +1,7 @@
 #include "widgets/ToolTipWidget.h"
 
+#include "widgets/Grid.h"
+
 #include <QAccessible>
 #include <QEvent>
 #include <QScreen>
@@ -9,7 +11,6 @@
 
 namespace {
 
-constexpr int padding = 8;
 constexpr int gap = 4; ///< between the anchor and the tip
 
 } // namespace
@@ -27,7 +28,7 @@ ToolTipWidget::ToolTipWidget(QWidget *parent)
     setBackgroundRole(QPalette::ToolTipBase);
     setAutoFillBackground(true);
     setFrameShape(QFrame::Box);
-    setMargin(padding);
+    setMargin(gridPx);
     m_timer.setSingleShot(true);
     connect(&m_timer, &QTimer::timeout, this, &QWidget::hide);
 }
