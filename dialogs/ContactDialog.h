@@ -1,18 +1,14 @@
 #pragma once
 
+#include "dialogs/FormDialog.h"
 #include "model/ContactInfo.h"
 
-#include <QDialog>
-
-class ContactForm;
 class IpLine;
 class QPushButton;
-class ScrollArea;
-class ToolTipWidget;
 
 /// Creates one device, or shows and edits one. Made once and reused: loadContact() before each
 /// showing. The dialog stores nothing itself; what the user saved is handed over by signal.
-class ContactDialog : public QDialog
+class ContactDialog : public FormDialog
 {
     Q_OBJECT
 
@@ -32,7 +28,7 @@ signals:
 
 public slots:
     /// Hands the record over and closes, unless the MAC address is incomplete; then says so.
-    void doSaveAction();
+    void doSaveAction() override;
     /// Shows the advanced rows, or hides them, as the text of the button says.
     void showAdvanceBtnClicked();
 
@@ -42,13 +38,8 @@ protected:
 
 private:
     void createRows();
-    void createLayout();
     void setAdvancedVisible(bool visible);
-    bool checkMac();
 
-    ContactForm *m_form;
-    ScrollArea *m_scrollArea;
-    ToolTipWidget *m_toolTip;
     QPushButton *m_advanceButton;
     IpLine *m_macLine = nullptr;
     bool m_isAdd = true;

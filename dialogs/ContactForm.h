@@ -47,6 +47,8 @@ public:
     QWidget *addRow(const ContactRow &row, const QString &styleClass);
 
     int rowCount() const { return m_rows.size(); }
+    /// The input of the last row; null when there is none.
+    QWidget *lastInput() const { return m_rows.isEmpty() ? nullptr : m_rows.last().input; }
     /// Shows or hides the rows from `first` to the last.
     void setRowsVisibleFrom(int first, bool visible);
 

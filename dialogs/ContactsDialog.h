@@ -1,21 +1,18 @@
 #pragma once
 
+#include "dialogs/FormDialog.h"
 #include "model/ContactInfo.h"
 
-#include <QDialog>
 #include <QList>
 
-class ContactForm;
 class IpLine;
 class QLineEdit;
-class ScrollArea;
-class ToolTipWidget;
 struct DeviceBatch;
 
 /// Creates many devices in one step: a count, a first address and user ID with their steps, and
 /// what all of them share. Made once and reused: reset() before each showing. The dialog stores
 /// nothing itself; the new devices are handed over by signal.
-class ContactsDialog : public QDialog
+class ContactsDialog : public FormDialog
 {
     Q_OBJECT
 
@@ -32,20 +29,15 @@ signals:
 public slots:
     /// Hands the devices over and closes, unless the first MAC address is incomplete or the
     /// devices are more than maxBatchDevices; then says so and stays.
-    void doSaveAction();
+    void doSaveAction() override;
     /// Shows `text` as first account and authentication ID.
     void slotUserIdChanged(const QString &text);
 
 private:
     void createRows();
-    void createLayout();
-    bool checkMac();
     bool checkCount(const DeviceBatch &batch);
     DeviceBatch batch() const;
 
-    ContactForm *m_form;
-    ScrollArea *m_scrollArea;
-    ToolTipWidget *m_toolTip;
     QLineEdit *m_countEdit = nullptr;
     IpLine *m_macLine = nullptr;
 };

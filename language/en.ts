@@ -183,20 +183,8 @@
         <translation>Proxy Server</translation>
     </message>
     <message>
-        <source>Save</source>
-        <translation>Save</translation>
-    </message>
-    <message>
-        <source>Cancel</source>
-        <translation>Cancel</translation>
-    </message>
-    <message>
         <source>Hide Advance Settings</source>
         <translation>Hide Advance Settings</translation>
-    </message>
-    <message>
-        <source>Please fulfill correct MAC address!</source>
-        <translation>Please fulfill correct MAC address!</translation>
     </message>
 </context>
 <context>
@@ -371,18 +359,6 @@
         <translation>Proxy Server</translation>
     </message>
     <message>
-        <source>Save</source>
-        <translation>Save</translation>
-    </message>
-    <message>
-        <source>Cancel</source>
-        <translation>Cancel</translation>
-    </message>
-    <message>
-        <source>Please fulfill correct MAC address!</source>
-        <translation>Please fulfill correct MAC address!</translation>
-    </message>
-    <message>
         <source>At most %1 devices can be created in one step.</source>
         <translation>At most %1 devices can be created in one step.</translation>
     </message>
@@ -443,6 +419,21 @@
     <message>
         <source>Export</source>
         <translation>Export</translation>
+    </message>
+</context>
+<context>
+    <name>FormDialog</name>
+    <message>
+        <source>Save</source>
+        <translation>Save</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Cancel</translation>
+    </message>
+    <message>
+        <source>Please fulfill correct MAC address!</source>
+        <translation>Please fulfill correct MAC address!</translation>
     </message>
 </context>
 <context>

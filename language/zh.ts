@@ -183,20 +183,8 @@
         <translation>代理服务器</translation>
     </message>
     <message>
-        <source>Save</source>
-        <translation>保存</translation>
-    </message>
-    <message>
-        <source>Cancel</source>
-        <translation>取消</translation>
-    </message>
-    <message>
         <source>Hide Advance Settings</source>
         <translation>隐藏高级设置</translation>
-    </message>
-    <message>
-        <source>Please fulfill correct MAC address!</source>
-        <translation>请输入正确的MAC地址！</translation>
     </message>
 </context>
 <context>
@@ -371,18 +359,6 @@
         <translation>代理服务器</translation>
     </message>
     <message>
-        <source>Save</source>
-        <translation>保存</translation>
-    </message>
-    <message>
-        <source>Cancel</source>
-        <translation>取消</translation>
-    </message>
-    <message>
-        <source>Please fulfill correct MAC address!</source>
-        <translation>请输入正确的MAC地址！</translation>
-    </message>
-    <message>
         <source>At most %1 devices can be created in one step.</source>
         <translation>一次最多可创建%1台设备。</translation>
     </message>
@@ -443,6 +419,21 @@
     <message>
         <source>Export</source>
         <translation>导出</translation>
+    </message>
+</context>
+<context>
+    <name>FormDialog</name>
+    <message>
+        <source>Save</source>
+        <translation>保存</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
+    <message>
+        <source>Please fulfill correct MAC address!</source>
+        <translation>请输入正确的MAC地址！</translation>
     </message>
 </context>
 <context>

@@ -446,7 +446,7 @@ void TestContactDialog::closeIsLogged()
 
 void TestContactDialog::advancedRows()
 {
-    const auto *area = input<QScrollArea>("contactScrollArea");
+    const auto *area = input<QScrollArea>("formScrollArea");
     open(true, nullptr);
     auto *button = input<QPushButton>("showAdvanceButton");
     const auto *form = m_dialog->findChild<ContactForm *>();
@@ -488,7 +488,7 @@ void TestContactDialog::layoutFits()
 {
     QFETCH(bool, advanced);
 
-    const auto *area = input<QScrollArea>("contactScrollArea");
+    const auto *area = input<QScrollArea>("formScrollArea");
     QCOMPARE(area->geometry(), QRect(10, 10, 609, 371));
     open(true, nullptr);
     if (advanced)
@@ -569,7 +569,7 @@ void TestContactDialog::wheelPassesBy()
     open(true, nullptr);
     input<QPushButton>("showAdvanceButton")->click();
     auto *box = input<QComboBox>("speechCoding1ComboBox");
-    const auto *bar = input<QScrollArea>("contactScrollArea")->verticalScrollBar();
+    const auto *bar = input<QScrollArea>("formScrollArea")->verticalScrollBar();
     QTRY_VERIFY(bar->maximum() > 0);
     const auto turn = [box] {
         const QPointF center = QRectF(box->rect()).center();

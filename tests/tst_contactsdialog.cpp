@@ -414,7 +414,7 @@ void TestContactsDialog::refusals()
     QSignalSpy added(m_dialog, SIGNAL(addSaveSucceed(QList<ContactInfo>)));
     input<IpLine>("firstMacIpLine")->setText(mac);
     edit("productCountLineEdit")->setText(count);
-    auto *bar = input<QScrollArea>("contactsScrollArea")->verticalScrollBar();
+    auto *bar = input<QScrollArea>("formScrollArea")->verticalScrollBar();
     QTRY_VERIFY(bar->maximum() > 0);
     bar->setValue(bar->maximum());
     QTest::mouseClick(input<QPushButton>("saveButton"), Qt::LeftButton);
@@ -476,7 +476,7 @@ void TestContactsDialog::saveIsLogged()
 
 void TestContactsDialog::layoutFits()
 {
-    const auto *area = input<QScrollArea>("contactsScrollArea");
+    const auto *area = input<QScrollArea>("formScrollArea");
     QCOMPARE(area->geometry(), QRect(10, 10, 609, 371));
     open();
     QTRY_VERIFY(area->verticalScrollBar()->isVisible());

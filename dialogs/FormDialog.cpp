@@ -1,0 +1,94 @@
+#include "dialogs/FormDialog.h"
+
+#include "dialogs/ContactForm.h"
+#include "dialogs/IpLine.h"
+#include "widgets/Modal.h"
+#include "widgets/ScrollArea.h"
+#include "widgets/ToolTipWidget.h"
+
+#include <QHBoxLayout>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QVBoxLayout>
+
+namespace {
+
+constexpr int margin = 10;
+constexpr int spacing = 10;
+constexpr int scrollAreaWidth = 609;
+constexpr int scrollAreaHeight = 371;
+constexpr int macByteCount = 6;
+
+} // namespace
+
+FormDialog::FormDialog(QWidget *parent)
+    : QDialog(parent)
+    , m_form(new ContactForm)
+    , m_scrollArea(new ScrollArea(this))
+    , m_toolTip(new ToolTipWidget(this))
+{
+    setWindowIcon(Modal::windowIcon());
+    setWindowFlag(Qt::WindowContextHelpButtonHint, false);
+    m_scrollArea->setObjectName(QStringLiteral("formScrollArea"));
+    m_scrollArea->setFixedSize(scrollAreaWidth, scrollAreaHeight);
+    m_scrollArea->setWidgetResizable(true);
+    m_scrollArea->setFocusPolicy(Qt::NoFocus);
+    m_scrollArea->setWidget(m_form);
+}
+
+void FormDialog::createLayout(QPushButton *extra)
+{
+    auto *const buttons = new QHBoxLayout;
+    buttons->setSpacing(spacing);
+    QWidget *before = m_form->lastInput();
+    const auto add = [&](QPushButton *button) {
+        buttons->addWidget(button);
+        QWidget::setTabOrder(before, button);
+        before = button;
+    };
+    if (extra) {
+        // The one button that Return presses, and that looks so, is "Save".
+        extra->setAutoDefault(false);
+        add(extra);
+    }
+    buttons->addStretch();
+
+    auto *const saveButton = new QPushButton(tr("Save"), this);
+    saveButton->setObjectName(QStringLiteral("saveButton"));
+    saveButton->setDefault(true);
+    connect(saveButton, &QPushButton::clicked, this, &FormDialog::doSaveAction);
+    add(saveButton);
+    auto *const cancelButton = new QPushButton(tr("Cancel"), this);
+    cancelButton->setObjectName(QStringLiteral("cancelButton"));
+    connect(cancelButton, &QPushButton::clicked, this, &FormDialog::close);
+    add(cancelButton);
+
+    auto *const layout = new QVBoxLayout(this);
+    layout->setContentsMargins(margin, margin, margin, margin);
+    layout->setSpacing(spacing);
+    layout->addWidget(m_scrollArea);
+    layout->addLayout(buttons);
+    layout->setSizeConstraint(QLayout::SetFixedSize);
+    layout->activate();
+}
+
+void FormDialog::scrollToTop()
+{
+    m_scrollArea->verticalScrollBar()->setValue(0);
+}
+
+void FormDialog::complain(QWidget &input, const QString &text)
+{
+    m_scrollArea->ensureWidgetVisible(&input);
+    m_toolTip->showMessage(text, &input);
+}
+
+bool FormDialog::checkMac(IpLine &line)
+{
+    const QStringList groups = line.text().split(QLatin1Char(':'), Qt::SkipEmptyParts);
+    if (groups.size() == macByteCount)
+        return true;
+    line.focusFirstEmptyPart();
+    complain(line, tr("Please fulfill correct MAC address!"));
+    return false;
+}

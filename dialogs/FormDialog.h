@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QDialog>
+
+class ContactForm;
+class IpLine;
+class QPushButton;
+class QScrollArea;
+class ToolTipWidget;
+
+/// What the dialogs for devices share: a form that scrolls, "Save" and "Cancel" below it, and the
+/// tip that tells what is wrong with an input.
+class FormDialog : public QDialog
+{
+    Q_OBJECT
+
+public slots:
+    /// Hands over what was entered and closes, or says what is wrong with it and stays.
+    virtual void doSaveAction() = 0;
+
+protected:
+    explicit FormDialog(QWidget *parent);
+
+    ContactForm &form() const { return *m_form; }
+    /// Lays form and buttons out once the form has its rows; `extra`, if any, stands left of them.
+    void createLayout(QPushButton *extra = nullptr);
+    void scrollToTop();
+    /// Shows the input and says what is wrong with it; the keyboard is the caller's business.
+    void complain(QWidget &input, const QString &text);
+    /// Whether all six bytes are there; if not, says so and leads to the first that lacks.
+    bool checkMac(IpLine &line);
+
+private:
+    ContactForm *m_form;
+    QScrollArea *m_scrollArea;
+    ToolTipWidget *m_toolTip;
+};
