@@ -88,6 +88,14 @@ bool isUtf8(const QString &path)
     return state.invalidChars == 0 && state.remainingChars == 0;
 }
 
+/// Also a field of the mark with which old systems end a text file.
+bool isBlank(const QString &field)
+{
+    return std::all_of(field.begin(), field.end(), [](QChar character) {
+        return character.isSpace() || character.category() == QChar::Other_Control;
+    });
+}
+
 /// Whether the byte stands in the file.
 bool contains(const QString &path, char byte)
 {
@@ -266,8 +274,7 @@ QList<ContactInfo> CSVParse::readDevices(csv_parser &reader, const DeviceHeader 
             m_target.keepAlive();
         const QStringList row = readRow(reader);
         qCDebug(debugLog) << "strList = " << row;
-        const bool blank = std::all_of(
-            row.begin(), row.end(), [](const QString &field) { return field.trimmed().isEmpty(); });
+        const bool blank = std::all_of(row.begin(), row.end(), isBlank);
         if (!blank)
             devices.append(header.device(row));
     }

@@ -288,8 +288,8 @@ void TestCsvImport::readsEveryEncoding_data()
         {"zh_CN", "UTF-8", "\xef\xbb\xbf", "网络", true},
         {"zh_CN", "GBK", "", "网络部门", true},
         {"zh_TW", "Big5", "", "網路部門", false},
-        {"zh_HK", "Big5-HKSCS", "", "網路部門", false},
-        {"ja_JP", "Shift-JIS", "", "東京ネットワーク", false},
+        {"zh_HK", "Big5-HKSCS", "", "深水埗啲網路", false},
+        {"ja_JP", "Shift-JIS", "", "東京ネットワーク表ｶﾅ", false},
         {"ko_KR", "EUC-KR", "", "네트워크", false},
         {"ru_RU", "KOI8-R", "", "Отдел связи", false},
     };
@@ -394,7 +394,8 @@ void TestCsvImport::fieldsArriveAsTheyStand()
                                      "\r\n"
                                      " , ,\r\n"
                                      ",,,,,,,,short\r\n"
-                                     ",,,,,,,,\"open\r\n")));
+                                     ",,,,,,,,\"open\r\n"
+                                     "\x1a")));
     QCOMPARE(target.added.size(), 3);
     for (const ContactField &field : contactFields())
         QCOMPARE(target.added.first().*field.member, expected.*field.member);
