@@ -48,6 +48,12 @@ const QString selectAll = QStringLiteral(
     "FROM contact1");
 } // namespace Sql
 
+/// What the database says of it; what Qt was about to do tells a user nothing.
+QString reason(const QSqlError &error)
+{
+    return error.databaseText().isEmpty() ? error.text() : error.databaseText();
+}
+
 void useUtf8AsLocaleCodec()
 {
     QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
@@ -84,7 +90,7 @@ bool SqliteDatabase::openDatabase()
     m_database.setDatabaseName(path);
     m_database.setConnectOptions(connectOptions);
     if (!m_database.open()) {
-        m_lastErrorText = m_database.lastError().text();
+        m_lastErrorText = reason(m_database.lastError());
         qCDebug(debugLog) << "sqlitedatabase return false db.open";
         return false;
     }
@@ -242,7 +248,7 @@ bool SqliteDatabase::beginTransaction()
     if (m_transactionDepth == 0) {
         m_rollBack = false;
         if (!m_database.transaction()) {
-            m_lastErrorText = m_database.lastError().text();
+            m_lastErrorText = reason(m_database.lastError());
             return false;
         }
     }
@@ -257,7 +263,7 @@ bool SqliteDatabase::commitTransaction()
     if (!m_rollBack && m_database.commit())
         return true;
     if (!m_rollBack)
-        m_lastErrorText = m_database.lastError().text();
+        m_lastErrorText = reason(m_database.lastError());
     m_database.rollback();
     return false;
 }
@@ -295,7 +301,7 @@ bool SqliteDatabase::succeeded(const QSqlQuery &query)
             : QSqlError(QString(), QStringLiteral("database not open"), QSqlError::ConnectionError);
     if (!error.isValid())
         return true;
-    m_lastErrorText = error.text();
+    m_lastErrorText = reason(error);
     qCDebug(debugLog) << error;
     return false;
 }
