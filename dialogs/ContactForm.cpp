@@ -18,6 +18,8 @@ constexpr int labelWidth = 180;
 constexpr int labelHeight = 30;
 constexpr int labelGap = 12;
 constexpr int rowSpacing = 2;
+/// With a pixel of air on both sides; the height of the form leaves no room for more.
+constexpr int groupLineHeight = 3;
 constexpr int rightMargin = 16;
 
 QStringList choices(ContactInput kind)
@@ -83,11 +85,21 @@ QWidget *ContactForm::addRow(const ContactRow &row, const QString &styleClass)
         input->setAccessibleName(row.label);
     label->setBuddy(input);
 
-    const int position = m_rows.size();
+    QWidget *groupLine = row.startsGroup ? createGroupLine() : nullptr;
+    const int position = m_grid->rowCount();
     m_grid->addWidget(label, position, 0);
     m_grid->addWidget(input, position, 1);
-    m_rows.append({row.input, row.field, label, input});
+    m_rows.append({row.input, row.field, label, input, groupLine});
     return input;
+}
+
+QWidget *ContactForm::createGroupLine()
+{
+    auto *line = new QFrame(this);
+    line->setProperty("class", QStringLiteral("FormGroupLine"));
+    line->setFixedHeight(groupLineHeight);
+    m_grid->addWidget(line, m_grid->rowCount(), 0, 1, 2);
+    return line;
 }
 
 QWidget *ContactForm::createInput(ContactInput kind)
@@ -137,8 +149,11 @@ bool ContactForm::eventFilter(QObject *watched, QEvent *event)
 void ContactForm::setRowsVisibleFrom(int first, bool visible)
 {
     for (int i = first; i < m_rows.size(); ++i) {
-        m_rows.at(i).label->setVisible(visible);
-        m_rows.at(i).input->setVisible(visible);
+        const Row &row = m_rows.at(i);
+        row.label->setVisible(visible);
+        row.input->setVisible(visible);
+        if (row.groupLine)
+            row.groupLine->setVisible(visible);
     }
 }
 

@@ -28,7 +28,11 @@ struct ContactRow
     QString name;  ///< object name of the input
     ContactInput input;
     QString ContactInfo::*field = nullptr; ///< null for a row that is not part of the record
+    bool startsGroup = false;              ///< a line stands above it
 };
+
+/// For the last member of a ContactRow.
+constexpr bool startsGroup = true;
 
 /// The labelled inputs of a device, one below the other; what the device dialogs scroll.
 ///
@@ -76,8 +80,10 @@ private:
         QString ContactInfo::*field;
         QLabel *label;
         QWidget *input;
+        QWidget *groupLine; ///< null where no group starts
     };
 
+    QWidget *createGroupLine();
     QWidget *createInput(ContactInput kind);
     QWidget *createComboBox(ContactInput kind);
 
