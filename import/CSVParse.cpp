@@ -12,12 +12,13 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 namespace {
 
 constexpr std::array<const char *, 3> workFiles = {"tmp.csv", "tmp1.csv", "tmp2.csv"};
 constexpr int lineBufferSize = 2048;
-constexpr unsigned rowsBetweenBreaths = 500;
+constexpr unsigned rowsBetweenBreaths = 100;
 constexpr qint64 blockSize = 65536;
 
 const QString utf8Name = QStringLiteral("UTF-8");
@@ -71,7 +72,7 @@ QString decoded(const QTextCodec &codec, const QByteArray &bytes)
     return text.isNull() ? QLatin1String("") : text;
 }
 
-bool isUtf8(const QString &path)
+bool isUtf8(const QString &path, ImportTarget &target)
 {
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
@@ -83,6 +84,7 @@ bool isUtf8(const QString &path)
         if (block.isEmpty())
             break;
         codec->toUnicode(block.constData(), block.size(), &state);
+        target.keepAlive();
     }
     // What remains is the start of a character that never ended.
     return state.invalidChars == 0 && state.remainingChars == 0;
@@ -108,6 +110,18 @@ bool contains(const QString &path, char byte)
             return !block.isEmpty();
     }
     return false;
+}
+
+void removeLineEnd(std::string &field)
+{
+    if (field.find('\r') != std::string::npos) {
+        qCDebug(debugLog) << "row data str contain r, remove it.";
+        field.erase(std::remove(field.begin(), field.end(), '\r'), field.end());
+    }
+    // A quote that was never closed keeps it. No device may hold one, as it would be two lines in a
+    // backup.
+    if (field.find('\n') != std::string::npos)
+        field.erase(std::remove(field.begin(), field.end(), '\n'), field.end());
 }
 
 } // namespace
@@ -140,7 +154,7 @@ QString CSVParse::legacyEncodingName() const
 
 QString CSVParse::encodingOf(const QString &sourcePath) const
 {
-    return isUtf8(sourcePath) ? utf8Name : legacyEncodingName();
+    return isUtf8(sourcePath, m_target) ? utf8Name : legacyEncodingName();
 }
 
 bool CSVParse::convert(const QString &path, const QString &fromEncoding, const QString &toEncoding)
@@ -229,6 +243,7 @@ bool CSVParse::copyText(const QString &from, const QString &to) const
     if (!source.open(QIODevice::ReadOnly | textMode) || !openPrivate(target, QIODevice::WriteOnly))
         return false;
     bool first = true;
+    unsigned pieces = 0;
     std::array<char, lineBufferSize> buffer;
     qint64 length = 0;
     while ((length = source.readLine(buffer.data(), lineBufferSize)) > 0) {
@@ -245,28 +260,33 @@ bool CSVParse::copyText(const QString &from, const QString &to) const
         if (std::find(start, start + length, '\0') != start + length ||
             target.write(start, length) != length)
             return false;
+        if (++pieces % rowsBetweenBreaths == 0)
+            m_target.keepAlive();
     }
     return source.error() == QFile::NoError && target.flush();
 }
 
-QStringList CSVParse::readRow(csv_parser &reader) const
+/// A field that says the same as the one above it shares its text: in most columns of a list that
+/// is every field, and texts are what an import spends its time and memory on.
+QStringList CSVParse::readRow(csv_parser &reader)
 {
+    csv_row row = reader.next_row();
     QStringList fields;
-    for (const std::string &field : reader.next_row()) {
-        QString text = QString::fromStdString(field);
-        if (text.contains(QLatin1Char('\r'))) {
-            qCDebug(debugLog) << "row data str contain r, remove it.";
-            text.remove(QLatin1Char('\r'));
-        }
-        // What is left of the line end where a quote was never closed. No device may hold one, as
-        // it would be two lines in a backup.
-        text.remove(QLatin1Char('\n'));
-        fields.append(text);
+    fields.reserve(static_cast<int>(row.size()));
+    for (std::size_t i = 0; i < row.size(); ++i) {
+        std::string &bytes = row[i];
+        const auto repeats = [&] { return i < m_rowAbove.size() && bytes == m_rowAbove[i]; };
+        if (!repeats())
+            removeLineEnd(bytes);
+        fields.append(repeats() ? m_fieldsAbove.at(static_cast<int>(i))
+                                : QString::fromStdString(bytes));
     }
+    m_rowAbove = std::move(row);
+    m_fieldsAbove = fields;
     return fields;
 }
 
-QList<ContactInfo> CSVParse::readDevices(csv_parser &reader, const DeviceHeader &header) const
+QList<ContactInfo> CSVParse::readDevices(csv_parser &reader, const DeviceHeader &header)
 {
     QList<ContactInfo> devices;
     while (reader.more_rows()) {

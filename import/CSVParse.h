@@ -1,12 +1,10 @@
 #pragma once
 
 #include "import/ParseBase.h"
+#include "import/csv_parser.h"
 
 #include <QStringList>
 
-#include <memory>
-
-class csv_parser;
 class DeviceHeader;
 class ImportTarget;
 struct ContactInfo;
@@ -36,9 +34,11 @@ private:
     QString workFile(const char *name) const;
     bool prepare(const QString &sourcePath, const QString &encodingName);
     bool copyText(const QString &from, const QString &to) const;
-    QStringList readRow(csv_parser &reader) const;
-    QList<ContactInfo> readDevices(csv_parser &reader, const DeviceHeader &header) const;
+    QStringList readRow(csv_parser &reader);
+    QList<ContactInfo> readDevices(csv_parser &reader, const DeviceHeader &header);
 
     ImportTarget &m_target;
     QString m_workFolder;
+    csv_row m_rowAbove; ///< the row read last, without line ends
+    QStringList m_fieldsAbove;
 };

@@ -4,10 +4,17 @@
 #include "model/DebugLog.h"
 
 #include <algorithm>
+#include <cstring>
 
 namespace {
 
 constexpr char quote = '"';
+constexpr std::size_t usualFields = 32;
+
+bool isSeparator(char character)
+{
+    return character == ',' || character == '\n';
+}
 
 /// A piece without the quotes around it, and with each doubled quote inside made one.
 std::string unquoted(std::string piece)
@@ -63,6 +70,7 @@ bool csv_parser::open_stream(std::FILE *stream)
 bool csv_parser::start()
 {
     m_moreRows = true;
+    m_blockStart = m_blockEnd = 0;
     for (unsigned i = 0; i < m_skipLines && m_moreRows; ++i)
         _read_single_line();
     m_recordCount = 0;
@@ -122,18 +130,28 @@ void csv_parser::_read_single_line()
     if (debugLog().isDebugEnabled())
         std::fputs("_read_single_line!\n", stderr);
     m_line.clear();
-    int character = EOF;
-    while (m_stream && (character = std::fgetc(m_stream)) != EOF) {
-        m_line += static_cast<char>(character);
-        if (m_line.back() == m_lineTerm) {
-            character = std::fgetc(m_stream);
-            if (character != EOF)
-                std::ungetc(character, m_stream);
-            break;
-        }
+    bool ended = false;
+    while (!ended && fill_block()) {
+        const char *const rest = m_block.data() + m_blockStart;
+        const std::size_t length = m_blockEnd - m_blockStart;
+        const void *const found = std::memchr(rest, m_lineTerm, length);
+        ended = found != nullptr;
+        const std::size_t taken =
+            ended ? static_cast<std::size_t>(static_cast<const char *>(found) - rest) + 1 : length;
+        m_line.append(rest, taken);
+        m_blockStart += taken;
     }
-    if (character == EOF)
-        m_moreRows = false;
+    m_moreRows = fill_block();
+}
+
+/// Reads on in the file when the block is used up. False at the end of the file.
+bool csv_parser::fill_block()
+{
+    if (m_blockStart == m_blockEnd && m_stream) {
+        m_blockStart = 0;
+        m_blockEnd = std::fread(m_block.data(), 1, m_block.size(), m_stream);
+    }
+    return m_blockStart != m_blockEnd;
 }
 
 /// Every piece that ends in a terminator.
@@ -178,8 +196,39 @@ csv_row csv_parser::split_enclosed() const
 
 csv_row csv_parser::split_optional()
 {
-    // Marks where fields end. A pair of quotes inside a quoted field changes nothing: the first
-    // sets the flag and the second clears it.
+    if (m_line.find(quote) == std::string::npos && m_line.find('\0') == std::string::npos)
+        return split_plain();
+    const std::size_t separators = end_fields();
+    csv_row row;
+    row.reserve(separators + 1);
+    std::size_t start = 0;
+    for (std::size_t i = 0; i <= separators; ++i) {
+        const std::size_t end = std::min(m_line.find('\0', start), m_line.size());
+        row.push_back(unquoted(m_line.substr(start, end - start)));
+        start = std::min(end + 1, m_line.size());
+    }
+    return row;
+}
+
+/// What split_optional() gives for a line without quotes, as most are, in a fraction of the time.
+csv_row csv_parser::split_plain() const
+{
+    csv_row row;
+    row.reserve(usualFields);
+    auto start = m_line.begin();
+    auto end = start;
+    while ((end = std::find_if(start, m_line.end(), isSeparator)) != m_line.end()) {
+        row.emplace_back(start, end);
+        start = end + 1;
+    }
+    row.emplace_back(start, end);
+    return row;
+}
+
+/// Puts a NUL where a field of the line ends; returns how many do. A pair of quotes inside a quoted
+/// field changes nothing: the first sets the flag and the second clears it.
+std::size_t csv_parser::end_fields()
+{
     bool afterQuote = false;
     bool insideQuotes = false;
     std::size_t separators = 0;
@@ -190,22 +239,11 @@ csv_row csv_parser::split_optional()
         }
         if (afterQuote)
             insideQuotes = !insideQuotes;
-        const bool ends = !insideQuotes && (character == ',' || character == '\n');
         afterQuote = false;
-        if (ends) {
+        if (!insideQuotes && isSeparator(character)) {
             character = '\0';
             ++separators;
-            insideQuotes = false;
         }
     }
-
-    csv_row row;
-    row.reserve(separators + 1);
-    std::size_t start = 0;
-    for (std::size_t i = 0; i <= separators; ++i) {
-        const std::size_t end = std::min(m_line.find('\0', start), m_line.size());
-        row.push_back(unquoted(m_line.substr(start, end - start)));
-        start = std::min(end + 1, m_line.size());
-    }
-    return row;
+    return separators;
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <cstdio>
 #include <string>
 #include <vector>
@@ -53,9 +55,12 @@ private:
     bool start();
     void close();
     void _read_single_line();
+    bool fill_block();
     csv_row split_unenclosed() const;
     csv_row split_enclosed() const;
     csv_row split_optional();
+    csv_row split_plain() const;
+    std::size_t end_fields();
 
     char m_enclosure = '"';
     char m_escape = '\0';
@@ -67,5 +72,8 @@ private:
     std::string m_fileName;
     int m_mode = enclosure_optional;
     bool m_moreRows = false;
+    std::array<char, 16384> m_block; ///< read from the file at once
+    std::size_t m_blockStart = 0;    ///< what is left of it
+    std::size_t m_blockEnd = 0;
     std::string m_line; ///< the line being split, with its terminator
 };

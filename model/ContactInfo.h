@@ -47,6 +47,7 @@ inline bool operator!=(const ContactInfo &left, const ContactInfo &right)
     return !(left == right);
 }
 
+Q_DECLARE_TYPEINFO(ContactInfo, Q_MOVABLE_TYPE);
 Q_DECLARE_METATYPE(ContactInfo)
 Q_DECLARE_METATYPE(ContactInfo *)
 

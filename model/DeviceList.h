@@ -15,6 +15,7 @@ struct DeviceNode
     qint32 number = 0;
     ContactInfo info;
 };
+Q_DECLARE_TYPEINFO(DeviceNode, Q_MOVABLE_TYPE);
 
 /// The device list as it was at one moment. Copying is O(1) and the contents never change, so a
 /// snapshot may be read on any thread without a lock.

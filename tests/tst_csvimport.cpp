@@ -167,6 +167,7 @@ private slots:
     void refusesTextThatDoesNotFit();
     void fieldsArriveAsTheyStand();
     void lineEndsAtTheBufferEdge();
+    void longWorkIsInterrupted();
     void returnsAloneEndLines_data();
     void returnsAloneEndLines();
     void refusedClearingAddsNothing();
@@ -415,6 +416,16 @@ void TestCsvImport::lineEndsAtTheBufferEdge()
         QCOMPARE(target.added.first().mac, QString::fromLatin1(field));
         QCOMPARE(target.added.last().mac, QStringLiteral("second"));
     }
+}
+
+/// For the window to be painted: while the file is copied as well as while it is read.
+void TestCsvImport::longWorkIsInterrupted()
+{
+    const QByteArray rows = QByteArray("1,a\n").repeated(1000);
+    RecordingTarget target;
+    QVERIFY(import(target, writeFile("Random Port,MAC\n" + rows)));
+    QCOMPARE(target.added.size(), 1000);
+    QVERIFY2(target.breaths >= 20, qPrintable(QString::number(target.breaths)));
 }
 
 void TestCsvImport::returnsAloneEndLines_data()
