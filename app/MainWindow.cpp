@@ -279,6 +279,8 @@ void MainWindow::setBusy(bool busy)
 {
     m_dataMgr.setBusy(busy);
     m_view->setBusy(busy);
+    if (!busy && m_closeWanted)
+        QMetaObject::invokeMethod(this, &MainWindow::closeWindow, Qt::QueuedConnection);
 }
 
 void MainWindow::constructNewFile()
@@ -469,7 +471,9 @@ void MainWindow::closeEvent(QCloseEvent *event)
 
 void MainWindow::closeWindow()
 {
-    if (m_closed)
+    // A list in the making is not the one to be kept: setBusy() comes back here when it is made.
+    m_closeWanted = m_dataMgr.isBreathing();
+    if (m_closed || m_closeWanted)
         return;
     // First, as a list that could not be saved on a full disk may need the room.
     m_dataMgr.removeWorkFiles();

@@ -171,4 +171,5 @@ private:
     bool m_autoStart = false; ///< what the session does, by the stored options
     bool m_httpdOpening = false;
     bool m_closed = false;
+    bool m_closeWanted = false; ///< as soon as the change that is under way is done
 };

@@ -6,6 +6,8 @@
 
 #include <QObject>
 
+#include <functional>
+
 /// Owns the store and converts between the device list and stored records. GUI thread only.
 class DBOperator : public QObject
 {
@@ -20,14 +22,17 @@ public:
     /// The store, created on the first call and owned by this object.
     DatabaseLayer *database();
 
-    /// Hands the whole list to the store as new rows whose id is the running number. Nothing is
-    /// deleted first.
-    bool save(const DeviceListSnapshot &list);
+    /// Hands the whole list to the store as new rows whose id is the running number, in one
+    /// transaction. Nothing is deleted first. `breathe` is called from time to time meanwhile; it
+    /// must not come back here.
+    bool save(const DeviceListSnapshot &list, const std::function<void()> &breathe = {});
 
     /// Every stored record. Whether reading failed, the store's lastErrorText() tells.
     QList<ContactInfo> load();
 
 private:
+    bool saveRows(const QVector<DeviceNode> &nodes, int first, int count);
+
     QString m_directory;
     DatabaseLayer *m_database = nullptr;
 };

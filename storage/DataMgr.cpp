@@ -16,6 +16,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QScopedValueRollback>
 #include <QSet>
 #include <QThread>
 #include <QTime>
@@ -25,7 +26,9 @@
 
 namespace {
 
-constexpr int devicesBetweenBreaths = 1000;
+// Each breath costs what the window then has to paint; the wheel turns every 80 ms or so.
+constexpr int millisecondsBetweenBreaths = 20;
+constexpr int devicesBetweenBreaths = 100;
 
 const QString databaseName = QStringLiteral("phonebook.db");
 const QString provisioningRoot = QStringLiteral("HTTPD");
@@ -42,9 +45,11 @@ DataMgr::DataMgr(DBOperator &dbOperator, const QString &directory, QObject *pare
     : QObject(parent)
     , m_directory(directory)
     , m_dbOperator(dbOperator)
-    , m_saver(m_devices, dbOperator, directory)
+    , m_saver(m_devices, dbOperator, directory,
+              [this] { breathe(QEventLoop::ExcludeSocketNotifiers); })
     , m_pnpServer(*this)
 {
+    m_sinceBreath.start();
 }
 
 DataMgr::~DataMgr()
@@ -115,10 +120,14 @@ void DataMgr::insertContactNode(const ContactInfo &contact)
 
 void DataMgr::addContacts(const QList<ContactInfo> &contacts)
 {
-    Replace replace = hasSeveralListed(contacts) ? Replace::AskMany : Replace::AskOne;
+    Replace replace = Replace::AskOne;
     for (int i = 0; i < contacts.size(); ++i) {
         if (i % devicesBetweenBreaths == 0)
             keepAlive();
+        // None before the first that is listed was, so what follows it tells of all.
+        if (replace == Replace::AskOne && m_devices.rowOfMac(contacts.at(i).mac) >= 0 &&
+            hasSeveralListed(contacts, i))
+            replace = Replace::AskMany;
         addOrReplace(contacts.at(i), replace);
         if (m_closed)
             return; // the program was ended in the middle of a question
@@ -126,16 +135,17 @@ void DataMgr::addContacts(const QList<ContactInfo> &contacts)
     saveAndAnnounce();
 }
 
-/// Whether more than one of these finds its MAC taken, by the list or by one before it.
-bool DataMgr::hasSeveralListed(const QList<ContactInfo> &contacts) const
+/// Whether more than one of these, from `first` on, finds its MAC taken, by the list or by one
+/// before it.
+bool DataMgr::hasSeveralListed(const QList<ContactInfo> &contacts, int first) const
 {
     QSet<QString> seen;
-    seen.reserve(contacts.size());
     int listed = 0;
-    for (const ContactInfo &contact : contacts) {
-        if (seen.contains(contact.mac) || m_devices.rowOfMac(contact.mac) >= 0)
+    for (int i = first; i < contacts.size() && listed < 2; ++i) {
+        const QString &mac = contacts.at(i).mac;
+        if (seen.contains(mac) || m_devices.rowOfMac(mac) >= 0)
             ++listed;
-        seen.insert(contact.mac);
+        seen.insert(mac);
     }
     return listed > 1;
 }
@@ -334,9 +344,18 @@ void DataMgr::removeWorkFiles()
 
 void DataMgr::keepAlive()
 {
-    // What the user does meanwhile waits: the list is in the making.
-    if (m_busy)
-        QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+    breathe(QEventLoop::AllEvents);
+}
+
+/// What the user does meanwhile waits: the list is in the making. So does the end of the program;
+/// see isBreathing().
+void DataMgr::breathe(QEventLoop::ProcessEventsFlags flags)
+{
+    if (!m_busy || m_breathing || m_sinceBreath.elapsed() < millisecondsBetweenBreaths)
+        return;
+    const QScopedValueRollback<bool> breathing(m_breathing, true);
+    QCoreApplication::processEvents(flags | QEventLoop::ExcludeUserInputEvents);
+    m_sinceBreath.start();
 }
 
 void DataMgr::removeProvisioningFiles()

@@ -8,6 +8,8 @@
 #include "net/PnPServer.h"
 #include "storage/ListSaver.h"
 
+#include <QElapsedTimer>
+#include <QEventLoop>
 #include <QObject>
 #include <QStringList>
 
@@ -118,6 +120,10 @@ public:
     /// True while a long change is under way, so that views do not act on a list in the making.
     bool isBusy() const { return m_busy; }
     void setBusy(bool busy) { m_busy = busy; }
+    /// True while events are handled in the middle of a long change. Whoever comes back here then
+    /// must not reach the store, whose transaction may be open, nor close it: better wait for the
+    /// end of the change.
+    bool isBreathing() const { return m_breathing; }
 
 signals:
     /// The device list has changed.
@@ -133,13 +139,14 @@ public slots:
 private:
     enum class Replace { AskOne, AskMany, All, None };
     bool addOrReplace(const ContactInfo &contact, Replace &replace);
-    bool hasSeveralListed(const QList<ContactInfo> &contacts) const;
+    bool hasSeveralListed(const QList<ContactInfo> &contacts, int first) const;
     std::unique_ptr<ParseBase> createParser();
     void removeProvisioningFiles();
     bool trySave(ListSaver::Ask ask);
     void saveAndAnnounce();
     void tellSaveFailure();
     void deleteHttpService();
+    void breathe(QEventLoop::ProcessEventsFlags flags);
 
     QString m_directory;
     DBOperator &m_dbOperator;
@@ -147,6 +154,8 @@ private:
     ListSaver m_saver;
     bool m_failureTold = false; ///< the last save failed, and the user knows
     bool m_busy = false;
+    bool m_breathing = false;
+    QElapsedTimer m_sinceBreath;
     bool m_importFlag = false;
     bool m_closed = false;
     std::atomic<bool> m_retryWanted{false}; ///< the last save failed and no retry is queued

@@ -8,6 +8,8 @@
 #include <QRegularExpression>
 #include <QSaveFile>
 
+#include <algorithm>
+
 namespace {
 
 constexpr int keptBackups = 30;
@@ -22,8 +24,11 @@ bool isBackup(const QString &fileName)
 
 QString quotedWhereNeeded(const QString &field)
 {
-    static const QRegularExpression special(QStringLiteral("[,\"\r\n]"));
-    if (!field.contains(special))
+    const bool needsQuotes = std::any_of(field.begin(), field.end(), [](QChar character) {
+        return character == QLatin1Char(',') || character == QLatin1Char('"') ||
+               character == QLatin1Char('\r') || character == QLatin1Char('\n');
+    });
+    if (!needsQuotes)
         return field;
     QString doubled = field;
     doubled.replace(QLatin1Char('"'), QLatin1String("\"\""));

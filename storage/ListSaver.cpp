@@ -9,6 +9,7 @@
 #include <QScopedValueRollback>
 
 #include <limits>
+#include <utility>
 
 namespace {
 
@@ -16,10 +17,12 @@ constexpr quint64 neverSaved = std::numeric_limits<quint64>::max();
 
 } // namespace
 
-ListSaver::ListSaver(const DeviceList &devices, DBOperator &dbOperator, const QString &directory)
+ListSaver::ListSaver(const DeviceList &devices, DBOperator &dbOperator, const QString &directory,
+                     std::function<void()> breathe)
     : m_devices(devices)
     , m_dbOperator(dbOperator)
     , m_backup(directory)
+    , m_breathe(std::move(breathe))
     , m_savedVersion(neverSaved)
 {
 }
@@ -93,7 +96,7 @@ bool ListSaver::writeList(const DeviceListSnapshot &list)
 {
     DatabaseLayer *const store = m_dbOperator.database();
     ScopedTransaction transaction(*store);
-    return transaction.isOpen() && store->deleteAll() && m_dbOperator.save(list) &&
+    return transaction.isOpen() && store->deleteAll() && m_dbOperator.save(list, m_breathe) &&
            store->mergeNewRecords() && transaction.commit();
 }
 

@@ -5,6 +5,8 @@
 
 #include <QString>
 
+#include <functional>
+
 class DBOperator;
 
 /// Keeps the stored table the same as the device list, and what would be dropped from it in a
@@ -20,8 +22,11 @@ public:
         Never, ///< nobody is waiting for this: rather fail
     };
 
-    /// `devices` and `dbOperator` must outlive this object. Backups go below `directory`.
-    ListSaver(const DeviceList &devices, DBOperator &dbOperator, const QString &directory);
+    /// `devices` and `dbOperator` must outlive this object. Backups go below `directory`. `breathe`
+    /// is called from time to time in a save, with its transaction open: it must not reach the
+    /// store.
+    ListSaver(const DeviceList &devices, DBOperator &dbOperator, const QString &directory,
+              std::function<void()> breathe = {});
 
     /// Opens the store. False when it cannot be opened or read; it is then left untouched until it
     /// is opened again.
@@ -62,6 +67,7 @@ private:
     const DeviceList &m_devices;
     DBOperator &m_dbOperator;
     DeviceBackup m_backup;
+    std::function<void()> m_breathe;
     QString m_lastErrorText;
     bool m_usable = false;
     bool m_storedRowsKnown = false; ///< what the table holds was in the list at some time

@@ -10,6 +10,8 @@
 #include <QTextCodec>
 #include <QThread>
 
+#include <algorithm>
+
 namespace {
 
 const QString fileName = QStringLiteral("phonebook.db");
@@ -19,6 +21,9 @@ const QString contactTable = QStringLiteral("contact1");
 const QString connectOptions = QStringLiteral("QSQLITE_BUSY_TIMEOUT=2000");
 
 namespace Sql {
+// In KiB. A long list's pages are written once, at the end of the transaction, where the small
+// cache that is usual would spill them while they still change.
+const QString useLargeCache = QStringLiteral("pragma cache_size=-65536");
 const QString createTable = QStringLiteral(
     "create table contact1 (id INT PRIMARY KEY, mac VERCHAR, product VERCHAR, sip_server VERCHAR, "
     "sip_user_id VERCHAR, first_account VERCHAR, username VERCHAR, password VERCHAR, ip VERCHAR, "
@@ -59,6 +64,20 @@ void useUtf8AsLocaleCodec()
     QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
 }
 
+void resize(QVariantList &values, int size)
+{
+    values.erase(values.begin() + std::min(size, values.size()), values.end());
+    values.reserve(size);
+    while (values.size() < size)
+        values.append(QVariant());
+}
+
+template <typename ValueOf>
+void setColumn(QVariantList &values, const QList<ContactInfo> &contacts, ValueOf valueOf)
+{
+    std::transform(contacts.begin(), contacts.end(), values.begin(), valueOf);
+}
+
 } // namespace
 
 SqliteDatabase::SqliteDatabase(const QString &directory, QObject *parent)
@@ -94,6 +113,7 @@ bool SqliteDatabase::openDatabase()
         qCDebug(debugLog) << "sqlitedatabase return false db.open";
         return false;
     }
+    newQuery().exec(Sql::useLargeCache);
     // A creation that was cut short may also have left pages, and a journal by which SQLite takes
     // them back when the file is first read. A file that is not empty after that is nobody's to
     // repair.
@@ -218,28 +238,23 @@ QList<ContactInfo> SqliteDatabase::queryContacts()
 
 bool SqliteDatabase::insertContacts(const QList<ContactInfo> &contacts)
 {
-    QList<QVariantList> columns;
-    QVariantList ids;
-    QVariantList flags;
-    ids.reserve(contacts.size());
-    flags.reserve(contacts.size());
-    for (const ContactInfo &contact : contacts) {
-        ids.append(contact.id);
-        flags.append(1);
-    }
-    columns.append(ids);
-    for (const ContactField &field : contactTableFields()) {
-        QVariantList values;
-        values.reserve(contacts.size());
-        for (const ContactInfo &contact : contacts) {
-            // A null text would be stored as NULL, which is not the empty text that it stands for.
+    const auto &fields = contactTableFields();
+    QList<QVariantList> &columns = m_batch[contactTable];
+    while (columns.size() < static_cast<int>(fields.size()) + 2)
+        columns.append(QVariantList());
+    for (QVariantList &values : columns)
+        resize(values, contacts.size());
+    auto column = columns.begin();
+    setColumn(*column++, contacts, [](const ContactInfo &contact) { return contact.id; });
+    for (const ContactField &field : fields) {
+        // A null text would be stored as NULL, which is not the empty text that it stands for.
+        setColumn(*column++, contacts, [&](const ContactInfo &contact) {
             const QString &text = contact.*field.member;
-            values.append(text.isNull() ? QString(QLatin1String("")) : text);
-        }
-        columns.append(values);
+            return text.isNull() ? QString(QLatin1String("")) : text;
+        });
     }
-    columns.append(flags);
-    return insertColumns({{contactTable, columns}});
+    setColumn(*column, contacts, [](const ContactInfo &) { return 1; });
+    return insertColumns(m_batch);
 }
 
 bool SqliteDatabase::beginTransaction()

@@ -45,6 +45,9 @@ private:
     QString m_directory;
     QSqlDatabase m_database;
     QString m_lastErrorText;
+    /// The values of the batch inserted last. A long list comes in many batches, and values are
+    /// quicker set than made.
+    ColumnMap m_batch;
     int m_transactionDepth = 0;
     bool m_rollBack = false; ///< an inner transaction failed, so the outermost must not commit
 };

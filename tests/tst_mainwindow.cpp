@@ -8,10 +8,13 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
+#include <QMovie>
 #include <QPlainTextEdit>
 #include <QRadioButton>
+#include <QSet>
 #include <QSignalSpy>
 #include <QTcpSocket>
+#include <QTimer>
 
 namespace {
 
@@ -42,6 +45,7 @@ private slots:
     void closesOnce();
     void plugAndPlayNeedsHttpd();
     void takesTheListOutAndIn();
+    void aLongImportMovesAndEndsBeforeTheWindow();
     void helpGoesOnWhereItWasClosed();
 
 private:
@@ -400,6 +404,39 @@ void TestMainWindow::takesTheListOutAndIn()
                                         QStringLiteral("02:00:A7:00:00:02")}));
     QCOMPARE(m_dataMgr->devices().at(1).info.first_account, QStringLiteral("0012"));
     QCOMPARE(QDir(m_folder->filePath(QStringLiteral("backup"))).entryList(QDir::Files).size(), 1);
+}
+
+void TestMainWindow::aLongImportMovesAndEndsBeforeTheWindow()
+{
+    constexpr int count = 30000;
+    QByteArray list = "MAC,Random Port\n";
+    for (int i = 0; i < count; ++i)
+        list += "02:00:A7:" + QByteArray::number(i) + ",1\n";
+    const QString path = m_folder->filePath(QStringLiteral("long.csv"));
+    writeFile(path, list);
+    openWindow();
+    const auto *const wheel = m_window->findChild<QMovie *>();
+    const QSignalSpy quits(m_window.get(), &MainWindow::globalQuit);
+    QSet<int> framesOfTheSave;
+    QTimer often;
+    connect(&often, &QTimer::timeout, &often, [&] {
+        // Every device is listed and nothing yet announced: what goes on is the save.
+        if (!m_dataMgr->isBreathing() || m_dataMgr->devices().size() < count)
+            return;
+        framesOfTheSave.insert(wheel->currentFrameNumber());
+        m_window->close();
+        QCOMPARE(quits.size(), 0);
+    });
+    often.start(5);
+    m_window->localImport();
+    m_window->findChild<QLineEdit *>(QStringLiteral("importPathLineEdit"))->setText(path);
+    button("importBeginButton")->click();
+    QVERIFY(framesOfTheSave.size() >= 2);
+    QTRY_COMPARE(quits.size(), 1);
+    QVERIFY(m_shown.isEmpty());
+
+    openWindow();
+    QCOMPARE(countText(), QStringLiteral("Total device:%1").arg(count));
 }
 
 void TestMainWindow::helpGoesOnWhereItWasClosed()

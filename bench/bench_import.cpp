@@ -1,0 +1,164 @@
+// What an import costs, from the file to the saved list, against what the sqlite3 shell takes to
+// bring the same file into the same table.
+//   bench_import [devices [rounds [folder]]]      the folder decides which disk is measured
+#include "Measure.h"
+#include "storage/DBOperator.h"
+#include "storage/DataMgr.h"
+#include "storage/DatabaseLayer.h"
+#include "storage/DeviceBackup.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <QLoggingCategory>
+#include <QProcess>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+
+#include <sys/resource.h>
+
+#include <cstdio>
+
+namespace {
+
+/// An event in the queue that is due at once, again and again: how late it comes is how long the
+/// window would have stood still.
+class Pulse : public QObject
+{
+public:
+    Pulse()
+    {
+        m_timer.start();
+        startTimer(1);
+    }
+    double longestGap() const { return m_longest; }
+
+protected:
+    void timerEvent(QTimerEvent *) override
+    {
+        m_longest = std::max(m_longest, double(m_timer.nsecsElapsed()) / 1e6);
+        m_timer.start();
+    }
+
+private:
+    QElapsedTimer m_timer;
+    double m_longest = 0;
+};
+
+/// Seconds that the processor spent on this program or on those that it started: unlike the time
+/// by the clock, no neighbour lengthens them.
+double processorTime(__rusage_who_t whose)
+{
+    rusage usage = {};
+    getrusage(whose, &usage);
+    return double(usage.ru_utime.tv_sec + usage.ru_stime.tv_sec) +
+           double(usage.ru_utime.tv_usec + usage.ru_stime.tv_usec) / 1e6;
+}
+
+struct Cost
+{
+    /// Calls `work`; what it costs is counted for this program or for those that it started.
+    template <typename Work>
+    void measure(__rusage_who_t whose, Work &&work)
+    {
+        const double before = processorTime(whose);
+        byTheClock.measure(work);
+        processor += processorTime(whose) - before;
+    }
+
+    Samples byTheClock;
+    double processor = 0;
+};
+
+bool writeList(const QString &path, int count)
+{
+    QFile file(path);
+    return file.open(QIODevice::WriteOnly) &&
+           file.write(DeviceBackup::csv(benchDevices(count))) > 0;
+}
+
+/// The import as the program runs it behind its cover; returns the longest time without an event.
+double importInProgram(const QString &list, const QString &parent, int count, Cost &cost)
+{
+    const QTemporaryDir folder(parent + QStringLiteral("/bench-XXXXXX"));
+    const QString path = folder.path() + QLatin1Char('/');
+    DBOperator dbOperator(path);
+    DataMgr mgr(dbOperator, path);
+    if (!mgr.openDatabase())
+        return -1;
+    const Pulse pulse;
+    bool imported = false;
+    cost.measure(RUSAGE_SELF, [&] {
+        mgr.setBusy(true);
+        imported = mgr.importFile(list);
+        mgr.setBusy(false);
+        QCoreApplication::processEvents();
+    });
+    if (!imported || mgr.database()->countContacts() != count)
+        std::printf("the import failed\n");
+    mgr.close();
+    return pulse.longestGap();
+}
+
+/// The shell says of every line that it lacks two columns of the table, which nobody reads.
+void importInShell(const QString &list, const QString &parent, int count, Cost &cost)
+{
+    const QTemporaryDir folder(parent + QStringLiteral("/bench-XXXXXX"));
+    const QString path = folder.path() + QLatin1Char('/');
+    DBOperator dbOperator(path);
+    if (!dbOperator.database()->openDatabase())
+        return;
+    const QString file = dbOperator.database()->filePath();
+    dbOperator.database()->closeDatabase();
+    QProcess shell;
+    shell.setStandardErrorFile(QProcess::nullDevice());
+    cost.measure(RUSAGE_CHILDREN, [&] {
+        shell.start(QStringLiteral("sqlite3"),
+                    {file, QStringLiteral(".mode csv"),
+                     QStringLiteral(".import --skip 1 \"%1\" contact1").arg(list)});
+        shell.waitForFinished(-1);
+    });
+    dbOperator.database()->openDatabase();
+    if (dbOperator.database()->countContacts() != count)
+        std::printf("the shell's import failed\n");
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    const QCoreApplication application(argc, argv);
+    QLoggingCategory::setFilterRules(QStringLiteral("default.debug=false"));
+    const QStringList arguments = QCoreApplication::arguments();
+    const int count = arguments.value(1, QStringLiteral("100000")).toInt();
+    const int rounds = arguments.value(2, QStringLiteral("5")).toInt();
+    const QString parent = arguments.value(3, QDir::tempPath());
+    const QTemporaryDir folder(parent + QStringLiteral("/bench-XXXXXX"));
+    const QString list = folder.filePath(QStringLiteral("devices.csv"));
+    if (!writeList(list, count))
+        return 1;
+    const bool hasShell = !QStandardPaths::findExecutable(QStringLiteral("sqlite3")).isEmpty();
+    if (!hasShell)
+        std::printf("without the sqlite3 shell there is nothing to compare with\n");
+
+    Cost program;
+    Cost shell;
+    double gap = 0;
+    // In turn, so that both meet the same disk and the same neighbours.
+    for (int round = 0; round < rounds; ++round) {
+        gap = std::max(gap, importInProgram(list, parent, count, program));
+        if (hasShell)
+            importInShell(list, parent, count, shell);
+    }
+    std::printf("%7d devices, median of %d: imported and saved %8.1f ms, processor %8.1f ms; "
+                "longest time without an event %6.1f ms\n",
+                count, rounds, program.byTheClock.median() / 1000,
+                program.processor * 1000 / rounds, gap);
+    if (hasShell)
+        std::printf("                sqlite3 .import %8.1f ms, processor %8.1f ms; "
+                    "ratio %.2f, processor %.2f\n",
+                    shell.byTheClock.median() / 1000, shell.processor * 1000 / rounds,
+                    program.byTheClock.median() / shell.byTheClock.median(),
+                    program.processor / shell.processor);
+    return 0;
+}
