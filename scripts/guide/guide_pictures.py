@@ -144,9 +144,16 @@ class Pictures:
 
     def fill(self, context, labels, window):
         for label, text in labels:
-            self.screen.click(self.find(ROLES.get(label, "text"), context, label, window))
+            field = self.find(ROLES.get(label, "text"), context, label, window)
+            self.screen.click(field)
             keys("ctrl+a")
             type_text(text)
+            if label not in ROLES:  # what a password field holds is not told
+                wait_for(f'"{label}" to hold {text!r}', lambda: self.content(field) == text)
+
+    @staticmethod
+    def content(field):
+        return Atspi.Text.get_text(field, 0, Atspi.Text.get_character_count(field))
 
     # What is made of it
 

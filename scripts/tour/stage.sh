@@ -69,7 +69,8 @@ lay_network() {
 start_screen() {
     local display
     exec {display_pipe}<> <(:)
-    Xvfb -displayfd "$display_pipe" -screen 0 "$1x24" -dpi 96 -nolisten tcp \
+    # -r: no key repeats itself. On a busy machine its release may come late.
+    Xvfb -displayfd "$display_pipe" -screen 0 "$1x24" -dpi 96 -nolisten tcp -r \
         >"$out/xvfb.log" 2>&1 &
     started+=("$!")
     read -r -t 20 display <&"$display_pipe" || die "the virtual screen did not start; see $out/xvfb.log"
