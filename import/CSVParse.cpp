@@ -90,12 +90,15 @@ bool isUtf8(const QString &path, ImportTarget &target)
     return state.invalidChars == 0 && state.remainingChars == 0;
 }
 
-/// Also a field of the mark with which old systems end a text file.
-bool isBlank(const QString &field)
+/// Nothing in it, or the mark alone with which old systems end a text file. A backup's rows have
+/// more fields, so that no device in it is taken for either.
+bool isBlank(const QStringList &row)
 {
-    return std::all_of(field.begin(), field.end(), [](QChar character) {
-        return character.isSpace() || character.category() == QChar::Other_Control;
-    });
+    if (row.size() == 1 && row.first().size() == 1 &&
+        row.first().at(0).category() == QChar::Other_Control)
+        return true;
+    return std::all_of(row.begin(), row.end(),
+                       [](const QString &field) { return field.trimmed().isEmpty(); });
 }
 
 /// Whether the byte stands in the file.
@@ -294,8 +297,7 @@ QList<ContactInfo> CSVParse::readDevices(csv_parser &reader, const DeviceHeader 
             m_target.keepAlive();
         const QStringList row = readRow(reader);
         qCDebug(debugLog) << "strList = " << row;
-        const bool blank = std::all_of(row.begin(), row.end(), isBlank);
-        if (!blank)
+        if (!isBlank(row))
             devices.append(header.device(row));
     }
     return devices;
