@@ -11,6 +11,7 @@
 #include "view/ContactTitle.h"
 #include "view/ContactView.h"
 #include "view/SearchBar.h"
+#include "view/SearchEdit.h"
 #include "widgets/Grid.h"
 #include "widgets/Modal.h"
 #include "widgets/UserGuide.h"
@@ -21,6 +22,7 @@
 #include <QMenuBar>
 #include <QPushButton>
 #include <QScreen>
+#include <QShortcut>
 #include <QStatusBar>
 #include <QVBoxLayout>
 
@@ -204,6 +206,7 @@ void MainWindow::createContent()
     connect(searchBar, &SearchBar::searchTextChanged, m_view, &ContactView::sortBySearchEdit);
     listColumn->addWidget(searchBar);
     listColumn->addWidget(m_view);
+    QWidget::setTabOrder(searchBar->searchEdit(SearchEdit::boxCount - 1), m_view);
 
     m_reportBox = new ReportBox(content);
     m_reportBox->hide();
@@ -239,6 +242,11 @@ void MainWindow::connectContent()
 
     connect(m_view, &ContactView::onRowDetail, this, &MainWindow::showContactViewDetail);
     connect(m_view, &ContactView::onRowDelete, this, &MainWindow::deleteOneContact);
+    // The trash can by keyboard. The row that a key means is easier to mistake than the one that is
+    // clicked, so this asks.
+    auto *const deleteKey = new QShortcut(QKeySequence::Delete, m_view);
+    deleteKey->setContext(Qt::WidgetShortcut);
+    connect(deleteKey, &QShortcut::activated, this, &MainWindow::askAndDeleteContact);
     connect(m_view, &ContactView::viewUpdated, this, &MainWindow::onViewUpdated);
     connect(m_contactDialog, &ContactDialog::editSaveSucceed, this,
             &MainWindow::onContactDialogEditFinished);
@@ -340,6 +348,20 @@ void MainWindow::onDeleteContact()
     setBusy(true);
     m_dataMgr.deleteContactAt(m_view->currentListRow());
     setBusy(false);
+}
+
+void MainWindow::askAndDeleteContact()
+{
+    const int row = m_view->currentListRow();
+    if (row < 0 || row >= m_dataMgr.devices().size())
+        return;
+    const QString mac = m_dataMgr.devices().at(row).info.mac;
+    if (Modal::question(this, tr("Delete"), tr("Do you want to delete the device %1?").arg(mac)) !=
+        Modal::Answer::Yes)
+        return;
+    // A telephone or another window may have changed the list meanwhile.
+    if (m_dataMgr.devices().rowOfMac(mac) == m_view->currentListRow())
+        onDeleteContact();
 }
 
 void MainWindow::onRemoveContact()

@@ -121,6 +121,7 @@ private:
     void connectContent();
     QAction *addCommand(const QString &text, const QString &statusTip);
     void setBusy(bool busy);
+    void askAndDeleteContact();
     void openHttpd();
     void closeHttpd();
     void enablePnp();

@@ -956,6 +956,14 @@
         <source>The port should between 5000 and 65535!</source>
         <translation>The port should between 5000 and 65535!</translation>
     </message>
+    <message>
+        <source>Delete</source>
+        <translation>Delete</translation>
+    </message>
+    <message>
+        <source>Do you want to delete the device %1?</source>
+        <translation>Do you want to delete the device %1?</translation>
+    </message>
 </context>
 <context>
     <name>Modal</name>

@@ -956,6 +956,14 @@
         <source>The port should between 5000 and 65535!</source>
         <translation>端口应在5000到65535之间！</translation>
     </message>
+    <message>
+        <source>Delete</source>
+        <translation>删除</translation>
+    </message>
+    <message>
+        <source>Do you want to delete the device %1?</source>
+        <translation>是否删除设备%1？</translation>
+    </message>
 </context>
 <context>
     <name>Modal</name>

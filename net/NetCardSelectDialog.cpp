@@ -36,6 +36,7 @@ NetCardSelectDialog::NetCardSelectDialog(QWidget *parent)
 
     m_scrollArea->setObjectName(QStringLiteral("netCardScrollArea"));
     m_scrollArea->setAccessibleName(windowTitle());
+    m_scrollArea->setFocusPolicy(Qt::NoFocus); // it follows the cards, which have the focus
     m_scrollArea->setGeometry(10, 30, 480, 130);
     m_scrollArea->setWidget(m_container);
 

@@ -10,6 +10,10 @@ add_dependencies(tst_singleapplication single_instance_probe)
 
 vl_test(tst_mainwindow LINK vl::app SOURCES WindowFixture.h)
 
+vl_test(tst_accessibility LINK vl::app SOURCES WindowFixture.h)
+target_compile_definitions(tst_accessibility PRIVATE VL_CATALOGUE_DIR="${VL_CATALOGUE_DIR}")
+add_dependencies(tst_accessibility catalogues)
+
 vl_test(tst_settings LINK vl::app SOURCES WindowFixture.h)
 
 vl_test(tst_provisioning LINK vl::storage SOURCES HttpPhone.h TestDevices.h)

@@ -75,7 +75,6 @@ private slots:
     void advancedRows();
     void layoutFits_data();
     void layoutFits();
-    void tabOrder();
     void styleClassesAndNames();
     void wheelPassesBy();
     void toolTip();
@@ -518,34 +517,6 @@ void TestContactDialog::layoutFits()
         QVERIFY(m_dialog->rect().contains(button->geometry()));
         QVERIFY(button->y() > area->geometry().bottom());
     }
-}
-
-void TestContactDialog::tabOrder()
-{
-    open(true, nullptr);
-    input<QPushButton>("showAdvanceButton")->click();
-    input<IpLine>("macIpLine")->focusPart(0);
-    QStringList walked;
-    for (int i = 0; i < 100; ++i) {
-        QWidget *focused = QApplication::focusWidget();
-        auto *part = qobject_cast<IpPart *>(focused);
-        walked.append(part ? part->parentWidget()->objectName() : focused->objectName());
-        QTest::keyClick(focused, Qt::Key_Tab);
-        if (QApplication::focusWidget() == input<IpLine>("macIpLine")->parts().first())
-            break;
-    }
-    QCOMPARE(walked.size(), 6 + 18 + 5 * 4 + 3);
-    walked.removeDuplicates();
-
-    QStringList expected;
-    const auto labels = m_dialog->findChildren<QLabel *>();
-    for (const QLabel *label : labels) {
-        if (label->buddy())
-            expected.append(label->buddy()->objectName());
-    }
-    expected.append({QStringLiteral("showAdvanceButton"), QStringLiteral("saveButton"),
-                     QStringLiteral("cancelButton")});
-    QCOMPARE(walked, expected);
 }
 
 void TestContactDialog::styleClassesAndNames()

@@ -71,7 +71,6 @@ private slots:
     void resetBringsDefaults();
     void saveIsLogged();
     void layoutFits();
-    void tabOrder();
     void styleClassesAndNames();
 
 private:
@@ -501,31 +500,6 @@ void TestContactsDialog::layoutFits()
         QVERIFY(m_dialog->rect().contains(button->geometry()));
         QVERIFY(button->y() > area->geometry().bottom());
     }
-}
-
-void TestContactsDialog::tabOrder()
-{
-    open();
-    QStringList walked;
-    for (int i = 0; i < 100; ++i) {
-        QWidget *focused = QApplication::focusWidget();
-        auto *part = qobject_cast<IpPart *>(focused);
-        walked.append(part ? part->parentWidget()->objectName() : focused->objectName());
-        QTest::keyClick(focused, Qt::Key_Tab);
-        if (edit("productCountLineEdit")->hasFocus())
-            break;
-    }
-    QCOMPARE(walked.size(), 21 + 6 + 2);
-    walked.removeDuplicates();
-
-    QStringList expected;
-    const auto labels = m_dialog->findChildren<QLabel *>();
-    for (const QLabel *label : labels) {
-        if (label->buddy())
-            expected.append(label->buddy()->objectName());
-    }
-    expected.append({QStringLiteral("saveButton"), QStringLiteral("cancelButton")});
-    QCOMPARE(walked, expected);
 }
 
 void TestContactsDialog::styleClassesAndNames()

@@ -24,7 +24,6 @@ private slots:
     void requests();
     void pathIsKept();
     void clearListSaysWhatItDoes();
-    void tabOrder();
 
 private:
     QPushButton *button(const char *name) const
@@ -138,21 +137,6 @@ void TestPathPages::clearListSaysWhatItDoes()
     QCOMPARE(box->accessibleDescription(), hint->text());
     QCOMPARE(box->toolTip(), QStringLiteral("When checked, the devices of the file are added to "
                                             "the present list; when unchecked, they replace it."));
-}
-
-void TestPathPages::tabOrder()
-{
-    m_import->slideIn();
-    QStringList walked;
-    for (int i = 0; i < 5; ++i) {
-        walked.append(QApplication::focusWidget()->objectName());
-        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
-    }
-    QCOMPARE(
-        walked,
-        QStringList({QStringLiteral("importPathLineEdit"), QStringLiteral("importSelectButton"),
-                     QStringLiteral("clearListCheckBox"), QStringLiteral("importBeginButton"),
-                     QStringLiteral("importCancelButton")}));
 }
 
 QTEST_MAIN(TestPathPages)

@@ -49,6 +49,20 @@ void SearchEdit::onSearchEditChanged(const QString &text)
         emit searchTextChanged(m_index, text);
 }
 
+bool SearchEdit::event(QEvent *event)
+{
+    const bool handled = QLineEdit::event(event);
+    // On some desktops Ctrl+D and Ctrl+E edit a line, and a line edit keeps them from the buttons
+    // over the list, where they delete all and export.
+    if (event->type() == QEvent::ShortcutOverride) {
+        const auto &press = *static_cast<const QKeyEvent *>(event);
+        if (press.modifiers() == Qt::ControlModifier &&
+            (press.key() == Qt::Key_D || press.key() == Qt::Key_E))
+            event->ignore();
+    }
+    return handled;
+}
+
 void SearchEdit::keyPressEvent(QKeyEvent *event)
 {
     if (event->key() == Qt::Key_Escape && !text().isEmpty()) {

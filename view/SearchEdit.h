@@ -30,6 +30,8 @@ public slots:
     void onSearchEditChanged(const QString &text);
 
 protected:
+    /// Leaves the keys of the list's commands to these.
+    bool event(QEvent *event) override;
     /// Escape empties the box.
     void keyPressEvent(QKeyEvent *event) override;
     /// An empty box shows a magnifier where a filled one has its clear button.

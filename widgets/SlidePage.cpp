@@ -41,7 +41,7 @@ void SlidePage::slideIn()
     QWidget *const focused = window()->focusWidget();
     if (focused && !isAncestorOf(focused))
         m_focusBefore = focused;
-    if (QWidget *const input = firstInput())
+    if (QWidget *const input = nextInput(this, true))
         input->setFocus(Qt::OtherFocusReason);
     slideTo(1);
 }
@@ -90,14 +90,25 @@ void SlidePage::place()
     setGeometry(0, y, room.width(), height);
 }
 
-QWidget *SlidePage::firstInput() const
+QWidget *SlidePage::nextInput(QWidget *from, bool forward) const
 {
-    for (QWidget *next = nextInFocusChain(); next != this; next = next->nextInFocusChain()) {
+    const auto step = [forward](const QWidget *widget) {
+        return forward ? widget->nextInFocusChain() : widget->previousInFocusChain();
+    };
+    for (QWidget *next = step(from); next != from; next = step(next)) {
         if (isAncestorOf(next) && next->isVisibleTo(this) && next->isEnabledTo(this) &&
             (next->focusPolicy() & Qt::TabFocus) == Qt::TabFocus)
             return next;
     }
     return nullptr;
+}
+
+bool SlidePage::focusNextPrevChild(bool next)
+{
+    QWidget *const input = focusWidget() ? nextInput(focusWidget(), next) : nullptr;
+    if (input)
+        input->setFocus(next ? Qt::TabFocusReason : Qt::BacktabFocusReason);
+    return input;
 }
 
 void SlidePage::giveFocusBack()

@@ -38,12 +38,15 @@ protected:
     bool event(QEvent *event) override;
     /// Escape slides the page out.
     void keyPressEvent(QKeyEvent *event) override;
+    /// Tab stays on the page: what lies under it would have the focus unseen.
+    bool focusNextPrevChild(bool next) override;
 
 private:
     void place();
     void slideTo(qreal part);
     void endSlide();
-    QWidget *firstInput() const;
+    /// The input after `from`, or before it, on this page; from the last on to the first.
+    QWidget *nextInput(QWidget *from, bool forward) const;
     void giveFocusBack();
 
     const Edge m_edge;

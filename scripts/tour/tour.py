@@ -429,6 +429,11 @@ class Tour:
         check_soon(lambda: "Reception" in self.cells(), '"cept" finds "Reception"')
         keys("ctrl+a", "BackSpace")
         check_soon(lambda: "Reception" in self.cells(), "an empty box shows every device")
+        # To a line edit of this desktop the key means the end of the line.
+        keys("ctrl+e")
+        check_soon(lambda: self.screen.sees("text", "Export to"),
+                   "Ctrl+E exports from a search box as well")
+        keys("Escape")
 
     def user_guide(self):
         say("-- the user guide, by keyboard")

@@ -1,0 +1,453 @@
+// Whether the windows can be used by keyboard and by ear, in both languages: each is opened as a
+// user opens it and looked at through what Qt tells a screen reader, and with the Tab key.
+#include "app/ReportBox.h"
+#include "net/NetCardSelectDialog.h"
+#include "tests/WindowFixture.h"
+#include "view/ContactModel.h"
+#include "view/ContactView.h"
+#include "widgets/UserGuide.h"
+
+#include <QAccessible>
+#include <QAction>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMenuBar>
+#include <QRegularExpression>
+#include <QScrollArea>
+
+namespace {
+
+using Widgets = QList<QWidget *>;
+
+QString nameOf(const QWidget *widget)
+{
+    QAccessibleInterface *const told =
+        QAccessible::queryAccessibleInterface(const_cast<QWidget *>(widget));
+    const auto labels = told->relations(QAccessible::Label);
+    return labels.isEmpty() ? told->text(QAccessible::Name)
+                            : labels.first().first->text(QAccessible::Name);
+}
+
+/// For the message of a failed check, which is made of one that succeeds as well.
+QByteArray describe(const QWidget *widget)
+{
+    if (!widget)
+        return {};
+    return QByteArray(widget->metaObject()->className()) + " \"" + widget->objectName().toUtf8() +
+           '"';
+}
+
+QByteArray describe(const Widgets &widgets)
+{
+    QByteArray text;
+    for (const QWidget *const widget : widgets)
+        text += "\n  " + describe(widget);
+    return text;
+}
+
+/// The enabled widgets on screen that the keyboard can reach, in no order.
+Widgets stops(const QWidget &window)
+{
+    Widgets found;
+    const auto widgets = window.findChildren<QWidget *>();
+    for (QWidget *const widget : widgets) {
+        if (widget->isVisibleTo(&window) && widget->isEnabled() &&
+            (widget->focusPolicy() & Qt::TabFocus) && !widget->focusProxy() &&
+            widget->window() == window.window())
+            found.append(widget);
+    }
+    return found;
+}
+
+/// What stands for a widget in the layout of its window: the area that it scrolls in, or itself.
+QWidget *representative(const QWidget &window, QWidget *widget)
+{
+    QWidget *outermost = widget;
+    for (QWidget *above = widget; above != &window; above = above->parentWidget()) {
+        if (qobject_cast<QScrollArea *>(above))
+            outermost = above;
+    }
+    return outermost;
+}
+
+/// Top to bottom, and left to right within a line: what begins above another's middle and reaches
+/// below it is on one line with it. What scrolls is read to its end before what follows it.
+Widgets inReadingOrder(const QWidget &window, const Widgets &widgets)
+{
+    QHash<QWidget *, Widgets> within;
+    for (QWidget *const widget : widgets)
+        within[representative(window, widget)].append(widget);
+    Widgets outer = within.keys();
+
+    const auto place = [&window](const QWidget *widget) {
+        return QRect(widget->mapTo(&window, QPoint()), widget->size());
+    };
+    std::sort(outer.begin(), outer.end(), [&](const QWidget *a, const QWidget *b) {
+        return place(a).center().y() < place(b).center().y();
+    });
+    for (auto line = outer.begin(); line != outer.end();) {
+        const auto end = std::find_if(line, outer.end(), [&](const QWidget *widget) {
+            return place(widget).center().y() > place(*line).bottom();
+        });
+        std::sort(line, end, [&](const QWidget *a, const QWidget *b) {
+            return place(a).left() < place(b).left();
+        });
+        line = end;
+    }
+
+    Widgets ordered;
+    for (QWidget *const one : qAsConst(outer)) {
+        const auto *const area = qobject_cast<const QScrollArea *>(one);
+        ordered += area ? inReadingOrder(*area->widget(), within.value(one)) : Widgets{one};
+    }
+    return ordered;
+}
+
+/// Where one key leads, from `first` on until it comes back there.
+Widgets walk(QWidget *first, Qt::Key key)
+{
+    constexpr int tooMany = 100;
+    Widgets walked;
+    first->setFocus(Qt::TabFocusReason);
+    for (QWidget *at = first; at && walked.size() < tooMany; at = QApplication::focusWidget()) {
+        if (at == first && !walked.isEmpty())
+            break;
+        walked.append(at);
+        QTest::keyClick(at, key);
+    }
+    return walked;
+}
+
+/// Every text that a node and those below it tell, with the tool tips.
+void collectTexts(QAccessibleInterface *node, QStringList &texts)
+{
+    if (!node || node->state().invisible)
+        return;
+    for (const auto kind : {QAccessible::Name, QAccessible::Description, QAccessible::Help})
+        texts.append(node->text(kind));
+    if (const auto *const widget = qobject_cast<const QWidget *>(node->object()))
+        texts << widget->toolTip() << widget->statusTip() << widget->windowTitle();
+    if (const auto *const edit = qobject_cast<const QLineEdit *>(node->object()))
+        texts.append(edit->placeholderText());
+    if (const auto *const box = qobject_cast<const QComboBox *>(node->object())) {
+        for (int i = 0; i < box->count(); ++i)
+            texts.append(box->itemText(i));
+    }
+    for (int i = 0; i < node->childCount(); ++i)
+        collectTexts(node->child(i), texts);
+}
+
+} // namespace
+
+class TestAccessibility;
+using Opener = QWidget *(TestAccessibility::*)();
+Q_DECLARE_METATYPE(Opener)
+
+class TestAccessibility : public QObject, WindowFixture
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase() { registerContactTypes(); }
+    void init() { setUpFolder(); }
+    void cleanup();
+
+    void everyStopHasANameOfItsOwn_data() { windows(); }
+    void everyStopHasANameOfItsOwn();
+    void tabGoesAsOneReads_data() { windows(); }
+    void tabGoesAsOneReads();
+    void everyButtonCanBeReached_data() { windows(); }
+    void everyButtonCanBeReached();
+    void aChineseScreenIsChinese_data() { windows(); }
+    void aChineseScreenIsChinese();
+    void aCellTellsItsColumnAndItsText();
+    void menusAndMnemonics_data();
+    void menusAndMnemonics();
+    void theKeyDeleteAsksFirst();
+
+private:
+    static void windows();
+    QWidget *open(const QString &language = QStringLiteral("en"));
+
+    QWidget *list();
+    QWidget *emptyList();
+    QWidget *report();
+    QWidget *importPage();
+    QWidget *exportPage();
+    QWidget *newDevice();
+    QWidget *newDeviceInFull();
+    QWidget *newDevices();
+    QWidget *cardChoice();
+    QWidget *portDialog();
+    QWidget *userGuide();
+
+    std::unique_ptr<QWidget> m_alone; ///< a window that has no place in the main window yet
+};
+
+void TestAccessibility::cleanup()
+{
+    m_alone.reset();
+    tearDown();
+}
+
+void TestAccessibility::windows()
+{
+    QTest::addColumn<Opener>("opener");
+    QTest::newRow("list") << &TestAccessibility::list;
+    QTest::newRow("empty list") << &TestAccessibility::emptyList;
+    QTest::newRow("report") << &TestAccessibility::report;
+    QTest::newRow("import page") << &TestAccessibility::importPage;
+    QTest::newRow("export page") << &TestAccessibility::exportPage;
+    QTest::newRow("new device") << &TestAccessibility::newDevice;
+    QTest::newRow("new device in full") << &TestAccessibility::newDeviceInFull;
+    QTest::newRow("new devices") << &TestAccessibility::newDevices;
+    QTest::newRow("card choice") << &TestAccessibility::cardChoice;
+    QTest::newRow("port dialog") << &TestAccessibility::portDialog;
+    QTest::newRow("user guide") << &TestAccessibility::userGuide;
+}
+
+/// The window of this data row, in front and with the keyboard.
+QWidget *TestAccessibility::open(const QString &language)
+{
+    writeFile(m_folder->filePath(QStringLiteral("language/config.xml")),
+              "<root><Language>" + language.toUtf8() + "</Language></root>");
+    const QDir catalogues(QStringLiteral(VL_CATALOGUE_DIR));
+    const QStringList files = catalogues.entryList({QStringLiteral("*.qm")});
+    for (const QString &file : files)
+        QFile::link(catalogues.filePath(file),
+                    m_folder->filePath(QStringLiteral("language/") + file));
+    openWindow();
+    const QFETCH(Opener, opener);
+    QWidget *const opened = (this->*opener)();
+    [opened] {
+        QVERIFY(opened);
+        opened->activateWindow();
+        QTRY_COMPARE(QApplication::activeWindow(), opened->window());
+    }();
+    return opened;
+}
+
+QWidget *TestAccessibility::list()
+{
+    for (const char *const mac : {"02:00:A7:00:00:01", "02:00:A7:00:00:02"}) {
+        ContactInfo contact;
+        contact.mac = QLatin1String(mac);
+        contact.product = QStringLiteral("KTP16XX");
+        m_window->onContactDialogAddFinished(contact);
+    }
+    return m_window.get();
+}
+
+QWidget *TestAccessibility::emptyList()
+{
+    return m_window.get();
+}
+
+QWidget *TestAccessibility::report()
+{
+    m_window->findChild<ReportBox *>()->show();
+    return list();
+}
+
+QWidget *TestAccessibility::importPage()
+{
+    m_window->localImport();
+    return m_window->findChild<QWidget *>(QStringLiteral("importPage"));
+}
+
+QWidget *TestAccessibility::exportPage()
+{
+    m_window->localExport();
+    return m_window->findChild<QWidget *>(QStringLiteral("exportPage"));
+}
+
+QWidget *TestAccessibility::newDevice()
+{
+    m_window->constructNewFile();
+    return QApplication::activeModalWidget();
+}
+
+QWidget *TestAccessibility::newDeviceInFull()
+{
+    QWidget *const dialog = newDevice();
+    dialog->findChild<QPushButton *>(QStringLiteral("showAdvanceButton"))->click();
+    return dialog;
+}
+
+QWidget *TestAccessibility::newDevices()
+{
+    m_window->constructNewFiles();
+    return QApplication::activeModalWidget();
+}
+
+QWidget *TestAccessibility::cardChoice()
+{
+    auto chooser = std::make_unique<NetCardSelectDialog>();
+    chooser->setNetCards({{QStringLiteral("eth0"), true, {QStringLiteral("192.0.2.1")}},
+                          {QStringLiteral("eth1"), true, {}}});
+    chooser->show();
+    m_alone = std::move(chooser);
+    return m_alone.get();
+}
+
+QWidget *TestAccessibility::portDialog()
+{
+    m_window->configHttpdPortOption();
+    auto *const dialog = m_window->findChild<QWidget *>(QStringLiteral("portDialog"));
+    return dialog;
+}
+
+QWidget *TestAccessibility::userGuide()
+{
+    m_window->showUserGuide();
+    const auto all = QApplication::topLevelWidgets();
+    for (QWidget *const widget : all) {
+        if (qobject_cast<UserGuide *>(widget))
+            return widget;
+    }
+    return nullptr;
+}
+
+void TestAccessibility::everyStopHasANameOfItsOwn()
+{
+    const QWidget *const window = open();
+    QHash<QString, const QWidget *> named;
+    const Widgets all = stops(*window);
+    QVERIFY(!all.isEmpty());
+    for (const QWidget *const stop : all) {
+        const QString name = nameOf(stop);
+        QVERIFY2(!name.isEmpty(), describe(stop));
+        QVERIFY2(!named.contains(name),
+                 describe(stop) + " is called as " + describe(named.value(name)));
+        named.insert(name, stop);
+    }
+    const auto labels = window->findChildren<QLabel *>();
+    for (const QLabel *const label : labels) {
+        if (label->buddy() && label->isVisibleTo(window) && !label->text().isEmpty())
+            QCOMPARE(nameOf(label->buddy()), label->text());
+    }
+}
+
+void TestAccessibility::tabGoesAsOneReads()
+{
+    const QWidget *const window = open();
+    const Widgets expected = inReadingOrder(*window, stops(*window));
+    const Widgets walked = walk(expected.first(), Qt::Key_Tab);
+    QVERIFY2(walked == expected,
+             "walked:" + describe(walked) + "\nas one reads:" + describe(expected));
+    Widgets back = walk(expected.first(), Qt::Key_Backtab);
+    std::reverse(back.begin() + 1, back.end());
+    QVERIFY2(back == expected, "walked back:" + describe(back));
+}
+
+void TestAccessibility::everyButtonCanBeReached()
+{
+    const QWidget *const window = open();
+    const auto buttons = window->findChildren<QAbstractButton *>();
+    for (const QAbstractButton *const button : buttons) {
+        // What clears a line is a help for the mouse; the keyboard has Escape.
+        if (!button->isVisibleTo(window) || qobject_cast<QLineEdit *>(button->parent()))
+            continue;
+        QVERIFY2(button->focusPolicy() & Qt::TabFocus, describe(button));
+        QVERIFY2(!nameOf(button).isEmpty(), describe(button));
+    }
+}
+
+void TestAccessibility::aChineseScreenIsChinese()
+{
+    QWidget *const window = open(QStringLiteral("zh"));
+    QStringList texts;
+    collectTexts(QAccessible::queryAccessibleInterface(window), texts);
+    const auto actions = window->findChildren<QAction *>();
+    for (const QAction *const action : actions)
+        texts << action->text() << action->statusTip();
+    QVERIFY(texts.filter(QRegularExpression(QStringLiteral("[\u4e00-\u9fff]"))).size() > 2);
+    // What Chinese software leaves in Latin letters: names, standards, keys, a device's own values.
+    const QRegularExpression latinTerms(
+        QStringLiteral("\\b(HTTPD?|PNP|SIP|MAC|DNS|CSV|KT[PV]\\w+|PCM[UA]|GSM|Keep-Alive|English|"
+                       "Velloran|Office|Excel|MIT|devices\\.csv|Ctrl|eth\\d)\\b"));
+    const QRegularExpression latinWord(QStringLiteral("[A-Za-z]{3,}"));
+    for (const QString &text : qAsConst(texts)) {
+        const QString rest = QString(text).remove(latinTerms);
+        QVERIFY2(!rest.contains(latinWord), qPrintable(text));
+    }
+}
+
+void TestAccessibility::aCellTellsItsColumnAndItsText()
+{
+    openWindow();
+    list();
+    auto *const view = m_window->findChild<ContactView *>();
+    QAccessibleTableInterface *const table =
+        QAccessible::queryAccessibleInterface(view)->tableInterface();
+    QCOMPARE(table->rowCount(), 2);
+    for (int column = 0; column < ContactModel::ColumnCount; ++column) {
+        const QString title = table->columnDescription(column);
+        QVERIFY2(!title.isEmpty(), QByteArray::number(column));
+        const QString told = table->cellAt(1, column)->text(QAccessible::Name);
+        if (column == ContactModel::Detail || column == ContactModel::Delete)
+            QCOMPARE(told, title); // a picture, told by what it does
+        else
+            QCOMPARE(told, view->model()->index(1, column).data().toString());
+    }
+}
+
+void TestAccessibility::menusAndMnemonics_data()
+{
+    QTest::addColumn<QString>("language");
+    QTest::addColumn<Opener>("opener");
+    QTest::newRow("en") << QStringLiteral("en") << &TestAccessibility::list;
+    QTest::newRow("zh") << QStringLiteral("zh") << &TestAccessibility::list;
+}
+
+void TestAccessibility::menusAndMnemonics()
+{
+    const QFETCH(QString, language);
+    open(language);
+    // The English texts are given: "&New" stands beside "&News", and both "&Options" and "&Open
+    // HTTPD" answer to O, one after the other. Chinese is free of that.
+    const auto checkUnique = [&language](const QStringList &texts) {
+        QStringList keys;
+        for (const QString &text : texts)
+            keys.append(QKeySequence::mnemonic(text).toString());
+        keys.removeAll(QString());
+        if (language == QLatin1String("zh"))
+            QCOMPARE(keys.removeDuplicates(), 0);
+    };
+    QStringList inWindow = {button("tool_httpButton")->text(), button("tool_pnpButton")->text()};
+    const auto menus = m_window->menuBar()->actions();
+    for (const QAction *const menu : menus) {
+        QVERIFY2(!QKeySequence::mnemonic(menu->text()).isEmpty(), qPrintable(menu->text()));
+        inWindow.append(menu->text());
+        QStringList inMenu;
+        const auto actions = menu->menu()->actions();
+        for (const QAction *const action : actions) {
+            QVERIFY2(action->isSeparator() || action->isEnabled(), qPrintable(action->text()));
+            inMenu.append(action->text());
+        }
+        checkUnique(inMenu);
+    }
+    checkUnique(inWindow);
+}
+
+void TestAccessibility::theKeyDeleteAsksFirst()
+{
+    openWindow();
+    list();
+    auto *const view = m_window->findChild<ContactView *>();
+    view->setFocus();
+    QTest::keyClick(view, Qt::Key_Down);
+    view->setCurrentIndex(view->model()->index(1, 0));
+    m_answers = QStringList{QStringLiteral("No"), QStringLiteral("Yes")};
+    QTest::keyClick(view, Qt::Key_Delete);
+    QCOMPARE(m_dataMgr->devices().size(), 2);
+    QTest::keyClick(view, Qt::Key_Delete);
+    QCOMPARE(m_dataMgr->devices().size(), 1);
+    QCOMPARE(m_dataMgr->devices().at(0).info.mac, QStringLiteral("02:00:A7:00:00:01"));
+    QVERIFY(m_shown.last().text.contains(QStringLiteral("02:00:A7:00:00:02")));
+}
+
+QTEST_MAIN(TestAccessibility)
+#include "tst_accessibility.moc"
