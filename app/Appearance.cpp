@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QFile>
+#include <QFont>
 #include <QPalette>
 #include <QStyle>
 #include <QStyleFactory>
@@ -47,4 +48,13 @@ void applyAppearance(QApplication &application)
     QFile sheet(QStringLiteral("./resource/style.qss"));
     if (sheet.open(QIODevice::ReadOnly | QIODevice::Text))
         application.setStyleSheet(QString::fromUtf8(sheet.readAll()));
+}
+
+void applyChineseFont()
+{
+    QFont font = QApplication::font();
+    font.setFamilies({QStringLiteral("Microsoft YaHei UI"), QStringLiteral("Noto Sans CJK SC"),
+                      QStringLiteral("Source Han Sans SC"), QStringLiteral("WenQuanYi Micro Hei"),
+                      font.family()});
+    QApplication::setFont(font);
 }

@@ -1,4 +1,5 @@
 // The window's settings: the interface language, the options and the port of the HTTP service.
+#include "app/Appearance.h"
 #include "app/AutoStart.h"
 #include "app/LanguageFile.h"
 #include "app/MainWindow.h"
@@ -58,6 +59,7 @@ void MainWindow::loadZhLang()
 {
     m_language = chinese;
     installTranslators({QStringLiteral("qt_zh_CN.qm"), QStringLiteral("zh.qm")});
+    applyChineseFont();
 }
 
 void MainWindow::loadEnLang()
