@@ -1,6 +1,7 @@
 #include "dialogs/ContactForm.h"
 
 #include "dialogs/IpLine.h"
+#include "model/ContactFields.h"
 #include "model/ValueTables.h"
 
 #include <QComboBox>
@@ -187,7 +188,8 @@ void ContactForm::store(ContactInfo &info) const
         if (const auto *line = qobject_cast<IpLine *>(row.input)) {
             value = line->value();
         } else if (const auto *edit = qobject_cast<QLineEdit *>(row.input)) {
-            value = edit->text();
+            // What was pasted may bring the line end of a spreadsheet's cell.
+            value = edit->isModified() ? inOneLine(edit->text()) : edit->text();
         } else if (const auto *box = qobject_cast<QComboBox *>(row.input)) {
             // A position behind the table is the record's own unknown code, which stays.
             if (row.kind == ContactInput::Language)

@@ -10,7 +10,7 @@ bool writeDeviceCsv(const QString &codecName, const QString &filePath,
                     const QList<ContactInfo> &devices, const QString &header, const QString &rowEnd)
 {
     QTextCodec *const codec = QTextCodec::codecForName(codecName.toUtf8());
-    if (!codec || filePath.isEmpty())
+    if (!codec || !codec->canEncode(header) || filePath.isEmpty())
         return false;
     QFile file(filePath + QLatin1String(".csv"));
     if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate))

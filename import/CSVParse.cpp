@@ -240,10 +240,10 @@ bool CSVParse::copyText(const QString &from, const QString &to) const
     const bool endsInReturns = !contains(from, '\n');
     QFile source(from);
     QFile target(to);
-    const QIODevice::OpenMode textMode = endsInReturns ? QIODevice::NotOpen : QIODevice::Text;
     // Written with LF alone on every system: the reader takes bytes as they are, and a CR would
-    // stand between the last field's closing quote and its end.
-    if (!source.open(QIODevice::ReadOnly | textMode) || !openPrivate(target, QIODevice::WriteOnly))
+    // stand between the last field's closing quote and its end. Not read in Qt's text mode, which
+    // leaves the CR of a pair that the end of the buffer parts.
+    if (!source.open(QIODevice::ReadOnly) || !openPrivate(target, QIODevice::WriteOnly))
         return false;
     bool first = true;
     unsigned pieces = 0;
@@ -251,8 +251,13 @@ bool CSVParse::copyText(const QString &from, const QString &to) const
     qint64 length = 0;
     while ((length = source.readLine(buffer.data(), lineBufferSize)) > 0) {
         char *start = buffer.data();
-        if (endsInReturns)
+        if (endsInReturns) {
             std::replace(start, start + length, '\r', '\n');
+        } else if (length > 1 && start[length - 1] == '\r') {
+            source.ungetChar(start[--length]);
+        } else if (length > 1 && start[length - 1] == '\n' && start[length - 2] == '\r') {
+            start[--length - 1] = '\n';
+        }
         if (first && length >= qint64(byteOrderMark.size()) &&
             std::equal(byteOrderMark.begin(), byteOrderMark.end(), start)) {
             start += byteOrderMark.size();

@@ -132,3 +132,25 @@ QString chineseCsvHeader()
         "Keep-Alive,IP,子网,网关IP,DNS服务器1,DNS服务器2,通讯录路径,拨号规则,城市,公司,部门,"
         "代理服务器");
 }
+
+QString inOneLine(const QString &text)
+{
+    const auto isBreak = [](QChar character) {
+        return character == QLatin1Char('\r') || character == QLatin1Char('\n');
+    };
+    if (std::none_of(text.begin(), text.end(), isBreak))
+        return text;
+    QString line;
+    bool broken = false;
+    for (const QChar character : text) {
+        if (isBreak(character)) {
+            broken = !line.isEmpty();
+            continue;
+        }
+        if (broken)
+            line += QLatin1Char(' ');
+        broken = false;
+        line += character;
+    }
+    return line;
+}

@@ -29,3 +29,7 @@ const std::array<ContactField, contactFieldCount> &contactCsvFields();
 /// The title row of a device list file, without a line end, in English and in Chinese.
 QString englishCsvHeader();
 QString chineseCsvHeader();
+
+/// The text with one blank for each run of line breaks inside it and none at its ends. A device
+/// list in a file is read line by line, and no quoting brings a break back.
+QString inOneLine(const QString &text);

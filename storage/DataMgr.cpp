@@ -71,7 +71,8 @@ bool DataMgr::openDatabase()
 
 bool DataMgr::keepUnsavedList()
 {
-    if (m_closed || m_saver.isSaved() || m_saver.save(ListSaver::Ask::Never))
+    // The table holds the whole list from before; half of the next one is not worth more.
+    if (m_closed || m_halfMade || m_saver.isSaved() || m_saver.save(ListSaver::Ask::Never))
         return true;
     const QString reason = m_saver.lastErrorText();
     if (m_saver.backUp(m_devices.snapshot().contacts(), ListSaver::Ask::Never)) {
@@ -120,6 +121,7 @@ void DataMgr::insertContactNode(const ContactInfo &contact)
 
 void DataMgr::addContacts(const QList<ContactInfo> &contacts)
 {
+    m_halfMade = m_halfMade || m_saver.isSaved();
     Replace replace = Replace::AskOne;
     for (int i = 0; i < contacts.size(); ++i) {
         if (i % devicesBetweenBreaths == 0)
@@ -132,6 +134,7 @@ void DataMgr::addContacts(const QList<ContactInfo> &contacts)
         if (m_closed)
             return; // the program was ended in the middle of a question
     }
+    m_halfMade = false;
     saveAndAnnounce();
 }
 
@@ -298,7 +301,8 @@ bool DataMgr::exportDevices(int type, const QString &codecName, const QString &f
 bool DataMgr::importFile(const QString &path)
 {
     const std::unique_ptr<ParseBase> parser = createParser();
-    return parser->import(path, parser->encodingOf(path));
+    const QScopedValueRollback<bool> halfMade(m_halfMade, m_saver.isSaved());
+    return parser->import(path, parser->encodingOf(path)) && !m_closed;
 }
 
 std::unique_ptr<ParseBase> DataMgr::createParser()
@@ -318,16 +322,16 @@ bool DataMgr::clearOld()
     const bool usable = m_saver.isUsable();
     if (!usable && (!m_saver.putAside() || m_closed))
         return false; // the clean-up would remove what may be all that is left of a list
-    m_devices.clear();
-    bool ready = true;
     if (usable) {
         removeProvisioningFiles();
     } else {
         cleanUp();
-        ready = m_saver.open();
+        if (!m_saver.open())
+            return false;
     }
+    m_devices.clear();
     emit updateModel();
-    return ready;
+    return true;
 }
 
 void DataMgr::cleanUp()

@@ -155,6 +155,8 @@ private:
     bool m_failureTold = false; ///< the last save failed, and the user knows
     bool m_busy = false;
     bool m_breathing = false;
+    /// A list is being added to, or imported in place of, one that the table holds whole.
+    bool m_halfMade = false;
     QElapsedTimer m_sinceBreath;
     bool m_importFlag = false;
     bool m_closed = false;

@@ -25,8 +25,7 @@ bool isBackup(const QString &fileName)
 QString quotedWhereNeeded(const QString &field)
 {
     const bool needsQuotes = std::any_of(field.begin(), field.end(), [](QChar character) {
-        return character == QLatin1Char(',') || character == QLatin1Char('"') ||
-               character == QLatin1Char('\r') || character == QLatin1Char('\n');
+        return character == QLatin1Char(',') || character == QLatin1Char('"');
     });
     if (!needsQuotes)
         return field;
@@ -68,7 +67,7 @@ QByteArray DeviceBackup::csv(const QList<ContactInfo> &devices)
     for (const ContactInfo &device : devices) {
         QStringList fields;
         for (const ContactField &field : contactCsvFields())
-            fields.append(quotedWhereNeeded(device.*field.member));
+            fields.append(quotedWhereNeeded(inOneLine(device.*field.member)));
         text += fields.join(QLatin1Char(',')) + lineEnd;
     }
     return text.toUtf8();

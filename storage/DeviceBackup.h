@@ -25,7 +25,8 @@ public:
     QString lastPath() const { return m_lastPath; }
 
     /// The contents of a backup: the English title row and a row a device. Unlike an export, a
-    /// field that holds a comma, a quote or a line break is quoted, so that nothing is lost.
+    /// field that holds a comma or a quote is quoted, so that it comes back; of line breaks, which
+    /// the import cannot read, a blank is left.
     static QByteArray csv(const QList<ContactInfo> &devices);
 
 private:

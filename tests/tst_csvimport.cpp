@@ -186,10 +186,12 @@ private slots:
     void duplicatesOfAnImport_data();
     void duplicatesOfAnImport();
     void oldRowsStayUntilTheSave();
+    void endInTheMiddleKeepsTheOldRows();
     void refusedBackupStopsTheImport();
     void damagedStoreIsPutAside();
     void damagedStoreThatCannotBePutAside_data();
     void damagedStoreThatCannotBePutAside();
+    void storeThatCannotBeReplacedLeavesTheList();
 
 private:
     QString path(const char *name) const { return m_folder->filePath(QLatin1String(name)); }
@@ -411,7 +413,8 @@ void TestCsvImport::lineEndsAtTheBufferEdge()
     for (int length = 2030; length < 2060; ++length) {
         const QByteArray field(length, 'x');
         RecordingTarget target;
-        QVERIFY(import(target, writeFile("Random Port,MAC\r\n1," + field + "\r\n2,second\r\n")));
+        QVERIFY(
+            import(target, writeFile("Random Port,MAC\r\n1,\"" + field + "\"\r\n2,second\r\n")));
         QCOMPARE(target.added.size(), 2);
         QCOMPARE(target.added.first().mac, QString::fromLatin1(field));
         QCOMPARE(target.added.last().mac, QStringLiteral("second"));
@@ -594,6 +597,7 @@ void TestCsvImport::backupComesBack()
     devices[1].proxy_server = QStringLiteral("\"\",");
     devices[2].password = QStringLiteral("a\",b");
     devices[3].mac = QStringLiteral(",\"");
+    devices[3].company = QStringLiteral("\r\nAcme\n\r\nLtd\r\n");
     run.mgr.addContacts(devices);
     QVERIFY(run.mgr.deleteAllContacts());
     const QStringList names = backups("devices-*.csv");
@@ -601,6 +605,7 @@ void TestCsvImport::backupComesBack()
     QVERIFY(run.mgr.importFile(path("backup/") + names.first()));
     const QList<ContactInfo> restored = run.contacts();
     QCOMPARE(restored.size(), devices.size());
+    devices[3].company = QStringLiteral("Acme Ltd");
     for (int row = 0; row < devices.size(); ++row) {
         for (const ContactField &field : contactFields())
             QCOMPARE(restored.at(row).*field.member, devices.at(row).*field.member);
@@ -809,6 +814,24 @@ void TestCsvImport::oldRowsStayUntilTheSave()
     QCOMPARE(RawDatabase(databasePath()).difference(stampedDevices(texts({"c"}))), QString());
 }
 
+/// The session may end while the user thinks about a question.
+void TestCsvImport::endInTheMiddleKeepsTheOldRows()
+{
+    Run run(m_folder->path());
+    QVERIFY(run.mgr.openDatabase());
+    const QList<ContactInfo> oldDevices = stampedDevices(texts({"a", "b", "c"}));
+    run.mgr.addContacts(oldDevices);
+    m_user->answers = QStringList{yes};
+    m_user->meanwhile = [&] {
+        QVERIFY(run.mgr.keepUnsavedList());
+        run.mgr.close();
+    };
+    run.mgr.setImportFlag(true);
+    QVERIFY(!run.mgr.importFile(writeFile("MAC,Random Port\nd,1\nd,2\ne,3\n")));
+    QCOMPARE(m_user->titles, QStringList{QStringLiteral("Replace action")});
+    QCOMPARE(RawDatabase(databasePath()).difference(oldDevices), QString());
+}
+
 void TestCsvImport::refusedBackupStopsTheImport()
 {
     blockBackups();
@@ -874,6 +897,19 @@ void TestCsvImport::damagedStoreThatCannotBePutAside()
         QCOMPARE(RawDatabase(databasePath()).rows().size(), 1);
     else
         QCOMPARE(fileContent(databasePath()), damaged);
+}
+
+void TestCsvImport::storeThatCannotBeReplacedLeavesTheList()
+{
+    blockBackups();
+    QVERIFY(QDir(m_folder->path()).mkpath(QStringLiteral("phonebook.db/something")));
+    Run run(m_folder->path());
+    QVERIFY(!run.mgr.openDatabase());
+    m_user->answers = QStringList{yes};
+    run.mgr.addContacts(stampedDevices(texts({"a"})));
+    run.mgr.setImportFlag(true);
+    QVERIFY(!run.mgr.importFile(writeFile("MAC,Random Port\nc,1\n")));
+    QVERIFY(run.contacts() == numbered(stampedDevices(texts({"a"}))));
 }
 
 QTEST_MAIN(TestCsvImport)

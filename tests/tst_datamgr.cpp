@@ -430,7 +430,7 @@ void TestDataMgr::deleteAllKeepsABackup()
     const QByteArray content = backup(name);
     QCOMPARE(content, backupTitles + stampedLine("a") +
                           "02:00:A7:A1:B2:C3,,,,,,,,, 北京 📞 ,,,,,,,,,,,"
-                          "\"one\r\ntwo\nthree\",\"Smith, Jones\",\"the \"\"best\"\"\",\r\n");
+                          "one two three,\"Smith, Jones\",\"the \"\"best\"\"\",\r\n");
     QCOMPARE(filePermissions(at(QStringLiteral("backup/")) + name),
              QFile::ReadOwner | QFile::WriteOwner);
     QCOMPARE(filePermissions(at(QStringLiteral("backup"))),
