@@ -1005,6 +1005,10 @@
         <source>Select avaliable NIC</source>
         <translation>Select avaliable NIC</translation>
     </message>
+    <message>
+        <source>No network card was found.</source>
+        <translation>No network card was found.</translation>
+    </message>
 </context>
 <context>
     <name>PathPage</name>
@@ -1048,6 +1052,41 @@
     <message>
         <source>Search %1</source>
         <translation>Search %1</translation>
+    </message>
+</context>
+<context>
+    <name>SqliteDatabase</name>
+    <message>
+        <source>the database is in use by another program</source>
+        <translation>the database is in use by another program</translation>
+    </message>
+    <message>
+        <source>the database is read-only</source>
+        <translation>the database is read-only</translation>
+    </message>
+    <message>
+        <source>reading or writing the disk failed</source>
+        <translation>reading or writing the disk failed</translation>
+    </message>
+    <message>
+        <source>the database is damaged</source>
+        <translation>the database is damaged</translation>
+    </message>
+    <message>
+        <source>the disk is full</source>
+        <translation>the disk is full</translation>
+    </message>
+    <message>
+        <source>the database can not be opened</source>
+        <translation>the database can not be opened</translation>
+    </message>
+    <message>
+        <source>the file is not a database</source>
+        <translation>the file is not a database</translation>
+    </message>
+    <message>
+        <source>the database is not open</source>
+        <translation>the database is not open</translation>
     </message>
 </context>
 <context>

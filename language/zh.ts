@@ -1005,6 +1005,10 @@
         <source>Select avaliable NIC</source>
         <translation>选择可用网卡</translation>
     </message>
+    <message>
+        <source>No network card was found.</source>
+        <translation>未找到网卡。</translation>
+    </message>
 </context>
 <context>
     <name>PathPage</name>
@@ -1048,6 +1052,41 @@
     <message>
         <source>Search %1</source>
         <translation>搜索%1</translation>
+    </message>
+</context>
+<context>
+    <name>SqliteDatabase</name>
+    <message>
+        <source>the database is in use by another program</source>
+        <translation>数据库正被其他程序使用</translation>
+    </message>
+    <message>
+        <source>the database is read-only</source>
+        <translation>数据库为只读</translation>
+    </message>
+    <message>
+        <source>reading or writing the disk failed</source>
+        <translation>磁盘读写失败</translation>
+    </message>
+    <message>
+        <source>the database is damaged</source>
+        <translation>数据库已损坏</translation>
+    </message>
+    <message>
+        <source>the disk is full</source>
+        <translation>磁盘已满</translation>
+    </message>
+    <message>
+        <source>the database can not be opened</source>
+        <translation>无法打开数据库</translation>
+    </message>
+    <message>
+        <source>the file is not a database</source>
+        <translation>该文件不是数据库文件</translation>
+    </message>
+    <message>
+        <source>the database is not open</source>
+        <translation>数据库未打开</translation>
     </message>
 </context>
 <context>

@@ -4,6 +4,7 @@
 #include "widgets/Modal.h"
 #include "widgets/ScrollArea.h"
 
+#include <QLabel>
 #include <QPushButton>
 #include <QVBoxLayout>
 
@@ -18,6 +19,7 @@ NetCardSelectDialog::NetCardSelectDialog(QWidget *parent)
     , m_scrollArea(new ScrollArea(this))
     , m_container(new QWidget)
     , m_layout(new QVBoxLayout(m_container))
+    , m_emptyLabel(new QLabel(tr("No network card was found."), this))
     , m_okButton(new QPushButton(tr("OK"), this))
     , m_cancelButton(new QPushButton(tr("Cancel"), this))
 {
@@ -39,6 +41,10 @@ NetCardSelectDialog::NetCardSelectDialog(QWidget *parent)
     m_scrollArea->setFocusPolicy(Qt::NoFocus); // it follows the cards, which have the focus
     m_scrollArea->setGeometry(10, 30, 480, 130);
     m_scrollArea->setWidget(m_container);
+
+    m_emptyLabel->setObjectName(QStringLiteral("netCardEmptyLabel"));
+    m_emptyLabel->setAlignment(Qt::AlignCenter);
+    m_emptyLabel->setGeometry(m_scrollArea->geometry());
 
     m_okButton->setObjectName(QStringLiteral("netCardOkButton"));
     m_okButton->setGeometry(140, 170, 110, 30);
@@ -67,6 +73,7 @@ void NetCardSelectDialog::setNetCards(const QList<NetCardInfo> &cards)
         m_layout->addWidget(item);
     }
     m_container->setFixedHeight(rowHeight * m_count);
+    m_emptyLabel->setVisible(m_count == 0);
 }
 
 QStringList NetCardSelectDialog::selectedIpList() const

@@ -6,6 +6,7 @@
 #include <QList>
 
 class NetCardItem;
+class QLabel;
 class QPushButton;
 class QScrollArea;
 class QVBoxLayout;
@@ -34,6 +35,7 @@ private:
     QScrollArea *m_scrollArea;
     QWidget *m_container;
     QVBoxLayout *m_layout;
+    QLabel *m_emptyLabel;
     QPushButton *m_okButton;
     QPushButton *m_cancelButton;
     QList<NetCardItem *> m_items;

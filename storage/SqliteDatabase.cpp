@@ -11,6 +11,7 @@
 #include <QThread>
 
 #include <algorithm>
+#include <array>
 
 namespace {
 
@@ -53,9 +54,33 @@ const QString selectAll = QStringLiteral(
     "FROM contact1");
 } // namespace Sql
 
+struct KnownError
+{
+    int code; ///< SQLite's primary result code
+    const char *text;
+};
+
+/// What a user can do something about. SQLite itself speaks English only.
+constexpr std::array<KnownError, 8> knownErrors = {{
+    {5, QT_TRANSLATE_NOOP("SqliteDatabase", "the database is in use by another program")},
+    {6, QT_TRANSLATE_NOOP("SqliteDatabase", "the database is in use by another program")},
+    {8, QT_TRANSLATE_NOOP("SqliteDatabase", "the database is read-only")},
+    {10, QT_TRANSLATE_NOOP("SqliteDatabase", "reading or writing the disk failed")},
+    {11, QT_TRANSLATE_NOOP("SqliteDatabase", "the database is damaged")},
+    {13, QT_TRANSLATE_NOOP("SqliteDatabase", "the disk is full")},
+    {14, QT_TRANSLATE_NOOP("SqliteDatabase", "the database can not be opened")},
+    {26, QT_TRANSLATE_NOOP("SqliteDatabase", "the file is not a database")},
+}};
+
 /// What the database says of it; what Qt was about to do tells a user nothing.
 QString reason(const QSqlError &error)
 {
+    constexpr int primaryCode = 0xff; // what is above it only says more
+    const int code = error.nativeErrorCode().toInt() & primaryCode;
+    const auto known = std::find_if(knownErrors.begin(), knownErrors.end(),
+                                    [code](const KnownError &one) { return one.code == code; });
+    if (known != knownErrors.end())
+        return SqliteDatabase::tr(known->text);
     return error.databaseText().isEmpty() ? error.text() : error.databaseText();
 }
 
@@ -313,7 +338,7 @@ bool SqliteDatabase::succeeded(const QSqlQuery &query)
     const QSqlError error =
         m_database.isOpen()
             ? query.lastError()
-            : QSqlError(QString(), QStringLiteral("database not open"), QSqlError::ConnectionError);
+            : QSqlError(QString(), tr("the database is not open"), QSqlError::ConnectionError);
     if (!error.isValid())
         return true;
     m_lastErrorText = reason(error);

@@ -1,5 +1,6 @@
 #include "widgets/UserGuideWidget.h"
 
+#include <QApplication>
 #include <QPainter>
 #include <QTextLayout>
 #include <QtMath>
@@ -25,6 +26,8 @@ constexpr QRgb frameColor = 0xff3d4654;
 QFont pageFont(int pixels, QFont::Weight weight)
 {
     QFont font(fontName);
+    // What it does not have, as all Chinese, is taken from the interface's font.
+    font.setFamilies(QStringList(fontName) + QApplication::font().families());
     font.setPixelSize(pixels);
     font.setWeight(weight);
     return font;
