@@ -19,7 +19,7 @@ set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
 
 # Tests run under Wine where it is installed.
-find_program(wine NAMES wine64 wine)
+find_program(wine wine)
 if(wine)
     set(CMAKE_CROSSCOMPILING_EMULATOR ${wine})
 endif()

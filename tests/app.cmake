@@ -14,8 +14,10 @@ vl_test(tst_accessibility LINK vl::app SOURCES WindowFixture.h)
 target_compile_definitions(tst_accessibility PRIVATE VL_CATALOGUE_DIR="${VL_CATALOGUE_DIR}")
 add_dependencies(tst_accessibility catalogues)
 
-vl_test(tst_settings LINK vl::app SOURCES WindowFixture.h)
+vl_test(tst_settings POSIX LINK vl::app SOURCES WindowFixture.h)
 
-vl_test(tst_provisioning LINK vl::storage SOURCES HttpPhone.h TestDevices.h)
-set_property(TEST tst_provisioning APPEND PROPERTY
-    ENVIRONMENT "TSAN_OPTIONS=suppressions=${CMAKE_CURRENT_SOURCE_DIR}/tsan.supp")
+vl_test(tst_provisioning POSIX LINK vl::storage SOURCES HttpPhone.h TestDevices.h)
+if(TEST tst_provisioning)
+    set_property(TEST tst_provisioning APPEND PROPERTY
+        ENVIRONMENT "TSAN_OPTIONS=suppressions=${CMAKE_CURRENT_SOURCE_DIR}/tsan.supp")
+endif()

@@ -1,6 +1,6 @@
 vl_test(tst_httprequest LINK vl::net)
-vl_test(tst_httpdserver LINK vl::net SOURCES HttpPhone.h)
-vl_test(tst_httpdservice LINK vl::net SOURCES HttpPhone.h)
+vl_test(tst_httpdserver POSIX LINK vl::net SOURCES HttpPhone.h)
+vl_test(tst_httpdservice POSIX LINK vl::net SOURCES HttpPhone.h)
 vl_test(tst_netcarddialog LINK vl::net)
 vl_test(tst_netcards LINK vl::net)
 
@@ -11,11 +11,13 @@ if(NOT WIN32)
         SOURCES ${PROJECT_SOURCE_DIR}/net/PhysicalNetCard_win.cpp)
 endif()
 
-set(net_tests tst_httprequest tst_httpdserver tst_httpdservice tst_netcarddialog tst_netcards)
-if(TARGET tst_netcardregistry)
-    list(APPEND net_tests tst_netcardregistry)
-endif()
-set_property(TEST ${net_tests} APPEND PROPERTY
-    ENVIRONMENT
-        "TSAN_OPTIONS=suppressions=${CMAKE_CURRENT_SOURCE_DIR}/tsan.supp"
-        "LSAN_OPTIONS=suppressions=${CMAKE_CURRENT_SOURCE_DIR}/lsan.supp:print_suppressions=0")
+set(net_tests tst_httprequest tst_httpdserver tst_httpdservice tst_netcarddialog tst_netcards
+    tst_netcardregistry)
+foreach(test IN LISTS net_tests)
+    if(TEST ${test})
+        set_property(TEST ${test} APPEND PROPERTY
+            ENVIRONMENT
+                "TSAN_OPTIONS=suppressions=${CMAKE_CURRENT_SOURCE_DIR}/tsan.supp"
+                "LSAN_OPTIONS=suppressions=${CMAKE_CURRENT_SOURCE_DIR}/lsan.supp:print_suppressions=0")
+    endif()
+endforeach()

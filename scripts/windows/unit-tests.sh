@@ -1,0 +1,25 @@
+#!/usr/bin/env bash
+# Runs the unit tests that were built for Windows, under Wine, on a virtual screen.
+#   scripts/windows/unit-tests.sh [ctest argument]...
+set -euo pipefail
+. "$(dirname "${BASH_SOURCE[0]}")/../lib.sh"
+. "$root/scripts/windows/wine.sh"
+out="$root/build/windows/test"
+mkdir -p "$out"
+
+case "${1:-}" in
+    --inside)
+        network="$2"
+        shift 2
+        . "$root/scripts/tour/stage.sh"
+        set_stage "$network" 1280x800
+        trap 'end_wine; cleanup' EXIT
+        make_wine_prefix "$work/wine"
+        cd "$root"
+        ctest --preset windows -R '^tst_' --no-tests=error -j "$(jobs_wanted)" "$@"
+        ;;
+    *)
+        . "$root/scripts/tour/stage.sh"
+        enter_network "$@"
+        ;;
+esac

@@ -1,0 +1,21 @@
+# A Windows to try the program on; source it after lib.sh.
+
+# make_wine_prefix <folder>: Wine's files in this folder, for every wine that is started
+# from here on. Needs a display.
+make_wine_prefix() {
+    say "setting up Wine"
+    export WINEPREFIX="$1" WINEARCH=win64 WINEDEBUG=-all LC_ALL=C.UTF-8
+    # Without offers to fetch a browser, and without entries in this machine's own menus.
+    export WINEDLLOVERRIDES="mscoree,mshtml=;winemenubuilder.exe=d"
+    mkdir -p "$WINEPREFIX"
+    wine wineboot -i >"$WINEPREFIX/setup.log" 2>&1 || { cat "$WINEPREFIX/setup.log" >&2; die "Wine does not start"; }
+    # This machine's fonts in the place of those that a Windows has.
+    local font
+    for font in "MS Shell Dlg" "MS Shell Dlg 2" "Segoe UI" "Microsoft YaHei" "Microsoft YaHei UI" SimSun 宋体; do
+        wine reg add 'HKLM\Software\Microsoft\Windows NT\CurrentVersion\FontSubstitutes' \
+            /v "$font" /d "Noto Sans CJK SC" /f >/dev/null
+    done
+}
+
+# Ends everything that runs under this Wine, and nothing else.
+end_wine() { [ -z "${WINEPREFIX:-}" ] || wineserver -k 2>/dev/null || true; }

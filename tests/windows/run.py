@@ -1,0 +1,468 @@
+"""Installs, uses and removes the Windows program under Wine, on a virtual screen, as its user
+would; a telephone on a second host fetches its file.
+
+    run.py <folder for pictures and logs> <installer> <portable archive>
+
+Wine's windows tell a screen reader nothing, so the eyes here are the window titles, the files,
+the registry, the wire and the debug log; and the screenshots, for a person.
+"""
+
+import os
+import shutil
+import sqlite3
+import subprocess
+import sys
+import threading
+import time
+import traceback
+import xml.etree.ElementTree as ElementTree
+import zipfile
+from contextlib import closing
+from pathlib import Path
+
+sys.path.insert(0, str(Path(__file__).parents[2] / "scripts" / "tour"))
+import screen  # noqa: E402
+import tour  # noqa: E402
+from screen import active_title, keys, type_text, wait_active, wait_for, wait_gone, xdotool  # noqa: E402
+from tour import check, check_equal, check_soon, chinese, say  # noqa: E402
+
+TITLE = "Velloran Device Management Tool"
+RUN_KEY = r"HKCU\SOFTWARE\Microsoft\Windows\CurrentVersion\Run"
+UNINSTALL_KEY = r"HKCU\Software\Microsoft\Windows\CurrentVersion\Uninstall\VlManager"
+INTERNATIONAL_KEY = r"HKCU\Control Panel\International"
+ADAPTERS_KEY = (r"HKLM\SYSTEM\CurrentControlSet\Control\Class"
+                r"\{4D36E972-E325-11CE-BFC1-08002BE10318}")
+MAC = "0200A7A1B2C3"
+STORED_MAC = "02:00:A7:A1:B2:C3"
+FILE = "cfg0200a7a1b2c3.xml"
+AGENT = "Velloran KTP16XX 1.0.4.9 02:00:a7:a1:b2:c3"
+CLIENTS = 24
+# Of the second card, as the stage lays it.
+OTHER_ADDRESS = "198.51.100.10"
+
+PREFIX = Path(os.environ["WINEPREFIX"])
+# Beyond every legacy code page at once: Chinese, Cyrillic and a blank.
+FOLDER = r"C:\话机 管理 Ж\VlManager"
+PATIENCE_S = 60
+
+
+def unix(path):
+    return PREFIX / "drive_c" / path.removeprefix("C:\\").replace("\\", "/")
+
+
+def wine(*command, patience=PATIENCE_S):
+    """A Windows command's status and what it prints."""
+    done = subprocess.run(["wine", *command], capture_output=True, timeout=patience,
+                          stdin=subprocess.DEVNULL)
+    encoding = "utf-16" if done.stdout.startswith(b"\xff\xfe") else "utf-8"
+    return done.returncode, done.stdout.decode(encoding, "replace")
+
+
+def command_line(line):
+    """As typed into a command prompt: each program reads its arguments in its own way."""
+    return wine("cmd", "/c", line)[0]
+
+
+def registry_value(key, name):
+    """Its text, or None when there is no such value."""
+    status, listing = wine("reg", "query", key, "/v", name)
+    if status != 0:
+        return None
+    for line in listing.splitlines():
+        words = line.strip().split("    ")
+        if words[0] == name:
+            return words[2] if len(words) > 2 else ""
+    return None
+
+
+def set_registry_value(key, name, text):
+    check_equal(wine("reg", "add", key, "/v", name, "/d", text, "/f")[0], 0, f"{name} is set")
+
+
+class Program:
+    """One installed copy of the program."""
+
+    def __init__(self, folder, out):
+        self.path = folder + "\\VlManager.exe"
+        self.folder = unix(folder)
+        self.log = out / "program.log"
+        self._process = None
+
+    def start(self, title):
+        """From elsewhere, as the session does, with the debug messages switched on."""
+        environment = os.environ | {"QT_LOGGING_RULES": "default.debug=true",
+                                    "QT_LOGGING_TO_CONSOLE": "1"}
+        with open(self.log, "ab") as log:
+            self._process = subprocess.Popen(["wine", self.path], cwd="/", env=environment,
+                                             stdin=subprocess.DEVNULL, stdout=log, stderr=log)
+        wait_for(f'the window "{title}"', lambda: active_title() == title, PATIENCE_S)
+
+    def logged(self):
+        return self.log.read_text(encoding="utf-8", errors="replace")
+
+    def ends(self):
+        try:
+            return self._process.wait(20)
+        except subprocess.TimeoutExpired:
+            return None
+
+    def close(self):
+        keys("alt+F4")
+        check_equal(self.ends(), 0, "closed with Alt+F4, the program ends with status")
+
+    def kill(self):
+        if self._process and self._process.poll() is None:
+            self._process.kill()
+
+    def rows(self):
+        with closing(sqlite3.connect(self.folder / "phonebook.db")) as connection:
+            connection.row_factory = sqlite3.Row
+            return [dict(row) for row in connection.execute("select * from contact1")]
+
+    def settings(self, name):
+        root = ElementTree.parse(self.folder / name).getroot()
+        return {element.tag: element.text or "" for element in root}
+
+    def files(self):
+        return sorted(path.name for path in self.folder.iterdir())
+
+
+class Walk:
+    def __init__(self, out, installer, archive):
+        self.out = out
+        self.installer = "Z:" + str(installer).replace("/", "\\")
+        self.archive = archive
+        self.program = Program(FOLDER, out)
+        self.screen = screen.Screen("VlManager", out)
+        self.phone = tour.Phone()
+        self.address = os.environ["TOUR_SERVER"]
+
+    def run(self):
+        set_registry_value(INTERNATIONAL_KEY, "LocaleName", "zh-CN")
+        self.install()
+        self.first_start_in_chinese()
+        self.new_device()
+        self.cards()
+        self.telephones()
+        self.auto_start()
+        self.import_gbk()
+        self.close_httpd()
+        self.port_80_taken()
+        self.english()
+        self.second_start()
+        self.upgrade()
+        self.uninstall()
+        self.portable()
+
+    # Small steps
+
+    def shot(self, name):
+        self.screen.shot(name)
+
+    def answer(self, title, picture):
+        """Closes a box by the keyboard."""
+        wait_active(title)
+        self.shot(picture)
+        keys("Return")
+        wait_gone(title)
+
+    def setup(self, *arguments):
+        return command_line(" ".join([self.installer, "/S", *arguments]))
+
+    def fetch(self, name=FILE):
+        return self.phone.get(f"http://{self.address}/{name}", AGENT)
+
+    def menu(self, number, *moves):
+        """The menu of this number, from 0, and then keys in it."""
+        keys("alt+f")  # the first
+        time.sleep(0.5)
+        for key in ["Right"] * number + list(moves):
+            keys(key)
+            time.sleep(0.2)
+
+    # The walk
+
+    def install(self):
+        say("-- install silently, in Chinese, into a folder with Chinese, Cyrillic and a blank")
+        check_equal(self.setup("/LANGUAGE=zh", "/D=" + FOLDER), 0, "the installer's status")
+        check_equal(self.program.files(), ["LICENSE.txt", "VLManager.ini", "VlManager.exe",
+                                           "language", "resource", "uninstall.exe"], "installed")
+        for name in ("zh.qm", "en.qm", "qt_zh_CN.qm", "options.xml", "config.xml"):
+            check((self.program.folder / "language" / name).is_file(), f"language\\{name} is there")
+        hint = (self.program.folder / "VLManager.ini").read_text().splitlines()[0]
+        check("chinese" in hint, "VLManager.ini names the language", hint)
+        check_equal(registry_value(UNINSTALL_KEY, "DisplayVersion"), "1.0.0.10",
+                    "the list of programs names the version")
+        check(self.start_menu_entry().is_file(), "the start menu has an entry")
+
+    @staticmethod
+    def start_menu_entry():
+        found = list(PREFIX.glob("drive_c/users/*/AppData/Roaming/Microsoft/Windows/Start Menu/"
+                                 f"Programs/{TITLE}.lnk"))
+        return found[0] if found else PREFIX / "no such file"
+
+    def first_start_in_chinese(self):
+        say("-- first start")
+        self.program.start(chinese(TITLE))
+        self.shot("chinese")
+        check(not (self.program.folder / "VLManager.ini").exists(), "the hint is taken over")
+        check_equal(self.program.settings("language/config.xml"), {"Language": "zh"},
+                    "config.xml holds")
+
+    def new_device(self):
+        say("-- a device, by keyboard")
+        keys("ctrl+n")
+        wait_active(chinese("New Device"))
+        type_text(MAC)
+        keys("Tab", "Tab")
+        type_text("sip.example.net")
+        keys("Tab")
+        type_text("2001")
+        self.shot("new-device")
+        keys("Return")
+        wait_gone(chinese("New Device"))
+        check_soon(lambda: [row["mac"] for row in self.program.rows()] == [STORED_MAC],
+                   "phonebook.db holds the device")
+
+    def open_httpd(self):
+        keys("alt+t")
+        wait_active(chinese("Select avaliable NIC"))
+
+    def cards(self):
+        say("-- which card is physical, by the registry")
+        # As Windows itself names its adapters, and not as the program asks it.
+        _, listing = wine("wmic", "path", "win32_networkadapter", "get", "guid")
+        ids = [line.strip() for line in listing.splitlines() if line.strip().startswith("{")]
+        _, listing = wine("wmic", "path", "win32_networkadapter", "get", "netconnectionid")
+        say(f"adapters {ids} {listing.split()}")
+        addresses = {"tour0": self.address, "tour1": OTHER_ADDRESS}
+        names = [name for name in listing.split() if name in addresses]
+        if not check_equal(len(ids), 2, "adapters"):
+            return
+
+        self.open_httpd()
+        self.shot("cards-virtual")
+        keys("Return")
+        wait_gone(chinese("Select avaliable NIC"))
+        # With none checked, accepting means the last of the list.
+        self.check_published(addresses[names[-1]], "without an entry no card counts as physical")
+        self.close_httpd()
+
+        for name, identity in zip(names, ids):
+            key = ADAPTERS_KEY + r"\0003"
+            set_registry_value(key, "NetCfgInstanceId", identity)
+            set_registry_value(key, "MatchingDeviceId", r"PCI\VEN_8086&DEV_15F3")
+            self.open_httpd()
+            self.shot(f"cards-{name}-physical")
+            keys("Return")
+            wait_gone(chinese("Select avaliable NIC"))
+            self.check_published(addresses[name], f"with its entry {name} is checked beforehand")
+            if addresses[name] != self.address:
+                self.close_httpd()
+        wine("reg", "delete", ADAPTERS_KEY, "/f")
+
+    def check_published(self, address, what):
+        wanted = f'httpd address changed addr =  "{address}" port =  "80"'
+        check_soon(lambda: self.last_published() == wanted, f"{what}: {address}")
+
+    def last_published(self):
+        lines = [line for line in self.program.logged().splitlines() if "httpd address" in line]
+        return lines[-1].strip() if lines else None
+
+    def close_httpd(self):
+        keys("alt+t")
+        check_soon(lambda: self.fetch()[0] == 7, "closed, the port is free again")
+
+    def telephones(self):
+        say("-- a telephone fetches its file")
+        status, answer = self.fetch()
+        check_equal(status, 0, "curl's status")
+        check("<P35>2001</P35>" in answer, "the document is the device's", answer)
+        self.shot("fetched")
+
+        say(f"-- {CLIENTS} telephones at once, of both families, all asking for one file")
+        wrong = []
+        threads = [threading.Thread(target=self.fetch_often, args=(agent, element, wrong))
+                   for agent, element in [(AGENT, "P35"), ("Velloran DK715", "P4060")]
+                   for _ in range(CLIENTS // 2)]
+        for thread in threads:
+            thread.start()
+        for thread in threads:
+            thread.join()
+        check(not wrong, "each gets its own family's document, whole", wrong[:3])
+
+        say("-- the file is being read by another program")
+        reader = subprocess.Popen(
+            ["wine", "cmd", "/c", f'(ping -n 6 127.0.0.1 >nul) < "{FOLDER}\\HTTPD\\MACCFG\\{FILE}"'],
+            stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        time.sleep(2)
+        first = "P4060" if "<P35>" in self.stored_document() else "P35"
+        agent = {"P35": AGENT, "P4060": "Velloran DK715"}[first]
+        status, answer = self.phone.get(f"http://{self.address}/{FILE}", agent)
+        check(reader.poll() is None, "the reader still has the file")
+        check(not answer or f"<{first}>" in answer, "nobody gets the other family's document",
+              answer)
+        reader.wait()
+        status, answer = self.phone.get(f"http://{self.address}/{FILE}", agent)
+        check(f"<{first}>2001</{first}>" in answer, "afterwards the document is made", answer)
+
+        say("-- plug and play")
+        keys("alt+p")
+        heard = []
+        check_soon(lambda: heard.extend(self.phone.boot(MAC.lower(), "KTP16XX", 2)) or
+                   len(heard) >= 2, "a telephone out of the box is answered")
+        if heard:
+            check_equal(heard[0].split("\r\n")[0], "SIP/2.0 202 Accepted subscription", "at first")
+            check_equal(heard[1].partition("\r\n\r\n")[2], f"http://{self.address}:80/",
+                        "then it is sent to")
+        self.shot("plug-and-play")
+
+    def stored_document(self):
+        return (self.program.folder / "HTTPD/MACCFG" / FILE).read_text(encoding="utf-8")
+
+    def fetch_often(self, agent, element, wrong):
+        for _ in range(10):
+            status, answer = self.phone.get(f"http://{self.address}/{FILE}", agent)
+            if status != 0 or f"<{element}>2001</{element}>" not in answer or \
+                    not answer.rstrip().endswith("</vl_provision>"):
+                wrong.append((status, answer))
+
+    def auto_start(self):
+        say("-- start with Windows")
+        for wanted, picture in ((self.program.path, "auto-start"), ("", "no-auto-start"),
+                                (self.program.path, "auto-start-again")):
+            keys("alt+o", "Return")
+            self.answer(chinese("Options change"), picture)
+            check_equal(registry_value(RUN_KEY, "VlManager"), wanted, "the Run value is")
+        check_equal(self.program.settings("language/options.xml"),
+                    {"AutoStart": "1", "RecoveryData": "1", "AutoHttpd": "0"}, "options.xml holds")
+
+    def import_gbk(self):
+        say("-- a list in the encoding of a Chinese Windows, with its line ends")
+        lists = unix(r"C:\lists in")
+        lists.mkdir()
+        (lists / "devices.csv").write_bytes(
+            'MAC,分机号,SIP服务器,随机端口,网关IP,拨号规则,城市,公司\r\n'
+            '02:00:A7:00:00:21,前台,sip.example.net,,,,上海,"甲乙, 丙公司"\r\n'
+            '02:00:A7:00:00:22,仓库,sip.example.net,,,,北京,"末""行"\r\n'.encode("gbk"))
+        keys("ctrl+i")
+        time.sleep(1)
+        type_text(r"C:\lists in\devices.csv")
+        self.shot("import")
+        keys("Return")
+        wanted = [("前台", "上海", "甲乙, 丙公司"), ("仓库", "北京", '末"行')]
+        check_soon(lambda: [(row["first_account"], row["city"], row["company"])
+                            for row in self.program.rows()] == wanted,
+                   f"phonebook.db holds {wanted}")
+        self.shot("imported")
+        backups = list((self.program.folder / "backup").glob("devices-*.csv"))
+        check_equal(len(backups), 1, "backups of the list that was replaced")
+
+    def port_80_taken(self):
+        say("-- another program has port 80, at one of the addresses")
+        holder = subprocess.Popen(
+            [sys.executable, "-c", "import socket, sys, time; s = socket.create_server("
+             "(sys.argv[1], 80)); print(flush=True); time.sleep(600)", self.address],
+            stdout=subprocess.PIPE)
+        try:
+            holder.stdout.readline()
+            self.open_httpd()
+            keys("Return")
+            self.answer(chinese("Httpd Server"), "port-80-taken")
+            check_soon(lambda: self.last_published() and 'port =  "80"' not in
+                       self.last_published(), "the service takes another port")
+        finally:
+            holder.kill()
+            holder.wait()
+
+    def english(self):
+        say("-- English, after a restart")
+        keys("alt+l", "Down", "Return")
+        self.answer(chinese("Language change"), "language-change")
+        self.program.close()
+        self.program.start(TITLE)
+        self.shot("english")
+        check_equal(self.program.settings("language/config.xml"), {"Language": "en"},
+                    "config.xml holds")
+
+    def second_start(self):
+        say("-- a second start")
+        xdotool("windowminimize", screen.windows(TITLE)[0])
+        wait_for("the window to be minimised", lambda: active_title() != TITLE)
+        check_equal(wine(self.program.path)[0], 0, "the second copy ends with status")
+        check_soon(lambda: active_title() == TITLE, "and brings the window back")
+        check_equal(len(screen.windows(TITLE)), 1, "windows on the screen")
+
+    def upgrade(self):
+        say("-- install over it")
+        before = self.program.rows()
+        settings = [self.program.settings("language/options.xml"),
+                    self.program.settings("language/config.xml")]
+        check_equal(self.setup(), 2, "while the program runs, the installer's status")
+        self.program.close()
+        (self.program.folder / "resource" / "old.png").write_bytes(b"")
+        check_equal(self.setup("/LANGUAGE=zh"), 0, "the installer's status")
+        check_equal([self.program.settings("language/options.xml"),
+                     self.program.settings("language/config.xml")], settings, "the settings stay")
+        check(not (self.program.folder / "resource" / "old.png").exists(),
+              "a picture of the older version is gone")
+        self.program.start(TITLE)
+        check_equal(self.program.rows(), before, "the devices stay")
+        self.program.close()
+
+    def remove(self, *arguments):
+        command_line(" ".join([f'"{FOLDER}\\uninstall.exe"', "/S", *arguments]))
+        check_soon(lambda: registry_value(UNINSTALL_KEY, "DisplayName") is None,
+                   "removed from the list of programs")
+
+    def uninstall(self):
+        say("-- remove it, and keep the devices")
+        before = self.program.rows()
+        self.remove()
+        check_soon(lambda: self.program.files() == ["backup", "phonebook.db"], "what stays")
+        say(f"{self.program.files()}")
+        check_equal(registry_value(RUN_KEY, "VlManager"), None, "the Run value")
+        check(not self.start_menu_entry().exists(), "the start menu's entry is gone")
+
+        say("-- install again: the devices are back; then remove all")
+        check_equal(self.setup("/LANGUAGE=en", "/D=" + FOLDER), 0, "the installer's status")
+        self.program.start(TITLE)
+        self.shot("installed-again")
+        self.program.close()
+        check_equal(self.program.rows(), before, "the devices are back")
+        self.remove("/DEVICES")
+        check_soon(lambda: not self.program.folder.exists(), "nothing stays")
+
+    def portable(self):
+        say("-- the archive, unpacked")
+        folder = unix(r"C:\portable")
+        with zipfile.ZipFile(self.archive) as archive:
+            archive.extractall(folder)
+        self.program = Program(r"C:\portable\VlManager", self.out)
+        check_equal(self.program.files(), ["LICENSE.txt", "VlManager.exe", "language", "resource"],
+                    "unpacked")
+        self.program.start(TITLE)
+        self.shot("portable")
+        self.program.close()
+        check_equal(self.program.rows(), [], "its own list")
+
+
+def main():
+    out, installer, archive = Path(sys.argv[1]), Path(sys.argv[2]), Path(sys.argv[3])
+    if not os.environ.get("TOUR_SERVER"):
+        sys.exit("a network of its own is needed, which this system does not give")
+    walk = Walk(out, installer, archive)
+    try:
+        walk.run()
+    except Exception:  # told with a picture of what was on the screen
+        traceback.print_exc()
+        walk.shot("failure")
+        check(False, "the walk came to its end")
+    finally:
+        walk.program.kill()
+    say(f"{tour.passed} passed, {tour.failed} failed")
+    sys.exit(1 if tour.failed else 0)
+
+
+if __name__ == "__main__":
+    main()
