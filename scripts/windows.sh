@@ -60,7 +60,7 @@ case "${1:-}" in
         set_stage "$2" 1280x800
         . "$root/scripts/windows/wine.sh"
         trap 'end_wine; cleanup' EXIT
-        make_wine_prefix "$work/wine"
+        make_wine_prefix "$work"
         play "$root/tests/windows/run.py" "$out" "$installer" "$archive"
         exit
         ;;

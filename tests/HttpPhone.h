@@ -1,5 +1,6 @@
 #pragma once
 
+#include "TestSocket.h"
 #include "model/ExportType.h"
 #include "model/ProvisioningSource.h"
 
@@ -9,12 +10,6 @@
 #include <QSaveFile>
 #include <QStringList>
 #include <QTest>
-
-#include <arpa/inet.h>
-#include <netinet/in.h>
-#include <poll.h>
-#include <sys/socket.h>
-#include <unistd.h>
 
 #include <cerrno>
 #include <chrono>
@@ -99,17 +94,17 @@ class Phone
 {
 public:
     explicit Phone(quint16 port)
-        : m_socket(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0))
+        : m_socket(TestSocket::open())
     {
         connectTo(port);
     }
     ~Phone()
     {
-        if (m_socket >= 0)
-            ::close(m_socket);
+        if (m_socket != TestSocket::none)
+            TestSocket::close(m_socket);
     }
     Phone(Phone &&other) noexcept
-        : m_socket(std::exchange(other.m_socket, -1))
+        : m_socket(std::exchange(other.m_socket, TestSocket::none))
         , m_connected(other.m_connected)
     {
     }
@@ -123,9 +118,8 @@ public:
     {
         int sent = 0;
         while (sent < bytes.size()) {
-            const ssize_t count =
-                ::send(m_socket, bytes.constData() + sent,
-                       static_cast<std::size_t>(bytes.size() - sent), MSG_NOSIGNAL);
+            const auto count = ::send(m_socket, bytes.constData() + sent,
+                                      TestSocket::Size(bytes.size() - sent), TestSocket::sendFlags);
             if (count <= 0)
                 return false;
             sent += static_cast<int>(count);
@@ -133,27 +127,23 @@ public:
         return true;
     }
 
-    void endInput() { ::shutdown(m_socket, SHUT_WR); }
+    void endInput() { ::shutdown(m_socket, TestSocket::endOfSending); }
 
     /// All that comes until the connection ends; `reset` tells whether it ended badly.
     QByteArray receiveAll(bool *reset = nullptr)
     {
         QByteArray result;
         char buffer[4096];
-        ssize_t count = 0;
-        while ((count = ::recv(m_socket, buffer, sizeof buffer, 0)) > 0)
-            result.append(buffer, static_cast<int>(count));
+        int count = 0;
+        while ((count = static_cast<int>(::recv(m_socket, buffer, sizeof buffer, 0))) > 0)
+            result.append(buffer, count);
         if (reset)
             *reset = count < 0;
         return result;
     }
 
     /// True once the server has closed the connection or sent something.
-    bool hasNews() const
-    {
-        pollfd waiting{m_socket, POLLIN, 0};
-        return ::poll(&waiting, 1, 0) > 0;
-    }
+    bool hasNews() const { return TestSocket::hasInput(m_socket); }
 
 private:
     void connectTo(quint16 port)
@@ -168,7 +158,7 @@ private:
         m_connected = ::connect(m_socket, &generic, sizeof generic) == 0;
     }
 
-    int m_socket;
+    TestSocket::Handle m_socket;
     bool m_connected = false;
 };
 

@@ -16,8 +16,6 @@ add_dependencies(tst_accessibility catalogues)
 
 vl_test(tst_settings POSIX LINK vl::app SOURCES WindowFixture.h)
 
-vl_test(tst_provisioning POSIX LINK vl::storage SOURCES HttpPhone.h TestDevices.h)
-if(TEST tst_provisioning)
-    set_property(TEST tst_provisioning APPEND PROPERTY
-        ENVIRONMENT "TSAN_OPTIONS=suppressions=${CMAKE_CURRENT_SOURCE_DIR}/tsan.supp")
-endif()
+vl_test(tst_provisioning LINK vl::storage SOURCES HttpPhone.h TestSocket.h TestDevices.h)
+set_property(TEST tst_provisioning APPEND PROPERTY
+    ENVIRONMENT "TSAN_OPTIONS=suppressions=${CMAKE_CURRENT_SOURCE_DIR}/tsan.supp")

@@ -1,6 +1,6 @@
 vl_test(tst_httprequest LINK vl::net)
-vl_test(tst_httpdserver POSIX LINK vl::net SOURCES HttpPhone.h)
-vl_test(tst_httpdservice POSIX LINK vl::net SOURCES HttpPhone.h)
+vl_test(tst_httpdserver LINK vl::net SOURCES HttpPhone.h TestSocket.h)
+vl_test(tst_httpdservice LINK vl::net SOURCES HttpPhone.h TestSocket.h)
 vl_test(tst_netcarddialog LINK vl::net)
 vl_test(tst_netcards LINK vl::net)
 

@@ -14,7 +14,7 @@ case "${1:-}" in
         . "$root/scripts/tour/stage.sh"
         set_stage "$network" 1280x800
         trap 'end_wine; cleanup' EXIT
-        make_wine_prefix "$work/wine"
+        make_wine_prefix "$work"
         cd "$root"
         ctest --preset windows -R '^tst_' --no-tests=error -j "$(jobs_wanted)" "$@"
         ;;

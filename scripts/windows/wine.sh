@@ -1,13 +1,15 @@
 # A Windows to try the program on; source it after lib.sh.
 
-# make_wine_prefix <folder>: Wine's files in this folder, for every wine that is started
-# from here on. Needs a display.
+# make_wine_prefix <folder>: a Chinese Windows in this folder, for every wine that is
+# started from here on. Needs a display.
 make_wine_prefix() {
     say "setting up Wine"
-    export WINEPREFIX="$1" WINEARCH=win64 WINEDEBUG=-all LC_ALL=C.UTF-8
+    export WINEPREFIX="$1/wine" WINEARCH=win64 WINEDEBUG=-all
+    mkdir -p "$1/locale" "$WINEPREFIX"
+    localedef -f UTF-8 -i zh_CN "$1/locale/zh_CN.UTF-8"
+    export LOCPATH="$1/locale" LC_ALL=zh_CN.UTF-8
     # Without offers to fetch a browser, and without entries in this machine's own menus.
     export WINEDLLOVERRIDES="mscoree,mshtml=;winemenubuilder.exe=d"
-    mkdir -p "$WINEPREFIX"
     wine wineboot -i >"$WINEPREFIX/setup.log" 2>&1 || { cat "$WINEPREFIX/setup.log" >&2; die "Wine does not start"; }
     # This machine's fonts in the place of those that a Windows has.
     local font

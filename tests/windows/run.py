@@ -29,7 +29,6 @@ from tour import check, check_equal, check_soon, chinese, say  # noqa: E402
 TITLE = "Velloran Device Management Tool"
 RUN_KEY = r"HKCU\SOFTWARE\Microsoft\Windows\CurrentVersion\Run"
 UNINSTALL_KEY = r"HKCU\Software\Microsoft\Windows\CurrentVersion\Uninstall\VlManager"
-INTERNATIONAL_KEY = r"HKCU\Control Panel\International"
 ADAPTERS_KEY = (r"HKLM\SYSTEM\CurrentControlSet\Control\Class"
                 r"\{4D36E972-E325-11CE-BFC1-08002BE10318}")
 MAC = "0200A7A1B2C3"
@@ -41,8 +40,8 @@ CLIENTS = 24
 OTHER_ADDRESS = "198.51.100.10"
 
 PREFIX = Path(os.environ["WINEPREFIX"])
-# Beyond every legacy code page at once: Chinese, Cyrillic and a blank.
-FOLDER = r"C:\话机 管理 Ж\VlManager"
+# No one legacy code page has all of it, and there are blanks.
+FOLDER = r"C:\话机 管理 한\VlManager"
 PATIENCE_S = 60
 
 
@@ -65,13 +64,15 @@ def command_line(line):
 
 def registry_value(key, name):
     """Its text, or None when there is no such value."""
-    status, listing = wine("reg", "query", key, "/v", name)
-    if status != 0:
+    # Exported, because "reg query" prints no characters beyond the legacy code page.
+    file = unix(r"C:\export.reg")
+    file.unlink(missing_ok=True)
+    if wine("reg", "export", key, r"C:\export.reg", "/y")[0] != 0:
         return None
-    for line in listing.splitlines():
-        words = line.strip().split("    ")
-        if words[0] == name:
-            return words[2] if len(words) > 2 else ""
+    for line in file.read_text(encoding="utf-16").splitlines():
+        left, equals, right = line.partition("=")
+        if equals and left == f'"{name}"':
+            return right[1:-1].replace("\\\\", "\\")
     return None
 
 
@@ -138,7 +139,6 @@ class Walk:
         self.address = os.environ["TOUR_SERVER"]
 
     def run(self):
-        set_registry_value(INTERNATIONAL_KEY, "LocaleName", "zh-CN")
         self.install()
         self.first_start_in_chinese()
         self.new_device()
@@ -183,7 +183,7 @@ class Walk:
     # The walk
 
     def install(self):
-        say("-- install silently, in Chinese, into a folder with Chinese, Cyrillic and a blank")
+        say("-- install silently, in Chinese, into a folder with Chinese, Korean and blanks")
         check_equal(self.setup("/LANGUAGE=zh", "/D=" + FOLDER), 0, "the installer's status")
         check_equal(self.program.files(), ["LICENSE.txt", "VLManager.ini", "VlManager.exe",
                                            "language", "resource", "uninstall.exe"], "installed")
