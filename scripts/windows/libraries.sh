@@ -55,7 +55,7 @@ fetch_source() {
     (cd "$apt_folder" && { "${apt[@]}" --download-only source "$source=$version" \
         || "${apt[@]}" --download-only source "$source"; }) || die "cannot fetch the source of $source"
     rm -rf "$folder"
-    dpkg-source --no-check -x "$apt_folder/$source"_*.dsc "$folder" >"$apt_folder/unpacked.log" \
+    dpkg-source --no-check --no-copy -x "$apt_folder/$source"_*.dsc "$folder" >"$apt_folder/unpacked.log" \
         || { cat "$apt_folder/unpacked.log" >&2; die "cannot unpack the source of $source"; }
     rm -rf "$apt_folder"
 }

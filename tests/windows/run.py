@@ -230,14 +230,11 @@ class Walk:
 
     def cards(self):
         say("-- which card is physical, by the registry")
-        # As Windows itself names its adapters, and not as the program asks it.
-        _, listing = wine("wmic", "path", "win32_networkadapter", "get", "guid")
-        ids = [line.strip() for line in listing.splitlines() if line.strip().startswith("{")]
-        _, listing = wine("wmic", "path", "win32_networkadapter", "get", "netconnectionid")
-        say(f"adapters {ids} {listing.split()}")
+        # As the system itself lists its adapters, and not as the program asks it.
+        _, listing = wine("wmic", "path", "win32_networkadapter", "get", "guid,name")
+        adapters = [line.split() for line in listing.splitlines() if line.startswith("{")]
         addresses = {"tour0": self.address, "tour1": OTHER_ADDRESS}
-        names = [name for name in listing.split() if name in addresses]
-        if not check_equal(len(ids), 2, "adapters"):
+        if not check_equal(sorted(name for _, name in adapters), sorted(addresses), "adapters"):
             return
 
         self.open_httpd()
@@ -245,10 +242,10 @@ class Walk:
         keys("Return")
         wait_gone(chinese("Select avaliable NIC"))
         # With none checked, accepting means the last of the list.
-        self.check_published(addresses[names[-1]], "without an entry no card counts as physical")
+        self.check_published(addresses[adapters[-1][1]], "without an entry no card counts as physical")
         self.close_httpd()
 
-        for name, identity in zip(names, ids):
+        for identity, name in sorted(adapters, key=lambda adapter: adapter[1], reverse=True):
             key = ADAPTERS_KEY + r"\0003"
             set_registry_value(key, "NetCfgInstanceId", identity)
             set_registry_value(key, "MatchingDeviceId", r"PCI\VEN_8086&DEV_15F3")
