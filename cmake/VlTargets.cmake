@@ -34,6 +34,19 @@ if(VL_FUZZ)
     target_compile_definitions(vl_options INTERFACE QT_FORCE_ASSERTS)
 endif()
 
+# vl_plugins(<executable>): of a static Qt, the plugins that the program uses, and the
+# screen that the tests use.
+function(vl_plugins name)
+    get_target_property(type Qt5::Core TYPE)
+    if(type STREQUAL STATIC_LIBRARY)
+        qt5_import_plugins(${name}
+            INCLUDE Qt5::QOffscreenIntegrationPlugin
+            INCLUDE_BY_TYPE sqldrivers Qt5::QSQLiteDriverPlugin
+            INCLUDE_BY_TYPE imageformats Qt5::QGifPlugin Qt5::QICOPlugin Qt5::QJpegPlugin
+            EXCLUDE_BY_TYPE bearer generic printsupport)
+    endif()
+endfunction()
+
 # vl_library(<folder> SOURCES ... LINK ...): the library of one folder. LINK names
 # what its headers need (our folders below it, Qt modules).
 function(vl_library name)
