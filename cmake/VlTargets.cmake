@@ -15,6 +15,10 @@ if(NOT VL_SANITIZE)
     target_compile_options(vl_options INTERFACE
         $<$<CONFIG:Release,RelWithDebInfo>:-U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2>)
 endif()
+if(MINGW)
+    # Where the stack protector is a library of its own.
+    target_link_options(vl_options INTERFACE -fstack-protector-strong)
+endif()
 target_compile_definitions(vl_options INTERFACE
     QT_NO_CAST_FROM_ASCII
     QT_NO_CAST_TO_ASCII

@@ -1,6 +1,6 @@
 # Builds for 64-bit Windows on another system, with everything of the compiler's inside
-# the executable. Qt comes from the folder in the environment's VL_WINDOWS_QT; see
-# scripts/windows.sh, which makes it.
+# the executable. Qt and SQLite come from the folder in the environment's
+# VL_WINDOWS_LIBRARIES; see scripts/windows.sh, which makes it.
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR x86_64)
 
@@ -10,9 +10,10 @@ set(CMAKE_C_COMPILER ${target}-gcc-posix)
 set(CMAKE_CXX_COMPILER ${target}-g++-posix)
 set(CMAKE_RC_COMPILER ${target}-windres)
 set(CMAKE_EXE_LINKER_FLAGS_INIT "-static")
+set(CMAKE_EXE_LINKER_FLAGS_RELEASE_INIT "-s")
 
 # Programs are this system's, all else is the target's.
-set(CMAKE_FIND_ROOT_PATH /usr/${target} $ENV{VL_WINDOWS_QT})
+set(CMAKE_FIND_ROOT_PATH /usr/${target} $ENV{VL_WINDOWS_LIBRARIES})
 set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)

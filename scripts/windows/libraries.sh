@@ -125,4 +125,5 @@ make_windows_libraries() {
     once qt-source fetch_qt
     once qt-configure configure_qt
     once qt make_qt
+    export VL_WINDOWS_LIBRARIES="$cache"
 }
