@@ -15,6 +15,10 @@ if(NOT VL_SANITIZE)
     target_compile_options(vl_options INTERFACE
         $<$<CONFIG:Release,RelWithDebInfo>:-U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2>)
 endif()
+if(WIN32)
+    # Windows' headers without what is rarely used and takes common names ("interface", "min").
+    target_compile_definitions(vl_options INTERFACE WIN32_LEAN_AND_MEAN NOMINMAX)
+endif()
 if(MINGW)
     # Where the stack protector is a library of its own.
     target_link_options(vl_options INTERFACE -fstack-protector-strong)

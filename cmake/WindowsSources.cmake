@@ -20,6 +20,7 @@ foreach(source IN LISTS sources)
         COMMAND ${VL_WINDOWS_COMPILER} -std=c++17 -fsyntax-only
             $<TARGET_PROPERTY:vl_options,INTERFACE_COMPILE_OPTIONS>
             "-D$<JOIN:$<TARGET_PROPERTY:vl_options,INTERFACE_COMPILE_DEFINITIONS>,;-D>"
+            -DWIN32_LEAN_AND_MEAN -DNOMINMAX
             -I${PROJECT_SOURCE_DIR} "-isystem;$<JOIN:${includes},;-isystem;>"
             -MD -MF ${stamp}.d -MT ${stamp} ${PROJECT_SOURCE_DIR}/${source}
         COMMAND ${CMAKE_COMMAND} -E touch ${stamp}

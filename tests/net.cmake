@@ -2,7 +2,7 @@ vl_test(tst_httprequest LINK vl::net)
 vl_test(tst_httpdserver LINK vl::net SOURCES HttpPhone.h TestSocket.h)
 vl_test(tst_httpdservice LINK vl::net SOURCES HttpPhone.h TestSocket.h)
 vl_test(tst_netcarddialog LINK vl::net)
-vl_test(tst_netcards LINK vl::net)
+vl_test(tst_netcards POSIX LINK vl::net)
 
 # The registry's source works on Qt's settings alone: on other systems these are plain files, and
 # a tree of files plays the registry.

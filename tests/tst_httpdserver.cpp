@@ -121,7 +121,7 @@ std::vector<Phone> connectMany(quint16 port, int count)
     });
 }
 
-double cpuSeconds()
+[[maybe_unused]] double cpuSeconds()
 {
     return static_cast<double>(std::clock()) / CLOCKS_PER_SEC;
 }

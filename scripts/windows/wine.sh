@@ -17,6 +17,8 @@ make_wine_prefix() {
         wine reg add 'HKLM\Software\Microsoft\Windows NT\CurrentVersion\FontSubstitutes' \
             /v "$font" /d "Noto Sans CJK SC" /f >/dev/null
     done
+    wine reg add 'HKLM\Software\Microsoft\Windows NT\CurrentVersion\FontSubstitutes' \
+        /v "Courier New" /d "DejaVu Sans Mono" /f >/dev/null
 }
 
 # Ends everything that runs under this Wine, and nothing else.
