@@ -22,9 +22,9 @@ using Pictures = QMap<int, QString>; ///< by page number, from 1
 
 const QString guideFolder = QStringLiteral("./resource/UserGuide/");
 
-const QColor upColor(Qt::green);
-const QColor pressedColor(Qt::yellow);
-const QColor disabledColor(Qt::red);
+constexpr Qt::GlobalColor upColor = Qt::green;
+constexpr Qt::GlobalColor pressedColor = Qt::yellow;
+constexpr Qt::GlobalColor disabledColor = Qt::red;
 
 void saveImage(const QString &path, const QColor &color)
 {
@@ -231,17 +231,17 @@ void TestUserGuide::arrowsShowTheirState()
         saveImage(path.arg(QStringLiteral("disable")), disabledColor);
     }
     open();
-    QCOMPARE(centre(*arrow("arrow_up")), disabledColor);
+    QCOMPARE(centre(*arrow("arrow_up")), QColor(disabledColor));
     QPushButton *const down = arrow("arrow_down");
     QCOMPARE(down->size(), QSize(40, 40));
-    QCOMPARE(centre(*down), upColor);
+    QCOMPARE(centre(*down), QColor(upColor));
     down->setDown(true);
-    QCOMPARE(centre(*down), pressedColor);
+    QCOMPARE(centre(*down), QColor(pressedColor));
     down->setDown(false);
     for (int page = 1; page < 9; ++page)
         m_guide->rightPressed();
-    QCOMPARE(centre(*down), disabledColor);
-    QCOMPARE(centre(*arrow("arrow_up")), upColor);
+    QCOMPARE(centre(*down), QColor(disabledColor));
+    QCOMPARE(centre(*arrow("arrow_up")), QColor(upColor));
     qApp->setStyleSheet(QString());
 }
 
