@@ -29,7 +29,7 @@
 namespace {
 
 constexpr QSize firstSize(1200, 760);
-constexpr QSize smallestSize(960, 600);
+constexpr QSize smallestSize(1000, 600);
 
 constexpr const char *programTitle =
     QT_TRANSLATE_NOOP("MainWindow", "Velloran Device Management Tool");

@@ -19,7 +19,7 @@ struct Share
 
 // Number and actions never need more; a server name or a company may be long.
 constexpr std::array<Share, ContactModel::ColumnCount> shares = {{
-    {60, 0},  // Number
+    {56, 0},  // Number
     {140, 1}, // Mac
     {72, 2},  // Product
     {96, 6},  // SipServer
@@ -28,15 +28,15 @@ constexpr std::array<Share, ContactModel::ColumnCount> shares = {{
     {56, 3},  // City
     {76, 5},  // Company
     {88, 4},  // Department
-    {64, 0},  // Detail
-    {64, 0},  // Delete
+    {60, 0},  // Detail
+    {60, 0},  // Delete
 }};
 
 /// Closer than the margins of a cell: nothing is cut off by it, and the smallest window holds the
 /// words of a large font.
 constexpr int headerMargins = textMargin + 4;
 /// Beside the word in a search box: its margins, its frame and the magnifier.
-constexpr int searchBoxMargins = textMargin + 24;
+constexpr int searchBoxMargins = textMargin + 22;
 
 } // namespace
 
@@ -52,7 +52,8 @@ Widths minimums(const QFontMetrics &metrics, int highestNumber)
     const auto makeRoom = [&](ContactModel::Column column, const QString &text) {
         result[column] = std::max(result[column], metrics.horizontalAdvance(text) + 2 * textMargin);
     };
-    makeRoom(ContactModel::Mac, QStringLiteral("02:00:A7:A1:B2:C3"));
+    // Of the widest digit, so that no address is ever cut short.
+    makeRoom(ContactModel::Mac, QStringLiteral("DD:DD:DD:DD:DD:DD"));
     makeRoom(ContactModel::Number,
              QString(QString::number(highestNumber).size(), QLatin1Char('8')));
     return result;
