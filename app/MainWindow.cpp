@@ -256,6 +256,10 @@ void MainWindow::connectContent()
             &MainWindow::onContactsDialogAddFinished);
     connect(centralWidget(), &QObject::destroyed, this, &MainWindow::closeWindow);
     connect(&m_dataMgr, &DataMgr::updateModel, m_view, &ContactView::updateContactModel);
+    connect(&m_dataMgr, &DataMgr::listMade, m_view, [this] {
+        m_view->setBusy(false);
+        m_view->updateContactModel();
+    });
 }
 
 void MainWindow::createConnection()

@@ -135,6 +135,7 @@ void DataMgr::addContacts(const QList<ContactInfo> &contacts)
             return; // the program was ended in the middle of a question
     }
     m_halfMade = false;
+    emit listMade();
     saveAndAnnounce();
 }
 

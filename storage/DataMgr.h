@@ -128,6 +128,8 @@ public:
 signals:
     /// The device list has changed.
     void updateModel();
+    /// A long change has made its list, which may be shown; to save it takes longer still.
+    void listMade();
     void giveBack(const QString &text);
     /// A report of the HTTP service for the user.
     void httpdMsg(const QString &text);

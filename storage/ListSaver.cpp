@@ -96,8 +96,11 @@ bool ListSaver::writeList(const DeviceListSnapshot &list)
 {
     DatabaseLayer *const store = m_dbOperator.database();
     ScopedTransaction transaction(*store);
-    return transaction.isOpen() && store->deleteAll() && m_dbOperator.save(list, m_breathe) &&
-           store->mergeNewRecords() && transaction.commit();
+    const bool written = transaction.isOpen() && store->deleteAll() &&
+                         m_dbOperator.save(list, m_breathe) && store->mergeNewRecords();
+    if (m_breathe)
+        m_breathe();
+    return written && transaction.commit();
 }
 
 /// Before the first save of a run that never loaded them, the stored rows are about to go.

@@ -252,8 +252,12 @@ QList<ContactInfo> SqliteDatabase::queryContacts()
             contacts.append(current);
         current.id = id;
         int column = 1;
-        for (const ContactField &field : contactFields())
-            current.*field.member = query.value(column++).toString();
+        for (const ContactField &field : contactFields()) {
+            // What the row before says as well is kept once: most columns say the same all along.
+            const QString text = query.value(column++).toString();
+            if (text != current.*field.member)
+                current.*field.member = text;
+        }
     }
     if (current.id != 0)
         contacts.append(current);

@@ -11,7 +11,10 @@ bool sameDevice(const DeviceNode &left, const DeviceNode &right)
 {
     const auto &fields = contactFields();
     return std::all_of(fields.begin(), fields.end(), [&](const ContactField &field) {
-        return left.info.*field.member == right.info.*field.member;
+        // What did not change is shared with what was there before, and need not be read.
+        const QString &before = left.info.*field.member;
+        const QString &after = right.info.*field.member;
+        return before.isSharedWith(after) || before == after;
     });
 }
 

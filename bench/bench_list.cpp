@@ -1,0 +1,215 @@
+// What a long list makes the user wait for, in the real window: a batch from the dialog, a key in a
+// search box, the start.
+//   bench_list [folder]         the folder decides which disk is measured
+// Without a display: QT_QPA_PLATFORM=offscreen. With one, painting on it is measured as well.
+#include "Measure.h"
+#include "app/Appearance.h"
+#include "app/MainWindow.h"
+#include "dialogs/ContactsDialog.h"
+#include "dialogs/IpLine.h"
+#include "storage/DBOperator.h"
+#include "storage/DataMgr.h"
+#include "view/ContactView.h"
+
+#include <QAbstractItemModel>
+#include <QApplication>
+#include <QDir>
+#include <QFile>
+#include <QLineEdit>
+#include <QLoggingCategory>
+#include <QPushButton>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <cstdio>
+#include <memory>
+
+namespace {
+
+/// The program over a folder of its own; what it shows it finds beside its executable.
+class Program
+{
+public:
+    explicit Program(const QString &parent)
+        : m_folder(parent + QStringLiteral("/bench-XXXXXX"))
+    {
+        QDir(m_folder.path()).mkdir(QStringLiteral("language"));
+        QFile options(m_folder.filePath(QStringLiteral("language/options.xml")));
+        if (options.open(QIODevice::WriteOnly))
+            options.write("<root><AutoStart>0</AutoStart><RecoveryData>1</RecoveryData>"
+                          "<AutoHttpd>0</AutoHttpd></root>");
+    }
+
+    /// From nothing to the painted window.
+    void start()
+    {
+        const QString folder = m_folder.path() + QLatin1Char('/');
+        dbOperator = std::make_unique<DBOperator>(folder);
+        dataMgr = std::make_unique<DataMgr>(*dbOperator, folder);
+        window = std::make_unique<MainWindow>(*dataMgr, folder);
+        window->show();
+        settle();
+    }
+    void stop()
+    {
+        window.reset();
+        dataMgr.reset();
+        dbOperator.reset();
+    }
+    /// Until nothing is left to do or to paint.
+    void settle() const
+    {
+        if (!QTest::qWaitForWindowExposed(window.get()))
+            std::printf("the window never showed\n");
+        window->repaint();
+        QCoreApplication::processEvents();
+    }
+    int rowsShown() const { return window->findChild<ContactView *>()->model()->rowCount(); }
+
+private:
+    QTemporaryDir m_folder;
+
+public:
+    std::unique_ptr<DBOperator> dbOperator;
+    std::unique_ptr<DataMgr> dataMgr;
+    std::unique_ptr<MainWindow> window;
+};
+
+/// Notes when the view is first painted with so many rows.
+class FirstPaint : public QObject
+{
+public:
+    FirstPaint(const Program &program, int rows)
+        : m_program(program)
+        , m_rows(rows)
+    {
+        program.window->findChild<ContactView *>()->viewport()->installEventFilter(this);
+        m_timer.start();
+    }
+    double milliseconds() const { return m_milliseconds; }
+
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (event->type() == QEvent::Paint && m_milliseconds < 0 && m_program.rowsShown() == m_rows)
+            m_milliseconds = double(m_timer.nsecsElapsed()) / 1e6;
+        return QObject::eventFilter(watched, event);
+    }
+
+private:
+    const Program &m_program;
+    int m_rows;
+    QElapsedTimer m_timer;
+    double m_milliseconds = -1;
+};
+
+void measureBatch(const QString &parent, int listed, int count)
+{
+    Program program(parent);
+    program.start();
+    program.dataMgr->addContacts(benchDevices(listed));
+    auto *const dialog = program.window->findChild<ContactsDialog *>();
+    Samples batches;
+    double longest = 0;
+    for (int round = 0; round < 5; ++round) {
+        program.window->constructNewFiles();
+        const auto fill = [dialog](const char *name, const QString &text) {
+            dialog->findChild<QLineEdit *>(QLatin1String(name))->setText(text);
+        };
+        fill("productCountLineEdit", QString::number(count));
+        fill("firstSipUserIdLineEdit", QStringLiteral("1000"));
+        dialog->findChild<IpLine *>()->setText(
+            QStringLiteral("02:00:A7:%1:00:00").arg(0x80 + round, 2, 16, QLatin1Char('0')));
+        program.settle();
+        const FirstPaint shown(program, listed + (round + 1) * count);
+        batches.measure([&] {
+            dialog->findChild<QPushButton *>(QStringLiteral("saveButton"))->click();
+            program.settle();
+        });
+        if (shown.milliseconds() < 0)
+            std::printf("the batch was not shown: %d rows\n", program.rowsShown());
+        longest = std::max(longest, shown.milliseconds());
+    }
+    std::printf("%7d devices: a batch of %d more shows after %7.1f ms at the longest, is saved "
+                "after %7.1f ms\n",
+                listed, count, longest, batches.median() / 1000);
+}
+
+void measureKeys(const QString &parent, int listed)
+{
+    Program program(parent);
+    program.start();
+    program.dataMgr->addContacts(benchDevices(listed));
+    program.settle();
+    struct Search
+    {
+        const char *what;
+        int box;
+        const char *keys;
+        int found;
+    };
+    for (const Search &search :
+         {Search{"MAC", 0, "02:00:a7:00:12", 256},
+          Search{"server that all have", 2, "sip.example", listed},
+          Search{"user that none has", 4, "x999", 0}, Search{"number", 5, "4321", -1}}) {
+        auto *const box =
+            program.window->findChild<QLineEdit *>(QStringLiteral("searchEdit_%1").arg(search.box));
+        box->setFocus();
+        program.settle();
+        Samples keys;
+        for (const char *key = search.keys; *key != '\0'; ++key) {
+            keys.measure([&] {
+                QTest::keyClick(box, *key);
+                program.settle();
+            });
+        }
+        const int found = program.rowsShown();
+        while (!box->text().isEmpty()) {
+            keys.measure([&] {
+                QTest::keyClick(box, Qt::Key_Backspace);
+                program.settle();
+            });
+        }
+        std::printf("%7d devices: a key in the search for a %s: median %6.1f ms, longest %6.1f ms "
+                    "(%d found)\n",
+                    listed, search.what, keys.median() / 1000, keys.quantile(1) / 1000, found);
+        if (search.found >= 0 && found != search.found)
+            std::printf("the search was wrong\n");
+    }
+}
+
+double measureStarts(const QString &parent, int stored)
+{
+    Program program(parent);
+    program.start();
+    program.dataMgr->addContacts(benchDevices(stored));
+    program.stop();
+    Samples starts;
+    for (int round = 0; round < 7; ++round) {
+        starts.measure([&] { program.start(); });
+        if (program.rowsShown() != stored)
+            std::printf("the start was wrong\n");
+        program.stop();
+    }
+    std::printf("%7d devices stored: the window shows after %7.1f ms\n", stored,
+                starts.median() / 1000);
+    return starts.median();
+}
+
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    QApplication application(argc, argv);
+    QLoggingCategory::setFilterRules(QStringLiteral("default.debug=false"));
+    QDir::setCurrent(QStringLiteral(VL_RUN_FOLDER));
+    registerContactTypes();
+    applyAppearance(application);
+    const QString parent = QCoreApplication::arguments().value(1, QDir::tempPath());
+    measureBatch(parent, 0, 10000);
+    measureBatch(parent, 100000, 10000);
+    measureKeys(parent, 100000);
+    const double none = measureStarts(parent, 0);
+    const double many = measureStarts(parent, 100000);
+    std::printf("100,000 devices against none: %.2f times the time of a start\n", many / none);
+    return 0;
+}
