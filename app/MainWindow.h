@@ -42,9 +42,10 @@ public:
     /// installer's note if there is one, which it uses up, else as it was stored. False when
     /// nothing readable is stored.
     bool loadLanguageSetting();
-    /// The stored language word. A file that cannot be written is skipped, here and below.
-    void createConfigFile(const QString &language);
-    void updateConfigFile(const QString &language);
+    /// The stored language word. A file that cannot be written is skipped, here and below; false
+    /// then.
+    bool createConfigFile(const QString &language);
+    bool updateConfigFile(const QString &language);
     void createOptionsFile(bool autoStart, bool recoveryData, bool autoHttpd);
     void updateOptionsFile(bool autoStart, bool recoveryData, bool autoHttpd);
     /// Lets the user's session start the program, or no longer.
@@ -128,7 +129,7 @@ private:
     void finishStart();
     void loadLanguage(const QString &language);
     void installTranslators(const QStringList &fileNames);
-    void storeLanguage(const QString &language);
+    bool storeLanguage(const QString &language);
 
     DataMgr &m_dataMgr;
     QString m_folder;

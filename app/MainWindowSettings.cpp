@@ -37,8 +37,9 @@ bool MainWindow::loadLanguageSetting()
     const QString hint = languageHint(hintPath);
     if (!hint.isEmpty()) {
         loadLanguage(hint);
-        QFile::remove(hintPath);
-        storeLanguage(hint);
+        // In this order: a choice that cannot be stored yet must not be gone.
+        if (storeLanguage(hint))
+            QFile::remove(hintPath);
     }
     QString language;
     if (!readLanguageFile(m_folder + configPath, language))
@@ -87,28 +88,26 @@ void MainWindow::restoreLanguageSetting()
     const QString language = m_languageGroup->checkedAction()->objectName();
     if (language == m_chosenLanguage)
         return;
-    m_chosenLanguage = language;
-    storeLanguage(language);
+    if (storeLanguage(language))
+        m_chosenLanguage = language;
     Modal::message(nullptr, QMessageBox::Information, tr("Language change"),
                    tr("Language change will take effect after reboot."));
 }
 
-void MainWindow::storeLanguage(const QString &language)
+bool MainWindow::storeLanguage(const QString &language)
 {
-    if (QFile::exists(m_folder + configPath))
-        updateConfigFile(language);
-    else
-        createConfigFile(language);
+    return QFile::exists(m_folder + configPath) ? updateConfigFile(language)
+                                                : createConfigFile(language);
 }
 
-void MainWindow::createConfigFile(const QString &language)
+bool MainWindow::createConfigFile(const QString &language)
 {
-    createLanguageFile(m_folder + configPath, language);
+    return createLanguageFile(m_folder + configPath, language);
 }
 
-void MainWindow::updateConfigFile(const QString &language)
+bool MainWindow::updateConfigFile(const QString &language)
 {
-    updateLanguageFile(m_folder + configPath, language);
+    return updateLanguageFile(m_folder + configPath, language);
 }
 
 bool MainWindow::readOptionsAndSet()

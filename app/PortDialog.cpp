@@ -41,7 +41,12 @@ PortDialog::PortDialog(QWidget *parent)
     label->setBuddy(m_portEdit);
     m_portEdit->setObjectName(QStringLiteral("portLineEdit"));
     m_portEdit->setAccessibleName(label->text());
-    m_portEdit->setValidator(new QIntValidator(lowestPort, highestPort, m_portEdit));
+    auto *const validator = new QIntValidator(lowestPort, highestPort, m_portEdit);
+    // Not "5,000", which some languages would allow and the file does not.
+    QLocale plainDigits = QLocale::c();
+    plainDigits.setNumberOptions(QLocale::RejectGroupSeparator);
+    validator->setLocale(plainDigits);
+    m_portEdit->setValidator(validator);
     m_portEdit->setFixedWidth(portWidth);
     m_portEdit->setEnabled(false);
 

@@ -367,7 +367,7 @@
     <name>DataMgr</name>
     <message>
         <source>Save Error</source>
-        <translation>保存错误</translation>
+        <translation>保存失败</translation>
     </message>
     <message>
         <source>The device list can not be saved: %1. A copy of it is kept in %2.</source>
@@ -483,7 +483,7 @@
     <name>HttpdThread</name>
     <message>
         <source>One device request cfg.</source>
-        <translation>一台设备请求配置文件。</translation>
+        <translation>有一台设备请求配置文件。</translation>
     </message>
     <message>
         <source>Product:</source>
@@ -636,7 +636,7 @@
     </message>
     <message>
         <source>Backup Error</source>
-        <translation>备份错误</translation>
+        <translation>备份失败</translation>
     </message>
 </context>
 <context>
@@ -818,7 +818,7 @@
     </message>
     <message>
         <source>PNP service requires HTTPD enabled, please open HTTPD service first!</source>
-        <translation>PNP服务需要HTTPD服务，请先开启HTTPD服务！</translation>
+        <translation>PNP服务依赖HTTPD服务，请先开启HTTPD服务！</translation>
     </message>
     <message>
         <source>PNP service requires 5060 port, please stop other occupied service and try again!</source>
@@ -977,11 +977,11 @@
     </message>
     <message>
         <source>Yes to All</source>
-        <translation>全部为是</translation>
+        <translation>全是</translation>
     </message>
     <message>
         <source>No to All</source>
-        <translation>全部为否</translation>
+        <translation>全否</translation>
     </message>
 </context>
 <context>
@@ -1153,7 +1153,7 @@
     </message>
     <message>
         <source>Select the menu option button, tool provides some config options include startup boot, edit recovery and auto httpd server. Startup boot means Start up tool with your pc. Edit recovery means recovery the status of the tool&apos;s last save and exit. Automaticly Open httpd server when you pitch on the menu of auto httpd server.</source>
-        <translation>在“选项”菜单中，本工具提供开机自动启动、编辑恢复和自动开启HTTPD等配置选项。“开机自动启动”表示本工具随电脑一起启动；“编辑恢复”表示恢复到本工具上次保存并退出时的状态；选中“自动开启HTTPD”后，将自动开启HTTPD服务器。</translation>
+        <translation>在“选项”菜单中，本工具提供开机自动启动、恢复数据和自动开启HTTPD等配置选项。“开机自动启动”表示本工具随电脑一起启动；“恢复数据”表示恢复到本工具上次保存并退出时的状态；选中“自动开启HTTPD”后，将自动开启HTTPD服务器。</translation>
     </message>
     <message>
         <source>Httpd Server and PNP Server</source>
