@@ -256,6 +256,11 @@ void MainWindow::connectContent()
             &MainWindow::onContactsDialogAddFinished);
     connect(centralWidget(), &QObject::destroyed, this, &MainWindow::closeWindow);
     connect(&m_dataMgr, &DataMgr::updateModel, m_view, &ContactView::updateContactModel);
+    // A start with a long list shows what stands at its top before all of it is read.
+    connect(&m_dataMgr, &DataMgr::listBegun, m_view, [this] {
+        m_view->updateContactModel();
+        show();
+    });
     connect(&m_dataMgr, &DataMgr::listMade, m_view, [this] {
         m_view->setBusy(false);
         m_view->updateContactModel();
@@ -277,6 +282,10 @@ void MainWindow::onCreateDatabase()
 /// What waits for the window to show: one after the other, as each may stop for the user.
 void MainWindow::finishStart()
 {
+    if (m_closeWanted) { // while the list was read
+        closeWindow();
+        return;
+    }
     if (!m_startError.isEmpty()) {
         Modal::message(this, QMessageBox::Critical, tr("Database Error"),
                        tr("The device list in phonebook.db can not be read: %1. "

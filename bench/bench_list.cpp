@@ -26,6 +26,8 @@
 
 namespace {
 
+constexpr int rowsOfAScreen = 100;
+
 /// The program over a folder of its own; what it shows it finds beside its executable.
 class Program
 {
@@ -75,28 +77,28 @@ public:
     std::unique_ptr<MainWindow> window;
 };
 
-/// Notes when the view is first painted with so many rows.
+/// Notes when a view is first painted with at least so many rows.
 class FirstPaint : public QObject
 {
 public:
-    FirstPaint(const Program &program, int rows)
-        : m_program(program)
-        , m_rows(rows)
+    explicit FirstPaint(int rows)
+        : m_rows(rows)
     {
-        program.window->findChild<ContactView *>()->viewport()->installEventFilter(this);
+        qApp->installEventFilter(this);
         m_timer.start();
     }
     double milliseconds() const { return m_milliseconds; }
 
     bool eventFilter(QObject *watched, QEvent *event) override
     {
-        if (event->type() == QEvent::Paint && m_milliseconds < 0 && m_program.rowsShown() == m_rows)
+        const auto *const view = qobject_cast<ContactView *>(watched->parent());
+        if (event->type() == QEvent::Paint && m_milliseconds < 0 && view &&
+            watched == view->viewport() && view->model()->rowCount() >= m_rows)
             m_milliseconds = double(m_timer.nsecsElapsed()) / 1e6;
         return QObject::eventFilter(watched, event);
     }
 
 private:
-    const Program &m_program;
     int m_rows;
     QElapsedTimer m_timer;
     double m_milliseconds = -1;
@@ -120,7 +122,7 @@ void measureBatch(const QString &parent, int listed, int count)
         dialog->findChild<IpLine *>()->setText(
             QStringLiteral("02:00:A7:%1:00:00").arg(0x80 + round, 2, 16, QLatin1Char('0')));
         program.settle();
-        const FirstPaint shown(program, listed + (round + 1) * count);
+        const FirstPaint shown(listed + (round + 1) * count);
         batches.measure([&] {
             dialog->findChild<QPushButton *>(QStringLiteral("saveButton"))->click();
             program.settle();
@@ -184,15 +186,20 @@ double measureStarts(const QString &parent, int stored)
     program.dataMgr->addContacts(benchDevices(stored));
     program.stop();
     Samples starts;
+    double longest = 0;
     for (int round = 0; round < 7; ++round) {
+        const FirstPaint shown(std::min(stored, rowsOfAScreen));
         starts.measure([&] { program.start(); });
-        if (program.rowsShown() != stored)
+        if (shown.milliseconds() < 0 || program.rowsShown() != stored)
             std::printf("the start was wrong\n");
+        longest = std::max(longest, shown.milliseconds());
         program.stop();
     }
-    std::printf("%7d devices stored: the window shows after %7.1f ms\n", stored,
-                starts.median() / 1000);
-    return starts.median();
+    std::printf(
+        "%7d devices stored: the window shows devices after %7.1f ms at the longest, all of "
+        "them after %7.1f ms\n",
+        stored, longest, starts.median() / 1000);
+    return longest;
 }
 
 } // namespace

@@ -65,7 +65,7 @@ bool DBOperator::saveRows(const QVector<DeviceNode> &nodes, int first, int count
     return database()->insertContacts(contacts);
 }
 
-QList<ContactInfo> DBOperator::load()
+QList<ContactInfo> DBOperator::load(const ContactsRead &onTheWay)
 {
-    return database()->queryContacts();
+    return database()->queryContacts(onTheWay);
 }

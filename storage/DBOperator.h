@@ -28,7 +28,8 @@ public:
     bool save(const DeviceListSnapshot &list, const std::function<void()> &breathe = {});
 
     /// Every stored record. Whether reading failed, the store's lastErrorText() tells.
-    QList<ContactInfo> load();
+    /// See DatabaseLayer::queryContacts() for `onTheWay`.
+    QList<ContactInfo> load(const ContactsRead &onTheWay = {});
 
 private:
     bool saveRows(const QVector<DeviceNode> &nodes, int first, int count);

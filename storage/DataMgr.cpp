@@ -100,8 +100,23 @@ void DataMgr::close()
 bool DataMgr::recoverPreviousData()
 {
     m_busy = true;
+    const QScopedValueRollback<bool> halfMade(m_halfMade, true);
+    const bool wasEmpty = m_devices.size() == 0;
+    bool begun = false;
     QList<ContactInfo> stored;
-    const bool loaded = m_saver.load(stored);
+    const bool loaded = m_saver.load(stored, [&](const QList<ContactInfo> &soFar) {
+        if (wasEmpty && !begun) {
+            begun = true;
+            m_devices.assign(soFar);
+            emit listBegun();
+        }
+        breathe(QEventLoop::ExcludeSocketNotifiers);
+    });
+    if (begun && !loaded) {
+        m_devices.clear();
+        m_saver.markEmpty();
+        emit updateModel();
+    }
     if (loaded) {
         qCDebug(debugLog) << "queryData contact list size = " << stored.size();
         m_devices.assign(stored);

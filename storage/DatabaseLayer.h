@@ -7,8 +7,13 @@
 #include <QStringList>
 #include <QVariantList>
 
+#include <functional>
+
 /// For each table, the list of values of each column in the table's order.
 using ColumnMap = QMap<QString, QList<QVariantList>>;
+
+/// Gets what was read up to there; must not reach the store.
+using ContactsRead = std::function<void(const QList<ContactInfo> &soFar)>;
 
 /// The store of the device list, as the rest of the program sees it. Belongs to the thread that
 /// created it; errors go to the debug log and, as a text for the user, to lastErrorText().
@@ -36,8 +41,8 @@ public:
     /// Settles the rows of the last batch insert; they replace older rows with the same MAC.
     virtual bool mergeNewRecords() = 0;
     /// Every row in the table's natural order. A failure returns an empty list and leaves
-    /// lastErrorText() set; success clears it.
-    virtual QList<ContactInfo> queryContacts() = 0;
+    /// lastErrorText() set; success clears it. `onTheWay`, if given, is called every thousand rows.
+    virtual QList<ContactInfo> queryContacts(const ContactsRead &onTheWay = {}) = 0;
     /// Inserts the records as new rows.
     virtual bool insertContacts(const QList<ContactInfo> &contacts) = 0;
 

@@ -46,11 +46,11 @@ void ListSaver::close()
     m_usable = false;
 }
 
-bool ListSaver::load(QList<ContactInfo> &contacts)
+bool ListSaver::load(QList<ContactInfo> &contacts, const ContactsRead &onTheWay)
 {
     if (!m_usable)
         return false;
-    contacts = m_dbOperator.load();
+    contacts = m_dbOperator.load(onTheWay);
     const QString error = m_dbOperator.database()->lastErrorText();
     if (error.isEmpty())
         return true;

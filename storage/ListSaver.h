@@ -1,6 +1,7 @@
 #pragma once
 
 #include "model/DeviceList.h"
+#include "storage/DatabaseLayer.h"
 #include "storage/DeviceBackup.h"
 
 #include <QString>
@@ -36,7 +37,10 @@ public:
     bool isUsable() const { return m_usable; }
 
     /// Reads every stored record into `contacts`. After a failure nothing is written any more.
-    bool load(QList<ContactInfo> &contacts);
+    /// See DatabaseLayer::queryContacts() for `onTheWay`.
+    bool load(QList<ContactInfo> &contacts, const ContactsRead &onTheWay = {});
+    /// The list is empty again as if nothing had ever been in it: there is nothing to save.
+    void markEmpty() { m_savedVersion = m_devices.version(); }
     /// The list now holds what load() gave.
     void markLoaded(const QList<ContactInfo> &contacts);
 

@@ -16,6 +16,7 @@
 namespace {
 
 const QString fileName = QStringLiteral("phonebook.db");
+constexpr int rowsBetweenCalls = 1000;
 const QString contactTable = QStringLiteral("contact1");
 
 // A locked database makes the window wait this long before a save fails.
@@ -237,7 +238,7 @@ bool SqliteDatabase::mergeNewRecords()
     return succeeded(query);
 }
 
-QList<ContactInfo> SqliteDatabase::queryContacts()
+QList<ContactInfo> SqliteDatabase::queryContacts(const ContactsRead &onTheWay)
 {
     qCDebug(debugLog) << "getCSInfo.";
     useUtf8AsLocaleCodec();
@@ -246,10 +247,13 @@ QList<ContactInfo> SqliteDatabase::queryContacts()
     query.setForwardOnly(true);
     query.exec(Sql::selectAll);
     ContactInfo current;
+    int rows = 0;
     while (query.next()) {
         const int id = query.value(0).toInt();
         if (id != current.id && current.id > 0)
             contacts.append(current);
+        if (onTheWay && ++rows % rowsBetweenCalls == 0)
+            onTheWay(contacts);
         current.id = id;
         int column = 1;
         for (const ContactField &field : contactFields()) {

@@ -26,7 +26,7 @@ public:
     bool deleteAll() override;
     void setMode(int mode) override;
     bool mergeNewRecords() override;
-    QList<ContactInfo> queryContacts() override;
+    QList<ContactInfo> queryContacts(const ContactsRead &onTheWay = {}) override;
     bool insertContacts(const QList<ContactInfo> &contacts) override;
 
     bool beginTransaction() override;

@@ -683,6 +683,8 @@ void TestDataMgr::damagedStoreIsLeftAlone_data()
     QTest::newRow("cut off") << QStringLiteral("cut") << false;
     // The number of rows can still be read, the rows cannot.
     QTest::newRow("a page overwritten") << QStringLiteral("page") << true;
+    // What was read and shown before it is taken back.
+    QTest::newRow("a page far back overwritten") << QStringLiteral("far page") << true;
 }
 
 void TestDataMgr::damagedStoreIsLeftAlone()
@@ -690,7 +692,8 @@ void TestDataMgr::damagedStoreIsLeftAlone()
     QFETCH(QString, damage);
     QFETCH(bool, opens);
     QList<ContactInfo> devices;
-    for (int i = 0; i < 200; ++i)
+    const bool isFar = damage == QLatin1String("far page");
+    for (int i = 0; i < (isFar ? 2600 : 200); ++i)
         devices.append(stampedDevice(QString::number(i)));
     store(devices);
     {
@@ -700,8 +703,9 @@ void TestDataMgr::damagedStoreIsLeftAlone()
             file.write(QByteArray("garbage ").repeated(1000));
         } else if (damage == QLatin1String("cut")) {
             QVERIFY(file.resize(file.size() / 3));
-        } else if (damage == QLatin1String("page")) {
-            const int place = fileContent(databasePath()).indexOf("100.sip_server");
+        } else if (damage.endsWith(QLatin1String("page"))) {
+            const int place =
+                fileContent(databasePath()).indexOf(isFar ? "2500.sip_server" : "100.sip_server");
             QVERIFY(place > 0);
             QVERIFY(file.seek(qint64(place) / 4096 * 4096));
             file.write(QByteArray(4096, '\xff'));
@@ -713,8 +717,12 @@ void TestDataMgr::damagedStoreIsLeftAlone()
     const QByteArray before = fileContent(databasePath());
 
     Run run(m_folder->path());
+    const QSignalSpy begun(&run.mgr, &DataMgr::listBegun);
     QCOMPARE(run.mgr.openDatabase(), opens);
     QVERIFY(!run.mgr.recoverPreviousData());
+    QCOMPARE(begun.size(), isFar ? 1 : 0);
+    QCOMPARE(run.mgr.devices().size(), 0);
+    QVERIFY(run.mgr.keepUnsavedList());
     QVERIFY(!run.mgr.lastErrorText().isEmpty());
     QVERIFY(!run.mgr.isStoreUsable());
     QVERIFY(!run.mgr.isBusy());
