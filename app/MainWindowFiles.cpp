@@ -10,9 +10,12 @@
 #include <QCoreApplication>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QHeaderView>
+#include <QTreeView>
 
 namespace {
 
+constexpr QSize dialogSize(760, 460);
 const QString backupFolder = QStringLiteral("backup");
 const QString exportName = QStringLiteral("devices");
 
@@ -23,6 +26,11 @@ void useOwnDialog(QFileDialog &dialog, const QString &title)
     dialog.setOption(QFileDialog::DontUseNativeDialog);
     dialog.setWindowIcon(Modal::windowIcon());
     dialog.setWindowTitle(title);
+    // As it comes, it cuts the dates off.
+    dialog.resize(dialogSize);
+    QHeaderView *const header = dialog.findChild<QTreeView *>()->header();
+    header->setSectionResizeMode(QHeaderView::ResizeToContents);
+    header->setSectionResizeMode(0, QHeaderView::Stretch);
 }
 
 /// The path chosen, or an empty one.
