@@ -226,6 +226,11 @@ void MainWindow::createDialogs()
     m_contactDialog->setWindowModality(Qt::WindowModal);
     m_contactsDialog = new ContactsDialog(this);
     m_contactsDialog->setWindowModality(Qt::WindowModal);
+    // Where a dialog goes at once with a box over it, a window manager may hand the keyboard to the
+    // dialog that is just going, and then to nobody.
+    for (QDialog *const dialog :
+         {static_cast<QDialog *>(m_contactDialog), static_cast<QDialog *>(m_contactsDialog)})
+        connect(dialog, &QDialog::finished, this, &QWidget::activateWindow);
 }
 
 void MainWindow::connectContent()
