@@ -262,8 +262,9 @@ void MainWindow::connectContent()
     connect(centralWidget(), &QObject::destroyed, this, &MainWindow::closeWindow);
     connect(&m_dataMgr, &DataMgr::updateModel, m_view, &ContactView::updateContactModel);
     // A start with a long list shows what stands at its top before all of it is read.
-    connect(&m_dataMgr, &DataMgr::listBegun, m_view, [this] {
+    connect(&m_dataMgr, &DataMgr::listBegun, m_view, [this](int stored) {
         m_view->updateContactModel();
+        m_commandBar->setDeviceCount(stored);
         show();
     });
     connect(&m_dataMgr, &DataMgr::listMade, m_view, [this] {

@@ -103,12 +103,13 @@ bool DataMgr::recoverPreviousData()
     const QScopedValueRollback<bool> halfMade(m_halfMade, true);
     const bool wasEmpty = m_devices.size() == 0;
     bool begun = false;
+    const int rows = m_saver.isUsable() ? database()->countContacts() : 0;
     QList<ContactInfo> stored;
     const bool loaded = m_saver.load(stored, [&](const QList<ContactInfo> &soFar) {
         if (wasEmpty && !begun) {
             begun = true;
             m_devices.assign(soFar);
-            emit listBegun();
+            emit listBegun(rows);
         }
         breathe(QEventLoop::ExcludeSocketNotifiers);
     });

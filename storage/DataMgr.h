@@ -128,8 +128,9 @@ public:
 signals:
     /// The device list has changed.
     void updateModel();
-    /// The first devices of a long stored list are listed; the rest is still being read.
-    void listBegun();
+    /// The first devices of a long stored list are listed; the rest is still being read, up to
+    /// `stored` rows.
+    void listBegun(int stored);
     /// A long change has made its list, which may be shown; to save it takes longer still.
     void listMade();
     void giveBack(const QString &text);
