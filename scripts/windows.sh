@@ -22,7 +22,7 @@ check_program() {
     local program="$1" size needed strange
     size="$(stat -c %s "$program")"
     needed="$(x86_64-w64-mingw32-objdump -p "$program" | sed -n 's/^\s*DLL Name: //p' | tr '[:upper:]' '[:lower:]' | sort -u)"
-    say "VlManager.exe: $size bytes; needs $(echo $needed)"
+    say "VlManager.exe: $size bytes; needs ${needed//$'\n'/ }"
     [ "$size" -lt "$largest_bytes" ] || die "the program is larger than $largest_bytes bytes"
     strange="$(grep -vxE "($windows_libraries)\.(dll|drv)" <<<"$needed" || true)"
     [ -z "$strange" ] || die "the program needs libraries that not every Windows has: $strange"

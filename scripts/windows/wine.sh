@@ -7,7 +7,9 @@ make_wine_prefix() {
     export WINEPREFIX="$1/wine" WINEARCH=win64 WINEDEBUG=-all
     mkdir -p "$1/locale" "$WINEPREFIX"
     localedef -f UTF-8 -i zh_CN "$1/locale/zh_CN.UTF-8"
-    export LOCPATH="$1/locale" LC_ALL=zh_CN.UTF-8
+    # This shell itself does not know the locale, and says so.
+    export LOCPATH="$1/locale"
+    { export LC_ALL=zh_CN.UTF-8; } 2>/dev/null
     # Without offers to fetch a browser, and without entries in this machine's own menus.
     export WINEDLLOVERRIDES="mscoree,mshtml=;winemenubuilder.exe=d"
     wine wineboot -i >"$WINEPREFIX/setup.log" 2>&1 || { cat "$WINEPREFIX/setup.log" >&2; die "Wine does not start"; }

@@ -36,6 +36,7 @@ STORED_MAC = "02:00:A7:A1:B2:C3"
 FILE = "cfg0200a7a1b2c3.xml"
 AGENT = "Velloran KTP16XX 1.0.4.9 02:00:a7:a1:b2:c3"
 CLIENTS = 24
+LONGEST_PLAIN_PATH = 259
 # Of the second card, as the stage lays it.
 OTHER_ADDRESS = "198.51.100.10"
 
@@ -279,6 +280,11 @@ class Walk:
         check("<P35>2001</P35>" in answer, "the document is the device's", answer)
         self.shot("fetched")
 
+        say("-- a name that this file system takes for the same")
+        before = self.stored_document()
+        check_equal(self.fetch(FILE.replace("a7a1", "A7A1")), (52, ""), "no answer")
+        check_equal(self.stored_document(), before, "and the document stays as it was")
+
         say(f"-- {CLIENTS} telephones at once, of both families, all asking for one file")
         wrong = []
         threads = [threading.Thread(target=self.fetch_often, args=(agent, element, wrong))
@@ -338,16 +344,18 @@ class Walk:
                     {"AutoStart": "1", "RecoveryData": "1", "AutoHttpd": "0"}, "options.xml holds")
 
     def import_gbk(self):
-        say("-- a list in the encoding of a Chinese Windows, with its line ends")
-        lists = unix(r"C:\lists in")
-        lists.mkdir()
+        say("-- a list in the encoding of a Chinese Windows, with its line ends, under a long path")
+        folder = "C:\\lists in\\" + "\\".join(["long" * 30] * 2)
+        check(len(folder) > LONGEST_PLAIN_PATH - len("\\devices.csv"), "the path is long")
+        lists = unix(folder)
+        lists.mkdir(parents=True)
         (lists / "devices.csv").write_bytes(
             'MAC,分机号,SIP服务器,随机端口,网关IP,拨号规则,城市,公司\r\n'
             '02:00:A7:00:00:21,前台,sip.example.net,,,,上海,"甲乙, 丙公司"\r\n'
             '02:00:A7:00:00:22,仓库,sip.example.net,,,,北京,"末""行"\r\n'.encode("gbk"))
         keys("ctrl+i")
         time.sleep(1)
-        type_text(r"C:\lists in\devices.csv")
+        type_text(folder + r"\devices.csv")
         self.shot("import")
         keys("Return")
         wanted = [("前台", "上海", "甲乙, 丙公司"), ("仓库", "北京", '末"行')]
@@ -411,7 +419,7 @@ class Walk:
         self.program.close()
 
     def remove(self, *arguments):
-        command_line(" ".join([f'"{FOLDER}\\uninstall.exe"', "/S", *arguments]))
+        wine(FOLDER + r"\uninstall.exe", "/S", *arguments)
         check_soon(lambda: registry_value(UNINSTALL_KEY, "DisplayName") is None,
                    "removed from the list of programs")
 
