@@ -45,7 +45,7 @@ constexpr std::array<AddressGroup, 5> addressGroups = {{
 
 // On Windows a file cannot be replaced while another thread reads it; reading one takes far less
 // than this altogether.
-constexpr int replaceAttempts = 20;
+constexpr int replaceAttempts = 100;
 constexpr unsigned long replacePauseMs = 10;
 
 constexpr auto ownerOnly = QFile::ReadOwner | QFile::WriteOwner;

@@ -70,12 +70,14 @@ std::intptr_t duplicate(std::intptr_t descriptor)
 
 void breakOff(std::intptr_t descriptor)
 {
-    ::shutdown(number(descriptor), SD_BOTH);
+    // Not for sending as well: Qt does not know the error that sending then ends with, and would
+    // try again without end and without a pause, whatever time it was given.
+    ::shutdown(number(descriptor), SD_RECEIVE);
 }
 
 int longestWait()
 {
-    return 500; // a select() under way may not notice shutdown()
+    return 200; // who waits to send, or is in a select(), does not notice shutdown()
 }
 
 void endStream(std::intptr_t descriptor, std::chrono::milliseconds patience)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "FilePermissions.h"
 #include "model/ContactFields.h"
 
 #include <QFile>
@@ -86,12 +87,4 @@ inline QByteArray fileContent(const QString &path)
 {
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-/// What the file's access rights are, without those of this process.
-inline QFile::Permissions filePermissions(const QString &path)
-{
-    return QFile::permissions(path) & (QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner |
-                                       QFile::ReadGroup | QFile::WriteGroup | QFile::ExeGroup |
-                                       QFile::ReadOther | QFile::WriteOther | QFile::ExeOther);
 }

@@ -1,5 +1,6 @@
 add_executable(single_instance_probe single_instance_probe.cpp)
 target_link_libraries(single_instance_probe PRIVATE vl::app vl_options)
+vl_plugins(single_instance_probe)
 set_target_properties(single_instance_probe PROPERTIES
     RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests)
 

@@ -3,9 +3,8 @@
 // meet a real copy. Ends when its standard input is closed.
 #include "app/SingleApplication.h"
 
-#include <QSocketNotifier>
-
 #include <cstdio>
+#include <thread>
 
 int main(int argc, char *argv[])
 {
@@ -17,8 +16,12 @@ int main(int argc, char *argv[])
         std::puts("knock");
         std::fflush(stdout);
     });
-    QSocketNotifier inputClosed(0, QSocketNotifier::Read);
-    QObject::connect(&inputClosed, &QSocketNotifier::activated, &application,
-                     &QCoreApplication::quit);
-    return SingleApplication::exec();
+    std::thread input([&application] {
+        while (std::getchar() != EOF) {
+        }
+        QMetaObject::invokeMethod(&application, &QCoreApplication::quit, Qt::QueuedConnection);
+    });
+    const int status = SingleApplication::exec();
+    input.join();
+    return status;
 }

@@ -218,6 +218,7 @@ void TestCsvParser::manyQuotesTakeLinearTime()
 
 void TestCsvParser::opensFilesAndStreams()
 {
+    QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8")); // as the import does
     const QTemporaryDir folder;
     const QByteArray path = QFile::encodeName(folder.filePath(QStringLiteral("设备 list.csv")));
     csv_parser reader;

@@ -1,3 +1,4 @@
+#include "FilePermissions.h"
 #include "TestDevices.h"
 #include "export/ExportBase.h"
 #include "export/ExportFactory.h"
@@ -33,14 +34,6 @@ QByteArray contentOf(const QString &path)
 QByteArray handWritten(const QString &name)
 {
     return contentOf(QStringLiteral(VL_SOURCE_DIR "/tests/data/") + name);
-}
-
-QFile::Permissions permissionsOf(const QString &path)
-{
-    // ReadUser and its like tell of this process, not of the file.
-    return QFile::permissions(path) & (QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner |
-                                       QFile::ReadGroup | QFile::WriteGroup | QFile::ExeGroup |
-                                       QFile::ReadOther | QFile::WriteOther | QFile::ExeOther);
 }
 
 bool exportTo(const QString &path, QList<ContactInfo> devices, ExportType type = DeskPhoneXml)
@@ -293,13 +286,13 @@ void TestProvisioningXml::onlyTheOwnerMayRead()
     const QTemporaryDir folder;
     const QString path = folder.filePath(requestedName);
     QVERIFY(exportTo(path, {fullDevice()}));
-    QCOMPARE(permissionsOf(path), ownerOnly);
+    QCOMPARE(filePermissions(path), ownerOnly);
 
     // Also when it takes the place of one that others could read, whatever that held.
     for (const ContactInfo &device : {fullDevice(), sparseDevice()}) {
         QVERIFY(QFile::setPermissions(path, ownerOnly | QFile::ReadGroup | QFile::ReadOther));
         QVERIFY(exportTo(path, {device}));
-        QCOMPARE(permissionsOf(path), ownerOnly);
+        QCOMPARE(filePermissions(path), ownerOnly);
     }
 }
 
@@ -367,6 +360,10 @@ void TestProvisioningXml::readersGetWholeDocuments()
     int torn = 0;
     while (writing > 0) {
         const QByteArray found = contentOf(path);
+#ifdef Q_OS_WIN
+        if (found.isEmpty())
+            continue; // refused, at the moment of the replacement
+#endif
         if (found == documents[0])
             ++seen[0];
         else if (found == documents[1])
