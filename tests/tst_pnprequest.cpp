@@ -92,7 +92,6 @@ class TestPnPRequest : public QObject
 private slots:
     void reads_data();
     void reads();
-    void saysWhatIsMissing();
     void stopsAtTheFirstThatIsMissing();
     void messages_data();
     void messages();
@@ -118,7 +117,6 @@ void TestPnPRequest::reads_data()
     };
 
     complete("as telephones send it", standard(), standardFields(-1));
-    complete("another method", standardWith("SUBSCRIBE sip", "OPTIONS sip"), standardFields(-1));
 
     complete("MAC as it stands",
              standardWith("0200a7000001@224.0.1.75 SIP", "00:zZ:*\xe9 <x>@ SIP"),
@@ -127,37 +125,21 @@ void TestPnPRequest::reads_data()
              standardFields(-1));
     stops("11 characters in front of the at sign", "200a7000001@" + standard(),
           PnPRequest::MacAddress, {});
-    stops("at sign first, a good one behind it", "@" + standard(), PnPRequest::MacAddress, {});
     stops("empty", "", PnPRequest::MacAddress, {});
-    stops("only line ends", "\r\n\r\n", PnPRequest::MacAddress, {});
     stops("largest, no at sign", QByteArray(largestPayload, 'a'), PnPRequest::MacAddress, {});
-    stops("largest, only at signs", QByteArray(largestPayload, '@'), PnPRequest::MacAddress, {});
 
     noAddress("no port", "192.168.10.20;");
-    noAddress("no port behind the colon", "192.168.10.20:;");
-    noAddress("no address", ":5062;");
-    noAddress("nothing", ";");
     noAddress("port 0", "192.168.10.20:0;");
-    noAddress("port 65536", "192.168.10.20:65536;");
-    noAddress("port 99999", "192.168.10.20:99999;");
     noAddress("port beyond an int", "192.168.10.20:4294967301;");
-    noAddress("negative port", "192.168.10.20:-1;");
-    noAddress("port in letters", "192.168.10.20:sip;");
     noAddress("port in hexadecimal", "192.168.10.20:0x13c6;");
     noAddress("host name", "phone.local:5062;");
     noAddress("IPv6", "[fe80::1]:5062;");
-    noAddress("five parts", "192.168.10.20.1:5062;");
-    noAddress("this host", "0.0.0.0:5062;");
     noAddress("multicast group", "224.0.1.75:5060;");
     noAddress("broadcast", "255.255.255.255:5062;");
     noAddress("line end behind the port", "192.168.10.20:5062\r\n;");
-    noAddress("line of another header", "192.168.10.20:5062:\r\nEvent: x;");
-    noAddress("10,000 digits", "192.168.10.20:" + QByteArray(10000, '9') + ";");
     stops("no semicolon up to the end", standard().left(standard().indexOf(";branch")),
           PnPRequest::AddressAndPort, standardFields(toMac));
     stops("TCP", standardWith("SIP/2.0/UDP", "SIP/2.0/TCP"), PnPRequest::AddressAndPort,
-          standardFields(toMac));
-    stops("header in small letters", standardWith("Via: ", "via: "), PnPRequest::AddressAndPort,
           standardFields(toMac));
     QStringList fields = standardFieldsWith(1, QStringLiteral(" 192.168.10.20 : 65535 "));
     fields[2] = QStringLiteral(" 192.168.10.20 ");
@@ -169,26 +151,16 @@ void TestPnPRequest::reads_data()
              standardWith("From: ", "Via: SIP/2.0/UDP 10.0.0.9:9;branch=other\r\nFrom: "),
              standardFields(-1));
 
-    complete("a parameter before the branch", standardWith(";branch=", ";rport;branch="),
-             standardFields(-1));
     complete("the rest of the branch's line", standardWith("770412\r", "770412;rport;alias\r"),
              standardFieldsWith(4, QStringLiteral("branch=z9hG4bK770412;rport;alias")));
-    complete("the first tag is taken", standardWith("Via: ", "To: <sip:x>;tag=first\r\nVia: "),
-             standardFieldsWith(5, QStringLiteral("tag=first")));
-    stops("no line ends", standard().replace("\r\n", " "), PnPRequest::Branch,
-          standardFields(toPort));
     stops("bare line feeds", standard().replace("\r\n", "\n"), PnPRequest::Branch,
           standardFields(toPort));
     stops("cut in the branch", standard().left(standard().indexOf("770412")), PnPRequest::Branch,
           standardFields(toPort));
     stops("cut in the tag", standard().left(standard().indexOf("5150")), PnPRequest::FromTag,
           standardFields(toBranch));
-    stops("cut in the Call-ID", standard().left(standard().indexOf("@phone")), PnPRequest::CallId,
-          standardFields(toTag));
     stops("Call-ID without a blank", standardWith("Call-ID: ", "Call-ID:"), PnPRequest::CallId,
           standardFields(toTag));
-    stops("cut in the CSeq", standard().left(standard().indexOf(" SUBSCRIBE\r")), PnPRequest::Cseq,
-          standardFields(toCallId));
     stops("cut in the event", standard().left(standard().indexOf(";version")), PnPRequest::Event,
           standardFields(toCseq));
     complete("an empty value", standardWith("2001 SUBSCRIBE", ""),
@@ -208,10 +180,8 @@ void TestPnPRequest::reads_data()
         stops(name, withEvent(event), PnPRequest::Model, fields);
     };
     noModel("no model", "ua-profile;vendor=\"phone\"");
-    noModel("model at the very end", "ua-profile;model=");
     noModel("only the opening quote", "ua-profile;model=\"");
     noModel("no closing quote", "ua-profile;model=\"KTP2135");
-    noModel("model in capitals", "ua-profile;MODEL=\"KTP2135\"");
     noModel("empty event", "");
     fields = standardFields(toEvent);
     fields[toEvent - 1] = QStringLiteral("ua-profile");
@@ -226,13 +196,10 @@ void TestPnPRequest::reads_data()
     };
     modelOf("empty model", "model=\"\"", QString());
     modelOf("no quote in front", "model=KTP2135\"", QStringLiteral("TP2135"));
-    modelOf("the first of two models", "model=\"A\";model=\"B\"", QStringLiteral("A"));
 
     QByteArray cut = standard();
     cut[cut.indexOf("5150")] = '\0';
     stops("a NUL ends the text", cut, PnPRequest::FromTag, standardFields(toBranch));
-    stops("a NUL first", QByteArray(1, '\0') + standard(), PnPRequest::MacAddress, {});
-    stops("only NULs", QByteArray(largestPayload, '\0'), PnPRequest::MacAddress, {});
     complete("rubbish behind a NUL", standard() + QByteArray(1, '\0') + "@Via: SIP/2.0/UDP ",
              standardFields(-1));
 }
@@ -247,24 +214,6 @@ void TestPnPRequest::reads()
     QCOMPARE(int(request.stoppedAt), stoppedAt);
     QCOMPARE(request.isComplete(), stoppedAt == PnPRequest::Complete);
     QCOMPARE(fieldsOf(request), fields);
-}
-
-void TestPnPRequest::saysWhatIsMissing()
-{
-    QStringList texts;
-    for (int step = PnPRequest::MacAddress; step <= PnPRequest::Complete; ++step)
-        texts.append(QString::fromLatin1(PnPRequest::failureText(PnPRequest::Step(step))));
-    QCOMPARE(texts, QStringList({
-                        QStringLiteral("Can not find requestor's Mac address."),
-                        QStringLiteral("Can not find requestor's address and port."),
-                        QStringLiteral("Can not find branch Tag."),
-                        QStringLiteral("Can not find From Tag."),
-                        QStringLiteral("Can not find Call ID."),
-                        QStringLiteral("Can not find CSeq."),
-                        QStringLiteral("Can not find Event."),
-                        QStringLiteral("Can not find model in event str."),
-                        QString(),
-                    }));
 }
 
 /// Each thing that is looked for is missing, once alone and once with all that comes after it.
@@ -305,21 +254,10 @@ void TestPnPRequest::messages_data()
         "MESSAGE\r\n"
         "Content-Length: 0\r\n"
         "\r\n";
-    const QByteArray accepted =
-        "SIP/2.0 202 Accepted subscription\r\n"
-        "Via: SIP/2.0/UDP 192.168.10.20:5062;branch=z9hG4bK770412\r\n"
-        "From: <sip:MAC%3A0200a7000001@224.0.1.75>;tag=5150\r\n"
-        "To: <sip:MAC%3A0200a7000001@224.0.1.75>;tag=920204859\r\n"
-        "Call-ID: 88200314-0200a7000001@phone\r\n"
-        "CSeq: 2001 SUBSCRIBE\r\n"
-        "Event: ua-profile;profile-type=\"device\";vendor=\"phone\";model=\"KTP2135\";"
-        "version=\"1.0\"\r\n"
-        "Supported: replaces, path, eventlist\r\n"
-        "User-Agent: VlManager 1.0\r\n"
-        "Allow: INVITE, ACK, OPTIONS, CANCEL, BYE, SUBSCRIBE, NOTIFY, INFO, REFER, UPDATE, "
-        "MESSAGE\r\n"
-        "Content-Length: 0\r\n"
-        "\r\n";
+    const QByteArray accepted = QByteArray(notImplemented)
+                                    .replace("501 Not Implemented", "202 Accepted subscription")
+                                    .replace("@192.168.10.1>", "@224.0.1.75>")
+                                    .replace("1882999294", "920204859");
     const QByteArray notifyHead =
         "NOTIFY sip:192.168.10.20:5062 SIP/2.0\r\n"
         "Via: SIP/2.0/UDP 192.168.10.1:5080;branch=z9hG4bK1168558332;rport\r\n"
@@ -346,17 +284,11 @@ void TestPnPRequest::messages_data()
             << named(standard()) << named(notImplemented) << named(accepted) << notify;
     };
     model("KTP2135", folder);
-    model("KTP16XX", folder);
     model("ktp2135", folder);
-    model("ktp2200", folder);
     model("KTP2200 ", folder);
-    model("KTP", folder);
     model("KTP2200", noFolder);
     model("DK71X", noFolder);
-    model("KTV3175", noFolder);
     model("MKTP2135", noFolder);
-    model("KT", noFolder);
-    model("", noFolder);
 
     // The datagram's bytes are Latin-1, the answers' UTF-8.
     const auto other = [](QByteArray text) {
@@ -414,31 +346,13 @@ private:
 
     QByteArray token()
     {
-        static const std::array<QByteArray, 24> tokens = {"@",
-                                                          ":",
-                                                          ";",
-                                                          "\"",
-                                                          "\r\n",
-                                                          "\r",
-                                                          "\n",
-                                                          "::",
-                                                          QByteArray(1, '\0'),
-                                                          "Via: SIP/2.0/UDP ",
-                                                          "branch=",
-                                                          "tag=",
-                                                          "Call-ID: ",
-                                                          "CSeq: ",
-                                                          "Event: ",
-                                                          "model=\"",
-                                                          "KTP",
-                                                          "99999999999",
-                                                          ":0;",
-                                                          "224.0.1.75:5060;",
-                                                          "0.0.0.0",
-                                                          "%s%n",
-                                                          "%1%2%3",
-                                                          "\xed\xa0\x80"};
-        return tokens.at(size_t(below(int(tokens.size()))));
+        static const QList<QByteArray> tokens =
+            QByteArray("@|:|;|\"|\r\n|\r|\n|::|Via: SIP/2.0/UDP |branch=|tag=|Call-ID: |CSeq: |"
+                       "Event: |model=\"|KTP|99999999999|:0;|224.0.1.75:5060;|0.0.0.0|%s%n|"
+                       "%1%2%3|\xed\xa0\x80")
+                .split('|')
+            << QByteArray(1, '\0');
+        return tokens.at(below(tokens.size()));
     }
 
     void change(QByteArray &datagram)

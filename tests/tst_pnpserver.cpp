@@ -72,14 +72,10 @@ private slots:
 
     void tellsAKnownTelephoneWhereItsFileIs();
     void refusesAnUnknownTelephone();
-    void answersWhereTheRequestSays();
     void sendsNothing_data();
     void sendsNothing();
     void answersTheLaterOfTwo();
-    void logsWhatItReads();
-    void startsWhenThePortIsFreeAgain();
     void startsAndStops();
-    void keepsRunningWhenStartedTwice();
 
 private:
     QByteArray phoneAddress() const;
@@ -171,7 +167,10 @@ void TestPnPServer::tellsAKnownTelephoneWhereItsFileIs()
 
     // The service was closed and opened on another port meanwhile.
     m_server->setHttpdAddress(QStringLiteral("127.0.0.1"), QStringLiteral("5001"));
-    send(pnpSubscribe(knownMac, phoneAddress(), "DK71X"));
+    // The answer goes where the request says, not where it came from.
+    QUdpSocket sender;
+    QVERIFY(sender.bind(loopback(), 0));
+    sender.writeDatagram(pnpSubscribe(knownMac, phoneAddress(), "DK71X"), loopback(), sipPort);
     QVERIFY(received().startsWith("SIP/2.0 202 "));
     QVERIFY(received().endsWith("\r\n\r\nhttp://127.0.0.1:5001"));
 }
@@ -190,16 +189,6 @@ void TestPnPServer::refusesAnUnknownTelephone()
     QCOMPARE(m_lookup->asked(), QList<QByteArray>({unknownMac, knownMac}));
 }
 
-void TestPnPServer::answersWhereTheRequestSays()
-{
-    QVERIFY(m_server->start());
-    QUdpSocket sender;
-    QVERIFY(sender.bind(loopback(), 0));
-    sender.writeDatagram(pnpSubscribe(knownMac, phoneAddress(), "KTP2135"), loopback(), sipPort);
-    QVERIFY(isAnsweredOnly(knownMac));
-    QVERIFY(!sender.hasPendingDatagrams());
-}
-
 void TestPnPServer::sendsNothing_data()
 {
     QTest::addColumn<QByteArray>("datagram");
@@ -209,21 +198,14 @@ void TestPnPServer::sendsNothing_data()
         return pnpSubscribe(knownMac, address, "KTP2135");
     };
     const QString noMac = QStringLiteral("Can not find requestor's Mac address.");
-    const QString noAddress = QStringLiteral("Can not find requestor's address and port.");
     const QString own = QStringLiteral("The answer would come back to this server.");
 
-    QTest::newRow("empty") << QByteArray() << noMac;
     QTest::newRow("largest") << QByteArray(65507, '@') << noMac;
     QTest::newRow("known, no model")
         << from(phone).replace("model=", "") << QStringLiteral("Can not find model in event str.");
-    QTest::newRow("known, no port") << from("127.0.0.1") << noAddress;
-    QTest::newRow("the group") << from("224.0.1.75:5060") << noAddress;
     QTest::newRow("this server") << from("127.0.0.1:5060") << own;
     QTest::newRow("this server by another name") << from("127.8.9.10:5060") << own;
-    QTest::newRow("this server, unknown telephone")
-        << pnpSubscribe(unknownMac, "127.0.0.1:5060", "KTP2135") << own;
     QTest::newRow("everybody on the network") << from("127.255.255.255:9") << own;
-    QTest::newRow("the network") << from("127.0.0.0:9") << own;
 }
 
 void TestPnPServer::sendsNothing()
@@ -256,105 +238,22 @@ void TestPnPServer::answersTheLaterOfTwo()
     QCOMPARE(m_lookup->asked(), QList<QByteArray>({otherKnownMac, knownMac}));
 }
 
-void TestPnPServer::logsWhatItReads()
-{
-    QCOMPARE(debugLines(), QStringList());
-    m_server->setHttpdAddress(QStringLiteral("127.0.0.1"), QStringLiteral("80"));
-    QVERIFY(m_server->start());
-    QCOMPARE(debugLines(),
-             QStringList({
-                 QStringLiteral("httpd address changed addr =  \"127.0.0.1\" port =  \"80\""),
-                 QStringLiteral("m_localAddress =  \"127.0.0.1\""),
-                 QStringLiteral("bindFlag =  true"),
-                 QStringLiteral("joinFlag =  true"),
-             }));
-    debugLines().clear();
-    const QByteArray event = "Event: a;model=\"KTP2135\"\r\n";
-    const QByteArray datagram = "0200a7000001@ Via: SIP/2.0/UDP " + phoneAddress() +
-                                ";branch=b\r\nFrom: x;tag=t\r\nCall-ID: c\r\nCSeq: 1 S\r\n";
-    const QString phone = QString::fromLatin1(phoneAddress());
-    const QString port = QString::number(m_phone->localPort());
-    const QStringList upToCseq = {
-        QStringLiteral("m_requestMacAddress =  \"0200a7000001\""),
-        QStringLiteral("macExist =  true"),
-        QStringLiteral("m_requestAddressAndPort =  \"%1\"").arg(phone),
-        QStringLiteral("m_requestAddress & m_requestPort =  \"127.0.0.1\" / %1").arg(port),
-        QStringLiteral("m_requestBranchTag =  \"branch=b\""),
-        QStringLiteral("m_requestFromTag =  \"tag=t\""),
-        QStringLiteral("m_requestCallIdStr =  \"c\""),
-        QStringLiteral("m_requestCseqStr =  \"1 S\""),
-    };
-    const QStringList starts = {
-        QStringLiteral("501 Implemented datagram send = "),
-        QStringLiteral("Send 202 First = "),
-        QStringLiteral("Send Notify = "),
-    };
-    const QString arrived = QStringLiteral("arrived request datagram = ");
-    const QStringList texts = starts + QStringList(arrived);
-    const auto linesWithoutTexts = [&] {
-        QStringList lines = debugLines();
-        for (QString &line : lines) {
-            for (const QString &start : texts) {
-                if (line.startsWith(start))
-                    line = start;
-            }
-        }
-        return lines;
-    };
-
-    send(datagram);
-    QTRY_COMPARE(linesWithoutTexts(), QStringList(arrived) + upToCseq +
-                                          QStringList(QStringLiteral("Can not find Event.")));
-    debugLines().clear();
-    send(datagram + event);
-    QVERIFY(isAnsweredOnly(knownMac));
-    const QStringList complete =
-        QStringList(arrived) + upToCseq +
-        QStringList({QStringLiteral("m_requestEventStr =  \"a;model=\\\"KTP2135\\\"\""),
-                     QStringLiteral("m_modelStr =  \"KTP2135\"")});
-    QCOMPARE(linesWithoutTexts(), complete + starts.mid(1));
-    debugLines().clear();
-    send(QByteArray(datagram).replace(knownMac, unknownMac) + event);
-    QVERIFY(received().startsWith("SIP/2.0 501 "));
-    QCOMPARE(linesWithoutTexts().constLast(), starts.first());
-    QVERIFY(debugLines().contains(QStringLiteral("macExist =  false")));
-}
-
-void TestPnPServer::startsWhenThePortIsFreeAgain()
+void TestPnPServer::startsAndStops()
 {
     QUdpSocket other;
     QVERIFY(other.bind(QHostAddress::AnyIPv4, sipPort, QAbstractSocket::DontShareAddress));
     QVERIFY(!m_server->start());
-    QVERIFY(!m_server->start());
     QVERIFY(!m_server->stop());
     other.close();
-    QVERIFY(m_server->start());
-    send(pnpSubscribe(knownMac, phoneAddress(), "KTP2135"));
-    QVERIFY(isAnsweredOnly(knownMac));
-}
-
-void TestPnPServer::startsAndStops()
-{
-    QVERIFY(!m_server->stop());
     for (int i = 0; i < 3; ++i) {
         QVERIFY(m_server->start());
-        QVERIFY(!isPortFree(sipPort));
+        QVERIFY(!m_server->start()); // and it goes on
         send(pnpSubscribe(knownMac, phoneAddress(), "KTP2135"));
         QVERIFY(isAnsweredOnly(knownMac));
         QVERIFY(m_server->stop());
         QVERIFY(isPortFree(sipPort));
         QVERIFY(!m_server->stop());
     }
-}
-
-void TestPnPServer::keepsRunningWhenStartedTwice()
-{
-    QVERIFY(m_server->start());
-    QVERIFY(!m_server->start());
-    send(pnpSubscribe(knownMac, phoneAddress(), "KTP2135"));
-    QVERIFY(isAnsweredOnly(knownMac));
-    QVERIFY(m_server->stop());
-    QVERIFY(isPortFree(sipPort));
 }
 
 QTEST_GUILESS_MAIN(TestPnPServer)
