@@ -1,5 +1,5 @@
 vl_test(tst_csvparser LINK vl::import)
-vl_test(tst_csvimport LINK vl::storage SOURCES RawDatabase.h TestDevices.h)
+vl_test(tst_csvimport LINK vl::storage SOURCES DataSide.h RawDatabase.h TestDevices.h)
 
 set_property(TEST tst_csvparser tst_csvimport APPEND PROPERTY
     ENVIRONMENT

@@ -1,5 +1,5 @@
 vl_test(tst_sqlitedatabase LINK vl::storage SOURCES RawDatabase.h TestDevices.h)
-vl_test(tst_datamgr LINK vl::storage SOURCES RawDatabase.h TestDevices.h)
+vl_test(tst_datamgr LINK vl::storage SOURCES DataSide.h RawDatabase.h TestDevices.h)
 
 add_executable(killed_saver killed_saver.cpp TestDevices.h)
 target_link_libraries(killed_saver PRIVATE vl::storage vl_options)
