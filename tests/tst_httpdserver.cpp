@@ -4,7 +4,6 @@
 #include "net/HttpdThread.h"
 
 #include <QDir>
-#include <QRegularExpression>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 
@@ -27,12 +26,10 @@ private slots:
 
     void answer_data();
     void answer();
-    void lastModifiedIsEnglish();
     void noAnswer_data();
     void noAnswer();
     void foldersAreThePrivateOwners();
     void requestInSegments();
-    void requestOfHalfClosedClient_data();
     void requestOfHalfClosedClient();
     void overlongRequest_data();
     void overlongRequest();
@@ -42,7 +39,6 @@ private slots:
     void manyTelephonesAtOnce();
     void idleClientsMakeRoom();
     void outOfDescriptors();
-    void connectionLimit();
     void stopWithOpenConnections();
     void destroyWhileGenerating();
     void notASocket();
@@ -150,10 +146,8 @@ void TestHttpdServer::answer_data()
     QTest::addColumn<QByteArray>("agent");
     QTest::addColumn<QString>("product");
     QTest::addColumn<int>("type");
-    QTest::newRow("desk phone") << QByteArray("Velloran KTP2140") << QStringLiteral("KTP") << 13;
     QTest::newRow("cordless") << QByteArray("Velloran DK715") << QStringLiteral("DK") << 14;
     QTest::newRow("video phone") << QByteArray("KTV3275 KTP") << QStringLiteral("KTV3275") << 13;
-    QTest::newRow("unknown agent") << QByteArray("curl") << QString() << 13;
 }
 
 void TestHttpdServer::answer()
@@ -163,10 +157,16 @@ void TestHttpdServer::answer()
     QFETCH(int, type);
     QSignalSpy reports(m_server.get(), &HttpdServer::requestServer);
 
+    const QDateTime before = QDateTime::currentDateTime().addSecs(-1);
     bool reset = true;
     const QByteArray answer = ask(m_port, request(docName, agent), &reset);
 
     const QByteArray stamp = answer.mid(answer.indexOf("Last-Modified: ") + 15, 24).split('\r')[0];
+    // English, although main() made the system speak Chinese.
+    QCOMPARE(QLocale::system().language(), QLocale::Chinese);
+    const QDateTime modified = QLocale::c().toDateTime(QString::fromLatin1(stamp),
+                                                       QStringLiteral("ddd MMM d HH:mm:ss yyyy"));
+    QVERIFY(modified >= before && modified <= QDateTime::currentDateTime());
     QCOMPARE(answer, "HTTP/1.0 200 Ok\r\n"
                      "Server: Fortune/1.0\r\n"
                      "Last-Modified: " +
@@ -186,38 +186,17 @@ void TestHttpdServer::answer()
                  .arg(product, QLatin1String(docName)));
 }
 
-void TestHttpdServer::lastModifiedIsEnglish()
-{
-    // main() made the system speak Chinese.
-    QCOMPARE(QLocale::system().language(), QLocale::Chinese);
-    const QDateTime before = QDateTime::currentDateTime().addSecs(-1);
-    const QString answer = QString::fromUtf8(ask(m_port, request(docName, "KTP")));
-    const QRegularExpression line(
-        QStringLiteral("\r\nLast-Modified: ((Mon|Tue|Wed|Thu|Fri|Sat|Sun) "
-                       "(Jan|Feb|Mar|Apr|May|Jun|Jul|Aug|Sep|Oct|Nov|Dec) "
-                       "[1-9]\\d? \\d\\d:\\d\\d:\\d\\d \\d{4})\r\n"));
-    const QRegularExpressionMatch match = line.match(answer);
-    QVERIFY2(match.hasMatch(), qPrintable(answer));
-    const QDateTime stamp =
-        QLocale::c().toDateTime(match.captured(1), QStringLiteral("ddd MMM d HH:mm:ss yyyy"));
-    QVERIFY(stamp >= before && stamp <= QDateTime::currentDateTime());
-}
-
 void TestHttpdServer::noAnswer_data()
 {
     QTest::addColumn<QByteArray>("bytes");
     QTest::addColumn<bool>("reported");
     QTest::addColumn<int>("exports");
     const auto get = [](const QByteArray &name) { return request(name, "KTP"); };
-    QTest::newRow("query form") << get("cfg0200a7aabbcc.xml?pro=KTP") << false << 0;
     QTest::newRow("firmware") << get("ktp2140fw.bin") << false << 0;
-    QTest::newRow("configuration without xml") << get("cfg0200a7aabbcc.bin") << false << 0;
-    QTest::newRow("root") << get("") << false << 0;
     QTest::newRow("unknown device") << get("cfgunknown.xml") << true << 1;
     QTest::newRow("file gone after generation") << get("cfgvanishing.xml") << true << 1;
     QTest::newRow("line without end")
         << QByteArray("GET /cfg0200a7aabbcc.xml HTTP/1.1") << false << 0;
-    QTest::newRow("empty lines") << QByteArray("\r\n\r\n") << false << 0;
     QTest::newRow("binary") << QByteArray("\0\xff\xfe\n\0\n\n", 7) << false << 0;
     QTest::newRow("slash") << get("cfg/../../x.xml") << true << 0;
     QTest::newRow("backslash") << get("cfg0a\\x.xml") << true << 0;
@@ -275,23 +254,18 @@ void TestHttpdServer::requestInSegments()
     QCOMPARE(bodyOf(answer), FakeSource::document(CordlessXml, QLatin1String(docName)));
 }
 
-void TestHttpdServer::requestOfHalfClosedClient_data()
-{
-    QTest::addColumn<QByteArray>("bytes");
-    QTest::newRow("complete") << request(docName, "KTP");
-    QTest::newRow("without the empty line") << request(docName, "KTP").chopped(2);
-}
-
 void TestHttpdServer::requestOfHalfClosedClient()
 {
-    QFETCH(QByteArray, bytes);
-    const QByteArray answer = inBackground([=] {
-        Phone phone(m_port);
-        phone.send(bytes);
-        phone.endInput();
-        return phone.receiveAll();
-    });
-    QCOMPARE(bodyOf(answer), FakeSource::document(DeskPhoneXml, QLatin1String(docName)));
+    const QByteArray complete = request(docName, "KTP");
+    for (const QByteArray &bytes : {complete, complete.chopped(2)}) {
+        const QByteArray answer = inBackground([=] {
+            Phone phone(m_port);
+            phone.send(bytes);
+            phone.endInput();
+            return phone.receiveAll();
+        });
+        QCOMPARE(bodyOf(answer), FakeSource::document(DeskPhoneXml, QLatin1String(docName)));
+    }
 }
 
 void TestHttpdServer::overlongRequest_data()
@@ -304,7 +278,6 @@ void TestHttpdServer::overlongRequest_data()
     // What fits is taken, and the answer arrives although the rest is never read.
     QTest::newRow("more than fits after the request")
         << get + QByteArray("X: y\r\n").repeated(16 * 1024) << true;
-    QTest::newRow("more than fits in one line") << get + QByteArray(100 * 1024, 'a') << true;
     // The rest of a line that is too long counts as a line.
     QTest::newRow("request in the rest of a line") << QByteArray(1023, 'a') + get + "\r\n" << true;
 }
@@ -463,13 +436,6 @@ void TestHttpdServer::outOfDescriptors()
         ::close(fd);
     setrlimit(RLIMIT_NOFILE, &original);
 #endif
-}
-
-void TestHttpdServer::connectionLimit()
-{
-    QCOMPARE(HttpdServer::connectionLimit(1000000), 512);
-    QCOMPARE(HttpdServer::connectionLimit(1024), 192);
-    QCOMPARE(HttpdServer::connectionLimit(100), 1);
 }
 
 void TestHttpdServer::stopWithOpenConnections()
