@@ -87,16 +87,13 @@ void TestPinyin::converts_data()
     };
     add("nothing", "", QByteArray(), QByteArray());
     add("a name and a number", "张三 8001", "ZhangSan 8001", "ZS");
-    add("capitals that were there", "VIP 王小明 b", "VIP WangXiaoMing b", "VIPWXM");
     add("the first row of several", "能髟", "NenBiao", "NB");
     add("the umlaut", "吕律略虐女", "LvLvLueNueNv", "LLLNN");
-    add("the last rows", "佛座嗲铪", "FoZuoDiaHa", "FZDH");
     add("not in the table", "網张한カ", "Zhang", "Z");
     add("one and two bytes", "Größe я 三", "Größe я San", "GS");
     add("four bytes", "😀张𠮷", "😀Zhang𠮷", "Z");
     // Half a pair, as a careless program writes it.
     add("a surrogate in three bytes", "\xed\xa0\xbd张", "Zhang", "Z");
-    add("cut off", "张\xe4\xb8", "Zhang", "Z");
     // Shorter codes have no leading zeros, so the escape of one may stand in another's.
     add("a short code", "\xe0\xa5\x8a", "Ba", "B");
     add("only what is not known", "한", QByteArray(""), QByteArray());
