@@ -50,8 +50,8 @@ QStringList fieldsOf(const PnPRequest &request)
     return fields;
 }
 
-/// The first `count` fields of the standard datagram, for what goes wrong behind them.
-QStringList standardFields(int count)
+/// What is read of the standard datagram when something goes wrong at this step.
+QStringList standardFields(PnPRequest::Step step = PnPRequest::Complete)
 {
     const QStringList all = {QStringLiteral("0200a7000001"),
                              QStringLiteral("192.168.10.20:5062"),
@@ -63,23 +63,16 @@ QStringList standardFields(int count)
                              QStringLiteral("2001 SUBSCRIBE"),
                              QString::fromLatin1(standardEvent),
                              QStringLiteral("KTP2135")};
-    return all.mid(0, count);
+    // The address and the port are read in one step, and stand there as two fields as well.
+    return all.mid(0, step > PnPRequest::AddressAndPort ? step + 2 : step);
 }
 
 QStringList standardFieldsWith(int index, const QString &value)
 {
-    QStringList fields = standardFields(-1);
+    QStringList fields = standardFields();
     fields[index] = value;
     return fields;
 }
-
-constexpr int toMac = 1;
-constexpr int toPort = 4;
-constexpr int toBranch = 5;
-constexpr int toTag = 6;
-constexpr int toCallId = 7;
-constexpr int toCseq = 8;
-constexpr int toEvent = 9;
 
 constexpr int largestPayload = 65507; // of a UDP datagram
 
@@ -105,31 +98,31 @@ void TestPnPRequest::reads_data()
     QTest::addColumn<QStringList>("fields");
 
     const auto complete = [](const char *name, const QByteArray &datagram,
-                             const QStringList &fields) {
+                             const QStringList &fields = standardFields()) {
         QTest::newRow(name) << datagram << int(PnPRequest::Complete) << fields;
     };
-    const auto stops = [](const char *name, const QByteArray &datagram, PnPRequest::Step step,
-                          const QStringList &fields) {
-        QTest::newRow(name) << datagram << int(step) << fields;
+    const auto stops = [](const char *name, const QByteArray &datagram, PnPRequest::Step step) {
+        QTest::newRow(name) << datagram << int(step) << standardFields(step);
     };
     const auto noAddress = [&](const char *name, const QByteArray &viaValue) {
-        stops(name, withVia(viaValue), PnPRequest::AddressAndPort, standardFields(toMac));
+        stops(name, withVia(viaValue), PnPRequest::AddressAndPort);
     };
 
-    complete("as telephones send it", standard(), standardFields(-1));
+    complete("as telephones send it", standard());
 
     complete("MAC as it stands",
              standardWith("0200a7000001@224.0.1.75 SIP", "00:zZ:*\xe9 <x>@ SIP"),
              standardFieldsWith(0, QStringLiteral("00:zZ:*\u00e9 <x>")));
-    complete("12 characters in front of the at sign", "0200a7000001@" + standard(),
-             standardFields(-1));
+    complete("12 characters in front of the at sign", "0200a7000001@" + standard());
     stops("11 characters in front of the at sign", "200a7000001@" + standard(),
-          PnPRequest::MacAddress, {});
-    stops("empty", "", PnPRequest::MacAddress, {});
-    stops("largest, no at sign", QByteArray(largestPayload, 'a'), PnPRequest::MacAddress, {});
+          PnPRequest::MacAddress);
+    stops("empty", "", PnPRequest::MacAddress);
+    stops("largest, no at sign", QByteArray(largestPayload, 'a'), PnPRequest::MacAddress);
 
     noAddress("no port", "192.168.10.20;");
     noAddress("port 0", "192.168.10.20:0;");
+    noAddress("port 65536", "192.168.10.20:65536;");
+    noAddress("this host", "0.0.0.0:5062;");
     noAddress("port beyond an int", "192.168.10.20:4294967301;");
     noAddress("port in hexadecimal", "192.168.10.20:0x13c6;");
     noAddress("host name", "phone.local:5062;");
@@ -138,9 +131,8 @@ void TestPnPRequest::reads_data()
     noAddress("broadcast", "255.255.255.255:5062;");
     noAddress("line end behind the port", "192.168.10.20:5062\r\n;");
     stops("no semicolon up to the end", standard().left(standard().indexOf(";branch")),
-          PnPRequest::AddressAndPort, standardFields(toMac));
-    stops("TCP", standardWith("SIP/2.0/UDP", "SIP/2.0/TCP"), PnPRequest::AddressAndPort,
-          standardFields(toMac));
+          PnPRequest::AddressAndPort);
+    stops("TCP", standardWith("SIP/2.0/UDP", "SIP/2.0/TCP"), PnPRequest::AddressAndPort);
     QStringList fields = standardFieldsWith(1, QStringLiteral(" 192.168.10.20 : 65535 "));
     fields[2] = QStringLiteral(" 192.168.10.20 ");
     fields[3] = QStringLiteral("65535");
@@ -148,21 +140,15 @@ void TestPnPRequest::reads_data()
     complete("a third part", withVia("192.168.10.20::5062:x;"),
              standardFieldsWith(1, QStringLiteral("192.168.10.20::5062:x")));
     complete("the first of two",
-             standardWith("From: ", "Via: SIP/2.0/UDP 10.0.0.9:9;branch=other\r\nFrom: "),
-             standardFields(-1));
+             standardWith("From: ", "Via: SIP/2.0/UDP 10.0.0.9:9;branch=other\r\nFrom: "));
 
     complete("the rest of the branch's line", standardWith("770412\r", "770412;rport;alias\r"),
              standardFieldsWith(4, QStringLiteral("branch=z9hG4bK770412;rport;alias")));
-    stops("bare line feeds", standard().replace("\r\n", "\n"), PnPRequest::Branch,
-          standardFields(toPort));
-    stops("cut in the branch", standard().left(standard().indexOf("770412")), PnPRequest::Branch,
-          standardFields(toPort));
-    stops("cut in the tag", standard().left(standard().indexOf("5150")), PnPRequest::FromTag,
-          standardFields(toBranch));
-    stops("Call-ID without a blank", standardWith("Call-ID: ", "Call-ID:"), PnPRequest::CallId,
-          standardFields(toTag));
-    stops("cut in the event", standard().left(standard().indexOf(";version")), PnPRequest::Event,
-          standardFields(toCseq));
+    stops("bare line feeds", standard().replace("\r\n", "\n"), PnPRequest::Branch);
+    stops("cut in the branch", standard().left(standard().indexOf("770412")), PnPRequest::Branch);
+    stops("cut in the tag", standard().left(standard().indexOf("5150")), PnPRequest::FromTag);
+    stops("Call-ID without a blank", standardWith("Call-ID: ", "Call-ID:"), PnPRequest::CallId);
+    stops("cut in the event", standard().left(standard().indexOf(";version")), PnPRequest::Event);
     complete("an empty value", standardWith("2001 SUBSCRIBE", ""),
              standardFieldsWith(7, QString()));
     const QByteArray longId(10000, 'c');
@@ -171,37 +157,31 @@ void TestPnPRequest::reads_data()
     complete("broken UTF-8", standardWith("88200314-0200a7000001@phone", "\xff\xc3(\x80"),
              standardFieldsWith(6, QStringLiteral("\u00ff\u00c3(\u0080")));
     complete("largest datagram, the request behind 60,000 others",
-             QByteArray(largestPayload - standard().size(), 'x') + standard(), standardFields(-1));
+             QByteArray(largestPayload - standard().size(), 'x') + standard());
 
-    const auto noModel = [&](const char *name, const QByteArray &event) {
-        fields = standardFields(event.isEmpty() ? toCseq : toEvent);
-        if (!event.isEmpty())
-            fields[toEvent - 1] = QString::fromLatin1(event);
-        stops(name, withEvent(event), PnPRequest::Model, fields);
+    // Null for `read`: no model can be found.
+    const auto modelOf = [](const char *name, const QByteArray &event, const QString &read) {
+        const QString line = QString::fromLatin1(event.left(event.indexOf("\r\n")));
+        QStringList expected = standardFieldsWith(8, line);
+        expected[9] = read;
+        while (expected.last().isEmpty())
+            expected.removeLast();
+        QTest::newRow(name) << withEvent(event)
+                            << int(read.isNull() ? PnPRequest::Model : PnPRequest::Complete)
+                            << expected;
     };
-    noModel("no model", "ua-profile;vendor=\"phone\"");
-    noModel("only the opening quote", "ua-profile;model=\"");
-    noModel("no closing quote", "ua-profile;model=\"KTP2135");
-    noModel("empty event", "");
-    fields = standardFields(toEvent);
-    fields[toEvent - 1] = QStringLiteral("ua-profile");
-    stops("model in the next line only", withEvent("ua-profile\r\nX-Phone: model=\"KTP2135\""),
-          PnPRequest::Model, fields);
-    const auto modelOf = [&](const char *name, const QByteArray &event, const QString &model) {
-        fields = standardFieldsWith(8, QString::fromLatin1(event));
-        fields[9] = model;
-        while (fields.last().isEmpty())
-            fields.removeLast();
-        complete(name, withEvent(event), fields);
-    };
-    modelOf("empty model", "model=\"\"", QString());
+    modelOf("no model", "ua-profile;vendor=\"phone\"", QString());
+    modelOf("only the opening quote", "ua-profile;model=\"", QString());
+    modelOf("no closing quote", "ua-profile;model=\"KTP2135", QString());
+    modelOf("empty event", "", QString());
+    modelOf("model in the next line", "ua-profile\r\nX: model=\"KTP2135\"", QString());
+    modelOf("empty model", "model=\"\"", QStringLiteral(""));
     modelOf("no quote in front", "model=KTP2135\"", QStringLiteral("TP2135"));
 
     QByteArray cut = standard();
     cut[cut.indexOf("5150")] = '\0';
-    stops("a NUL ends the text", cut, PnPRequest::FromTag, standardFields(toBranch));
-    complete("rubbish behind a NUL", standard() + QByteArray(1, '\0') + "@Via: SIP/2.0/UDP ",
-             standardFields(-1));
+    stops("a NUL ends the text", cut, PnPRequest::FromTag);
+    complete("rubbish behind a NUL", standard() + QByteArray(1, '\0') + "@Via: SIP/2.0/UDP ");
 }
 
 void TestPnPRequest::reads()
@@ -358,7 +338,7 @@ private:
     void change(QByteArray &datagram)
     {
         const int at = place(datagram);
-        switch (below(8)) {
+        switch (below(6)) {
         case 0:
             if (at < datagram.size())
                 datagram[at] = char(below(256));
@@ -375,18 +355,6 @@ private:
         case 4: {
             const QByteArray part = datagram.mid(at, below(200));
             datagram.insert(place(datagram), part);
-            break;
-        }
-        case 5: {
-            QList<QByteArray> lines = datagram.split('\n');
-            const int line = below(lines.size());
-            lines.swapItemsAt(line, below(lines.size()));
-            datagram = lines.join('\n');
-            break;
-        }
-        case 6: {
-            const char byte = char(below(256));
-            datagram.insert(at, QByteArray(below(50) == 0 ? 20000 : below(50), byte));
             break;
         }
         default: {
@@ -427,26 +395,14 @@ QString faultOf(const PnPRequest &request, const QByteArray &datagram)
     return QString();
 }
 
-/// What is wrong with a message that should have these header lines; null when nothing is.
-QString faultOf(const QString &message, const QStringList &starts)
+/// Whether a message has this many lines before its body, which is as long as it says.
+bool isSound(const QString &message, int lineCount)
 {
     const QByteArray bytes = message.toUtf8();
     const int end = bytes.indexOf("\r\n\r\n");
-    const QStringList lines = QString::fromUtf8(bytes.left(end)).split(QStringLiteral("\r\n"));
-    if (end < 0 || lines.size() != starts.size())
-        return QStringLiteral("%1 lines").arg(lines.size());
-    for (int i = 0; i < lines.size(); ++i) {
-        if (!lines.at(i).startsWith(starts.at(i)))
-            return QStringLiteral("line %1: %2").arg(i).arg(lines.at(i));
-    }
-    const auto lengths = lines.filter(QStringLiteral("Content-Length:"));
-    const int length = lengths.isEmpty() ? -1 : lengths.last().section(QLatin1Char(':'), 1).toInt();
-    return length == bytes.size() - end - 4 ? QString() : QStringLiteral("Content-Length");
-}
-
-QStringList headerStarts(const char *text)
-{
-    return QString::fromLatin1(text).split(QLatin1Char('|'));
+    const int length = bytes.mid(bytes.lastIndexOf("Content-Length:", end) + 15, 7).toInt();
+    return end > 0 && bytes.left(end).count("\r\n") == lineCount - 1 &&
+           length == bytes.size() - end - 4;
 }
 
 } // namespace
@@ -457,14 +413,6 @@ void TestPnPRequest::anyDatagramIsSafe()
     constexpr int datagrams = 100000;
     const QString local = QStringLiteral("192.168.10.1");
     const QString url = QStringLiteral("http://192.168.10.1:8080");
-    const QStringList reply = headerStarts("SIP/2.0 |Via: SIP/2.0/UDP |From: <sip:|To: <sip:|"
-                                           "Call-ID: |CSeq: |Event: |Supported: |User-Agent: |"
-                                           "Allow: |Content-Length: 0");
-    const QStringList notify =
-        headerStarts("NOTIFY sip:|Via: SIP/2.0/UDP |From: <sip:|To: <sip:|Call-ID: |CSeq: |"
-                     "Contact: |Max-Forwards: |User-Agent: |Event: |Content-Type: |Allow: |"
-                     "Content-Length:    ");
-
     Mutator mutator(seed);
     std::array<int, PnPRequest::Complete + 1> reached = {};
     for (int i = 0; i < datagrams; ++i) {
@@ -475,12 +423,11 @@ void TestPnPRequest::anyDatagramIsSafe()
         // A MAC with a line end in it is the one thing that can break an answer's lines, and the
         // telephone's own doing.
         if (request.isComplete() && !request.macAddress.contains(QLatin1String("\r\n"))) {
-            if (fault.isEmpty())
-                fault = faultOf(PnPMessages::notImplemented(request, local), reply);
-            if (fault.isEmpty())
-                fault = faultOf(PnPMessages::accepted(request), reply);
-            if (fault.isEmpty())
-                fault = faultOf(PnPMessages::notify(request, local, url), notify);
+            const bool sound = isSound(PnPMessages::notImplemented(request, local), 11) &&
+                               isSound(PnPMessages::accepted(request), 11) &&
+                               isSound(PnPMessages::notify(request, local, url), 13);
+            if (fault.isEmpty() && !sound)
+                fault = QStringLiteral("an answer is not sound");
         }
         QVERIFY2(fault.isEmpty(),
                  qPrintable(QStringLiteral("%1 (seed %2, datagram %3): %4")
