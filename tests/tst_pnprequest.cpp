@@ -161,7 +161,7 @@ void TestPnPRequest::reads_data()
 
     // Null for `read`: no model can be found.
     const auto modelOf = [](const char *name, const QByteArray &event, const QString &read) {
-        const QString line = QString::fromLatin1(event.left(event.indexOf("\r\n")));
+        const QString line = QString::fromLatin1(event).section(QLatin1String("\r\n"), 0, 0);
         QStringList expected = standardFieldsWith(8, line);
         expected[9] = read;
         while (expected.last().isEmpty())
