@@ -9,9 +9,9 @@ target_compile_definitions(tst_singleapplication PRIVATE
     VL_PROBE="$<TARGET_FILE:single_instance_probe>")
 add_dependencies(tst_singleapplication single_instance_probe)
 
-vl_test(tst_mainwindow LINK vl::app SOURCES WindowFixture.h)
+vl_test(tst_mainwindow SCREEN LINK vl::app SOURCES WindowFixture.h)
 
-vl_test(tst_accessibility LINK vl::app SOURCES WindowFixture.h)
+vl_test(tst_accessibility SCREEN LINK vl::app SOURCES WindowFixture.h)
 target_compile_definitions(tst_accessibility PRIVATE VL_CATALOGUE_DIR="${VL_CATALOGUE_DIR}")
 add_dependencies(tst_accessibility catalogues)
 

@@ -1,5 +1,5 @@
 vl_test(tst_contactmodel LINK vl::view)
-vl_test(tst_contactview LINK vl::view)
+vl_test(tst_contactview SCREEN LINK vl::view)
 vl_test(tst_pinyin LINK vl::view)
 
 # Skipped where the readings are lacking or of another version.

@@ -1,2 +1,2 @@
 vl_test(tst_widgets LINK vl::widgets)
-vl_test(tst_userguide LINK vl::widgets)
+vl_test(tst_userguide SCREEN LINK vl::widgets)
