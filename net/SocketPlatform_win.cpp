@@ -77,7 +77,7 @@ void breakOff(std::intptr_t descriptor)
 
 int longestWait()
 {
-    return 200; // who waits to send, or is in a select(), does not notice shutdown()
+    return 100; // who waits to send, or is in a select(), does not notice shutdown()
 }
 
 void endStream(std::intptr_t descriptor, std::chrono::milliseconds patience)
