@@ -379,7 +379,9 @@ void MainWindow::askAndDeleteContact()
         Modal::Answer::Yes)
         return;
     // A telephone or another window may have changed the list meanwhile.
-    if (m_dataMgr.devices().rowOfMac(mac) == m_view->currentListRow())
+    const int current = m_view->currentListRow();
+    if (current >= 0 && current < m_dataMgr.devices().size() &&
+        m_dataMgr.devices().at(current).info.mac == mac)
         onDeleteContact();
 }
 

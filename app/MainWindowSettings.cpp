@@ -118,9 +118,10 @@ bool MainWindow::readOptionsAndSet()
     m_autoStart = options.autoStart;
     m_autoStartAction->setChecked(options.autoStart);
     m_recoveryDataAction->setChecked(options.recoveryData);
+    // Before the list is read, during which the window lives already.
+    m_autoHttpdAction->setChecked(options.autoHttpd);
     if (options.recoveryData && m_dataMgr.isStoreUsable() && !m_dataMgr.recoverPreviousData())
         m_startError = m_dataMgr.lastErrorText();
-    m_autoHttpdAction->setChecked(options.autoHttpd);
     return true;
 }
 

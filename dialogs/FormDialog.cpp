@@ -56,7 +56,11 @@ void FormDialog::createLayout(QPushButton *extra)
     auto *const saveButton = new QPushButton(tr("Save"), this);
     saveButton->setObjectName(QStringLiteral("saveButton"));
     saveButton->setDefault(true);
-    connect(saveButton, &QPushButton::clicked, this, &FormDialog::doSaveAction);
+    connect(saveButton, &QPushButton::clicked, this, [this] {
+        // A second click, made while a long list was saved, arrives when the dialog is gone.
+        if (isVisible())
+            doSaveAction();
+    });
     add(saveButton);
     auto *const cancelButton = new QPushButton(tr("Cancel"), this);
     cancelButton->setObjectName(QStringLiteral("cancelButton"));

@@ -23,6 +23,7 @@
 
 #include <cstdlib>
 #include <memory>
+#include <utility>
 
 namespace {
 
@@ -97,8 +98,34 @@ void DataMgr::close()
     m_saver.close();
 }
 
+/// What reaches the list in the middle of a long change (by a screen reader's press, say; mouse and
+/// keys wait) would be saved into its open transaction, and with a list that is not whole.
+bool DataMgr::putOff(const std::function<void()> &change)
+{
+    if (m_breathing)
+        m_putOff.push_back(change);
+    return m_breathing;
+}
+
+void DataMgr::setBusy(bool busy)
+{
+    m_busy = busy;
+    if (busy || m_breathing || m_putOff.empty())
+        return;
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            const auto changes = std::exchange(m_putOff, {});
+            for (const auto &change : changes)
+                change();
+        },
+        Qt::QueuedConnection);
+}
+
 bool DataMgr::recoverPreviousData()
 {
+    if (m_breathing)
+        return false;
     m_busy = true;
     const QScopedValueRollback<bool> halfMade(m_halfMade, true);
     const bool wasEmpty = m_devices.size() == 0;
@@ -124,12 +151,14 @@ bool DataMgr::recoverPreviousData()
         m_saver.markLoaded(stored);
         emit updateModel();
     }
-    m_busy = false;
+    setBusy(false);
     return loaded;
 }
 
 void DataMgr::insertContactNode(const ContactInfo &contact)
 {
+    if (putOff([=] { insertContactNode(contact); }))
+        return;
     Replace replace = Replace::AskOne;
     if (addOrReplace(contact, replace))
         saveAndAnnounce();
@@ -137,6 +166,8 @@ void DataMgr::insertContactNode(const ContactInfo &contact)
 
 void DataMgr::addContacts(const QList<ContactInfo> &contacts)
 {
+    if (putOff([=] { addContacts(contacts); }))
+        return;
     m_halfMade = m_halfMade || m_saver.isSaved();
     Replace replace = Replace::AskOne;
     for (int i = 0; i < contacts.size(); ++i) {
@@ -204,6 +235,8 @@ bool DataMgr::addOrReplace(const ContactInfo &contact, Replace &replace)
 
 void DataMgr::updateContact(const ContactInfo &contact)
 {
+    if (putOff([=] { updateContact(contact); }))
+        return;
     const int row = m_devices.rowOfNumber(contact.id);
     if (row >= 0)
         m_devices.replaceAt(row, contact);
@@ -212,6 +245,8 @@ void DataMgr::updateContact(const ContactInfo &contact)
 
 void DataMgr::deleteContactAt(int row)
 {
+    if (m_breathing)
+        return; // not put off: by then it may be another device's row
     if (row >= 0 && row < m_devices.size()) {
         m_devices.removeAt(row);
         saveAndAnnounce();
@@ -222,6 +257,8 @@ void DataMgr::deleteContactAt(int row)
 
 bool DataMgr::deleteAllContacts()
 {
+    if (m_breathing)
+        return false;
     if (m_devices.size() > 0 &&
         !m_saver.backUp(m_devices.snapshot().contacts(), ListSaver::Ask::Allowed))
         return false;
@@ -237,12 +274,16 @@ void DataMgr::saveAndAnnounce()
 {
     const bool saved = trySave(ListSaver::Ask::Allowed);
     emit updateModel();
-    if (!saved)
+    if (!saved) {
+        emit listMade(); // for a view that waits for the end of the change
         tellSaveFailure();
+    }
 }
 
 bool DataMgr::save()
 {
+    if (m_breathing)
+        return false; // what is under way saves at its end
     const bool saved = trySave(ListSaver::Ask::Allowed);
     if (!saved)
         tellSaveFailure();
@@ -252,9 +293,15 @@ bool DataMgr::save()
 bool DataMgr::trySave(ListSaver::Ask ask)
 {
     Q_ASSERT(QThread::currentThread() == thread());
+    Q_ASSERT(!m_breathing);
     if (m_closed)
         return false;
-    const bool saved = m_saver.save(ask);
+    if (m_saver.isSaving())
+        return true; // the one that waits for an answer takes this change with it
+    bool saved = false;
+    do
+        saved = m_saver.save(ask);
+    while (saved && !m_saver.isSaved());
     m_retryWanted = !saved;
     if (saved)
         m_failureTold = false;
@@ -317,6 +364,8 @@ bool DataMgr::exportDevices(int type, const QString &codecName, const QString &f
 
 bool DataMgr::importFile(const QString &path)
 {
+    if (m_breathing)
+        return false;
     const std::unique_ptr<ParseBase> parser = createParser();
     const QScopedValueRollback<bool> halfMade(m_halfMade, m_saver.isSaved());
     return parser->import(path, parser->encodingOf(path)) && !m_closed;

@@ -14,7 +14,9 @@
 #include <QStringList>
 
 #include <atomic>
+#include <functional>
 #include <memory>
+#include <vector>
 
 class DatabaseLayer;
 class DBOperator;
@@ -119,10 +121,10 @@ public:
 
     /// True while a long change is under way, so that views do not act on a list in the making.
     bool isBusy() const { return m_busy; }
-    void setBusy(bool busy) { m_busy = busy; }
-    /// True while events are handled in the middle of a long change. Whoever comes back here then
-    /// must not reach the store, whose transaction may be open, nor close it: better wait for the
-    /// end of the change.
+    void setBusy(bool busy);
+    /// True while events are handled in the middle of a long change. Devices that are added or
+    /// updated then are taken after it; deleting, importing and saving is refused. Whoever wants to
+    /// close the store has to wait for the end of the change.
     bool isBreathing() const { return m_breathing; }
 
 signals:
@@ -151,6 +153,7 @@ private:
     void saveAndAnnounce();
     void tellSaveFailure();
     void deleteHttpService();
+    bool putOff(const std::function<void()> &change);
     void breathe(QEventLoop::ProcessEventsFlags flags);
 
     QString m_directory;
@@ -163,6 +166,7 @@ private:
     /// A list is being added to, or imported in place of, one that the table holds whole.
     bool m_halfMade = false;
     QElapsedTimer m_sinceBreath;
+    std::vector<std::function<void()>> m_putOff; ///< changes that wait for the end of a long one
     bool m_importFlag = false;
     bool m_closed = false;
     std::atomic<bool> m_retryWanted{false}; ///< the last save failed and no retry is queued

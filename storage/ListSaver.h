@@ -46,6 +46,8 @@ public:
 
     /// True when the table holds the present list, or the list has never held anything.
     bool isSaved() const;
+    /// True in the middle of save(), which asks the user about a backup.
+    bool isSaving() const { return m_saving; }
     /// Makes the table hold exactly the present list, in one transaction, so that whatever stops
     /// the program leaves the old list in the file or the new one.
     bool save(Ask ask);
