@@ -37,6 +37,7 @@ private slots:
     void endOfProgramKeepsAnUnsavedList();
     void savingFromAnotherThread();
     void cleanUpRemovesWhatIsItsOwn();
+    void nothingComesBetweenTheReadingOfAList();
 
 private:
     QString at(const QString &name) const { return m_folder->filePath(name); }
@@ -627,6 +628,34 @@ void TestDataMgr::cleanUpRemovesWhatIsItsOwn()
     QCOMPARE(QDir(m_folder->path()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot),
              QStringList({QStringLiteral("port.xml"), QStringLiteral("tmp3.csv")}));
     QVERIFY(QFileInfo::exists(elsewhere.path()));
+}
+
+/// The window lives while a long list is read, and a screen reader's press gets through to it.
+void TestDataMgr::nothingComesBetweenTheReadingOfAList()
+{
+    constexpr int count = 20000;
+    QList<ContactInfo> devices;
+    for (int i = 0; i < count; ++i)
+        devices.append(stampedDevice(QString::number(i)));
+    store(devices);
+    Run run(m_folder->path());
+    QVERIFY(run.mgr.openDatabase());
+    int listed = count;
+    bool allDeleted = true;
+    connect(&run.mgr, &DataMgr::listBegun, &run.mgr, [&] {
+        QTimer::singleShot(0, &run.mgr, [&] {
+            listed = run.mgr.devices().size();
+            run.mgr.insertContactNode(stampedDevice(QStringLiteral("one more")));
+            run.mgr.deleteContactAt(0);
+            allDeleted = run.mgr.deleteAllContacts();
+        });
+    });
+    QVERIFY(run.mgr.recoverPreviousData());
+    QVERIFY(listed < count);
+    QVERIFY(!allDeleted);
+    QTRY_COMPARE(run.mgr.devices().size(), count + 1);
+    QVERIFY(m_user->boxes.isEmpty());
+    QCOMPARE(difference(run), QString());
 }
 
 QTEST_MAIN(TestDataMgr)
