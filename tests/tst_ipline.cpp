@@ -1,7 +1,6 @@
 #include "dialogs/IpLine.h"
 #include "dialogs/IpPart.h"
 #include "model/DebugLog.h"
-#include "widgets/Modal.h"
 
 #include <QAction>
 #include <QApplication>
@@ -59,7 +58,7 @@ void setAppearance(IpLine &line, const QString &wanted, QChar separator)
 }
 
 /// Types into whatever has the focus, as a person does. "<" and ">" are the arrow keys, "{" is
-/// Backspace and "}" is Delete.
+/// Backspace, "}" is Delete, and "#" pastes.
 void type(const QString &keys)
 {
     for (const QChar key : keys) {
@@ -72,6 +71,8 @@ void type(const QString &keys)
             QTest::keyClick(focused, Qt::Key_Backspace);
         else if (key == QLatin1Char('}'))
             QTest::keyClick(focused, Qt::Key_Delete);
+        else if (key == QLatin1Char('#'))
+            QTest::keySequence(focused, QKeySequence::Paste);
         else
             QTest::keyClick(focused, key.toLatin1());
     }
@@ -87,21 +88,17 @@ private slots:
     void init();
     void cleanup();
 
-    void freshEntry();
+    void emptyAndZero();
     void keys_data();
     void keys();
     void clickedSegment();
     void reportsKeys();
     void fourCharacterSegment();
-    void paste_data();
-    void paste();
     void pasteByMenu();
     void programText();
     void textAndValue_data();
     void textAndValue();
     void valueAfterEdit();
-    void emptyAndZeroAreLogged();
-    void displayInfo();
 
 private:
     IpLine *show(IpLine::Form form);
@@ -119,7 +116,6 @@ void TestIpLine::init()
 void TestIpLine::cleanup()
 {
     delete m_window;
-    Modal::setRunner({});
     debugLog().setEnabled(QtDebugMsg, false);
 }
 
@@ -138,16 +134,20 @@ IpLine *TestIpLine::show(IpLine::Form form)
     return line;
 }
 
-void TestIpLine::freshEntry()
+void TestIpLine::emptyAndZero()
 {
+    debugLog().setEnabled(QtDebugMsg, true);
+    IpLine ip(IpLine::Form::Ip);
+    QTest::ignoreMessage(QtDebugMsg, " the first part of the ipaddressn can not be 0");
+    QCOMPARE(ip.text(), QStringLiteral("0.0.0.0"));
+    ip.setText(QString());
+    QTest::ignoreMessage(QtDebugMsg, "ip is empty");
+    QCOMPARE(ip.text(), QString());
     IpLine mac(IpLine::Form::Mac);
     QCOMPARE(mac.value(), QStringLiteral("FF:FF:FF:FF:FF:FF"));
-    const IpLine ip(IpLine::Form::Ip);
-    QCOMPARE(ip.value(), QStringLiteral("0.0.0.0"));
-
-    mac.setLabelText(QStringLiteral("MAC"));
-    QCOMPARE(mac.parts().first()->accessibleName(), QStringLiteral("MAC 1 of 6"));
-    QCOMPARE(mac.parts().last()->accessibleName(), QStringLiteral("MAC 6 of 6"));
+    mac.setText(QString());
+    QTest::ignoreMessage(QtDebugMsg, "mac is empty.");
+    QCOMPARE(mac.text(), QString());
 }
 
 void TestIpLine::keys_data()
@@ -155,64 +155,49 @@ void TestIpLine::keys_data()
     QTest::addColumn<QString>("before");
     QTest::addColumn<QString>("typed");
     QTest::addColumn<QString>("after");
-    const auto row = [](const char *name, const char *before, const char *typed,
-                        const char *after) {
+    QTest::addColumn<QString>("clipboard");
+    const auto row = [](const char *name, const char *before, const char *typed, const char *after,
+                        const char *clipboard = "") {
         QTest::newRow(name) << QString::fromLatin1(before) << QString::fromLatin1(typed)
-                            << QString::fromLatin1(after);
+                            << QString::fromLatin1(after) << QString::fromLatin1(clipboard);
     };
 
     const char *full = "02:00:A7:A1:B2:C3|";
     row("mac into nothing", "|:::::", "0200a7a1b2c3", full);
     row("mac after the prefix", "02:00:A7:|::", "a1b2c3", full);
     row("mac over the prefix", "[02]:00:A7:::", "0200a7a1b2c3", full);
-    row("mac over a mac", "[FF]:EE:DD:CC:BB:AA", "0200a7a1b2c3", full);
     row("mac over a mac from the cursor", "|FF:EE:DD:CC:BB:AA", "0200a7a1b2c3", full);
     row("mac with colons", "|:::::", "02:00:a7:a1:b2:c3", full);
     row("mac with dashes", "[FF]:EE:DD:CC:BB:AA", "02-00-A7-A1-B2-C3", full);
-    row("mac digits too many", "|:::::", "0200a7a1b2c3d4", full);
     row("mac no digits", "02:|00:A7:A1:B2:C3", "xyz :", "02:|00:A7:A1:B2:C3");
     row("one digit is filled up", "02:00:|:::", "a", "02:00:A|F:::");
     row("after one digit", "02:00:|:::", "a.", "02:00:AF:|::");
 
     row("backspace at the end", "02:AB|:A7:::", "{", "02:A|F:A7:::");
     row("backspace inside", "02:A|B:A7:::", "{", "02:|FB:A7:::");
-    row("delete at the start", "02:|AB:A7:::", "}", "02:|FB:A7:::");
     row("delete inside", "02:A|B:A7:::", "}", "02:A|F:A7:::");
     row("delete all", "02:[AB]:A7:::", "}", "02:|:A7:::");
-    row("correct the second", "02:AB|:A7:::", "{c", "02:AC:|A7:::");
     row("clear and type", "02:[AB]:A7:::", "}1d", "02:1D:|A7:::");
-    row("type over all", "02:[AB]:A7:::", "c", "02:C|F:A7:::");
     row("type over all, selected backwards", "02:]AB[:A7:::", "c", "02:C|F:A7:::");
     row("type over the first", "02:[A]B:A7:::", "cd", "02:CD:|A7:::");
-    row("type the same over the first", "02:[A]B:A7:::", "a", "02:A|B:A7:::");
     row("type over the second", "02:A[B]:A7:::", "c", "02:AC:|A7:::");
     row("at the end of a full one", "02:AB|:A7:::", "c", "02:AB|:A7:::");
     row("back over emptied segments", "02:00:A7:::|", "{{{", "02:00:A7|:::");
 
     row("ip with dots", "|...", "10.0.0.1", "10.0.0.1|");
-    row("ip of full octets", "|...", "192168100200", "192.168.100.200|");
     row("ip dots after full octets", "|...", "192.168.100.20", "192.168.100.20|");
-    row("ip over an ip", "[10].20.30.40", "192.168.1.2", "192.168.1.2|");
-    row("30 moves on", "1.[2].3.4", "30", "1.30.[3].4");
     row("26 moves on", "1.[2].3.4", "26", "1.26.[3].4");
     row("25 stays", "1.[2].3.4", "25", "1.25|.3.4");
-    row("255 moves on", "1.[2].3.4", "255", "1.255.[3].4");
     row("256 is refused", "1.[2].3.4", "256", "1.25|.3.4");
     row("07 is 7", "1.[2].3.4", "07", "1.7|.3.4");
-    row("00 is 0", "1.[2].3.4", "00", "1.0|.3.4");
     row("no sign, no letter", "1.[2].3.4", "+-a, 5", "1.5|.3.4");
-    row("nowhere to go", "1.2.3.[4]", "200", "1.2.3.200|");
     // Deleting is no typing: whatever remains, the user is not moved on.
     row("delete the first of three", "1.|192.3.4", "}", "1.|92.3.4");
-    row("delete before a zero", "1.1|05.3.4", "}", "1.1|5.3.4");
     row("delete down to a zero in front", "1.1|05.3.4", "{", "1.|5.3.4");
-    row("take back the last", "1.192|.3.4", "{", "1.19|.3.4");
 
     row("left at the start", "10.20.|30.40", "<", "10.20|.30.40");
-    row("left inside", "10.20.3|0.40", "<", "10.20.|30.40");
     row("left in the first", "|10.20.30.40", "<", "|10.20.30.40");
     row("right at the end", "10.20.30|.40", ">", "10.20.30.|40");
-    row("right inside", "10.20.3|0.40", ">", "10.20.30|.40");
     row("right in the last", "10.20.30.40|", ">", "10.20.30.40|");
     row("backspace in an empty one", "10.200.|.40", "{", "10.20|0..40");
     row("backspace in the empty first", "|.20.30.40", "{", "|.20.30.40");
@@ -221,6 +206,15 @@ void TestIpLine::keys_data()
     row("dot with a selection", "10.[20].30.40", ".", "10.[20].30.40");
     row("dot in an empty one", "10.|.30.40", ".", "10.|.30.40");
     row("dot in the last", "10.20.30.40|", ".", "10.20.30.40|");
+
+    row("paste a mac", "[11]:22:33:44:55:66", "#", full, "0200a7a1b2c3");
+    row("paste a mac with dashes", "11:22:33:::|", "#", full, " 02-00-A7-A1-B2-C3\n");
+    row("paste a byte", "11:[22]:33:44:55:66", "#", "11:AB|:33:44:55:66", "ab");
+    row("paste half a mac", "11:[22]:33:44:55:66", "#", "11:02|:33:44:55:66", "0200A7");
+    row("paste mixed", "11:[22]:33:44:55:66", "#", "11:02|:33:44:55:66", "02:00-A7:A1:B2:C3");
+    row("paste no mac", "11:[22]:33:44:55:66", "#", "11:[22]:33:44:55:66", "xy");
+    row("paste an ip", "1.2.|.", "#", "192.168.1.20|", "192.168.001.20");
+    row("paste no ip", "1.2.|.4", "#", "1.2.192.[4]", "192.168.1.256");
 }
 
 void TestIpLine::keys()
@@ -228,11 +222,13 @@ void TestIpLine::keys()
     QFETCH(QString, before);
     QFETCH(QString, typed);
     QFETCH(QString, after);
+    QFETCH(QString, clipboard);
 
     const bool isMac = before.contains(QLatin1Char(':'));
     const QChar separator = QLatin1Char(isMac ? ':' : '.');
     IpLine *line = show(isMac ? IpLine::Form::Mac : IpLine::Form::Ip);
     setAppearance(*line, before, separator);
+    QApplication::clipboard()->setText(clipboard);
     type(typed);
     QCOMPARE(appearance(*line, separator), after);
     QCOMPARE(line->value(), line->text());
@@ -281,43 +277,6 @@ void TestIpLine::fourCharacterSegment()
     QCOMPARE(second->selectedText(), QStringLiteral("rest"));
 }
 
-void TestIpLine::paste_data()
-{
-    QTest::addColumn<QString>("before");
-    QTest::addColumn<QString>("clipboard");
-    QTest::addColumn<QString>("after");
-    const auto row = [](const char *name, const char *before, const char *clipboard,
-                        const char *after) {
-        QTest::newRow(name) << QString::fromLatin1(before) << QString::fromLatin1(clipboard)
-                            << QString::fromLatin1(after);
-    };
-    row("bare mac", "[11]:22:33:44:55:66", "0200a7a1b2c3", "02:00:A7:A1:B2:C3|");
-    row("mac with colons", "11:22:33:|::", "02:00:a7:a1:b2:c3", "02:00:A7:A1:B2:C3|");
-    row("mac with dashes", "11:22:33:::|", " 02-00-A7-A1-B2-C3\n", "02:00:A7:A1:B2:C3|");
-    row("a byte", "11:[22]:33:44:55:66", "ab", "11:AB|:33:44:55:66");
-    row("half a mac", "11:[22]:33:44:55:66", "0200A7", "11:02|:33:44:55:66");
-    row("mixed", "11:[22]:33:44:55:66", "02:00-A7:A1:B2:C3", "11:02|:33:44:55:66");
-    row("no mac", "11:[22]:33:44:55:66", "xy", "11:[22]:33:44:55:66");
-    row("ip", "1.2.|.", "192.168.001.20", "192.168.1.20|");
-    row("no ip", "1.2.|.4", "192.168.1.256", "1.2.192.[4]");
-}
-
-void TestIpLine::paste()
-{
-    QFETCH(QString, before);
-    QFETCH(QString, clipboard);
-    QFETCH(QString, after);
-
-    const bool isMac = before.contains(QLatin1Char(':'));
-    const QChar separator = QLatin1Char(isMac ? ':' : '.');
-    IpLine *line = show(isMac ? IpLine::Form::Mac : IpLine::Form::Ip);
-    setAppearance(*line, before, separator);
-    QApplication::clipboard()->setText(clipboard);
-    QTest::keySequence(QApplication::focusWidget(), QKeySequence::Paste);
-    QCOMPARE(appearance(*line, separator), after);
-    QCOMPARE(line->value(), line->text());
-}
-
 void TestIpLine::pasteByMenu()
 {
     IpLine *line = show(IpLine::Form::Mac);
@@ -362,22 +321,17 @@ void TestIpLine::textAndValue_data()
                             << storedShown;
     };
     using Form = IpLine::Form;
-    row("mac", Form::Mac, "02:00:a7:A1:B2:C3", "02:00:a7:A1:B2:C3");
     row("mac prefix", Form::Mac, "02:00:A7:::", "02:00:A7:::");
     row("mac missing pieces", Form::Mac, "02:00", "02:00::::");
     row("mac of single digits", Form::Mac, "2:0:A7:A1:B2:C3", "2:0:A7:A1:B2:C3");
     row("mac without colons", Form::Mac, "0200a7a1b2c3", "02:00:a7:a1:b2:c3");
-    row("mac with dashes", Form::Mac, "02-00-A7-A1-B2-C3", "02:00:A7:A1:B2:C3");
     row("mac too long", Form::Mac, "02:00:A7:A1:B2:C3:D4", "02:00:A7:A1:B2:C3", true);
     row("no mac", Form::Mac, "<b>phone</b>", "", true);
-    row("empty mac", Form::Mac, "", "");
-    row("ip", Form::Ip, "192.168.0.1", "192.168.0.1");
     row("ip missing pieces", Form::Ip, "192.168", "192.168..");
     row("ip out of range", Form::Ip, "10.0.0.256", "10.0.0.256");
     row("ip all zero", Form::Ip, "0.0.0.0", "0.0.0.0");
     row("ip with leading zeros", Form::Ip, "010.001.0.07", "010.001.0.07");
     row("host name", Form::Ip, "host.example.com", "", true);
-    row("empty ip", Form::Ip, "", "");
 }
 
 void TestIpLine::textAndValue()
@@ -422,34 +376,6 @@ void TestIpLine::valueAfterEdit()
     mac->parts().at(5)->setFocus();
     type(QStringLiteral(">4"));
     QCOMPARE(mac->value(), QStringLiteral("02:00:A7:A1:B2:C4"));
-}
-
-void TestIpLine::emptyAndZeroAreLogged()
-{
-    debugLog().setEnabled(QtDebugMsg, true);
-    IpLine ip(IpLine::Form::Ip);
-    QTest::ignoreMessage(QtDebugMsg, " the first part of the ipaddressn can not be 0");
-    QCOMPARE(ip.text(), QStringLiteral("0.0.0.0"));
-    ip.setText(QString());
-    QTest::ignoreMessage(QtDebugMsg, "ip is empty");
-    QCOMPARE(ip.text(), QString());
-    IpLine mac(IpLine::Form::Mac);
-    mac.setText(QString());
-    QTest::ignoreMessage(QtDebugMsg, "mac is empty.");
-    QCOMPARE(mac.text(), QString());
-}
-
-void TestIpLine::displayInfo()
-{
-    IpLine line(IpLine::Form::Mac);
-    QStringList seen;
-    Modal::setRunner([&seen](QDialog &dialog) {
-        seen = QStringList{dialog.windowTitle(), static_cast<QMessageBox &>(dialog).text()};
-        return 0;
-    });
-    line.setText(QStringLiteral("02:00:A7:::"));
-    QVERIFY(QMetaObject::invokeMethod(&line, "disPlayInfo"));
-    QCOMPARE(seen, QStringList({QStringLiteral("information"), QStringLiteral("02:00:A7:::")}));
 }
 
 QTEST_MAIN(TestIpLine)
