@@ -14,13 +14,10 @@ class TestNetCardDialog : public QObject
     Q_OBJECT
 
 private slots:
-    void layout();
     void itemTexts();
-    void preselection_data();
     void preselection();
     void oneItemChecked();
     void scrolls();
-    void refill();
     void results();
 };
 
@@ -55,70 +52,37 @@ T *child(const QWidget &parent, const char *name)
 
 } // namespace
 
-void TestNetCardDialog::layout()
-{
-    NetCardSelectDialog dialog;
-    QCOMPARE(dialog.minimumSize(), QSize(500, 210));
-    QCOMPARE(dialog.maximumSize(), QSize(500, 210));
-    QCOMPARE(dialog.windowTitle(), QStringLiteral("Select avaliable NIC"));
-    // Qt adds the system menu to whatever has a close button.
-    QCOMPARE(dialog.windowFlags() & ~(Qt::WindowType_Mask | Qt::WindowSystemMenuHint),
-             Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowCloseButtonHint);
-    QCOMPARE(child<QScrollArea>(dialog, "netCardScrollArea")->geometry(), QRect(10, 30, 480, 130));
-    QCOMPARE(child<QPushButton>(dialog, "netCardOkButton")->geometry(), QRect(140, 170, 110, 30));
-    QCOMPARE(child<QPushButton>(dialog, "netCardCancelButton")->geometry(),
-             QRect(270, 170, 110, 30));
-
-    QWidget parent;
-    const NetCardSelectDialog inWindow(&parent);
-    QVERIFY(inWindow.isWindow());
-}
-
 void TestNetCardDialog::itemTexts()
 {
     const NetCardItem two(QStringLiteral("A & B"),
                           {QStringLiteral("10.0.0.1"), QStringLiteral("10.0.0.2")}, nullptr);
-    QCOMPARE(two.size(), QSize(460, 30));
-    const auto *radio = two.findChild<QRadioButton *>();
-    const auto *label = two.findChild<QLabel *>();
-    QCOMPARE(radio->geometry(), QRect(0, 0, 300, 30));
-    QCOMPARE(radio->text(), QStringLiteral("A && B")); // shown as "A & B"
-    QCOMPARE(label->geometry(), QRect(310, 0, 150, 30));
-    QCOMPARE(label->text(), QStringLiteral("10.0.0.1,10.0.0.2"));
-    QVERIFY(label->wordWrap());
-    QCOMPARE(label->alignment(), Qt::AlignLeft | Qt::AlignVCenter);
-
+    QCOMPARE(two.findChild<QRadioButton *>()->text(), QStringLiteral("A && B")); // shown as "A & B"
+    QCOMPARE(two.findChild<QLabel *>()->text(), QStringLiteral("10.0.0.1,10.0.0.2"));
     const NetCardItem none(QStringLiteral("eth0"), {}, nullptr);
     QCOMPARE(none.findChild<QLabel *>()->text(), QStringLiteral("No IP"));
 }
 
-void TestNetCardDialog::preselection_data()
-{
-    QTest::addColumn<QVector<bool>>("physical");
-    QTest::addColumn<int>("checked");
-    QTest::addColumn<QStringList>("selected");
-    QTest::newRow("two physical") << QVector<bool>{true, true, false} << 0 << ip("10.0.0.0");
-    QTest::newRow("second is physical") << QVector<bool>{false, true} << 1 << ip("10.0.0.1");
-    QTest::newRow("only virtual: the last") << QVector<bool>{false, false} << -1 << ip("10.0.0.1");
-    QTest::newRow("no cards") << QVector<bool>{} << -1 << QStringList();
-}
-
+/// One dialog for all: what it showed before is gone.
 void TestNetCardDialog::preselection()
 {
-    QFETCH(QVector<bool>, physical);
-    QFETCH(int, checked);
-    QList<NetCardInfo> cards;
-    for (int i = 0; i < physical.size(); ++i)
-        cards.append(
-            NetCardInfo{QString::number(i), physical[i], {QStringLiteral("10.0.0.%1").arg(i)}});
     NetCardSelectDialog dialog;
-    dialog.setNetCards(cards);
-
-    const QList<NetCardItem *> items = itemsOf(dialog);
-    QCOMPARE(items.size(), physical.size());
-    for (int i = 0; i < items.size(); ++i)
-        QCOMPARE(items[i]->isChecked(), i == checked);
-    QTEST(dialog.selectedIpList(), "selected");
+    const auto check = [&dialog](const QVector<bool> &physical, int checked,
+                                 const QStringList &selected) {
+        QList<NetCardInfo> cards;
+        for (int i = 0; i < physical.size(); ++i)
+            cards.append(
+                NetCardInfo{QString::number(i), physical[i], {QStringLiteral("10.0.0.%1").arg(i)}});
+        dialog.setNetCards(cards);
+        const QList<NetCardItem *> items = itemsOf(dialog);
+        QCOMPARE(items.size(), physical.size());
+        for (int i = 0; i < items.size(); ++i)
+            QCOMPARE(items[i]->isChecked(), i == checked);
+        QCOMPARE(dialog.selectedIpList(), selected);
+    };
+    check({true, true, false}, 0, ip("10.0.0.0"));
+    check({false, true}, 1, ip("10.0.0.1"));
+    check({false, false}, -1, ip("10.0.0.1")); // only virtual ones: the last
+    check({}, -1, {});
 }
 
 void TestNetCardDialog::oneItemChecked()
@@ -153,25 +117,10 @@ void TestNetCardDialog::scrolls()
         cards.append(NetCardInfo{QString::number(i), false, {}});
     dialog.setNetCards(cards);
     dialog.show();
-
-    const auto *container = child<QWidget>(dialog, "netCardContainer");
-    QCOMPARE(container->size(), QSize(460, 240));
     QVERIFY(child<QScrollArea>(dialog, "netCardScrollArea")->verticalScrollBar()->maximum() > 0);
     const QList<NetCardItem *> items = itemsOf(dialog);
-    for (int i = 0; i < 6; ++i) {
-        QCOMPARE(items[i]->size(), QSize(460, 30));
-        QCOMPARE(items[i]->y() / 40, i); // each in its own row
-    }
-}
-
-void TestNetCardDialog::refill()
-{
-    NetCardSelectDialog dialog;
-    dialog.setNetCards({card("a", true, ip("10.0.0.1")), card("b", false, ip("10.0.0.2"))});
-    dialog.setNetCards({card("c", true, ip("10.0.0.3"))});
-    QCOMPARE(itemsOf(dialog).size(), 1);
-    QCOMPARE(dialog.selectedIpList(), ip("10.0.0.3"));
-    QCOMPARE(child<QWidget>(dialog, "netCardContainer")->height(), 40);
+    for (int i = 1; i < 6; ++i)
+        QVERIFY(items[i]->y() > items[i - 1]->geometry().bottom());
 }
 
 void TestNetCardDialog::results()
