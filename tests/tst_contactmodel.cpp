@@ -6,6 +6,8 @@
 #include <QSortFilterProxyModel>
 #include <QTest>
 
+#include <limits>
+
 namespace {
 
 QList<ContactInfo> stampedDevices(const QString &stamps)
@@ -68,80 +70,38 @@ class TestContactModel : public QObject
     Q_OBJECT
 
 private slots:
-    void emptyList();
-    void columnsInOrder();
-    void runningNumberRatherThanId();
-    void rolesOfCells();
+    void cells();
     void nothingOutsideTheTable();
     void announcesTheSmallestChange_data();
     void announcesTheSmallestChange();
     void hiddenFieldsAndUnchangedLists();
-    void followsEveryKindOfChange();
     void announcementsOnRequest();
-    void announcementsThatTheListDoesNotBearOut();
-    void resetKeepsTheSetting();
     void positionOfNumber();
 };
 
-void TestContactModel::emptyList()
-{
-    const DeviceList list;
-    const ContactModel model(list);
-    QCOMPARE(model.rowCount(), 0);
-    QCOMPARE(model.columnCount(), 11);
-    QCOMPARE(model.supportedDropActions(), Qt::CopyAction | Qt::MoveAction);
-}
-
-void TestContactModel::columnsInOrder()
+void TestContactModel::cells()
 {
     DeviceList list;
     list.assign(stampedDevices(QStringLiteral("ab")));
+    ContactInfo second = list.snapshot().at(1).info;
+    second.id = 77; // the table numbers the rows itself
+    list.replaceAt(1, second);
     const ContactModel model(list);
+    QCOMPARE(model.columnCount(), 11);
     QStringList texts;
-    for (int column = 0; column < 9; ++column)
-        texts.append(model.index(1, column).data().toString());
-    const QStringList expected = {QStringLiteral("2"),
-                                  QStringLiteral("b.mac"),
-                                  QStringLiteral("b.product"),
-                                  QStringLiteral("b.sip_server"),
-                                  QStringLiteral("b.first_account"),
-                                  QStringLiteral("b.sip_user_id"),
-                                  QStringLiteral("b.city"),
-                                  QStringLiteral("b.company"),
-                                  QStringLiteral("b.department")};
-    QCOMPARE(texts, expected);
-    QVERIFY(!model.index(1, 9).data().isValid());
-    QVERIFY(!model.index(1, 10).data().isValid());
-}
-
-void TestContactModel::runningNumberRatherThanId()
-{
-    DeviceList list;
-    ContactInfo device = stampedDevice(QStringLiteral("a"));
-    device.id = 77;
-    list.append(device);
-    const ContactModel model(list);
-    const QVariant number = model.index(0, 0).data();
-    QCOMPARE(number.userType(), static_cast<int>(QMetaType::Int));
-    QCOMPARE(number.toInt(), 1);
-}
-
-void TestContactModel::rolesOfCells()
-{
-    DeviceList list;
-    list.append(stampedDevice(QStringLiteral("a")));
-    const ContactModel model(list);
-    for (int column = 0; column < model.columnCount(); ++column) {
-        const QModelIndex cell = model.index(0, column);
+    for (int column = 0; column < 11; ++column) {
+        const QModelIndex cell = model.index(1, column);
+        texts.append(cell.data().toString());
         QCOMPARE(cell.data(Qt::TextAlignmentRole).toInt(), 0x81);
-        const bool pixmap = cell.data(Qt::DecorationRole).userType() == QMetaType::QPixmap;
-        QCOMPARE(pixmap, column >= 9);
-        QVERIFY(pixmap || !cell.data(Qt::DecorationRole).isValid());
-        for (const int role : {int(Qt::EditRole), int(Qt::ToolTipRole), int(Qt::CheckStateRole),
-                               int(Qt::BackgroundRole), int(Qt::UserRole)})
+        QCOMPARE(cell.data(Qt::DecorationRole).userType() == QMetaType::QPixmap, column >= 9);
+        for (const int role : {Qt::EditRole, Qt::ToolTipRole, Qt::CheckStateRole, Qt::UserRole})
             QVERIFY2(!cell.data(role).isValid(), qPrintable(QString::number(role)));
         QVERIFY(!model.flags(cell).testFlag(Qt::ItemIsEditable));
     }
+    QCOMPARE(texts.join(QLatin1Char('|')),
+             QStringLiteral("2|b.mac|b.product|b.sip_server|b.first_account|b.sip_user_id|b.city|"
+                            "b.company|b.department||"));
+    QCOMPARE(model.index(1, 0).data().userType(), static_cast<int>(QMetaType::Int));
 }
 
 void TestContactModel::nothingOutsideTheTable()
@@ -151,8 +111,6 @@ void TestContactModel::nothingOutsideTheTable()
     ContactModel model(list);
     QVERIFY(!model.data(QModelIndex(), Qt::DisplayRole).isValid());
     QVERIFY(!model.data(model.index(0, 11), Qt::TextAlignmentRole).isValid());
-    QVERIFY(!model.data(model.index(2, 0), Qt::DisplayRole).isValid());
-    QVERIFY(!model.data(model.index(-1, 0), Qt::DisplayRole).isValid());
 
     // An index that outlives its row is valid in itself.
     const QModelIndex stale = model.index(1, ContactModel::Mac);
@@ -177,17 +135,14 @@ void TestContactModel::announcesTheSmallestChange_data()
     };
     row("nothing", "abcd", "abcd", "");
     row("first device", "", "a", "+0-0");
-    row("append", "abc", "abcd", "+3-3");
     row("append several", "abc", "abcdef", "+3-5");
     row("insert in front", "abc", "xabc", "+0-0 #1-3");
     row("insert inside", "abc", "axybc", "+1-2 #3-4");
     row("remove first", "abcd", "bcd", "-0-0 #0-2");
     row("remove inside", "abcde", "abe", "-2-3 #2-2");
-    row("remove last", "abcd", "abc", "-3-3");
     row("remove one of equals", "aaa", "aa", "-2-2");
     row("clear", "abcd", "", "-0-3");
     row("edit first", "abc", "xbc", "~0-0");
-    row("edit inside", "abcde", "abxde", "~2-2");
     row("edit the only one", "a", "x", "~0-0");
     row("edit two apart", "abcdef", "axcdyf", "~1-4");
     row("all replaced", "abc", "xyz", "reset");
@@ -203,14 +158,19 @@ void TestContactModel::announcesTheSmallestChange()
     DeviceList list;
     list.assign(stampedDevices(before));
     ContactModel model(list);
-    const QAbstractItemModelTester tester(&model,
-                                          QAbstractItemModelTester::FailureReportingMode::QtTest);
+    QSortFilterProxyModel proxy;
+    proxy.setSourceModel(&model);
+    using Tester = QAbstractItemModelTester;
+    const Tester tester(&model, Tester::FailureReportingMode::QtTest);
+    const Tester proxyTester(&proxy, Tester::FailureReportingMode::QtTest);
     Announcements announcements(model);
     list.assign(stampedDevices(after));
     QCOMPARE(shownStamps(model), before);
     model.refresh();
     QCOMPARE(announcements.take(), announced);
-    QCOMPARE(shownStamps(model), after);
+    QCOMPARE(shownStamps(proxy), after);
+    for (int row = 0; row < after.size(); ++row)
+        QCOMPARE(proxy.index(row, 0).data().toInt(), row + 1);
     model.refresh();
     QCOMPARE(announcements.take(), QString());
 }
@@ -235,96 +195,38 @@ void TestContactModel::hiddenFieldsAndUnchangedLists()
     QCOMPARE(model.snapshot().at(1).info.password, QStringLiteral("secret"));
 }
 
-void TestContactModel::followsEveryKindOfChange()
-{
-    DeviceList list;
-    ContactModel model(list);
-    QSortFilterProxyModel proxy;
-    proxy.setSourceModel(&model);
-    const QAbstractItemModelTester tester(&model,
-                                          QAbstractItemModelTester::FailureReportingMode::QtTest);
-    const QAbstractItemModelTester proxyTester(
-        &proxy, QAbstractItemModelTester::FailureReportingMode::QtTest);
-
-    const auto check = [&](const QString &stamps) {
-        model.refresh();
-        QCOMPARE(shownStamps(proxy), stamps);
-        for (int row = 0; row < stamps.size(); ++row)
-            QCOMPARE(proxy.index(row, 0).data().toInt(), row + 1);
-    };
-    list.append(stampedDevice(QStringLiteral("a")));
-    check(QStringLiteral("a"));
-    list.append(stampedDevice(QStringLiteral("b")));
-    list.append(stampedDevice(QStringLiteral("c")));
-    check(QStringLiteral("abc"));
-    list.replaceAt(1, stampedDevice(QStringLiteral("x")));
-    check(QStringLiteral("axc"));
-    list.removeAt(0);
-    check(QStringLiteral("xc"));
-    list.assign(stampedDevices(QStringLiteral("mnxco")));
-    check(QStringLiteral("mnxco"));
-    list.removeAt(4);
-    list.append(stampedDevice(QStringLiteral("p")));
-    list.removeAt(0);
-    check(QStringLiteral("nxcp"));
-    list.clear();
-    check(QString());
-    list.append(stampedDevice(QStringLiteral("z")));
-    check(QStringLiteral("z"));
-}
-
 void TestContactModel::announcementsOnRequest()
 {
     DeviceList list;
     list.assign(stampedDevices(QStringLiteral("ab")));
     ContactModel model(list);
-    const QAbstractItemModelTester tester(&model,
-                                          QAbstractItemModelTester::FailureReportingMode::QtTest);
+    QSortFilterProxyModel proxy;
+    proxy.setSourceModel(&model);
     Announcements announcements(model);
 
     list.append(stampedDevice(QStringLiteral("c")));
     list.append(stampedDevice(QStringLiteral("d")));
     QVERIFY(model.insertRows(2, 2));
     QVERIFY(announcements.take().startsWith(QStringLiteral("+2-3")));
-    QCOMPARE(shownStamps(model), QStringLiteral("abcd"));
-
+    QCOMPARE(shownStamps(proxy), QStringLiteral("abcd"));
     list.removeAt(1);
     QVERIFY(model.removeRows(1, 1));
     QVERIFY(announcements.take().startsWith(QStringLiteral("-1-1")));
-    QCOMPARE(shownStamps(model), QStringLiteral("acd"));
-    QCOMPARE(model.index(2, 0).data().toInt(), 3);
-}
+    QCOMPARE(shownStamps(proxy), QStringLiteral("acd"));
+    QCOMPARE(proxy.index(2, 0).data().toInt(), 3);
 
-void TestContactModel::announcementsThatTheListDoesNotBearOut()
-{
-    DeviceList list;
-    list.assign(stampedDevices(QStringLiteral("ab")));
-    ContactModel model(list);
-    QSortFilterProxyModel proxy;
-    proxy.setSourceModel(&model);
-    QCOMPARE(proxy.rowCount(), 2);
-
-    // Announced as asked, and yet nobody is left with rows that are not there.
-    Announcements announcements(model);
+    // The list bears none of it out: nobody is left with rows that are not there.
     QVERIFY(model.insertRows(0, 3));
     QCOMPARE(announcements.take(), QStringLiteral("+0-2 reset"));
-    QCOMPARE(shownStamps(proxy), QStringLiteral("ab"));
     QVERIFY(model.removeRows(0, 1));
     QCOMPARE(announcements.take(), QStringLiteral("-0-0 reset"));
-    QCOMPARE(shownStamps(proxy), QStringLiteral("ab"));
-}
+    QCOMPARE(shownStamps(proxy), QStringLiteral("acd"));
 
-void TestContactModel::resetKeepsTheSetting()
-{
-    DeviceList list;
-    ContactModel model(list);
-    Announcements announcements(model);
-    QVERIFY(!model.displaySetting());
-    list.append(stampedDevice(QStringLiteral("a")));
+    list.append(stampedDevice(QStringLiteral("e")));
     model.resetModel(true);
     QVERIFY(model.displaySetting());
     QCOMPARE(announcements.take(), QStringLiteral("reset"));
-    QCOMPARE(shownStamps(model), QStringLiteral("a"));
+    QCOMPARE(shownStamps(proxy), QStringLiteral("acde"));
 }
 
 void TestContactModel::positionOfNumber()
