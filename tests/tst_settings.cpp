@@ -148,60 +148,51 @@ QString TestSettings::checkedLanguage() const
 void TestSettings::optionsFile_data()
 {
     QTest::addColumn<QByteArray>("held");
-    QTest::addColumn<bool>("parses");
-    QTest::addColumn<QByteArray>("read");
+    QTest::addColumn<QByteArray>("read");    // "-" when nothing could be
     QTest::addColumn<QByteArray>("updated"); // to 1, 0, 1
     const QByteArray anew = optionsXml("101");
-    const auto row = [&](const char *name, const QByteArray &held, const char *read,
-                         const QByteArray &updated) {
-        QTest::newRow(name) << held << (*read != '-') << QByteArray(*read == '-' ? "000" : read)
-                            << updated;
+    const auto row = [&](const char *name, const QByteArray &held, const char *read) {
+        QTest::newRow(name) << held << QByteArray(read) << anew;
     };
-    row("as shipped", shippedOptions, "010", anew);
-    row("all on", optionsXml("111"), "111", anew);
-    row("empty", "", "-", anew);
-    row("no XML", "AutoStart=1\nRecoveryData=1\n", "-", anew);
-    row("binary", QByteArray("\0\xff\xfe\x01<root>\0", 12), "-", anew);
-    row("ten megabytes of noise", QByteArray(tenMegabytes, 'x'), "-", anew);
-    row("ten megabytes of elements",
+    row("as shipped", shippedOptions, "010");
+    row("empty", "", "-");
+    row("binary", QByteArray("\0\xff\xfe\x01<root>\0", 12), "-");
+    row("ten megabytes",
         "<root>" + QByteArray("<AutoStart>1</AutoStart>").repeated(tenMegabytes / 24) + "</root>",
-        "-", anew);
-    row("left over from a longer file", shippedOptions + QByteArray("d>\n</root>\n"), "-", anew);
+        "-");
+    row("left over from a longer file", shippedOptions + QByteArray("d>\n</root>\n"), "-");
     row("nested without end", QByteArray("<a>").repeated(4000) + QByteArray("</a>").repeated(4000),
-        "-", anew);
-    row("entities that unfold without end", unfolding(shippedOptions), "-", anew);
-    row("control characters", optionsXml("11\x01"), "-", anew);
-    row("no elements", "<root/>", "000", anew);
+        "-");
+    row("entities that unfold without end", unfolding(shippedOptions), "-");
+    row("control characters", optionsXml("11\x01"), "-");
+    row("no elements", "<root/>", "000");
     row("the last one missing",
-        "<root><AutoStart>1</AutoStart><RecoveryData>1</RecoveryData></root>", "110", anew);
-    row("in another order",
-        "<root><AutoStart>1</AutoStart><AutoHttpd>1</AutoHttpd><RecoveryData>1</RecoveryData></"
-        "root>",
-        "100", anew);
-    row("doubled",
-        "<root><AutoStart>1</AutoStart><AutoStart>1</AutoStart><RecoveryData>1</RecoveryData>"
+        "<root><AutoStart>1</AutoStart><RecoveryData>1</RecoveryData></root>", "110");
+    row("in another order, doubled",
+        "<root><AutoStart>1</AutoStart><AutoHttpd>1</AutoHttpd><RecoveryData>1</RecoveryData>"
         "<AutoHttpd>1</AutoHttpd></root>",
-        "100", anew);
+        "100");
     row("other texts",
         "<root><AutoStart>true</AutoStart><RecoveryData> 1\n</RecoveryData><AutoHttpd>2</AutoHttpd>"
         "</root>",
-        "010", anew);
-    row("more than is known", QByteArray(shippedOptions).replace("</root>", "<Own>my</Own></root>"),
-        "010", QByteArray(anew).replace("</root>", "    <Own>my</Own>\n</root>"));
-    row("with a mark", "\xef\xbb\xbf" + optionsXml("111"), "111", anew);
-    row("in UTF-16", utf16(optionsXml("111")), "111", anew);
+        "010");
+    row("with a mark", "\xef\xbb\xbf" + optionsXml("111"), "111");
     row("in UTF-16, as it says",
-        utf16("<?xml version=\"1.0\" encoding=\"UTF-16\"?>" + optionsXml("111")), "111", anew);
+        utf16("<?xml version=\"1.0\" encoding=\"UTF-16\"?>" + optionsXml("111")), "111");
+    QTest::newRow("more than is known")
+        << QByteArray(shippedOptions).replace("</root>", "<Own>my</Own></root>")
+        << QByteArray("010") << QByteArray(anew).replace("</root>", "    <Own>my</Own>\n</root>");
 }
 
 void TestSettings::optionsFile()
 {
     QFETCH(QByteArray, held);
+    QFETCH(QByteArray, read);
     writeFile(optionsPath(), held);
     Options options;
-    QTEST(readOptionsFile(optionsPath(), options), "parses");
-    QTEST(triple(options), "read");
-    QCOMPARE(QFileInfo(optionsPath()).size(), qint64(held.size()));
+    QCOMPARE(readOptionsFile(optionsPath(), options), read != "-");
+    QCOMPARE(triple(options), read == "-" ? QByteArray("000") : read);
+    QCOMPARE(content(optionsPath()), held);
     QVERIFY(updateOptionsFile(optionsPath(), {true, false, true}));
     QTEST(content(optionsPath()), "updated");
     QVERIFY(readOptionsFile(optionsPath(), options));
@@ -216,20 +207,14 @@ void TestSettings::languageFile_data()
         QTest::newRow(name) << held << QByteArray(read);
     };
     row("as shipped", shippedConfig, "en");
-    row("Chinese", "<root><Language>zh</Language></root>", "zh");
     row("in a row, the last wins", "<root><Language>en</Language><Language>zh</Language></root>",
         "zh");
     row("not in a row, the first",
         "<root><Language>zh</Language><x/><Language>en</Language></root>", "zh");
-    row("behind something else", "<root><x/><Language>zh</Language></root>", "zh");
     row("blanks belong to the word", "<root><Language> zh</Language></root>", " zh");
-    row("no language", "<root/>", "");
     row("nested deeper", "<root><a><Language>zh</Language></a></root>", "");
     row("in UTF-16", utf16("<root><Language>zh</Language></root>"), "zh");
     row("Chinese text, not in UTF-8", "<root><!-- \xd6\xd0 --><Language>zh</Language></root>", "-");
-    row("damaged", "<root><Language>zh</root>", "-");
-    row("ten megabytes", QByteArray(tenMegabytes, ' ') + "<root><Language>zh</Language></root>",
-        "-");
     row("entities that unfold without end", unfolding("<Language>zh</Language>"), "-");
 }
 
@@ -252,33 +237,33 @@ void TestSettings::languageFile()
 
 void TestSettings::cutAtEveryByte()
 {
-    const QByteArray options = optionsXml("111");
-    for (int length = 0; length < options.size() - 1; ++length) {
-        writeFile(optionsPath(), options.left(length));
+    const auto cut = [](const QString &path, const QByteArray &whole, const auto &check) {
+        for (int length = 0; length < whole.size() - 1; ++length) {
+            writeFile(path, whole.left(length));
+            check(QByteArray::number(length));
+        }
+    };
+    cut(optionsPath(), optionsXml("111"), [this](const QByteArray &length) {
         Options read;
-        QVERIFY2(!readOptionsFile(optionsPath(), read), qPrintable(QString::number(length)));
+        QVERIFY2(!readOptionsFile(optionsPath(), read), length);
         QCOMPARE(triple(read), QByteArray("000"));
         QVERIFY(updateOptionsFile(optionsPath(), {false, true, false}));
         QCOMPARE(content(optionsPath()), QByteArray(shippedOptions));
-    }
-    const QByteArray config = shippedConfig;
-    for (int length = 0; length < config.size() - 1; ++length) {
-        writeFile(configPath(), config.left(length));
+    });
+    cut(configPath(), shippedConfig, [this](const QByteArray &length) {
         QString language;
-        QVERIFY2(!readLanguageFile(configPath(), language), qPrintable(QString::number(length)));
+        QVERIFY2(!readLanguageFile(configPath(), language), length);
         QVERIFY(updateLanguageFile(configPath(), QStringLiteral("en")));
-        QCOMPARE(content(configPath()), config);
-    }
-    const QByteArray port = portFile;
-    for (int length = 0; length <= port.size(); ++length) {
-        writeFile(portPath(), port.left(length));
+        QCOMPARE(content(configPath()), QByteArray(shippedConfig));
+    });
+    cut(portPath(), portFile, [this](const QByteArray &length) {
         const HttpdPort read = readHttpdPort(portPath());
         // Never half a number.
-        QVERIFY(read.port == 80 || read.port == 8080);
-        QVERIFY(read.portText.isEmpty() || read.portText == QLatin1String("8080"));
+        QVERIFY2(read.port == 80 || read.port == 8080, length);
+        QVERIFY2(read.portText.isEmpty() || read.portText == QLatin1String("8080"), length);
         QVERIFY(writeHttpdPort(portPath(), false, QStringLiteral("8080")));
-        QCOMPARE(content(portPath()), port);
-    }
+        QCOMPARE(content(portPath()), QByteArray(portFile));
+    });
 }
 
 void TestSettings::leavesReadOnlyFilesAlone()
@@ -325,10 +310,8 @@ void TestSettings::startsWithDefaults_data()
 {
     QTest::addColumn<QByteArray>("held");
     QTest::newRow("missing") << QByteArray();
-    QTest::newRow("noise") << QByteArray("\x1f\x8b\xff garbage");
     QTest::newRow("ten megabytes of lines") << QByteArray("<root>\n").repeated(tenMegabytes / 7);
     QTest::newRow("ten megabytes without a line break") << QByteArray(tenMegabytes, 'c');
-    QTest::newRow("unfolding") << unfolding("<AutoStart>1</AutoStart>");
 }
 
 void TestSettings::startsWithDefaults()
@@ -362,10 +345,8 @@ void TestSettings::installersNote_data()
     row("Chinese over English", "language=chinese\n", shippedConfig, chinese, "zh");
     row("English over Chinese", "english", chinese, shippedConfig, "en");
     row("first line only", "[install]\nchinese\n", shippedConfig, shippedConfig, "en");
-    row("case matters", "Chinese\n", shippedConfig, shippedConfig, "en");
     row("both", "english or chinese\n", shippedConfig, chinese, "zh");
     row("over a damaged file", "chinese\r\n", "<root><Lang", chinese, "zh");
-    row("with no file", "chinese\n", "", chinese, "zh");
 }
 
 void TestSettings::installersNote()
@@ -465,69 +446,62 @@ void TestSettings::autoStartEntry()
 void TestSettings::portDialog()
 {
     openWindow();
-    const auto open = [this] {
-        action(QStringLiteral("Configure Httpd Port"))->trigger();
-        return m_window->findChild<PortDialog *>();
-    };
-    const auto edit = [](PortDialog *dialog) { return dialog->findChild<QLineEdit *>(); };
-
-    PortDialog *dialog = open();
-    QCOMPARE(dialog->size(), QSize(500, 200));
-    QVERIFY(dialog->useDefaultBox()->isChecked());
-    QVERIFY(!edit(dialog)->isEnabled());
-    QCOMPARE(open(), dialog); // chosen twice, still one
-    dialog->okButton()->click();
-    QCOMPARE(
-        content(portPath()),
-        QByteArray(portFile).replace(">0<", ">1<").replace("<port>8080</port>", "<port></port>"));
-    QCOMPARE(readHttpdPort(portPath()).useDefault, 1);
-
-    const auto openForCustom = [&] {
+    PortDialog *dialog = nullptr;
+    const auto open = [&] {
         QTRY_VERIFY(!m_window->findChild<PortDialog *>());
-        dialog = open();
-        dialog->useDefaultBox()->click();
-        QVERIFY(edit(dialog)->isEnabled());
-        edit(dialog)->setFocus();
+        action(QStringLiteral("Configure Httpd Port"))->trigger();
+        dialog = m_window->findChild<PortDialog *>();
     };
-    openForCustom();
-    const QByteArray before = content(portPath());
-    for (const char *const wrong : {"", "4999", "0", "65536"}) {
-        edit(dialog)->clear();
-        QTest::keyClicks(edit(dialog), QLatin1String(wrong));
-        if (edit(dialog)->text() == QLatin1String("6553"))
-            edit(dialog)->setText(QLatin1String(wrong)); // that cannot be typed
+    const auto edit = [&dialog] { return dialog->findChild<QLineEdit *>(); };
+    const auto type = [&](const char *port) {
+        edit()->clear();
+        QTest::keyClicks(edit(), QLatin1String(port));
         m_shown.clear();
         QTest::keyClick(dialog, Qt::Key_Return);
+    };
+
+    open();
+    QVERIFY(dialog->useDefaultBox()->isChecked());
+    QVERIFY(!edit()->isEnabled());
+    action(QStringLiteral("Configure Httpd Port"))->trigger(); // chosen twice, still one
+    QCOMPARE(m_window->findChildren<PortDialog *>(), QList<PortDialog *>{dialog});
+    dialog->okButton()->click();
+    const QByteArray before =
+        QByteArray(portFile).replace(">0<", ">1<").replace("<port>8080</port>", "<port></port>");
+    QCOMPARE(content(portPath()), before);
+
+    open();
+    dialog->useDefaultBox()->click();
+    QVERIFY(edit()->isEnabled());
+    for (const char *const wrong : {"", "4999", "65536"}) {
+        type(wrong);
         QCOMPARE(m_shown.size(), 1);
         QCOMPARE(m_shown.first().title, QStringLiteral("Port Error"));
         QCOMPARE(m_shown.first().text, QStringLiteral("The port should between 5000 and 65535!"));
         QVERIFY(dialog->isVisible());
     }
-    QCOMPARE(content(portPath()), before);
     QTest::keyClick(dialog, Qt::Key_Escape);
     QCOMPARE(content(portPath()), before);
 
     for (const char *const right : {"5000", "65535", "8080"}) {
-        openForCustom();
-        m_shown.clear();
-        edit(dialog)->clear();
-        QTest::keyClicks(edit(dialog), QLatin1String(right));
-        QTest::keyClick(dialog, Qt::Key_Return);
+        open();
+        if (dialog->useDefaultBox()->isChecked())
+            dialog->useDefaultBox()->click();
+        type(right);
         QVERIFY(m_shown.isEmpty());
         QVERIFY(!dialog->isVisible());
         QCOMPARE(content(portPath()), QByteArray(portFile).replace("8080", right));
     }
-    QTRY_VERIFY(!m_window->findChild<PortDialog *>());
-    dialog = open();
-    QCOMPARE(edit(dialog)->text(), QStringLiteral("8080"));
+    open();
+    QCOMPARE(edit()->text(), QStringLiteral("8080"));
     dialog->cancelButton()->click();
     QCOMPARE(content(portPath()), QByteArray(portFile));
 
     // What is no port is not put before the user, nor written back.
     QTRY_VERIFY(!m_window->findChild<PortDialog *>());
     writeFile(portPath(), "<a><port>eighty</port></a>");
-    dialog = open();
-    QCOMPARE(edit(dialog)->text(), QString());
+    open();
+    QCOMPARE(edit()->text(), QString());
 
     // The file cannot be written: the dialog stays.
     QVERIFY(QFile::remove(portPath()));

@@ -203,9 +203,9 @@ void TestWidgets::coverTakesTheKeys_data()
     QTest::addColumn<QKeySequence>("keys");
     QTest::newRow("letter") << QKeySequence(Qt::Key_A);
     QTest::newRow("next input") << QKeySequence(Qt::Key_Tab);
-    QTest::newRow("shortcut of an action") << QKeySequence(Qt::CTRL + Qt::Key_T);
-    QTest::newRow("mnemonic of a button") << QKeySequence(Qt::ALT + Qt::Key_D);
-    QTest::newRow("mnemonic of a menu") << QKeySequence(Qt::ALT + Qt::Key_F);
+    QTest::newRow("shortcut of an action") << QKeySequence(QStringLiteral("Ctrl+T"));
+    QTest::newRow("mnemonic of a button") << QKeySequence(QStringLiteral("Alt+D"));
+    QTest::newRow("mnemonic of a menu") << QKeySequence(QStringLiteral("Alt+F"));
 }
 
 void TestWidgets::coverTakesTheKeys()
