@@ -80,6 +80,9 @@ struct Run
     {
     }
 
+    /// Opened, with the devices of these stamps when there are any.
+    Run(const QString &folder, const char *stamps);
+
     /// The MACs without the ".mac" of stamped devices, with a blank between.
     QString stamps() const
     {
@@ -103,6 +106,17 @@ inline QList<ContactInfo> stampedDevices(const char *stamps)
     for (const QString &stamp : list)
         devices.append(stampedDevice(stamp));
     return devices;
+}
+
+inline Run::Run(const QString &folder, const char *stamps)
+    : Run(folder)
+{
+    if (!mgr.openDatabase())
+        qFatal("the store can not be opened");
+    if (*stamps) {
+        mgr.addContacts(stampedDevices(stamps));
+        changes.clear();
+    }
 }
 
 /// `devices` as they are listed, numbered from 1.

@@ -1,6 +1,5 @@
 #include "DataSide.h"
 #include "RawDatabase.h"
-#include "export/CSVOutlookCNExport.h"
 #include "export/CSVOutlookExport.h"
 #include "import/ParseBase.h"
 #include "import/ParseFactory.h"
@@ -246,7 +245,7 @@ void TestCsvImport::fieldsArriveAsTheyStand()
     expected.department = QString(50000, QLatin1Char('x'));
     RecordingTarget target;
     // Titles in another order, case and spacing, one quoted, one unknown, most lacking.
-    QVERIFY(import(target, writeFile("  random   PORT ,\"Company\",Notes,PASSWORD,username,City,"
+    QVERIFY(import(target, writeFile("  random   PORT ,\"Company\",My IP,PASSWORD,username,City,"
                                      "Primary account,department,mac\r\n"
                                      ", Two  inner  blanks ,note,\"a,\"\"b\"\",c\",\"\"\"\","
                                      "a\rb,0007," +
@@ -385,17 +384,13 @@ void TestCsvImport::exportsTheseBytes()
 void TestCsvImport::failingExports()
 {
     CSVOutlookExport english;
-    CSVOutlookCNExport chinese;
     QList<ContactInfo> devices = stampedDevices("a");
     const QString utf8 = QStringLiteral("UTF-8");
     writeFile("old", "list.csv");
-    for (ExportBase *exporter :
-         {static_cast<ExportBase *>(&english), static_cast<ExportBase *>(&chinese)}) {
-        QVERIFY(!exporter->exportFile(QStringLiteral("no such codec"), path("list"), devices));
-        QVERIFY(!exporter->exportFile(utf8, QString(), devices));
-        QVERIFY(!exporter->exportFile(utf8, path("no such folder/list"), devices));
-        QCOMPARE(fileContent(path("list.csv")), QByteArray("old"));
-    }
+    QVERIFY(!english.exportFile(QStringLiteral("no such codec"), path("list"), devices));
+    QVERIFY(!english.exportFile(utf8, QString(), devices));
+    QVERIFY(!english.exportFile(utf8, path("no such folder/list"), devices));
+    QCOMPARE(fileContent(path("list.csv")), QByteArray("old"));
 #ifdef Q_OS_LINUX
     QVERIFY(QFile::link(QStringLiteral("/dev/full"), path("full.csv")));
     QVERIFY(!english.exportFile(utf8, path("full"), devices));
@@ -405,8 +400,7 @@ void TestCsvImport::failingExports()
 /// Unlike an export, a backup gives back what an export would break.
 void TestCsvImport::backupComesBack()
 {
-    Run run(m_folder->path());
-    QVERIFY(run.mgr.openDatabase());
+    Run run(m_folder->path(), "");
     QList<ContactInfo> devices = stampedDevices("a b c d");
     devices[0].company = QStringLiteral("\"Net\", Ltd.");
     devices[1].company = QStringLiteral("\"");
@@ -447,8 +441,7 @@ void TestCsvImport::flagSaysWhetherTheListIsReplaced()
         QVERIFY(before.mgr.openDatabase());
         before.mgr.addContacts(oldDevices);
     }
-    Run run(m_folder->path());
-    QVERIFY(run.mgr.openDatabase());
+    Run run(m_folder->path(), "");
     if (isLoaded)
         QVERIFY(run.mgr.recoverPreviousData());
     QVERIFY(QDir(m_folder->path()).mkpath(QStringLiteral("HTTPD/MACCFG")));
@@ -493,9 +486,7 @@ void TestCsvImport::failedImportChangesNothing()
 {
     QFETCH(QByteArray, content);
     QFETCH(bool, exists);
-    Run run(m_folder->path());
-    QVERIFY(run.mgr.openDatabase());
-    run.mgr.addContacts(stampedDevices("a b"));
+    Run run(m_folder->path(), "a b");
     const QList<ContactInfo> before = run.contacts();
     const QByteArray database = fileContent(databasePath());
     QVERIFY(!database.isEmpty());
@@ -515,8 +506,7 @@ void TestCsvImport::failedImportChangesNothing()
 /// An exported empty list is a list as well.
 void TestCsvImport::headerAloneIsAnEmptyList()
 {
-    Run run(m_folder->path());
-    QVERIFY(run.mgr.openDatabase());
+    Run run(m_folder->path(), "");
     const QList<ContactInfo> devices = stampedDevices("a b");
     run.mgr.addContacts(devices);
     const QString source = writeFile(englishCsvHeader().toUtf8());
@@ -562,10 +552,7 @@ void TestCsvImport::duplicatesOfAnImport()
     QFETCH(bool, isOfMany);
     QFETCH(int, count);
 
-    Run run(m_folder->path());
-    QVERIFY(run.mgr.openDatabase());
-    run.mgr.addContacts(stampedDevices("a b c"));
-    run.changes.clear();
+    Run run(m_folder->path(), "a b c");
     QList<ContactInfo> newDevices = stampedDevices(imported.constData());
     for (ContactInfo &device : newDevices)
         device.company = QStringLiteral("new");
@@ -596,8 +583,7 @@ void TestCsvImport::duplicatesOfAnImport()
 /// The program may be killed, or the session end, while the user thinks about a question.
 void TestCsvImport::endInTheMiddleKeepsTheOldRows()
 {
-    Run run(m_folder->path());
-    QVERIFY(run.mgr.openDatabase());
+    Run run(m_folder->path(), "");
     const QList<ContactInfo> oldDevices = stampedDevices("a b c");
     run.mgr.addContacts(oldDevices);
     m_user->answers = QStringList{yes};
@@ -615,8 +601,7 @@ void TestCsvImport::endInTheMiddleKeepsTheOldRows()
 void TestCsvImport::refusedBackupStopsTheImport()
 {
     blockBackups();
-    Run run(m_folder->path());
-    QVERIFY(run.mgr.openDatabase());
+    Run run(m_folder->path(), "");
     const QList<ContactInfo> devices = stampedDevices("a b");
     run.mgr.addContacts(devices);
     run.mgr.setImportFlag(true);
