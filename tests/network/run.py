@@ -240,46 +240,36 @@ def boot(network, program_address, phone_address, bridge, count):
         raise Failed("not every telephone has its file")
 
 
-def one_card(options, folder, name, default_route):
+def run(options, folder, name, net, more_cards=0, default_route=True, pull=False):
+    """`net`: the first three bytes of the network that the chosen card and the telephones are in."""
     network = Network(name)
-    network.add_bridge("lan")
     host = network.add_host("host")
-    network.plug(host, "eth0", "192.0.2.1", "lan")
+    network.add_bridge("phones")
+    for number in range(more_cards):
+        network.add_bridge(f"other{number}")
+        network.plug(host, f"eth{number}", f"192.0.{number + 2}.1", f"other{number}")
+    card = f"eth{more_cards}"
+    address = f"{net}.1"
+    network.plug(host, card, address, "phones")
     if default_route:
         sh("ip", "-n", host, "route", "add", "default", "via", "192.0.2.254")
-    capture = Capture(host, "eth0", folder)
-    program = Program(options.program, host, "192.0.2.1", options.count, options.count)
-    boot(network, "192.0.2.1", lambda last: f"192.0.2.{last}", "lan", options.count)
+    capture = Capture(host, card, folder)
+    program = Program(options.program, host, address, options.count, options.count)
+    boot(network, address, lambda last: f"{net}.{last}", "phones", options.count)
     capture.check()
-    if default_route:
+    if pull:
         # The cable is pulled: plug-and-play can be switched off all the same.
-        sh("ip", "-n", host, "address", "flush", "dev", "eth0")
-        sh("ip", "-n", host, "link", "set", "eth0", "down")
+        sh("ip", "-n", host, "address", "flush", "dev", card)
+        sh("ip", "-n", host, "link", "set", card, "down")
     program.close()
     network.remove()
 
 
-def two_cards(options, folder, name):
-    network = Network(name)
-    network.add_bridge("office")
-    network.add_bridge("phones")
-    host = network.add_host("host")
-    network.plug(host, "eth0", "192.0.2.1", "office")
-    network.plug(host, "eth1", "198.51.100.1", "phones")
-    sh("ip", "-n", host, "route", "add", "default", "via", "192.0.2.254")
-    capture = Capture(host, "eth1", folder)
-    program = Program(options.program, host, "198.51.100.1", options.count, options.count)
-    boot(network, "198.51.100.1", lambda last: f"198.51.100.{last}", "phones", options.count)
-    capture.check()
-    program.close()
-    network.remove()
-
-
-RUNS = [
-    ("a card with a default route", lambda *given: one_card(*given, "route", True)),
-    ("a card, no default route", lambda *given: one_card(*given, "noroute", False)),
-    ("two cards, the second chosen", lambda *given: two_cards(*given, "second")),
-]
+RUNS = {
+    "a card with a default route": dict(name="route", net="192.0.2", pull=True),
+    "a card, no default route": dict(name="noroute", net="192.0.2", default_route=False),
+    "two cards, the second chosen": dict(name="second", net="198.51.100", more_cards=1),
+}
 
 
 def main():
@@ -296,13 +286,13 @@ def main():
     # Private to this process: the names of the namespaces, and the networks themselves.
     sh("mount", "-t", "tmpfs", "tmpfs", "/run")
     failures = 0
-    for what, run in RUNS:
+    for what, case in RUNS.items():
         say(f"{what}: {options.count} telephones")
         with tempfile.TemporaryDirectory() as folder:
             os.chmod(folder, 0o755)
             try:
                 begin = time.monotonic()
-                run(options, folder)
+                run(options, folder, **case)
                 say(f"  passed in {time.monotonic() - begin:.1f} s")
             except Failed as failure:
                 failures += 1

@@ -2,7 +2,7 @@
 """Telephones out of the box, on a real network.
 
 Each one boots as a SIP desk phone without a configuration does: it multicasts a SUBSCRIBE to
-224.0.1.75:5060 and repeats it until it is answered, checks every field of the answers, fetches
+224.0.1.75:5060 and repeats it until it is answered, checks that the answers are its own, fetches
 its file from the URL that the NOTIFY brings, and checks that the file is whole and made for its
 family. Many can boot in one process. Prints JSON with the times from each one's boot to its file;
 the exit code is 0 only when every telephone is content.
@@ -13,7 +13,6 @@ import asyncio
 import json
 import random
 import socket
-import statistics
 import struct
 import sys
 import time
@@ -27,9 +26,6 @@ T1 = 0.5  # SIP's first repetition, and the longest pause between two
 T2 = 4.0
 # Long enough after the last step for an answer that should not have come.
 QUIET = 1.0
-
-USER_AGENT = "VlManager 1.0"
-ALLOW = "INVITE, ACK, OPTIONS, CANCEL, BYE, SUBSCRIBE, NOTIFY, INFO, REFER, UPDATE, MESSAGE"
 
 # The family's own elements for the user ID, by which its documents differ.
 FAMILY_ELEMENTS = {"desk": "P35", "cordless": "P4060"}
@@ -63,9 +59,9 @@ class Message:
 
     def check(self, start, headers, body):
         expect("start line", self.start, start)
-        expect("headers", [name for name, _ in self.headers], [name for name, _ in headers])
-        for (name, value), (_, expected) in zip(self.headers, headers):
-            expect(f"{self.start.split()[0]} {name}", value, expected)
+        found = dict(self.headers)
+        for name, value in headers.items():
+            expect(f"{self.start.split()[0]} {name}", found.get(name), value)
         expect("body", self.body, body)
 
 
@@ -88,7 +84,6 @@ class Phone(asyncio.DatagramProtocol):
         self.fault = None
         self.time_to_file = None
         self.booted_at = None
-        self.file_at = None
 
     # The wire
 
@@ -141,18 +136,15 @@ class Phone(asyncio.DatagramProtocol):
         else:
             status, host, tag = "501 Not Implemented", sender[0], "1882999294"
         identity = f"<sip:MAC%3A{self.mac}@{host}>"
-        message.check(f"SIP/2.0 {status}", [
-            ("Via", f"SIP/2.0/UDP {self.contact};branch={self.branch}"),
-            ("From", f"{identity};tag={self.tag}"),
-            ("To", f"{identity};tag={tag}"),
-            ("Call-ID", self.call_id),
-            ("CSeq", "1 SUBSCRIBE"),
-            ("Event", self.event),
-            ("Supported", "replaces, path, eventlist"),
-            ("User-Agent", USER_AGENT),
-            ("Allow", ALLOW),
-            ("Content-Length", "0"),
-        ], "")
+        message.check(f"SIP/2.0 {status}", {
+            "Via": f"SIP/2.0/UDP {self.contact};branch={self.branch}",
+            "From": f"{identity};tag={self.tag}",
+            "To": f"{identity};tag={tag}",
+            "Call-ID": self.call_id,
+            "CSeq": "1 SUBSCRIBE",
+            "Event": self.event,
+            "Content-Length": "0",
+        }, "")
         self.accepted.set()
         if not self.known:
             self.answered.set()
@@ -164,20 +156,12 @@ class Phone(asyncio.DatagramProtocol):
             raise Wrong("a NOTIFY before the subscription was accepted")
         local = f"{sender[0]}:{REPLY_PORT}"
         url = message.body
-        message.check(f"NOTIFY sip:{self.contact} SIP/2.0", [
-            ("Via", f"SIP/2.0/UDP {local};branch=z9hG4bK1168558332;rport"),
-            ("From", f"<sip:{local}>;tag={self.tag}"),
-            ("To", f"<sip:{self.contact}>"),
-            ("Call-ID", "815617134-5080-1@vlmanager"),
-            ("CSeq", "10 NOTIFY"),
-            ("Contact", f"<sip:{local}>"),
-            ("Max-Forwards", "70"),
-            ("User-Agent", USER_AGENT),
-            ("Event", "ua-profile"),
-            ("Content-Type", "application/url"),
-            ("Allow", ALLOW),
-            ("Content-Length", str(len(url))),
-        ], self.expected_url())
+        message.check(f"NOTIFY sip:{self.contact} SIP/2.0", {
+            "From": f"<sip:{local}>;tag={self.tag}",
+            "To": f"<sip:{self.contact}>",
+            "Contact": f"<sip:{local}>",
+            "Content-Length": str(len(url)),
+        }, self.expected_url())
         self.transport.sendto(self.ok_to(message), sender)
         self.url = url
         self.answered.set()
@@ -219,8 +203,7 @@ class Phone(asyncio.DatagramProtocol):
             raise Wrong(self.fault)
         if self.known:
             self.check_document(await self.fetch(self.url))
-            self.file_at = time.monotonic()
-            self.time_to_file = self.file_at - self.booted_at
+            self.time_to_file = time.monotonic() - self.booted_at
         else:
             # It was told nothing; it also gets nothing when it asks all the same.
             expect("answer to an unknown telephone", await self.fetch(self.options.url), b"")
@@ -255,11 +238,11 @@ class Phone(asyncio.DatagramProtocol):
                    f"user-{self.mac}" if family == self.family else None)
 
 
-def open_socket(address, port):
+def open_socket(address):
     sock = socket.socket(socket.AF_INET, socket.SOCK_DGRAM)
     sock.setsockopt(socket.IPPROTO_IP, socket.IP_MULTICAST_IF, socket.inet_aton(address))
     sock.setsockopt(socket.IPPROTO_IP, socket.IP_MULTICAST_TTL, struct.pack("b", 1))
-    sock.bind((address, port))
+    sock.bind((address, 0))
     sock.setblocking(False)
     return sock
 
@@ -268,10 +251,9 @@ async def run(options):
     loop = asyncio.get_running_loop()
     phones = []
     for number in range(options.count):
-        port = options.port + number if options.port else 0
         _, phone = await loop.create_datagram_endpoint(
             lambda number=number: Phone(options, number),
-            sock=open_socket(options.address, port))
+            sock=open_socket(options.address))
         phones.append(phone)
     delays = [options.spread * number / options.count for number in range(options.count)]
     await asyncio.gather(*(phone.boot(delay) for phone, delay in zip(phones, delays)))
@@ -280,22 +262,13 @@ async def run(options):
 
 def report(phones):
     times = sorted(phone.time_to_file for phone in phones if phone.time_to_file is not None)
-    first_boot = min(phone.booted_at for phone in phones)
-    result = {
+    return {
         "phones": len(phones),
         "files": len(times),
         "subscribes": sum(phone.sends for phone in phones),
+        "seconds_to_last_file": round(times[-1], 3) if times else None,
         "wrong": {phone.mac: phone.fault for phone in phones if phone.fault},
     }
-    if times:
-        last_file = max(phone.file_at for phone in phones if phone.file_at)
-        result["seconds_to_file"] = {
-            "first": round(times[0], 3),
-            "median": round(statistics.median(times), 3),
-            "last": round(times[-1], 3),
-        }
-        result["seconds_from_first_boot_to_last_file"] = round(last_file - first_boot, 3)
-    return result
 
 
 def main():
@@ -307,8 +280,6 @@ def main():
     parser.add_argument("--model", action="append",
                         help="in turn, when given more than once (default: KTP2135)")
     parser.add_argument("--count", type=int, default=1)
-    parser.add_argument("--port", type=int, default=0,
-                        help="of the first, the others count up (default: the system chooses)")
     parser.add_argument("--spread", type=float, default=1.0,
                         help="seconds over which the boots are spread")
     parser.add_argument("--timeout", type=float, default=10.0,
