@@ -3,7 +3,6 @@
 #include "FilePermissions.h"
 #include "model/ContactFields.h"
 
-#include <QFile>
 #include <QSqlDatabase>
 #include <QSqlError>
 #include <QSqlQuery>
@@ -82,9 +81,3 @@ public:
 private:
     QString m_name;
 };
-
-inline QByteArray fileContent(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}

@@ -2,6 +2,8 @@
 
 #include "model/ContactFields.h"
 
+#include <QFile>
+
 /// A device with its own text in every field: "<stamp>.<column>". Its MAC is "<stamp>.mac".
 inline ContactInfo stampedDevice(const QString &stamp)
 {
@@ -24,4 +26,21 @@ inline ContactInfo deviceWithMac(const QString &mac)
     ContactInfo device;
     device.mac = mac;
     return device;
+}
+
+/// A list of 1,000 devices whose fields all bear the stamp.
+inline QList<ContactInfo> thousandDevices(const QString &stamp)
+{
+    QList<ContactInfo> devices;
+    for (int i = 0; i < 1000; ++i) {
+        devices.append(stampedDevice(stamp));
+        devices.last().mac = QString::number(i);
+    }
+    return devices;
+}
+
+inline QByteArray fileContent(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }

@@ -13,18 +13,6 @@
 
 namespace {
 
-constexpr int deviceCount = 1000;
-
-QList<ContactInfo> devices(const QString &stamp)
-{
-    QList<ContactInfo> devices;
-    for (int i = 0; i < deviceCount; ++i) {
-        devices.append(stampedDevice(stamp));
-        devices.last().mac = QString::number(i);
-    }
-    return devices;
-}
-
 void tell(const char *what)
 {
     std::fputs(what, stdout);
@@ -33,8 +21,8 @@ void tell(const char *what)
 
 int saveForEver(const QString &folder)
 {
-    const QList<ContactInfo> lists[] = {devices(QStringLiteral("one")),
-                                        devices(QStringLiteral("two"))};
+    const QList<ContactInfo> lists[] = {thousandDevices(QStringLiteral("one")),
+                                        thousandDevices(QStringLiteral("two"))};
     DBOperator dbOperator(folder);
     DeviceList list;
     ListSaver saver(list, dbOperator, folder);

@@ -29,7 +29,6 @@ private slots:
     void noAnswer();
     void foldersAreThePrivateOwners();
     void requestInSegments();
-    void requestOfHalfClosedClient();
     void overlongRequest_data();
     void overlongRequest();
     void slowClientIsClosed();
@@ -241,29 +240,19 @@ void TestHttpdServer::foldersAreThePrivateOwners()
 
 void TestHttpdServer::requestInSegments()
 {
-    const QByteArray answer = inBackground([this] {
-        Phone phone(m_port);
-        for (const char *part : {"GET /cfg0200a7", "aabbcc.xml HTTP/1.1\r\nHost: x\r",
-                                 "\nUser-Agent: D", "K715\r\n\r\n"}) {
-            phone.send(part);
-            std::this_thread::sleep_for(std::chrono::milliseconds(20));
-        }
-        return phone.receiveAll();
-    });
-    QCOMPARE(bodyOf(answer), FakeSource::document(CordlessXml, QLatin1String(docName)));
-}
-
-void TestHttpdServer::requestOfHalfClosedClient()
-{
-    const QByteArray complete = request(docName, "KTP");
-    for (const QByteArray &bytes : {complete, complete.chopped(2)}) {
-        const QByteArray answer = inBackground([=] {
+    // The second client has closed its end, and never sends the empty line.
+    for (const char *end : {"K715\r\n\r\n", "K715\r\n"}) {
+        const QByteArray answer = inBackground([this, end] {
             Phone phone(m_port);
-            phone.send(bytes);
+            for (const char *part :
+                 {"GET /cfg0200a7", "aabbcc.xml HTTP/1.1\r\nHost: x\r", "\nUser-Agent: D", end}) {
+                phone.send(part);
+                std::this_thread::sleep_for(std::chrono::milliseconds(20));
+            }
             phone.endInput();
             return phone.receiveAll();
         });
-        QCOMPARE(bodyOf(answer), FakeSource::document(DeskPhoneXml, QLatin1String(docName)));
+        QCOMPARE(bodyOf(answer), FakeSource::document(CordlessXml, QLatin1String(docName)));
     }
 }
 

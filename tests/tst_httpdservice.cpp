@@ -132,8 +132,6 @@ void TestHttpdService::portFile_data()
     };
     row("as written", portXml("0", "8080"), 0, 8080);
     row("empty port", portXml("0", ""), 0, 80);
-    row("blanks", portXml(" 0\n", "\t8080 "), 0, 8080);
-    row("any nesting", "<a><port>7000</port><b><c><useDefault>0</useDefault></c></b></a>", 0, 7000);
     row("one inside the other", "<useDefault><port>7000</port></useDefault>", 1, 7000);
     row("comment instead of text", "<a><port><!-- 7000 -->7001</port></a>", 1, 80);
     row("truncated in a number", "<a><useDefault>0</useDefault><port>70", 0, 80);
@@ -158,7 +156,6 @@ void TestHttpdService::runningService()
     writePortFile(portXml("0", "none")); // unreadable number: a port of the system's choice
     QSignalSpy changed(m_service.get(), &HttpdService::httpdAddressChanged);
     QSignalSpy messages(m_service.get(), &HttpdService::httpdMsg);
-    QCOMPARE(m_service->port(), quint16(0));
     QVERIFY(m_service->start());
 
     QCOMPARE(m_boxes, QStringList());

@@ -48,7 +48,6 @@ void TestPinyin::tableIsComplete()
                            }));
 
     QHash<QString, int> found;
-    QHash<QByteArray, QByteArray> rows;
     for (const auto *pair = pinyinTable.begin(); pair != end; ++pair) {
         static const QRegularExpression form(
             QStringLiteral("^[A-Z][a-z]* (\\\\u[1-9a-f][0-9a-f]{3})+$"));
@@ -59,14 +58,7 @@ void TestPinyin::tableIsComplete()
             QString::fromLatin1(pair->characters).mid(2).split(QLatin1String("\\u"));
         for (const QString &code : codes)
             ++found[QChar(code.toUShort(nullptr, 16))];
-        if (!rows.contains(pair->syllable)) // the first of a name is the one that counts
-            rows.insert(pair->syllable, pair->characters);
     }
-    QCOMPARE(rows.value("A"), QByteArray("\\u554a\\u963f\\u9515"));
-    QCOMPARE(rows.value("Ha"), QByteArray("\\u54c8"));
-    QCOMPARE(rows.value("Nen"), QByteArray("\\u5ae9\\u80fd\\u6798\\u6041"));
-    QVERIFY(rows.contains("Bia"));
-
     const QString listedTwice = QStringLiteral("能枘髟");
     const QString characters = gb2312Characters();
     QCOMPARE(characters.size(), 6763);

