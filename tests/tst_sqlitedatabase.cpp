@@ -165,24 +165,15 @@ void TestSqliteDatabase::updatesSingleFields()
     const ContactInfo other = numbered(1, QStringLiteral("a"));
     ContactInfo updated = numbered(2, QStringLiteral("b"));
     QVERIFY(m_store->insertContacts({other, updated}));
-    const auto update = [this](const QStringList &fields, const QStringList &values) {
-        return m_store->updateFields(QStringLiteral("contact1"), fields, values);
-    };
-    const QString city = QStringLiteral("city");
-    const QString bad = QStringLiteral("no_such_column");
-    const QString two = QStringLiteral("2");
-    QVERIFY(update({QStringLiteral("id"), city, QStringLiteral("ip")},
-                   {two, QStringLiteral("'O''Hare'"), QStringLiteral("'1.2.3.4'")}));
+    QStringList columns = QStringLiteral("mac,no_such_column,city,ip").split(QLatin1Char(','));
+    QStringList values = QStringLiteral("'b',2,'O''Hare','1.2.3.4'").split(QLatin1Char(','));
     updated.city = QStringLiteral("O'Hare");
     updated.ip = QStringLiteral("1.2.3.4");
+    // The last statement alone decides the result.
+    QVERIFY(m_store->updateFields(QStringLiteral("contact1"), columns, values));
     QVERIFY(m_store->queryContacts() == (QList<ContactInfo>{other, updated}));
-
-    // The key may be a text as well; the last statement alone decides the result.
-    const QString mac = QStringLiteral("mac");
-    const QString macB = QStringLiteral("'b'");
-    QVERIFY(update({mac, bad, city}, {macB, two, QStringLiteral("'Rome'")}));
-    QVERIFY(!update({mac, city, bad}, {macB, QStringLiteral("'Oslo'"), two}));
-    QCOMPARE(m_store->queryContacts().at(1).city, QStringLiteral("Oslo"));
+    columns.swapItemsAt(1, 3);
+    QVERIFY(!m_store->updateFields(QStringLiteral("contact1"), columns, values));
 }
 
 /// Tables of earlier programs may have been made without the key.
