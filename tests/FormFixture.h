@@ -2,12 +2,16 @@
 
 #include "dialogs/ContactForm.h"
 #include "dialogs/FormDialog.h"
+#include "dialogs/IpLine.h"
+#include "model/ContactFields.h"
 #include "model/DebugLog.h"
 #include "widgets/ToolTipWidget.h"
 
 #include <QApplication>
+#include <QComboBox>
 #include <QFile>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QScrollBar>
@@ -49,6 +53,28 @@ protected:
         auto *const found = m_dialog->template findChild<Input *>(QLatin1String(name));
         Q_ASSERT(found);
         return found;
+    }
+
+    /// Enters each field that has an input, under the name that goes with its column: choices by
+    /// their text.
+    void enter(const ContactInfo &shown)
+    {
+        for (const ContactField &field : contactFields()) {
+            QString name = QLatin1String(field.column);
+            for (int at = name.indexOf(QLatin1Char('_')); at >= 0;
+                 at = name.indexOf(QLatin1Char('_')))
+                name.replace(at, 2, name.at(at + 1).toUpper());
+            const QString text = shown.*field.member;
+            if (auto *const line =
+                    m_dialog->template findChild<IpLine *>(name + QLatin1String("IpLine")))
+                line->setText(text);
+            else if (auto *const box = m_dialog->template findChild<QComboBox *>(
+                         name + QLatin1String("ComboBox")))
+                box->setCurrentText(text);
+            else if (auto *const edit = m_dialog->template findChild<QLineEdit *>(
+                         name + QLatin1String("LineEdit")))
+                edit->setText(text);
+        }
     }
 
     QString visibleTip() const

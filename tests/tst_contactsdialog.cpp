@@ -211,40 +211,26 @@ void TestContactsDialog::createByKeyboard()
 
 void TestContactsDialog::everyFieldReachesAllDevices()
 {
-    open();
-    setFirstMac(QStringLiteral("02:00:a7:00:00:fe"));
-    box("productComboBox")->setCurrentText(QStringLiteral("DK71X"));
-    edit("sipServerLineEdit")->setText(QStringLiteral("server"));
-    edit("firstSipUserIdLineEdit")->setText(QStringLiteral("00123"));
-    edit("passwordLineEdit")->setText(QStringLiteral("secret"));
-    box("speechCoding1ComboBox")->setCurrentText(QStringLiteral("GSM"));
-    box("speechCoding2ComboBox")->setCurrentText(QStringLiteral("PCMU"));
-    edit("usernameLineEdit")->setText(QStringLiteral("user"));
-    box("languageComboBox")->setCurrentText(QStringLiteral("Chinese Traditional"));
-    box("randomPortComboBox")->setCurrentText(QStringLiteral("Yes"));
-    edit("phonebookPathLineEdit")->setText(QStringLiteral("path"));
-    edit("dialPlanLineEdit")->setText(QStringLiteral("plan"));
-    edit("cityLineEdit")->setText(QStringLiteral("city"));
-    edit("companyLineEdit")->setText(QStringLiteral("company"));
-    edit("departmentLineEdit")->setText(QStringLiteral("department"));
-    edit("proxyServerLineEdit")->setText(QStringLiteral("proxy"));
-
     ContactInfo expected;
+    for (const ContactField &field : contactFields())
+        expected.*field.member = QStringLiteral("a ") + QLatin1String(field.column);
     expected.product = QStringLiteral("DK71X");
-    expected.sip_server = QStringLiteral("server");
-    expected.password = QStringLiteral("secret");
     expected.speech_coding1 = QStringLiteral("GSM");
     expected.speech_coding2 = QStringLiteral("PCMU");
-    expected.username = QStringLiteral("user");
+    expected.language = QStringLiteral("Chinese Traditional");
+    expected.random_port = QStringLiteral("Yes");
+    open();
+    enter(expected);
+    setFirstMac(QStringLiteral("02:00:a7:00:00:fe"));
+    edit("firstSipUserIdLineEdit")->setText(QStringLiteral("00123"));
+
     expected.language = QStringLiteral("zh-tw");
     expected.random_port = QStringLiteral("1");
     expected.keep_alive = QStringLiteral("0");
-    expected.phonebook_path = QStringLiteral("path");
-    expected.dial_plan = QStringLiteral("plan");
-    expected.city = QStringLiteral("city");
-    expected.company = QStringLiteral("company");
-    expected.department = QStringLiteral("department");
-    expected.proxy_server = QStringLiteral("proxy");
+    // These cannot be the same for all, and are left to the telephone.
+    for (QString *const address : {&expected.ip, &expected.subnet, &expected.gateway_ip,
+                                   &expected.dns_server1, &expected.dns_server2})
+        address->clear();
     const QStringList macs = {QStringLiteral("02:00:A7:00:00:FE"),
                               QStringLiteral("02:00:A7:00:01:00")};
     const QList<ContactInfo> devices = save();
@@ -257,7 +243,6 @@ void TestContactsDialog::everyFieldReachesAllDevices()
         for (const ContactField &field : contactFields())
             QCOMPARE(devices.at(i).*field.member, expected.*field.member);
     }
-    QVERIFY(!m_dialog->isVisible());
 }
 
 void TestContactsDialog::mirroredFields()

@@ -93,7 +93,6 @@ private slots:
     void keys();
     void clickedSegment();
     void reportsKeys();
-    void fourCharacterSegment();
     void pasteByMenu();
     void programText();
     void textAndValue_data();
@@ -102,7 +101,6 @@ private slots:
 
 private:
     IpLine *show(IpLine::Form form);
-    void showWindow();
 
     QWidget *m_window = nullptr;
 };
@@ -119,18 +117,15 @@ void TestIpLine::cleanup()
     debugLog().setEnabled(QtDebugMsg, false);
 }
 
-void TestIpLine::showWindow()
-{
-    m_window->show();
-    QApplication::setActiveWindow(m_window);
-    QVERIFY(QTest::qWaitForWindowActive(m_window));
-}
-
 IpLine *TestIpLine::show(IpLine::Form form)
 {
     auto *line = new IpLine(form);
     m_window->layout()->addWidget(line);
-    showWindow();
+    [this] {
+        m_window->show();
+        QApplication::setActiveWindow(m_window);
+        QVERIFY(QTest::qWaitForWindowActive(m_window));
+    }();
     return line;
 }
 
@@ -257,24 +252,6 @@ void TestIpLine::reportsKeys()
     QCOMPARE(part->text(), QStringLiteral("AF"));
     QVERIFY(QMetaObject::invokeMethod(part, "macModify", Q_ARG(QString, QStringLiteral("c"))));
     QCOMPARE(part->text(), QStringLiteral("AC"));
-}
-
-void TestIpLine::fourCharacterSegment()
-{
-    auto *first = new IpPart(IpPart::FourCharacters, m_window);
-    auto *second = new IpPart(IpPart::FourCharacters, m_window);
-    m_window->layout()->addWidget(first);
-    m_window->layout()->addWidget(second);
-    first->setNeighbours(nullptr, second);
-    second->setNeighbours(first, nullptr);
-    second->setText(QStringLiteral("rest"));
-    showWindow();
-    first->setFocus();
-    type(QStringLiteral("20x"));
-    QVERIFY(first->hasFocus());
-    type(QStringLiteral("1"));
-    QVERIFY(second->hasFocus());
-    QCOMPARE(second->selectedText(), QStringLiteral("rest"));
 }
 
 void TestIpLine::pasteByMenu()

@@ -42,6 +42,7 @@ private slots:
     void servicesThatAreNotOpened();
     void closingInTheMiddleOfAQuestionEndsCleanly();
     void closesOnce();
+    void pagesSayWhatTheyDo();
     void takesTheListOutAndIn();
     void aLongImportMovesAndEndsBeforeTheWindow();
     void helpGoesOnWhereItWasClosed();
@@ -324,6 +325,29 @@ void TestMainWindow::closesOnce()
              QStringList{QStringLiteral("other.csv")});
 }
 
+void TestMainWindow::pagesSayWhatTheyDo()
+{
+    openWindow();
+    const auto texts = [this](const char *name) {
+        const auto *const page = m_window->findChild<QWidget *>(QLatin1String(name));
+        QStringList shown;
+        const auto labels = page->findChildren<QLabel *>();
+        for (const QLabel *const label : labels)
+            shown.append(label->text());
+        const auto buttons = page->findChildren<QAbstractButton *>();
+        for (const QAbstractButton *const one : buttons)
+            shown.append(one->text());
+        return shown.join(QLatin1Char('|'));
+    };
+    QCOMPARE(texts("exportPage"),
+             QStringLiteral("Export file|Export to|Select path|Export|Cancel"));
+    QCOMPARE(texts("importPage"),
+             QStringLiteral("Import file|The devices of the file replace the present list.|"
+                            "Select File|Import|Cancel|Clear list"));
+    m_window->findChild<QAbstractButton *>(QStringLiteral("clearListCheckBox"))->click();
+    QVERIFY(texts("importPage").contains(QStringLiteral("are added to the present list.")));
+}
+
 void TestMainWindow::takesTheListOutAndIn()
 {
     openWindow();
@@ -373,7 +397,7 @@ void TestMainWindow::takesTheListOutAndIn()
     m_window->localImport();
     path("importPathLineEdit")->setText(target);
     const int boxes = m_shown.size();
-    button("importBeginButton")->click();
+    QTest::keyClick(path("importPathLineEdit"), Qt::Key_Return);
     QCOMPARE(m_shown.size(), boxes);
     QCOMPARE(storedNumbers(), QStringLiteral("12"));
     QCOMPARE(m_dataMgr->devices().at(1).info.first_account, QStringLiteral("0012"));

@@ -4,8 +4,6 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QRadioButton>
-#include <QScrollArea>
-#include <QScrollBar>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -17,7 +15,6 @@ private slots:
     void itemTexts();
     void preselection();
     void oneItemChecked();
-    void scrolls();
     void results();
 };
 
@@ -107,20 +104,6 @@ void TestNetCardDialog::oneItemChecked()
     QVERIFY(items[0]->isChecked());
     QTest::mouseClick(items[1]->findChild<QLabel *>(), Qt::LeftButton);
     QVERIFY(items[1]->isChecked() && !items[0]->isChecked());
-}
-
-void TestNetCardDialog::scrolls()
-{
-    NetCardSelectDialog dialog;
-    QList<NetCardInfo> cards;
-    for (int i = 0; i < 6; ++i)
-        cards.append(NetCardInfo{QString::number(i), false, {}});
-    dialog.setNetCards(cards);
-    dialog.show();
-    QVERIFY(child<QScrollArea>(dialog, "netCardScrollArea")->verticalScrollBar()->maximum() > 0);
-    const QList<NetCardItem *> items = itemsOf(dialog);
-    for (int i = 1; i < 6; ++i)
-        QVERIFY(items[i]->y() > items[i - 1]->geometry().bottom());
 }
 
 void TestNetCardDialog::results()

@@ -45,30 +45,15 @@ private slots:
                      .arg(QLatin1String(QTest::currentTestFunction()));
     }
 
-    void keepsOnlySafeCharactersInTheKey_data()
-    {
-        QTest::addColumn<QString>("application");
-        QTest::addColumn<QString>("organization");
-        QTest::addColumn<QString>("key");
-        QTest::newRow("plain") << "VlManager"
-                               << ""
-                               << "VlManager";
-        QTest::newRow("both joined") << "a b"
-                                     << "c-d.e"
-                                     << "a bc-d.e";
-        QTest::newRow("separators") << "a/b:c\\d"
-                                    << "x\ny"
-                                    << "abcdxy";
-        QTest::newRow("nothing left") << "/:\\"
-                                      << "*?"
-                                      << "";
-    }
-
     void keepsOnlySafeCharactersInTheKey()
     {
-        QFETCH(QString, application);
-        QFETCH(QString, organization);
-        QTEST(SingleApplication::instanceKey(application, organization), "key");
+        const auto key = [](const char *application, const char *organization) {
+            return SingleApplication::instanceKey(QString::fromLatin1(application),
+                                                  QString::fromLatin1(organization));
+        };
+        QCOMPARE(key("a b", "c-d.e"), QStringLiteral("a bc-d.e"));
+        QCOMPARE(key("a/b:c\\d", "x\ny"), QStringLiteral("abcdxy"));
+        QCOMPARE(key("/:\\", "*?"), QString());
     }
 
     void laterCopiesWakeTheFirstAndEnd()

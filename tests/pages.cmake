@@ -1,1 +1,0 @@
-vl_test(tst_pathpages LINK vl::app)
