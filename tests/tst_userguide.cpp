@@ -10,7 +10,6 @@
 #include <QFile>
 #include <QLabel>
 #include <QPushButton>
-#include <QScopeGuard>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
@@ -20,23 +19,6 @@
 namespace {
 
 const QString guideFolder = QStringLiteral("./resource/UserGuide/");
-
-constexpr Qt::GlobalColor upColor = Qt::green;
-constexpr Qt::GlobalColor pressedColor = Qt::yellow;
-constexpr Qt::GlobalColor disabledColor = Qt::red;
-
-void saveImage(const QString &path, const QColor &color)
-{
-    QImage image(40, 40, QImage::Format_RGB32);
-    image.fill(color);
-    QVERIFY2(image.save(path), qPrintable(path));
-}
-
-QColor centre(QWidget &widget)
-{
-    const QImage image = widget.grab().toImage();
-    return image.pixelColor(image.rect().center());
-}
 
 } // namespace
 
@@ -52,7 +34,6 @@ private slots:
     void takesPicturesFromTheList();
     void drawsThePictureOfItsPage();
     void pagesFromEndToEnd();
-    void arrowsShowTheirState();
     void pagesWhileAPageIsTurned();
     void closesAndOpensAtItsPage();
     void scrollBarAnswersThePointer();
@@ -210,31 +191,6 @@ void TestUserGuide::pagesFromEndToEnd()
     QCOMPARE(counter(), QStringLiteral("8/9"));
     QVERIFY(down->isEnabled());
     QTRY_COMPARE(visibleTitles(), QStringList(m_guide->pages().at(7).title));
-}
-
-void TestUserGuide::arrowsShowTheirState()
-{
-    // With the program's own sheet, which has rules for buttons as well.
-    QFile sheet(QStringLiteral(VL_SOURCE_DIR "/resource/style.qss"));
-    QVERIFY(sheet.open(QIODevice::ReadOnly));
-    qApp->setStyleSheet(QString::fromUtf8(sheet.readAll()));
-    const auto reset = qScopeGuard([] { qApp->setStyleSheet(QString()); });
-    for (const char *const name : {"arrow_up_%1.png", "arrow_down_%1.png"}) {
-        const QString path = guideFolder + QLatin1String(name);
-        saveImage(path.arg(QStringLiteral("unpressed")), upColor);
-        saveImage(path.arg(QStringLiteral("pressed")), pressedColor);
-        saveImage(path.arg(QStringLiteral("disable")), disabledColor);
-    }
-    open();
-    QCOMPARE(centre(*arrow("arrow_up")), QColor(disabledColor));
-    QPushButton *const down = arrow("arrow_down");
-    QCOMPARE(centre(*down), QColor(upColor));
-    down->setDown(true);
-    QCOMPARE(centre(*down), QColor(pressedColor));
-    for (int page = 1; page < 9; ++page)
-        m_guide->rightPressed();
-    QCOMPARE(centre(*down), QColor(disabledColor));
-    QCOMPARE(centre(*arrow("arrow_up")), QColor(upColor));
 }
 
 void TestUserGuide::pagesWhileAPageIsTurned()
