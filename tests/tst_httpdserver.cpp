@@ -41,11 +41,6 @@ private slots:
     void destroyWhileGenerating();
 
 private:
-    QString servedFile(const char *name) const
-    {
-        return m_folder->filePath(QStringLiteral("HTTPD/MACCFG/") + QLatin1String(name));
-    }
-
     std::unique_ptr<QTemporaryDir> m_folder;
     std::unique_ptr<FakeSource> m_source;
     std::unique_ptr<HttpdServer> m_server;

@@ -74,6 +74,9 @@ QStringList standardFieldsWith(int index, const QString &value)
     return fields;
 }
 
+const QString local = QStringLiteral("192.168.10.1");
+const QString url = QStringLiteral("http://192.168.10.1:8080");
+
 constexpr int largestPayload = 65507; // of a UDP datagram
 
 } // namespace
@@ -86,8 +89,8 @@ private slots:
     void reads_data();
     void reads();
     void stopsAtTheFirstThatIsMissing();
-    void messages_data();
     void messages();
+    void folderOfTheFile();
     void anyDatagramIsSafe();
 };
 
@@ -199,13 +202,8 @@ void TestPnPRequest::stopsAtTheFirstThatIsMissing()
     }
 }
 
-void TestPnPRequest::messages_data()
+void TestPnPRequest::messages()
 {
-    QTest::addColumn<QByteArray>("datagram");
-    QTest::addColumn<QByteArray>("notImplemented");
-    QTest::addColumn<QByteArray>("accepted");
-    QTest::addColumn<QByteArray>("notify");
-
     const QByteArray notImplemented =
         "SIP/2.0 501 Not Implemented\r\n"
         "Via: SIP/2.0/UDP 192.168.10.20:5062;branch=z9hG4bK770412\r\n"
@@ -225,7 +223,7 @@ void TestPnPRequest::messages_data()
                                     .replace("501 Not Implemented", "202 Accepted subscription")
                                     .replace("@192.168.10.1>", "@224.0.1.75>")
                                     .replace("1882999294", "920204859");
-    const QByteArray notifyHead =
+    const QByteArray notify =
         "NOTIFY sip:192.168.10.20:5062 SIP/2.0\r\n"
         "Via: SIP/2.0/UDP 192.168.10.1:5080;branch=z9hG4bK1168558332;rport\r\n"
         "From: <sip:192.168.10.1:5080>;tag=5150\r\n"
@@ -238,44 +236,35 @@ void TestPnPRequest::messages_data()
         "Event: ua-profile\r\n"
         "Content-Type: application/url\r\n"
         "Allow: INVITE, ACK, OPTIONS, CANCEL, BYE, SUBSCRIBE, NOTIFY, INFO, REFER, UPDATE, "
-        "MESSAGE\r\n";
-    const QByteArray folder = notifyHead + "Content-Length:    25\r\n\r\nhttp://192.168.10.1:8080/";
-    const QByteArray noFolder =
-        notifyHead + "Content-Length:    24\r\n\r\nhttp://192.168.10.1:8080";
-
-    const auto model = [&](const QByteArray &name, const QByteArray &notify) {
-        const auto named = [&](QByteArray text) {
-            return text.replace("model=\"KTP2135\"", "model=\"" + name + "\"");
-        };
-        QTest::newRow(("model " + name).constData())
-            << named(standard()) << named(notImplemented) << named(accepted) << notify;
-    };
-    model("KTP2135", folder);
-    model("ktp2135", folder);
-    model("KTP2200 ", folder);
-    model("KTP2200", noFolder);
-    model("DK71X", noFolder);
-    model("MKTP2135", noFolder);
+        "MESSAGE\r\n"
+        "Content-Length:    25\r\n"
+        "\r\n"
+        "http://192.168.10.1:8080/";
 
     // The datagram's bytes are Latin-1, the answers' UTF-8.
-    const auto other = [](QByteArray text) {
-        return text.replace("88200314-0200a7000001@phone", "\xe9");
-    };
-    QTest::newRow("a letter beyond ASCII")
-        << other(standard()) << other(notImplemented).replace("\xe9", "\xc3\xa9")
-        << other(accepted).replace("\xe9", "\xc3\xa9") << folder;
+    const QByteArray callId = "88200314-0200a7000001@phone";
+    for (const QByteArray &id : {callId, QByteArray("\xe9")}) {
+        const PnPRequest request = PnPRequest::parse(standardWith(callId, id));
+        const auto answer = [&](QByteArray text) {
+            return text.replace(callId, QString::fromLatin1(id).toUtf8());
+        };
+        QCOMPARE(PnPMessages::notImplemented(request, local).toUtf8(), answer(notImplemented));
+        QCOMPARE(PnPMessages::accepted(request).toUtf8(), answer(accepted));
+        QCOMPARE(PnPMessages::notify(request, local, url).toUtf8(), notify);
+    }
 }
 
-void TestPnPRequest::messages()
+void TestPnPRequest::folderOfTheFile()
 {
-    QFETCH(QByteArray, datagram);
-    const PnPRequest request = PnPRequest::parse(datagram);
-    QVERIFY(request.isComplete());
-    const QString local = QStringLiteral("192.168.10.1");
-    QTEST(PnPMessages::notImplemented(request, local).toUtf8(), "notImplemented");
-    QTEST(PnPMessages::accepted(request).toUtf8(), "accepted");
-    QTEST(PnPMessages::notify(request, local, QStringLiteral("http://192.168.10.1:8080")).toUtf8(),
-          "notify");
+    const auto folderFor = [](const char *model) {
+        const PnPRequest request =
+            PnPRequest::parse(pnpSubscribe("0200a7000001", "192.168.10.20:5062", model));
+        return PnPMessages::notify(request, local, url).section(QLatin1String("\r\n\r\n"), 1);
+    };
+    for (const char *model : {"KTP2135", "ktp2200", "KTP2200 "})
+        QCOMPARE(folderFor(model), url + QLatin1Char('/'));
+    for (const char *model : {"KTP2200", "DK71X", "MKTP2135"})
+        QCOMPARE(folderFor(model), url);
 }
 
 namespace {
@@ -376,8 +365,6 @@ void TestPnPRequest::anyDatagramIsSafe()
 {
     constexpr quint32 seed = 20240611;
     constexpr int datagrams = 100000;
-    const QString local = QStringLiteral("192.168.10.1");
-    const QString url = QStringLiteral("http://192.168.10.1:8080");
     Mutator mutator(seed);
     std::array<int, PnPRequest::Complete + 1> reached = {};
     for (int i = 0; i < datagrams; ++i) {
