@@ -429,6 +429,7 @@ void TestMainWindow::aLongImportMovesAndEndsBeforeTheWindow()
     m_window->findChild<QLineEdit *>(QStringLiteral("importPathLineEdit"))->setText(path);
     button("importBeginButton")->click();
     QVERIFY(framesOfTheSave.size() >= 2);
+    QCOMPARE(wheel->state(), QMovie::NotRunning);
     QTRY_COMPARE(quits.size(), 1);
     QVERIFY(m_shown.isEmpty());
 

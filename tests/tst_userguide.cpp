@@ -1,5 +1,3 @@
-#include "widgets/EffectScrollBar.h"
-#include "widgets/ScrollArea.h"
 #include "widgets/UserGuide.h"
 #include "widgets/UserGuideControl.h"
 #include "widgets/UserGuideWidget.h"
@@ -36,7 +34,6 @@ private slots:
     void pagesFromEndToEnd();
     void pagesWhileAPageIsTurned();
     void closesAndOpensAtItsPage();
-    void scrollBarAnswersThePointer();
 
 private:
     void open();
@@ -240,36 +237,6 @@ void TestUserGuide::closesAndOpensAtItsPage()
     m_guide->rightPressed();
     m_guide.reset();
     QTest::qWait(20);
-}
-
-void TestUserGuide::scrollBarAnswersThePointer()
-{
-    ScrollArea area;
-    area.resize(200, 200);
-    auto *const content = new QWidget;
-    content->setFixedSize(150, 1000);
-    area.setWidget(content);
-    area.show();
-    auto *const bar = qobject_cast<EffectScrollBar *>(area.verticalScrollBar());
-    QVERIFY(bar && bar->isVisible());
-    QVERIFY(!area.horizontalScrollBar()->isVisible());
-    const QImage atRest = bar->grab().toImage();
-    const QSize viewport = area.viewport()->size();
-    QEvent enter(QEvent::Enter);
-    QApplication::sendEvent(bar, &enter);
-    QTRY_COMPARE(bar->strength(), 1.0);
-    QVERIFY(bar->grab().toImage() != atRest);
-    QCOMPARE(area.viewport()->size(), viewport);
-
-    // A handle that is dragged keeps its strength wherever the pointer goes.
-    const QPoint handle(bar->width() / 2, bar->height() / 10);
-    QTest::mousePress(bar, Qt::LeftButton, Qt::NoModifier, handle);
-    QEvent leave(QEvent::Leave);
-    QApplication::sendEvent(bar, &leave);
-    QTest::qWait(200);
-    QCOMPARE(bar->strength(), 1.0);
-    QTest::mouseRelease(bar, Qt::LeftButton, Qt::NoModifier, QPoint(-50, 100));
-    QTRY_COMPARE(bar->strength(), 0.0);
 }
 
 QTEST_MAIN(TestUserGuide)

@@ -6,15 +6,12 @@
 #include <QCheckBox>
 #include <QDialog>
 #include <QDir>
-#include <QElapsedTimer>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMainWindow>
 #include <QMenuBar>
-#include <QMovie>
 #include <QPushButton>
 #include <QScreen>
-#include <QSet>
 #include <QSignalSpy>
 #include <QTest>
 #include <QVBoxLayout>
@@ -103,7 +100,6 @@ private slots:
     void cleanup();
 
     void coverFollowsTheWindow();
-    void wheelTurns();
     void coverTakesTheMouse();
     void coverTakesTheKeys_data();
     void coverTakesTheKeys();
@@ -157,26 +153,6 @@ void TestWidgets::coverFollowsTheWindow()
     QCOMPARE(image.pixelColor(corner), image.pixelColor(corner - QPoint(0, 10)));
     cover->hide();
     QVERIFY(m_window->grab().toImage().pixelColor(5, 470).lightness() > 128);
-}
-
-void TestWidgets::wheelTurns()
-{
-    LoadingWidget cover(m_window.get());
-    const auto *const movie = cover.findChild<QMovie *>();
-    cover.showOver(m_window.get());
-    // Work that lets the event loop run from time to time.
-    QElapsedTimer work;
-    work.start();
-    QSet<int> seen;
-    while (seen.size() < 4 && work.elapsed() < 5000) {
-        QCoreApplication::processEvents();
-        seen.insert(movie->currentFrameNumber());
-    }
-    QVERIFY(seen.size() >= 4);
-    cover.hide();
-    QCOMPARE(movie->state(), QMovie::NotRunning);
-    cover.showOver(m_window.get());
-    QCOMPARE(movie->state(), QMovie::Running);
 }
 
 void TestWidgets::coverTakesTheMouse()
