@@ -84,7 +84,7 @@ QString TestMainWindow::storedNumbers()
     QString numbers;
     const auto contacts = m_dbOperator->load();
     for (const ContactInfo &contact : contacts)
-        numbers += contact.mac.right(1);
+        numbers += contact.mac.back();
     return numbers;
 }
 
