@@ -22,7 +22,9 @@ sources_of() {
         if [[ $file == *.h ]]; then
             name="${file%.h}"
             source="$name.cpp"
-            [ -f "$source" ] || source="$(git grep -l --untracked -F "#include \"$file\"" -- '*.cpp' | sed -n 1p)"
+            # A test names the headers of its own folder without the folder.
+            [ -f "$source" ] || source="$(git grep -l --untracked -E \
+                "#include \"($file|${file##*/})\"" -- '*.cpp' | sed -n 1p || true)"
         fi
         if [ -n "$source" ] && grep -qF "\"$root/$source\"" "$database/compile_commands.json"; then
             echo "$source"

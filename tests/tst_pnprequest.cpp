@@ -165,7 +165,7 @@ void TestPnPRequest::reads_data()
     modelOf("no closing quote", "ua-profile;model=\"KTP2135", QString());
     modelOf("empty event", "", QString());
     modelOf("model in the next line", "ua-profile\r\nX: model=\"KTP2135\"", QString());
-    modelOf("empty model", "model=\"\"", QStringLiteral(""));
+    modelOf("empty model", "model=\"\"", QLatin1String(""));
     modelOf("no quote in front", "model=KTP2135\"", QStringLiteral("TP2135"));
 
     QByteArray cut = standard();
