@@ -228,6 +228,7 @@ class Walk:
                    "phonebook.db holds the device")
 
     def open_httpd(self):
+        wait_active(chinese(TITLE))
         keys("alt+t")
         wait_active(chinese("Select avaliable NIC"))
 
@@ -270,6 +271,7 @@ class Walk:
         return lines[-1].strip() if lines else None
 
     def close_httpd(self):
+        wait_active(chinese(TITLE))
         keys("alt+t")
         check_soon(lambda: self.fetch()[0] == 7, "closed, the port is free again")
 
