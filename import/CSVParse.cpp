@@ -121,8 +121,7 @@ void removeLineEnd(std::string &field)
         qCDebug(debugLog) << "row data str contain r, remove it.";
         field.erase(std::remove(field.begin(), field.end(), '\r'), field.end());
     }
-    // A quote that was never closed keeps it. No device may hold one, as it would be two lines in a
-    // backup.
+    // A field whose quote is never closed keeps the line's end, which is none of its text.
     if (field.find('\n') != std::string::npos)
         field.erase(std::remove(field.begin(), field.end(), '\n'), field.end());
 }
