@@ -1,5 +1,7 @@
 #pragma once
 
+#include "model/WholeFile.h"
+
 #include <QString>
 
 /// Starting with the user's session. Each platform has its own source.
@@ -9,7 +11,7 @@ namespace AutoStart {
 QString place();
 
 /// Enters the program there, by the path of its executable, or enters that nothing is to be
-/// started. An entry that cannot be written is skipped.
-void set(const QString &programPath, bool on);
+/// started.
+WriteResult set(const QString &programPath, bool on);
 
 } // namespace AutoStart

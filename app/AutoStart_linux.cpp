@@ -1,8 +1,6 @@
 // The desktop's autostart entry of the user.
 #include "app/AutoStart.h"
 
-#include "model/WholeFile.h"
-
 #include <QDir>
 #include <QFileInfo>
 #include <QStandardPaths>
@@ -36,7 +34,7 @@ QString place()
            QLatin1String("/autostart/VlManager.desktop");
 }
 
-void set(const QString &programPath, bool on)
+WriteResult set(const QString &programPath, bool on)
 {
     const QString path = place();
     QDir().mkpath(QFileInfo(path).path());
@@ -50,7 +48,7 @@ void set(const QString &programPath, bool on)
                        "Terminal=false\n"
                        "Hidden=%2\n")
             .arg(execArgument(programPath), on ? QStringLiteral("false") : QStringLiteral("true"));
-    writeWholeFile(path, entry.toUtf8());
+    return writeWholeFile(path, entry.toUtf8());
 }
 
 } // namespace AutoStart

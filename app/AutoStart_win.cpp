@@ -4,6 +4,8 @@
 #include <QSettings>
 #include <QVariant>
 
+#include <windows.h>
+
 namespace AutoStart {
 
 QString place()
@@ -11,12 +13,16 @@ QString place()
     return QStringLiteral("HKEY_CURRENT_USER/SOFTWARE/Microsoft/Windows/CurrentVersion/Run");
 }
 
-void set(const QString &programPath, bool on)
+WriteResult set(const QString &programPath, bool on)
 {
     QSettings settings(QDir::toNativeSeparators(place()), QSettings::NativeFormat);
     // The value stays in the key and then names nothing.
     settings.setValue(QStringLiteral("VlManager"),
                       on ? QVariant(QDir::toNativeSeparators(programPath)) : QVariant());
+    settings.sync();
+    return settings.status() == QSettings::NoError
+               ? WriteResult()
+               : WriteResult::failed(WholeFile::reason(ERROR_ACCESS_DENIED));
 }
 
 } // namespace AutoStart

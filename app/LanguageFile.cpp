@@ -37,12 +37,12 @@ bool readLanguageFile(const QString &filePath, QString &language)
     return true;
 }
 
-bool createLanguageFile(const QString &filePath, const QString &language)
+WriteResult createLanguageFile(const QString &filePath, const QString &language)
 {
     return SettingsFile::create(filePath, {{elementName(), language}});
 }
 
-bool updateLanguageFile(const QString &filePath, const QString &language)
+WriteResult updateLanguageFile(const QString &filePath, const QString &language)
 {
     return SettingsFile::update(
         filePath, {{elementName(), language}},

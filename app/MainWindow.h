@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/OptionsFile.h"
 #include "model/ContactInfo.h"
 
 #include <QMainWindow>
@@ -42,14 +43,13 @@ public:
     /// installer's note if there is one, which it uses up, else as it was stored. False when
     /// nothing readable is stored.
     bool loadLanguageSetting();
-    /// The stored language word. A file that cannot be written is skipped, here and below; false
-    /// then.
-    bool createConfigFile(const QString &language);
-    bool updateConfigFile(const QString &language);
-    void createOptionsFile(bool autoStart, bool recoveryData, bool autoHttpd);
-    void updateOptionsFile(bool autoStart, bool recoveryData, bool autoHttpd);
+    /// The stored language word.
+    WriteResult createConfigFile(const QString &language);
+    WriteResult updateConfigFile(const QString &language);
+    WriteResult createOptionsFile(bool autoStart, bool recoveryData, bool autoHttpd);
+    WriteResult updateOptionsFile(bool autoStart, bool recoveryData, bool autoHttpd);
     /// Lets the user's session start the program, or no longer.
-    void setAutoStart(bool on);
+    WriteResult setAutoStart(bool on);
 
 signals:
     /// The window is done; the application is to quit.
@@ -87,16 +87,19 @@ public slots:
     void onDeleteContact();
     /// Lets the user choose the folder to export to.
     void selectExportPath();
-    /// Stores the port and removes its dialog; tells the user when it is out of range.
+    /// Stores the port and removes its dialog; tells the user when it is out of range or cannot be
+    /// stored.
     void configHttpdPortBegin();
     void exportBegin();
     void exportAbort();
     void ImportBegin();
     void ImportAbort();
     void configHttpdPortAbort();
-    /// Stores the language chosen in the menu; it counts from the next start on.
+    /// Stores the language chosen in the menu; it counts from the next start on. Where it cannot be
+    /// stored, the user is told and the menu shows what is.
     void restoreLanguageSetting();
-    /// Stores the options as the menu shows them; they count from the next start on.
+    /// Stores the options as the menu shows them; they count from the next start on. Where they
+    /// cannot be stored, as above.
     void restoreOptions();
     /// Applies the stored options; false when there are none. The HTTP service, where they ask for
     /// it, starts once the window shows.
@@ -129,7 +132,11 @@ private:
     void finishStart();
     void loadLanguage(const QString &language);
     void installTranslators(const QStringList &fileNames);
-    bool storeLanguage(const QString &language);
+    WriteResult storeLanguage(const QString &language);
+    bool storeOptions(const Options &wanted);
+    void showOptions(const Options &options);
+    static void tellNotStored(QWidget *parent, const QString &title, const QString &place,
+                              const WriteResult &result);
 
     DataMgr &m_dataMgr;
     QString m_folder;
@@ -169,8 +176,8 @@ private:
     ContactsDialog *m_contactsDialog = nullptr;
     /// What the edit dialog works on: a copy, as the list may change while the dialog is open.
     ContactInfo m_editedContact;
-    QString m_startError;     ///< why the stored list could not be read
-    bool m_autoStart = false; ///< what the session does, by the stored options
+    Options m_options;    ///< as they are stored
+    QString m_startError; ///< why the stored list could not be read
     bool m_httpdOpening = false;
     bool m_closed = false;
     bool m_closeWanted = false; ///< as soon as the change that is under way is done

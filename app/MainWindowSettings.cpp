@@ -88,76 +88,118 @@ void MainWindow::restoreLanguageSetting()
     const QString language = m_languageGroup->checkedAction()->objectName();
     if (language == m_chosenLanguage)
         return;
-    if (storeLanguage(language))
-        m_chosenLanguage = language;
+    const WriteResult stored = storeLanguage(language);
+    if (!stored) {
+        for (QAction *const action : m_languageGroup->actions())
+            action->setChecked(action->objectName() == m_chosenLanguage);
+        tellNotStored(nullptr, tr("Language change"), m_folder + configPath, stored);
+        return;
+    }
+    m_chosenLanguage = language;
     Modal::message(nullptr, QMessageBox::Information, tr("Language change"),
                    tr("Language change will take effect after reboot."));
 }
 
-bool MainWindow::storeLanguage(const QString &language)
+WriteResult MainWindow::storeLanguage(const QString &language)
 {
     return QFile::exists(m_folder + configPath) ? updateConfigFile(language)
                                                 : createConfigFile(language);
 }
 
-bool MainWindow::createConfigFile(const QString &language)
+WriteResult MainWindow::createConfigFile(const QString &language)
 {
     return createLanguageFile(m_folder + configPath, language);
 }
 
-bool MainWindow::updateConfigFile(const QString &language)
+WriteResult MainWindow::updateConfigFile(const QString &language)
 {
     return updateLanguageFile(m_folder + configPath, language);
 }
 
 bool MainWindow::readOptionsAndSet()
 {
-    Options options;
-    if (!readOptionsFile(m_folder + optionsPath, options))
+    if (!readOptionsFile(m_folder + optionsPath, m_options))
         return false;
-    m_autoStart = options.autoStart;
-    m_autoStartAction->setChecked(options.autoStart);
-    m_recoveryDataAction->setChecked(options.recoveryData);
     // Before the list is read, during which the window lives already.
-    m_autoHttpdAction->setChecked(options.autoHttpd);
-    if (options.recoveryData && m_dataMgr.isStoreUsable() && !m_dataMgr.recoverPreviousData())
+    showOptions(m_options);
+    if (m_recoveryDataAction->isChecked() && m_dataMgr.isStoreUsable() &&
+        !m_dataMgr.recoverPreviousData())
         m_startError = m_dataMgr.lastErrorText();
     return true;
 }
 
-void MainWindow::restoreOptions()
+void MainWindow::showOptions(const Options &options)
 {
-    const bool autoStart = m_autoStartAction->isChecked();
-    const bool recoveryData = m_recoveryDataAction->isChecked();
-    const bool autoHttpd = m_autoHttpdAction->isChecked();
-    if (autoStart != m_autoStart) {
-        m_autoStart = autoStart;
-        setAutoStart(autoStart);
-    }
-    if (QFile::exists(m_folder + optionsPath))
-        updateOptionsFile(autoStart, recoveryData, autoHttpd);
-    else
-        createOptionsFile(autoStart, recoveryData, autoHttpd);
-    Modal::message(nullptr, QMessageBox::Information, tr("Options change"),
-                   tr("Config's change will take effect after reboot."));
+    m_autoStartAction->setChecked(options.autoStart.value_or(false));
+    m_recoveryDataAction->setChecked(options.recoveryData.value_or(false));
+    m_autoHttpdAction->setChecked(options.autoHttpd.value_or(false));
 }
 
-void MainWindow::setAutoStart(bool on)
+void MainWindow::restoreOptions()
+{
+    Options wanted = {m_autoStartAction->isChecked(), m_recoveryDataAction->isChecked(),
+                      m_autoHttpdAction->isChecked()};
+    // Off, but not because anybody has chosen so.
+    if (!m_options.recoveryData && !*wanted.recoveryData)
+        wanted.recoveryData = true;
+    const bool stored = storeOptions(wanted);
+    if (stored)
+        m_options = wanted;
+    showOptions(m_options);
+    if (stored) {
+        Modal::message(nullptr, QMessageBox::Information, tr("Options change"),
+                       tr("Config's change will take effect after reboot."));
+    }
+}
+
+/// All of it or, as far as that can be had, nothing.
+bool MainWindow::storeOptions(const Options &wanted)
+{
+    const bool before = m_options.autoStart.value_or(false);
+    const bool changesAutoStart = *wanted.autoStart != before;
+    if (changesAutoStart) {
+        const WriteResult entered = setAutoStart(*wanted.autoStart);
+        if (!entered) {
+            tellNotStored(nullptr, tr("Options change"), AutoStart::place(), entered);
+            return false;
+        }
+    }
+    const WriteResult stored =
+        QFile::exists(m_folder + optionsPath)
+            ? updateOptionsFile(*wanted.autoStart, *wanted.recoveryData, *wanted.autoHttpd)
+            : createOptionsFile(*wanted.autoStart, *wanted.recoveryData, *wanted.autoHttpd);
+    if (stored)
+        return true;
+    if (changesAutoStart)
+        static_cast<void>(setAutoStart(before));
+    tellNotStored(nullptr, tr("Options change"), m_folder + optionsPath, stored);
+    return false;
+}
+
+void MainWindow::tellNotStored(QWidget *parent, const QString &title, const QString &place,
+                               const WriteResult &result)
+{
+    Modal::message(
+        parent, QMessageBox::Warning, title,
+        tr("%1 can not be written: %2.").arg(QDir::toNativeSeparators(place), result.reason()));
+}
+
+WriteResult MainWindow::setAutoStart(bool on)
 {
     const QString appPath = QCoreApplication::applicationFilePath();
     qCDebug(debugLog) << "appPath = " << QDir::toNativeSeparators(appPath);
     qCDebug(debugLog) << "keyPath = " << QDir::toNativeSeparators(AutoStart::place());
-    AutoStart::set(appPath, on);
+    return AutoStart::set(appPath, on);
 }
 
-void MainWindow::createOptionsFile(bool autoStart, bool recoveryData, bool autoHttpd)
+WriteResult MainWindow::createOptionsFile(bool autoStart, bool recoveryData, bool autoHttpd)
 {
-    ::createOptionsFile(m_folder + optionsPath, {autoStart, recoveryData, autoHttpd});
+    return ::createOptionsFile(m_folder + optionsPath, {autoStart, recoveryData, autoHttpd});
 }
 
-void MainWindow::updateOptionsFile(bool autoStart, bool recoveryData, bool autoHttpd)
+WriteResult MainWindow::updateOptionsFile(bool autoStart, bool recoveryData, bool autoHttpd)
 {
-    ::updateOptionsFile(m_folder + optionsPath, {autoStart, recoveryData, autoHttpd});
+    return ::updateOptionsFile(m_folder + optionsPath, {autoStart, recoveryData, autoHttpd});
 }
 
 void MainWindow::configHttpdPortOption()
@@ -196,8 +238,12 @@ void MainWindow::configHttpdPortBegin()
             m_portDialog->showWrongPort();
         return;
     }
-    if (writeHttpdPort(portPath, m_portDialog->useDefault(), m_portDialog->portText()))
+    const WriteResult stored =
+        writeHttpdPort(portPath, m_portDialog->useDefault(), m_portDialog->portText());
+    if (stored)
         configHttpdPortAbort();
+    else
+        tellNotStored(m_portDialog, tr("Port Error"), portPath, stored);
 }
 
 void MainWindow::configHttpdPortAbort()

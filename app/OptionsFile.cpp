@@ -12,13 +12,14 @@ namespace {
 struct Switch
 {
     const char *element;
-    bool Options::*value;
+    std::optional<bool> Options::*value;
+    bool shipped;
 };
 
 constexpr std::array<Switch, 3> switches = {{
-    {"AutoStart", &Options::autoStart},
-    {"RecoveryData", &Options::recoveryData},
-    {"AutoHttpd", &Options::autoHttpd},
+    {"AutoStart", &Options::autoStart, false},
+    {"RecoveryData", &Options::recoveryData, true},
+    {"AutoHttpd", &Options::autoHttpd, false},
 }};
 
 Options optionsIn(const QDomDocument &document)
@@ -50,7 +51,8 @@ SettingsFile::Values valuesOf(const Options &options)
     SettingsFile::Values values;
     for (const Switch &option : switches)
         values.append({QLatin1String(option.element),
-                       options.*option.value ? QStringLiteral("1") : QStringLiteral("0")});
+                       (options.*option.value).value_or(option.shipped) ? QStringLiteral("1")
+                                                                        : QStringLiteral("0")});
     return values;
 }
 
@@ -58,6 +60,7 @@ SettingsFile::Values valuesOf(const Options &options)
 
 bool readOptionsFile(const QString &filePath, Options &options)
 {
+    options = {};
     QDomDocument document;
     if (!SettingsFile::read(filePath, QIODevice::ReadWrite, document))
         return false;
@@ -65,12 +68,12 @@ bool readOptionsFile(const QString &filePath, Options &options)
     return true;
 }
 
-bool createOptionsFile(const QString &filePath, const Options &options)
+WriteResult createOptionsFile(const QString &filePath, const Options &options)
 {
     return SettingsFile::create(filePath, valuesOf(options));
 }
 
-bool updateOptionsFile(const QString &filePath, const Options &options)
+WriteResult updateOptionsFile(const QString &filePath, const Options &options)
 {
     return SettingsFile::update(filePath, valuesOf(options), hasEverySwitch);
 }

@@ -1,7 +1,5 @@
 #include "app/SettingsFile.h"
 
-#include "model/WholeFile.h"
-
 #include <QDomDocument>
 #include <QFile>
 #include <QXmlStreamReader>
@@ -70,7 +68,7 @@ bool read(const QString &filePath, QIODevice::OpenMode mode, QDomDocument &docum
     return file.exists() && file.open(mode) && parse(file.read(maxFileSize + 1), document);
 }
 
-bool create(const QString &filePath, const Values &values)
+WriteResult create(const QString &filePath, const Values &values)
 {
     QDomDocument document;
     QDomElement root = document.createElement(QStringLiteral("root"));
@@ -83,8 +81,8 @@ bool create(const QString &filePath, const Values &values)
     return writeWholeFile(filePath, document.toByteArray(indentation));
 }
 
-bool update(const QString &filePath, const Values &values,
-            const std::function<bool(const QDomDocument &)> &holdsValues)
+WriteResult update(const QString &filePath, const Values &values,
+                   const std::function<bool(const QDomDocument &)> &holdsValues)
 {
     QDomDocument document;
     if (!read(filePath, QIODevice::ReadOnly, document))

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "model/WholeFile.h"
+
 #include <QIODevice>
 #include <QString>
 #include <QVector>
@@ -24,14 +26,14 @@ using Values = QVector<Value>;
 /// type, whose entities could unfold without end.
 bool read(const QString &filePath, QIODevice::OpenMode mode, QDomDocument &document);
 
-/// Writes a document that holds just these values. The file is replaced as a whole or, where it or
-/// its folder is read-only, left alone; then false.
-bool create(const QString &filePath, const Values &values);
+/// Writes a document that holds just these values. The file is replaced as a whole or left as it
+/// was.
+WriteResult create(const QString &filePath, const Values &values);
 
 /// Replaces the values' texts and keeps what else the document holds. When it does not parse, or
 /// `holdsValues` does not find the values in the result, a new document takes its place. Writes as
 /// create() does.
-bool update(const QString &filePath, const Values &values,
-            const std::function<bool(const QDomDocument &)> &holdsValues);
+WriteResult update(const QString &filePath, const Values &values,
+                   const std::function<bool(const QDomDocument &)> &holdsValues);
 
 } // namespace SettingsFile

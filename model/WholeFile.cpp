@@ -1,26 +1,120 @@
 #include "model/WholeFile.h"
 
-#include <QFile>
-#include <QSaveFile>
+#include <QByteArray>
+#include <QFileInfo>
+#include <QRandomGenerator>
+
+#include <algorithm>
+#include <array>
+#include <utility>
 
 namespace {
 
-/// Opening it tells, whatever the system goes by; asking for the permissions does not.
-bool isReadOnly(const QString &filePath)
+/// Of four thousand million names the first is free; what fails so often has another cause.
+constexpr int nameAttempts = 20;
+constexpr int nameDigits = 36;
+
+struct KnownFault
 {
-    QFile file(filePath);
-    return file.exists() && !file.open(QIODevice::ReadWrite);
+    FileCalls::Fault fault;
+    const char *text;
+};
+
+/// What a user can do something about.
+constexpr std::array<KnownFault, 8> knownFaults = {{
+    {FileCalls::Fault::DiskFull, QT_TRANSLATE_NOOP("WholeFile", "the disk is full")},
+    {FileCalls::Fault::TooLarge, QT_TRANSLATE_NOOP("WholeFile", "the file is too large")},
+    {FileCalls::Fault::ReadOnly, QT_TRANSLATE_NOOP("WholeFile", "the disk is read-only")},
+    {FileCalls::Fault::Denied,
+     QT_TRANSLATE_NOOP("WholeFile", "the permission to write is missing")},
+    {FileCalls::Fault::NoFolder, QT_TRANSLATE_NOOP("WholeFile", "the folder does not exist")},
+    {FileCalls::Fault::IsFolder, QT_TRANSLATE_NOOP("WholeFile", "a folder has the file's name")},
+    {FileCalls::Fault::InUse,
+     QT_TRANSLATE_NOOP("WholeFile", "the file is in use by another program")},
+    {FileCalls::Fault::DiskError,
+     QT_TRANSLATE_NOOP("WholeFile", "reading or writing the disk failed")},
+}};
+
+QString linkTarget(const QString &filePath)
+{
+    const QFileInfo info(filePath);
+    const QString target = info.isSymLink() ? info.canonicalFilePath() : QString();
+    return target.isEmpty() ? filePath : target;
 }
 
 } // namespace
 
-bool writeWholeFile(const QString &filePath, const QByteArray &content, QIODevice::OpenMode mode)
+WholeFile::WholeFile(const QString &filePath, Durability durability, Readers readers)
+    : m_target(durability == Durability::Synced ? linkTarget(filePath) : filePath)
+    , m_durability(durability)
 {
-    if (isReadOnly(filePath))
-        return false;
-    QSaveFile file(filePath);
-    if (!file.open(mode))
-        return false;
-    file.write(content); // a short write makes the commit fail
+    if (durability == Durability::Replaced || took(FileCalls::checkWritable(m_target)))
+        open(readers);
+}
+
+WholeFile::~WholeFile()
+{
+    if (m_handle != FileCalls::noFile)
+        FileCalls::close(m_handle);
+    if (!m_newFile.isEmpty())
+        FileCalls::remove(m_newFile);
+}
+
+void WholeFile::open(Readers readers)
+{
+    FileCalls::Error error = 0;
+    int attempt = 0;
+    do {
+        m_newFile = m_target + QLatin1Char('.') +
+                    QString::number(QRandomGenerator::global()->generate(), nameDigits);
+        error = FileCalls::create(m_newFile, readers == Readers::OwnerOnly ? QString() : m_target,
+                                  m_handle);
+    } while (FileCalls::fault(error) == FileCalls::Fault::Exists && ++attempt < nameAttempts);
+    if (!took(error))
+        m_newFile.clear(); // it is not ours to remove
+}
+
+bool WholeFile::write(const QByteArray &part)
+{
+    return m_error == 0 && took(FileCalls::write(m_handle, part.constData(), part.size()));
+}
+
+WriteResult WholeFile::commit()
+{
+    if (m_error == 0 && m_durability == Durability::Synced)
+        took(FileCalls::sync(m_handle));
+    // Some file systems, those of a network above all, tell only here that there was no room.
+    if (m_handle != FileCalls::noFile)
+        took(FileCalls::close(std::exchange(m_handle, FileCalls::noFile)));
+    if (m_error == 0 && took(FileCalls::replace(m_newFile, m_target)))
+        m_newFile.clear();
+    if (m_error != 0)
+        return WriteResult::failed(reason(m_error));
+    if (m_durability == Durability::Synced)
+        FileCalls::syncFolder(QFileInfo(m_target).path());
+    return {};
+}
+
+/// Keeps the first error. True when there is none.
+bool WholeFile::took(FileCalls::Error error)
+{
+    if (m_error == 0)
+        m_error = error;
+    return error == 0;
+}
+
+QString WholeFile::reason(FileCalls::Error error)
+{
+    const FileCalls::Fault fault = FileCalls::fault(error);
+    const auto known = std::find_if(knownFaults.begin(), knownFaults.end(),
+                                    [fault](const KnownFault &one) { return one.fault == fault; });
+    return known != knownFaults.end() ? tr(known->text) : qt_error_string(static_cast<int>(error));
+}
+
+WriteResult writeWholeFile(const QString &filePath, const QByteArray &content,
+                           Durability durability, Readers readers)
+{
+    WholeFile file(filePath, durability, readers);
+    file.write(content);
     return file.commit();
 }

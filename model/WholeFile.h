@@ -1,12 +1,86 @@
 #pragma once
 
-#include <QIODevice>
+#include "model/FileCalls.h"
+
+#include <QCoreApplication>
+#include <QString>
 
 class QByteArray;
-class QString;
 
-/// Replaces the file's content, all of it or, when anything fails, nothing. False also when the
-/// file is there and may not be written: replacing it would only take the folder's consent. `mode`
-/// may add QIODevice::Text.
-bool writeWholeFile(const QString &filePath, const QByteArray &content,
-                    QIODevice::OpenMode mode = QIODevice::WriteOnly);
+/// How the writing of a file ended.
+class [[nodiscard]] WriteResult
+{
+public:
+    /// A success.
+    WriteResult() = default;
+    /// A failure; `reason` is not empty.
+    static WriteResult failed(const QString &reason) { return WriteResult(reason); }
+
+    explicit operator bool() const { return m_reason.isEmpty(); }
+    /// Why it failed, in the user's language and made to stand inside a sentence: "the disk is
+    /// full". Empty after a success.
+    QString reason() const { return m_reason; }
+
+private:
+    explicit WriteResult(const QString &reason)
+        : m_reason(reason)
+    {
+    }
+
+    QString m_reason;
+};
+
+/// What a new content has to outlast.
+enum class Durability {
+    Synced,   ///< the power being cut: it is on the disk when the write returns
+    Replaced, ///< this program: for what can be made again, as this waits for no disk
+};
+
+/// Who may read the file afterwards.
+enum class Readers {
+    AsBefore,  ///< who could before; of a new file, who can read what this user makes
+    OwnerOnly, ///< for what holds passwords
+};
+
+/// Replaces a file's content: with all that was written, by commit(), or with nothing. It is
+/// written to a file of its own beside the target, which takes the target's place once every byte
+/// is known to have arrived. After a failure the target is as it was and the other file is gone.
+///
+/// A target that is there and may not be written is refused: replacing it would only take the
+/// folder's consent. Where the target is a link, what it leads to is replaced. Neither goes for
+/// Durability::Replaced, which replaces whatever bears the name.
+///
+/// Any thread, one at a time.
+class WholeFile
+{
+    Q_DECLARE_TR_FUNCTIONS(WholeFile)
+    Q_DISABLE_COPY_MOVE(WholeFile)
+
+public:
+    WholeFile(const QString &filePath, Durability durability, Readers readers);
+    /// Without a commit() nothing has happened.
+    ~WholeFile();
+
+    /// Adds to the content. False when this or anything before it failed; commit() tells why.
+    bool write(const QByteArray &part);
+    /// Ends the writing. To be called once.
+    WriteResult commit();
+
+    /// The sentence's part for an error of the system's calls.
+    static QString reason(FileCalls::Error error);
+
+private:
+    bool took(FileCalls::Error error);
+    void open(Readers readers);
+
+    QString m_target;
+    QString m_newFile; ///< empty when there is none
+    FileCalls::Handle m_handle = FileCalls::noFile;
+    FileCalls::Error m_error = 0; ///< the first
+    Durability m_durability;
+};
+
+/// The whole content at once.
+WriteResult writeWholeFile(const QString &filePath, const QByteArray &content,
+                           Durability durability = Durability::Synced,
+                           Readers readers = Readers::AsBefore);

@@ -1,8 +1,8 @@
 #include "net/HttpdPort.h"
 
 #include "model/DebugLog.h"
-#include "model/WholeFile.h"
 
+#include <QBuffer>
 #include <QFile>
 #include <QXmlStreamReader>
 #include <QXmlStreamWriter>
@@ -47,9 +47,10 @@ HttpdPort readHttpdPort(const QString &path)
     return setting;
 }
 
-bool writeHttpdPort(const QString &path, bool useDefault, const QString &portText)
+WriteResult writeHttpdPort(const QString &path, bool useDefault, const QString &portText)
 {
-    QByteArray content;
+    QBuffer content;
+    content.open(QIODevice::WriteOnly | QIODevice::Text); // with the system's line ends
     QXmlStreamWriter xml(&content);
     xml.setAutoFormatting(true);
     xml.writeStartDocument();
@@ -59,5 +60,5 @@ bool writeHttpdPort(const QString &path, bool useDefault, const QString &portTex
     xml.writeTextElement(QStringLiteral("port"), portText);
     xml.writeEndElement();
     xml.writeEndDocument();
-    return writeWholeFile(path, content, QIODevice::WriteOnly | QIODevice::Text);
+    return writeWholeFile(path, content.data());
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "model/WholeFile.h"
+
 #include <QString>
 
 /// Where the administrator wants the HTTP server to listen.
@@ -14,6 +16,6 @@ struct HttpdPort
 /// default; of a damaged file, what stands before the damage.
 HttpdPort readHttpdPort(const QString &path);
 
-/// Writes the setting, whole or not at all: false when the file is read-only, which is then left
-/// alone. `portText` is the custom port as it was typed, possibly empty.
-bool writeHttpdPort(const QString &path, bool useDefault, const QString &portText);
+/// Writes the setting, whole or not at all. `portText` is the custom port as it was typed, possibly
+/// empty.
+WriteResult writeHttpdPort(const QString &path, bool useDefault, const QString &portText);

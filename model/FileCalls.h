@@ -1,0 +1,47 @@
+#pragma once
+
+#include <QString>
+
+/// The calls by which a file is written, as each system has them. Any thread.
+namespace FileCalls {
+
+/// The system's own number of what went wrong; 0 is nothing.
+using Error = quint32;
+/// A file that is open for writing.
+using Handle = qintptr;
+constexpr Handle noFile = -1;
+
+/// What an Error means to us.
+enum class Fault {
+    None,
+    Exists,
+    DiskFull,
+    TooLarge,
+    ReadOnly,
+    Denied,
+    NoFolder,
+    IsFolder,
+    InUse,
+    DiskError,
+    Other,
+};
+Fault fault(Error error);
+
+/// An error when the file is there and may not be written.
+Error checkWritable(const QString &path);
+/// Creates a file that is not there yet and opens it. The same users may read and write it as
+/// `like`, or, where that is missing, as any new file; with an empty `like` its owner alone.
+Error create(const QString &path, const QString &like, Handle &file);
+/// Writes all of it.
+Error write(Handle file, const char *bytes, qint64 count);
+/// Waits until what was written is on the disk.
+Error sync(Handle file);
+Error close(Handle file);
+/// Puts a file in the place of another one of the same folder, at a stroke. Where the system cannot
+/// do so while somebody reads the other one, tries again for a second.
+Error replace(const QString &from, const QString &to);
+/// Waits until the folder's entries are on the disk, where the system has a call for that.
+void syncFolder(const QString &path);
+void remove(const QString &path);
+
+} // namespace FileCalls

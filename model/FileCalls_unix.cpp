@@ -1,0 +1,155 @@
+#include "model/FileCalls.h"
+
+#include <QFile>
+
+#include <cerrno>
+#include <cstdio>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace FileCalls {
+
+namespace {
+
+constexpr mode_t ownerOnly = S_IRUSR | S_IWUSR;
+constexpr mode_t everybody = ownerOnly | S_IRGRP | S_IWGRP | S_IROTH | S_IWOTH; ///< but the umask
+constexpr mode_t permissionBits = S_IRWXU | S_IRWXG | S_IRWXO;
+
+Error errorOf(int result)
+{
+    return result < 0 ? static_cast<Error>(errno) : 0;
+}
+
+int number(Handle file)
+{
+    return static_cast<int>(file);
+}
+
+/// Calls again what a signal broke off.
+template <typename Call>
+auto uninterrupted(Call call)
+{
+    auto result = call();
+    while (result < 0 && errno == EINTR)
+        result = call();
+    return result;
+}
+
+/// Some file systems have no such thing and need none.
+bool cannotSync(int error)
+{
+    return error == EINVAL || error == ENOSYS || error == ENOTSUP;
+}
+
+} // namespace
+
+Fault fault(Error error)
+{
+    switch (error) {
+    case 0:
+        return Fault::None;
+    case EEXIST:
+        return Fault::Exists;
+    case ENOSPC:
+    case EDQUOT:
+        return Fault::DiskFull;
+    case EFBIG:
+        return Fault::TooLarge;
+    case EROFS:
+        return Fault::ReadOnly;
+    case EACCES:
+    case EPERM:
+        return Fault::Denied;
+    case ENOENT:
+    case ENOTDIR:
+        return Fault::NoFolder;
+    case EISDIR:
+        return Fault::IsFolder;
+    case ETXTBSY:
+        return Fault::InUse;
+    case EIO:
+        return Fault::DiskError;
+    default:
+        return Fault::Other;
+    }
+}
+
+Error checkWritable(const QString &path)
+{
+    const QByteArray name = QFile::encodeName(path);
+    const int file = uninterrupted(
+        [&name] { return ::open(name.constData(), O_WRONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY); });
+    if (file < 0)
+        return errno == ENOENT ? 0 : errorOf(file);
+    ::close(file);
+    return 0;
+}
+
+Error create(const QString &path, const QString &like, Handle &file)
+{
+    const QByteArray name = QFile::encodeName(path);
+    struct stat other = {};
+    const bool copies = !like.isEmpty() && ::stat(QFile::encodeName(like).constData(), &other) == 0;
+    const mode_t mode = copies || like.isEmpty() ? ownerOnly : everybody;
+    const int opened = uninterrupted([&name, mode] {
+        return ::open(name.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode);
+    });
+    if (opened < 0)
+        return errorOf(opened);
+    // Where the file system keeps no permissions, there are none to copy.
+    if (copies)
+        ::fchmod(opened, other.st_mode & permissionBits);
+    file = opened;
+    return 0;
+}
+
+Error write(Handle file, const char *bytes, qint64 count)
+{
+    while (count > 0) {
+        const ssize_t written = uninterrupted([file, bytes, count] {
+            return ::write(number(file), bytes, static_cast<size_t>(count));
+        });
+        if (written < 0)
+            return static_cast<Error>(errno);
+        bytes += written;
+        count -= written;
+    }
+    return 0;
+}
+
+Error sync(Handle file)
+{
+    const int result = uninterrupted([file] { return ::fsync(number(file)); });
+    return result < 0 && cannotSync(errno) ? 0 : errorOf(result);
+}
+
+Error close(Handle file)
+{
+    const int result = ::close(number(file));
+    return result < 0 && errno == EINTR ? 0 : errorOf(result); // it is closed also then
+}
+
+Error replace(const QString &from, const QString &to)
+{
+    return errorOf(
+        std::rename(QFile::encodeName(from).constData(), QFile::encodeName(to).constData()));
+}
+
+void syncFolder(const QString &path)
+{
+    const int folder =
+        ::open(QFile::encodeName(path).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (folder < 0)
+        return;
+    ::fsync(folder);
+    ::close(folder);
+}
+
+void remove(const QString &path)
+{
+    ::unlink(QFile::encodeName(path).constData());
+}
+
+} // namespace FileCalls
