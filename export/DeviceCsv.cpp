@@ -1,8 +1,8 @@
 #include "export/DeviceCsv.h"
 
 #include "model/ContactFields.h"
+#include "model/WholeFile.h"
 
-#include <QFile>
 #include <QTextCodec>
 #include <QTextStream>
 
@@ -12,10 +12,8 @@ bool writeDeviceCsv(const QString &codecName, const QString &filePath,
     QTextCodec *const codec = QTextCodec::codecForName(codecName.toUtf8());
     if (!codec || !codec->canEncode(header) || filePath.isEmpty())
         return false;
-    QFile file(filePath + QLatin1String(".csv"));
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate))
-        return false;
-    QTextStream stream(&file);
+    QByteArray content;
+    QTextStream stream(&content, QIODevice::WriteOnly);
     stream.setCodec(codec);
     stream.setGenerateByteOrderMark(false);
     stream << header << QLatin1String("\r\n");
@@ -28,5 +26,5 @@ bool writeDeviceCsv(const QString &codecName, const QString &filePath,
         stream << rowEnd;
     }
     stream.flush();
-    return stream.status() == QTextStream::Ok && file.flush() && file.error() == QFile::NoError;
+    return bool(writeWholeFile(filePath + QLatin1String(".csv"), content));
 }

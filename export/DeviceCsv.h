@@ -7,8 +7,8 @@
 /// quote or a line break breaks its row.
 ///
 /// ".csv" is appended to `filePath`, also where it stands already. No byte-order mark is written.
-/// False for an unknown codec, an empty path, a file that cannot be opened or a disk that is full;
-/// a file that was opened has lost its old contents by then.
+/// False for an unknown codec, an empty path, or when the file cannot be written, which then stays
+/// as it was.
 bool writeDeviceCsv(const QString &codecName, const QString &filePath,
                     const QList<ContactInfo> &devices, const QString &header,
                     const QString &rowEnd);

@@ -1,11 +1,10 @@
 #include "export/ProvisioningDocument.h"
 
 #include "model/DebugLog.h"
+#include "model/WholeFile.h"
 
 #include <QFile>
-#include <QSaveFile>
 #include <QStringList>
-#include <QThread>
 #include <QXmlStreamWriter>
 
 namespace {
@@ -42,11 +41,6 @@ constexpr std::array<AddressGroup, 5> addressGroups = {{
     {&ContactInfo::dns_server1, 21},
     {&ContactInfo::dns_server2, 25},
 }};
-
-// On Windows a file cannot be replaced while another thread reads it; reading one takes far less
-// than this altogether.
-constexpr int replaceAttempts = 100;
-constexpr unsigned long replacePauseMs = 10;
 
 constexpr auto ownerOnly = QFile::ReadOwner | QFile::WriteOwner;
 
@@ -106,20 +100,13 @@ bool holds(const QString &filePath, const QByteArray &content)
            file.readAll() == content && file.setPermissions(ownerOnly);
 }
 
-bool replaceFile(const QString &filePath, const QByteArray &content)
+bool written(const QString &filePath, const QByteArray &content)
 {
-    for (int attempt = 0; attempt < replaceAttempts; ++attempt) {
-        if (attempt > 0)
-            QThread::msleep(replacePauseMs);
-        QSaveFile file(filePath);
-        if (!file.open(QIODevice::WriteOnly) || !file.setPermissions(ownerOnly))
-            return false;
-        // A short write makes the commit fail.
-        file.write(content);
-        if (file.commit())
-            return true;
-    }
-    return false;
+    const WriteResult result =
+        writeWholeFile(filePath, content, Durability::Replaced, Readers::OwnerOnly);
+    if (!result)
+        qCDebug(debugLog) << filePath << result.reason();
+    return bool(result);
 }
 
 } // namespace
@@ -163,7 +150,7 @@ bool exportProvisioningDocument(const QString &filePath, QList<ContactInfo> &dev
         qCDebug(debugLog) << "tmpMac = " << recordMac << "; macInfo = " << fileMac;
         if (recordMac == fileMac) {
             const QByteArray document = provisioningDocument(device, account);
-            return holds(filePath, document) || replaceFile(filePath, document);
+            return holds(filePath, document) || written(filePath, document);
         }
     }
     return false;

@@ -23,6 +23,7 @@ enum class Fault {
     IsFolder,
     InUse,
     DiskError,
+    OtherDisk,
     Other,
 };
 Fault fault(Error error);
@@ -37,9 +38,11 @@ Error write(Handle file, const char *bytes, qint64 count);
 /// Waits until what was written is on the disk.
 Error sync(Handle file);
 Error close(Handle file);
-/// Puts a file in the place of another one of the same folder, at a stroke. Where the system cannot
-/// do so while somebody reads the other one, tries again for a second.
+/// Gives a file another name of the same disk, and with that the place of what has it, at a stroke.
+/// Where the system cannot do so while somebody reads either one, tries again for a second.
 Error replace(const QString &from, const QString &to);
+/// Makes a folder for its owner alone, unless there is one.
+Error makeFolder(const QString &path);
 /// Waits until the folder's entries are on the disk, where the system has a call for that.
 void syncFolder(const QString &path);
 void remove(const QString &path);

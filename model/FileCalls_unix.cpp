@@ -71,6 +71,8 @@ Fault fault(Error error)
         return Fault::InUse;
     case EIO:
         return Fault::DiskError;
+    case EXDEV:
+        return Fault::OtherDisk;
     default:
         return Fault::Other;
     }
@@ -135,6 +137,15 @@ Error replace(const QString &from, const QString &to)
 {
     return errorOf(
         std::rename(QFile::encodeName(from).constData(), QFile::encodeName(to).constData()));
+}
+
+Error makeFolder(const QString &path)
+{
+    const QByteArray name = QFile::encodeName(path);
+    struct stat there = {};
+    if (::stat(name.constData(), &there) == 0)
+        return S_ISDIR(there.st_mode) ? 0 : static_cast<Error>(ENOTDIR);
+    return errorOf(::mkdir(name.constData(), S_IRWXU));
 }
 
 void syncFolder(const QString &path)

@@ -70,6 +70,8 @@ Fault fault(Error error)
     case ERROR_SHARING_VIOLATION:
     case ERROR_LOCK_VIOLATION:
         return Fault::InUse;
+    case ERROR_NOT_SAME_DEVICE:
+        return Fault::OtherDisk;
     case ERROR_CRC:
     case ERROR_IO_DEVICE:
         return Fault::DiskError;
@@ -141,6 +143,14 @@ Error replace(const QString &from, const QString &to)
             break;
     }
     return error;
+}
+
+Error makeFolder(const QString &path)
+{
+    const DWORD there = GetFileAttributesW(native(path).c_str());
+    if (there != INVALID_FILE_ATTRIBUTES)
+        return (there & FILE_ATTRIBUTE_DIRECTORY) != 0 ? 0 : ERROR_DIRECTORY;
+    return lastErrorUnless(CreateDirectoryW(native(path).c_str(), nullptr));
 }
 
 void syncFolder(const QString & /*path*/) {}

@@ -1,6 +1,7 @@
 #include "model/WholeFile.h"
 
 #include <QByteArray>
+#include <QFile>
 #include <QFileInfo>
 #include <QRandomGenerator>
 
@@ -13,6 +14,8 @@ namespace {
 /// Of four thousand million names the first is free; what fails so often has another cause.
 constexpr int nameAttempts = 20;
 constexpr int nameDigits = 36;
+
+constexpr qint64 copiedAtOnce = qint64(1) << 20;
 
 struct KnownFault
 {
@@ -40,6 +43,11 @@ QString linkTarget(const QString &filePath)
     const QFileInfo info(filePath);
     const QString target = info.isSymLink() ? info.canonicalFilePath() : QString();
     return target.isEmpty() ? filePath : target;
+}
+
+WriteResult resultOf(FileCalls::Error error)
+{
+    return error == 0 ? WriteResult() : WriteResult::failed(WholeFile::reason(error));
 }
 
 } // namespace
@@ -88,11 +96,9 @@ WriteResult WholeFile::commit()
         took(FileCalls::close(std::exchange(m_handle, FileCalls::noFile)));
     if (m_error == 0 && took(FileCalls::replace(m_newFile, m_target)))
         m_newFile.clear();
-    if (m_error != 0)
-        return WriteResult::failed(reason(m_error));
-    if (m_durability == Durability::Synced)
+    if (m_error == 0 && m_durability == Durability::Synced)
         FileCalls::syncFolder(QFileInfo(m_target).path());
-    return {};
+    return resultOf(m_error);
 }
 
 /// Keeps the first error. True when there is none.
@@ -117,4 +123,41 @@ WriteResult writeWholeFile(const QString &filePath, const QByteArray &content,
     WholeFile file(filePath, durability, readers);
     file.write(content);
     return file.commit();
+}
+
+WriteResult writeWholeFile(const QString &filePath, QIODevice &source, Durability durability,
+                           Readers readers)
+{
+    WholeFile file(filePath, durability, readers);
+    source.seek(0);
+    qint64 left = source.size();
+    while (left > 0) {
+        const QByteArray part = source.read(std::min(left, copiedAtOnce));
+        if (part.isEmpty())
+            return WriteResult::failed(source.errorString());
+        if (!file.write(part))
+            break;
+        left -= part.size();
+    }
+    return file.commit();
+}
+
+WriteResult makeOwnersFolder(const QString &path)
+{
+    return resultOf(FileCalls::makeFolder(path));
+}
+
+WriteResult moveFile(const QString &from, const QString &to)
+{
+    const FileCalls::Error error = FileCalls::replace(from, to);
+    if (FileCalls::fault(error) != FileCalls::Fault::OtherDisk)
+        return resultOf(error);
+    QFile source(from);
+    if (!source.open(QIODevice::ReadOnly))
+        return WriteResult::failed(source.errorString());
+    const WriteResult copied = writeWholeFile(to, source, Durability::Synced, Readers::OwnerOnly);
+    source.close();
+    if (copied && !source.remove())
+        return WriteResult::failed(source.errorString());
+    return copied;
 }

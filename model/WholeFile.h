@@ -6,6 +6,7 @@
 #include <QString>
 
 class QByteArray;
+class QIODevice;
 
 /// How the writing of a file ended.
 class [[nodiscard]] WriteResult
@@ -84,3 +85,12 @@ private:
 WriteResult writeWholeFile(const QString &filePath, const QByteArray &content,
                            Durability durability = Durability::Synced,
                            Readers readers = Readers::AsBefore);
+/// The same with what `source` holds from its start on, which may be larger than the memory.
+WriteResult writeWholeFile(const QString &filePath, QIODevice &source, Durability durability,
+                           Readers readers);
+
+/// Makes a folder for its owner alone, unless there is one of the name.
+WriteResult makeOwnersFolder(const QString &path);
+
+/// Gives a file another name, also on another disk; one that has the name already is replaced.
+WriteResult moveFile(const QString &from, const QString &to);

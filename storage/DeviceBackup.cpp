@@ -1,25 +1,45 @@
 #include "storage/DeviceBackup.h"
 
 #include "model/ContactFields.h"
+#include "model/WholeFile.h"
 
+#include <QBuffer>
 #include <QDateTime>
 #include <QDir>
 #include <QFileInfo>
+#include <QLocale>
 #include <QRegularExpression>
-#include <QSaveFile>
 
 #include <algorithm>
+#include <array>
 
 namespace {
 
-constexpr int keptBackups = 30;
+constexpr int keptLists = 30;
+constexpr int keptDatabases = 10;
+constexpr qint64 comparedAtOnce = qint64(1) << 20;
 const QString lineEnd = QStringLiteral("\r\n");
 
-/// Files of the user's own stand in the folder as well.
-bool isBackup(const QString &fileName)
+/// The files of a database: what its last writer may have left, by which it is put right when it is
+/// opened next, and itself. Where the others were left behind, they would be played into the next
+/// database of that name.
+constexpr std::array<const char *, 3> databaseParts = {"-journal", "-wal", ""};
+
+/// The endings of those that are there.
+QStringList partsOf(const QString &filePath)
 {
-    static const QRegularExpression name(QStringLiteral("^devices-\\d{8}-\\d{6}(-\\d+)?\\.csv$"));
-    return name.match(fileName).hasMatch();
+    QStringList parts;
+    for (const char *const part : databaseParts) {
+        if (QFile::exists(filePath + QLatin1String(part)))
+            parts.append(QLatin1String(part));
+    }
+    return parts;
+}
+
+void removeParts(const QString &filePath)
+{
+    for (const char *const part : databaseParts)
+        QFile::remove(filePath + QLatin1String(part));
 }
 
 QString quotedWhereNeeded(const QString &field)
@@ -34,7 +54,42 @@ QString quotedWhereNeeded(const QString &field)
     return QLatin1Char('"') + doubled + QLatin1Char('"');
 }
 
+/// The import refuses a file with zero bytes.
+QString withoutZeros(QString field)
+{
+    return field.remove(QChar(QChar::Null));
+}
+
+bool holds(const QString &filePath, QIODevice &content)
+{
+    QFile file(filePath);
+    if (!file.open(QIODevice::ReadOnly) || file.size() != content.size() || !content.seek(0))
+        return false;
+    while (!file.atEnd()) {
+        const QByteArray part = file.read(comparedAtOnce);
+        if (part.isEmpty() || part != content.read(part.size()))
+            return false;
+    }
+    return true;
+}
+
+WriteResult copyFile(const QString &from, const QString &to)
+{
+    QFile source(from);
+    return source.open(QIODevice::ReadOnly)
+               ? writeWholeFile(to, source, Durability::Synced, Readers::OwnerOnly)
+               : WriteResult::failed(source.errorString());
+}
+
 } // namespace
+
+/// Files that are called alike, and of which so many are kept.
+struct DeviceBackup::Kind
+{
+    QString stem;
+    QString suffix;
+    int kept;
+};
 
 DeviceBackup::DeviceBackup(const QString &directory)
     : m_folder(directory + QLatin1String("backup"))
@@ -43,22 +98,75 @@ DeviceBackup::DeviceBackup(const QString &directory)
 
 bool DeviceBackup::write(const QList<ContactInfo> &devices)
 {
-    makeFolder();
-    const QString path = freePath(QStringLiteral("devices"), QStringLiteral("csv"));
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly) ||
-        !file.setPermissions(QFile::ReadOwner | QFile::WriteOwner)) {
-        m_errorText = file.errorString();
-        return false;
+    QByteArray text = csv(devices);
+    QBuffer content(&text);
+    content.open(QIODevice::ReadOnly);
+    return keep(content, {QStringLiteral("devices"), QStringLiteral("csv"), keptLists});
+}
+
+bool DeviceBackup::copyDatabase(const QString &filePath)
+{
+    const QFileInfo info(filePath);
+    const Kind kind = {info.completeBaseName(), info.suffix(), keptDatabases};
+    const QStringList parts = partsOf(filePath);
+    if (parts.size() <= 1) {
+        QFile content(filePath);
+        if (content.open(QIODevice::ReadOnly))
+            return keep(content, kind);
+        return took(WriteResult::failed(content.errorString()));
     }
-    file.write(csv(devices));
-    if (!file.commit()) {
-        m_errorText = file.errorString();
+    if (!makeFolder())
         return false;
+    const QString copy = freePath(kind);
+    for (const QString &part : parts) {
+        if (!took(copyFile(filePath + part, copy + part))) {
+            removeParts(copy);
+            return false;
+        }
     }
-    m_lastPath = path;
-    removeOldest();
+    settle(copy, kind);
     return true;
+}
+
+/// Writes `content` to a new file, unless one of the kind holds it.
+bool DeviceBackup::keep(QIODevice &content, const Kind &kind)
+{
+    if (!makeFolder())
+        return false;
+    QString path = keptAlready(content, kind);
+    if (path.isEmpty()) {
+        path = freePath(kind);
+        if (!took(writeWholeFile(path, content, Durability::Synced, Readers::OwnerOnly)))
+            return false;
+    }
+    settle(path, kind);
+    return true;
+}
+
+/// The newest is in its place, so the oldest may go.
+void DeviceBackup::settle(const QString &path, const Kind &kind)
+{
+    m_lastPath = path;
+    QStringList others = namesOf(kind);
+    others.removeOne(QFileInfo(path).fileName());
+    while (others.size() >= kind.kept)
+        removeParts(m_folder + QLatin1Char('/') + others.takeLast());
+}
+
+/// The file, made the newest; empty when there is none.
+QString DeviceBackup::keptAlready(QIODevice &content, const Kind &kind) const
+{
+    const QStringList names = namesOf(kind);
+    for (const QString &name : names) {
+        const QString path = m_folder + QLatin1Char('/') + name;
+        if (!holds(path, content))
+            continue;
+        QFile file(path);
+        if (file.open(QIODevice::ReadWrite))
+            file.setFileTime(QDateTime::currentDateTime(), QFileDevice::FileModificationTime);
+        return path;
+    }
+    return {};
 }
 
 QByteArray DeviceBackup::csv(const QList<ContactInfo> &devices)
@@ -67,7 +175,7 @@ QByteArray DeviceBackup::csv(const QList<ContactInfo> &devices)
     for (const ContactInfo &device : devices) {
         QStringList fields;
         for (const ContactField &field : contactCsvFields())
-            fields.append(quotedWhereNeeded(inOneLine(device.*field.member)));
+            fields.append(quotedWhereNeeded(withoutZeros(inOneLine(device.*field.member))));
         text += fields.join(QLatin1Char(',')) + lineEnd;
     }
     return text.toUtf8();
@@ -77,46 +185,58 @@ bool DeviceBackup::putAside(const QString &filePath)
 {
     if (!QFile::exists(filePath))
         return true;
+    if (!makeFolder())
+        return false;
     const QFileInfo info(filePath);
-    QFile file(filePath);
-    if (!makeFolder()) {
-        m_errorText = QDir::toNativeSeparators(m_folder);
-        return false;
-    }
-    if (!file.rename(freePath(info.completeBaseName(), info.suffix()))) {
-        m_errorText = file.errorString();
-        return false;
+    const QString target =
+        freePath({info.completeBaseName() + QLatin1String("-unreadable"), info.suffix(), 0});
+    QStringList moved;
+    const QStringList parts = partsOf(filePath);
+    for (const QString &part : parts) {
+        if (!took(moveFile(filePath + part, target + part))) {
+            for (const QString &back : moved)
+                static_cast<void>(moveFile(target + back, filePath + back));
+            return false;
+        }
+        moved.append(part);
     }
     return true;
 }
 
-bool DeviceBackup::makeFolder() const
+bool DeviceBackup::makeFolder()
 {
-    return QDir().mkpath(m_folder) &&
-           QFile::setPermissions(m_folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    if (!took(makeOwnersFolder(m_folder)))
+        return false;
+    // Where this fails, the files in it are their owner's all the same.
+    QFile::setPermissions(m_folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    return true;
+}
+
+bool DeviceBackup::took(const WriteResult &result)
+{
+    m_errorText = result.reason();
+    return bool(result);
 }
 
 /// A file of the present time that is not there yet.
-QString DeviceBackup::freePath(const QString &prefix, const QString &suffix) const
+QString DeviceBackup::freePath(const Kind &kind) const
 {
-    const QString stem = m_folder + QLatin1Char('/') + prefix + QLatin1Char('-') +
-                         QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMdd-hhmmss"));
-    QString path = stem + QLatin1Char('.') + suffix;
-    for (int i = 2; QFile::exists(path); ++i)
-        path = QStringLiteral("%1-%2.%3").arg(stem).arg(i).arg(suffix);
+    // In digits that every import dialog and script finds, whatever the system writes.
+    const QString time =
+        QLocale::c().toString(QDateTime::currentDateTime(), QStringLiteral("yyyyMMdd-hhmmss"));
+    const QString stem = m_folder + QLatin1Char('/') + kind.stem + QLatin1Char('-') + time;
+    QString path = stem + QLatin1Char('.') + kind.suffix;
+    for (int i = 2; !partsOf(path).isEmpty(); ++i)
+        path = QStringLiteral("%1-%2.%3").arg(stem).arg(i).arg(kind.suffix);
     return path;
 }
 
-void DeviceBackup::removeOldest() const
+/// Newest first, unless the clock was set back. Files of the user's own stand in the folder as
+/// well.
+QStringList DeviceBackup::namesOf(const Kind &kind) const
 {
-    QDir folder(m_folder);
-    const QString newest = QFileInfo(m_lastPath).fileName();
-    QStringList others; // newest first, unless the clock was set back
-    const QStringList files = folder.entryList(QDir::Files, QDir::Time);
-    for (const QString &name : files) {
-        if (name != newest && isBackup(name))
-            others.append(name);
-    }
-    while (others.size() >= keptBackups)
-        folder.remove(others.takeLast());
+    const QRegularExpression pattern(
+        QStringLiteral("^%1-\\d{8}-\\d{6}(-\\d+)?\\.%2$")
+            .arg(QRegularExpression::escape(kind.stem), QRegularExpression::escape(kind.suffix)));
+    return QDir(m_folder).entryList(QDir::Files, QDir::Time).filter(pattern);
 }

@@ -4,8 +4,15 @@
 
 #include <QString>
 
+class QIODevice;
+class WriteResult;
+
 /// Keeps what an act is about to drop: device lists in the "backup" folder, in the form that the
-/// import reads back. Only the owner of the process can read them, as they hold passwords.
+/// import reads back, and databases. Only the owner of the process can read them, as they hold
+/// passwords.
+///
+/// What is kept already, byte for byte, is not written again: it counts as the newest of its kind.
+/// After a failure errorText() is set, in the user's language, and nothing is left of the file.
 class DeviceBackup
 {
 public:
@@ -13,26 +20,42 @@ public:
     explicit DeviceBackup(const QString &directory);
 
     /// Writes the devices to a new file named after the present time and removes the oldest ones
-    /// beyond the newest 30. False, with errorText() set, when the file is not safely on disk.
+    /// beyond the newest 30. False when the file is not safely on disk.
     bool write(const QList<ContactInfo> &devices);
 
-    /// Moves a file that cannot be read to the backups, named after the present time. A file that
-    /// is not there is no failure. After one, errorText() is set and the file is where it was.
+    /// Copies a database, with what its last writer may have left beside it, to a new file named
+    /// after it and the present time, and removes the oldest copies beyond the newest 10. False
+    /// when the copy is not safely on disk.
+    ///
+    /// Nobody may write the database meanwhile: a read transaction of the caller's keeps others
+    /// off. It has to end right after, and must not be one that writes: on some systems the locks
+    /// that this process has on the file are gone once any reader closes it.
+    bool copyDatabase(const QString &filePath);
+
+    /// Moves a database that cannot be read, with what its last writer may have left beside it, to
+    /// the backups, as "<name>-unreadable-" and the present time; it is never removed there. A file
+    /// that is not there is no failure. After one everything is where it was.
     bool putAside(const QString &filePath);
 
     QString errorText() const { return m_errorText; }
-    /// The file that the last successful write() made.
+    /// The file that holds what the last successful write() or copyDatabase() was to keep.
     QString lastPath() const { return m_lastPath; }
 
     /// The contents of a backup: the English title row and a row a device. Unlike an export, a
     /// field that holds a comma or a quote is quoted, so that it comes back; of line breaks, which
-    /// the import cannot read, a blank is left.
+    /// the import cannot read, a blank is left, and of zero characters nothing.
     static QByteArray csv(const QList<ContactInfo> &devices);
 
 private:
-    QString freePath(const QString &prefix, const QString &suffix) const;
-    bool makeFolder() const;
-    void removeOldest() const;
+    struct Kind;
+
+    bool keep(QIODevice &content, const Kind &kind);
+    QString keptAlready(QIODevice &content, const Kind &kind) const;
+    void settle(const QString &path, const Kind &kind);
+    QStringList namesOf(const Kind &kind) const;
+    QString freePath(const Kind &kind) const;
+    bool makeFolder();
+    bool took(const WriteResult &result);
 
     QString m_folder;
     QString m_errorText;

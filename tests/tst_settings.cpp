@@ -63,9 +63,10 @@ QByteArray unfolding(const QByteArray &element)
 
 QByteArray triple(const Options &options)
 {
-    return QByteArray::number(int(options.autoStart)) +
-           QByteArray::number(int(options.recoveryData)) +
-           QByteArray::number(int(options.autoHttpd));
+    QByteArray values;
+    for (const auto &value : {options.autoStart, options.recoveryData, options.autoHttpd})
+        values += value.value_or(false) ? '1' : '0';
+    return values;
 }
 
 } // namespace
@@ -428,7 +429,7 @@ void TestSettings::autoStartEntry()
 #ifdef Q_OS_LINUX
     QCOMPARE(AutoStart::place(),
              m_folder->filePath(QStringLiteral("home/autostart/VlManager.desktop")));
-    AutoStart::set(QStringLiteral("/opt/my phones/50%/a$b\"c\\d/VlManager"), true);
+    QVERIFY(AutoStart::set(QStringLiteral("/opt/my phones/50%/a$b\"c\\d/VlManager"), true));
     const QList<QByteArray> lines = fileContent(AutoStart::place()).split('\n');
     QCOMPARE(lines.first(), QByteArray("[Desktop Entry]"));
     QVERIFY(lines.contains("Exec=\"/opt/my phones/50%%/a\\\\$b\\\\\"c\\\\\\\\d/VlManager\""));
