@@ -1,6 +1,7 @@
 #include "export/ProvisioningDocument.h"
 
 #include "model/DebugLog.h"
+#include "model/MacAddress.h"
 #include "model/WholeFile.h"
 
 #include <QFile>
@@ -146,7 +147,7 @@ bool exportProvisioningDocument(const QString &filePath, QList<ContactInfo> &dev
     const QString fileMac = provisioningFileMac(filePath);
     for (ContactInfo &device : devices) {
         device.mac.remove(QLatin1Char(':'));
-        const QString recordMac = device.mac.toLower();
+        const QString recordMac = bareMac(device.mac);
         qCDebug(debugLog) << "tmpMac = " << recordMac << "; macInfo = " << fileMac;
         if (recordMac == fileMac) {
             const QByteArray document = provisioningDocument(device, account);

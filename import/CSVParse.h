@@ -5,15 +5,18 @@
 
 #include <QStringList>
 
+#include <memory>
+#include <vector>
+
 class DeviceHeader;
 class ImportTarget;
-struct ContactInfo;
+class TextSource;
 
-/// Imports a device list file: UTF-8 or the legacy encoding of the region, an English or a Chinese
-/// title row, columns in any order. GUI thread.
+/// Imports a device list file: UTF-8, UTF-16 with a mark or the legacy encoding of the region, an
+/// English or a Chinese title row, columns in any order. GUI thread.
 ///
-/// The file is read through copies in the work folder, "tmp.csv" as it is, "tmp1.csv" converted and
-/// "tmp2.csv" as it is parsed, which the next import or removeWorkFiles() removes.
+/// The file is read through copies in the work folder, see TextSource, which the next import or
+/// removeWorkFiles() removes.
 class CSVParse : public ParseBase
 {
     Q_OBJECT
@@ -30,15 +33,33 @@ public:
     QString encodingOf(const QString &sourcePath) const override;
     void removeWorkFiles() override;
 
+    void begin(const QString &sourcePath) override;
+    Reading readOn() override;
+    QList<ContactInfo> takeDevices() override;
+    ImportFault fault() const override { return m_fault; }
+
 private:
-    QString workFile(const char *name) const;
-    bool prepare(const QString &sourcePath, const QString &encodingName);
-    bool copyText(const QString &from, const QString &to) const;
-    QStringList readRow(csv_parser &reader);
-    QList<ContactInfo> readDevices(csv_parser &reader, const DeviceHeader &header);
+    enum class Phase { Idle, Text, Titles, Rows, Done, Failed };
+
+    void start(const QString &sourcePath, const QString &encodingName);
+    void finish(Phase phase, ImportFault fault);
+    Reading reading() const;
+    void readText();
+    void readTitles();
+    void readRows();
+    void readRow();
+    QStringList fields() const;
+    bool isBlank() const;
 
     ImportTarget &m_target;
     QString m_workFolder;
-    csv_row m_rowAbove; ///< the row read last, without line ends
-    QStringList m_fieldsAbove;
+    Phase m_phase = Phase::Idle;
+    ImportFault m_fault = ImportFault::None;
+    std::unique_ptr<TextSource> m_text;
+    std::unique_ptr<csv_parser> m_reader;
+    std::unique_ptr<DeviceHeader> m_header;
+    csv_row m_row;                 ///< the row read last, without line ends
+    csv_row m_rowAbove;            ///< the one before it
+    std::vector<QString> m_fields; ///< the texts of m_row
+    QList<ContactInfo> m_devices;
 };

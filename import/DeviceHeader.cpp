@@ -2,10 +2,12 @@
 
 #include "model/ContactFields.h"
 #include "model/DebugLog.h"
+#include "model/MacAddress.h"
 
 #include <QRegularExpression>
 
 #include <algorithm>
+#include <array>
 
 namespace {
 
@@ -37,49 +39,123 @@ const QVector<KeyTitles> &keyTitles()
     return keys;
 }
 
+bool isDeviceType(HeaderType type)
+{
+    return type == EnglishDeviceHeader || type == ChineseDeviceHeader;
+}
+
+bool hasAny(const QStringList &titles, const QStringList &wanted)
+{
+    return std::any_of(wanted.begin(), wanted.end(), [&](const QString &title) {
+        return titles.contains(title, Qt::CaseInsensitive);
+    });
+}
+
+QStringList columnsOf(HeaderType type)
+{
+    return DeviceHeader::standardLine(type).split(QLatin1Char(','));
+}
+
 /// Device titles are tested after those of contact lists, and win over them.
-HeaderType classify(const QStringList &titles)
+HeaderType typeByKeys(const QStringList &titles)
 {
     HeaderType type = PhonebookHeader;
     for (const KeyTitles &key : keyTitles()) {
-        const bool found =
-            std::any_of(key.titles.begin(), key.titles.end(), [&](const QString &title) {
-                return titles.contains(title, Qt::CaseInsensitive);
-            });
-        const bool isDevice = key.type == EnglishDeviceHeader || key.type == ChineseDeviceHeader;
-        if (found && (type == PhonebookHeader || isDevice))
+        if (hasAny(titles, key.titles) && (type == PhonebookHeader || isDeviceType(key.type)))
             type = key.type;
     }
     return type;
 }
 
+bool isPhoneBook(const QStringList &titles)
+{
+    constexpr std::array<HeaderType, 6> types = {PhonebookHeader,       OfficeHeader,
+                                                 ChineseOfficeHeader,   BusinessHeader,
+                                                 ChineseBusinessHeader, MailHeader};
+    return std::any_of(types.begin(), types.end(),
+                       [&](HeaderType type) { return hasAny(titles, columnsOf(type)); }) ||
+           typeByKeys(titles) != PhonebookHeader;
+}
+
+/// How many columns of this kind of device list are there.
+int countOf(HeaderType type, const QStringList &titles)
+{
+    const QStringList columns = columnsOf(type);
+    return int(std::count_if(columns.begin(), columns.end(), [&](const QString &column) {
+        return titles.contains(column, Qt::CaseInsensitive);
+    }));
+}
+
+/// A list of somebody's own making may have none of the titles that tell a device list: then "MAC"
+/// does, with any other of its titles, unless a phone book has been given that column.
+HeaderType classify(const QStringList &titles)
+{
+    const HeaderType type = typeByKeys(titles);
+    if (type != PhonebookHeader || isPhoneBook(titles) ||
+        !titles.contains(QLatin1String("MAC"), Qt::CaseInsensitive))
+        return type;
+    const int english = countOf(EnglishDeviceHeader, titles);
+    const int chinese = countOf(ChineseDeviceHeader, titles);
+    if (std::max(english, chinese) < 2)
+        return type;
+    return chinese > english ? ChineseDeviceHeader : EnglishDeviceHeader;
+}
+
+ImportFault faultOf(HeaderType type, bool hasMac, const QStringList &titles)
+{
+    if (isDeviceType(type))
+        return hasMac ? ImportFault::None : ImportFault::NoMacColumn;
+    const QString line = titles.join(QLatin1Char(','));
+    const int commas = line.count(QLatin1Char(','));
+    if (line.count(QLatin1Char(';')) > commas)
+        return ImportFault::Semicolons;
+    if (line.count(QLatin1Char('\t')) > commas)
+        return ImportFault::Tabs;
+    if (isPhoneBook(titles))
+        return ImportFault::PhoneBook;
+    if (std::any_of(titles.begin(), titles.end(), isMac))
+        return ImportFault::NoTitles;
+    const bool isOurs =
+        std::max(countOf(EnglishDeviceHeader, titles), countOf(ChineseDeviceHeader, titles)) >= 2;
+    return isOurs ? ImportFault::NoMacColumn : ImportFault::OtherTitles;
+}
+
+QStringList simplified(QStringList titles)
+{
+    for (QString &title : titles)
+        title = title.simplified();
+    qCDebug(debugLog) << "title is" << titles;
+    return titles;
+}
+
 } // namespace
 
 DeviceHeader::DeviceHeader(const QStringList &titles)
-    : m_type(classify(titles))
 {
+    const QStringList clean = simplified(titles);
+    m_type = classify(clean);
     const QString line = standardLine(m_type);
     qCDebug(debugLog) << "standardTitle = " << line;
     const QStringList columns = line.split(QLatin1Char(','));
     for (const QString &column : columns) {
         const QRegularExpression whole(QLatin1Char('^') + column + QLatin1Char('$'),
                                        QRegularExpression::CaseInsensitiveOption);
-        m_positions.append(titles.indexOf(whole));
+        m_positions.append(clean.indexOf(whole));
     }
+    m_fault = faultOf(m_type, m_positions.first() >= 0, titles);
 }
 
-bool DeviceHeader::isDeviceList() const
-{
-    const bool isDeviceType = m_type == EnglishDeviceHeader || m_type == ChineseDeviceHeader;
-    return isDeviceType && m_positions.first() >= 0;
-}
-
-ContactInfo DeviceHeader::device(const QStringList &row) const
+ContactInfo DeviceHeader::device(const std::vector<QString> &row) const
 {
     ContactInfo contact;
+    const int fieldCount = static_cast<int>(row.size());
     int column = 0;
-    for (const ContactField &field : contactCsvFields())
-        contact.*field.member = row.value(m_positions.at(column++));
+    for (const ContactField &field : contactCsvFields()) {
+        const int position = m_positions.at(column++);
+        if (position >= 0 && position < fieldCount)
+            contact.*field.member = row[static_cast<std::size_t>(position)];
+    }
+    contact.mac = importedMac(contact.mac);
     return contact;
 }
 

@@ -1,9 +1,12 @@
 #pragma once
 
+#include "import/ImportFault.h"
 #include "model/ContactInfo.h"
 
 #include <QStringList>
 #include <QVector>
+
+#include <vector>
 
 /// What kinds of title row are known. The numbers are shared with the exporters where they export
 /// the same kind.
@@ -22,16 +25,16 @@ enum HeaderType : int {
 class DeviceHeader
 {
 public:
-    /// `titles` with their white space simplified.
+    /// White space in `titles` makes no difference.
     explicit DeviceHeader(const QStringList &titles);
 
     HeaderType type() const { return m_type; }
-    /// True when the rows below are devices: a device header that has a MAC column.
-    bool isDeviceList() const;
+    /// Why the rows below are no devices; None for a device header that has a MAC column.
+    ImportFault fault() const { return m_fault; }
     /// Position in the file of each column of the standard header, -1 where the file lacks it.
     const QVector<int> &positions() const { return m_positions; }
     /// The device that a row of the file holds; a column that is lacking gives an empty text.
-    ContactInfo device(const QStringList &row) const;
+    ContactInfo device(const std::vector<QString> &row) const;
 
     /// The standard header line of a type.
     static QString standardLine(HeaderType type);
@@ -39,4 +42,5 @@ public:
 private:
     HeaderType m_type;
     QVector<int> m_positions;
+    ImportFault m_fault = ImportFault::None;
 };

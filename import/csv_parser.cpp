@@ -9,7 +9,6 @@
 namespace {
 
 constexpr char quote = '"';
-constexpr std::size_t usualFields = 32;
 
 bool isSeparator(char character)
 {
@@ -110,16 +109,23 @@ void csv_parser::set_line_term(char character)
 
 csv_row csv_parser::next_row()
 {
+    csv_row row;
+    next_row(row);
+    return row;
+}
+
+void csv_parser::next_row(csv_row &row)
+{
     _read_single_line();
     ++m_recordCount;
-    switch (m_mode) {
-    case enclosure_none:
-        return split_unenclosed();
-    case enclosure_mandatory:
-        return split_enclosed();
-    default:
-        return split_optional();
-    }
+    if (m_mode == enclosure_none)
+        row = split_unenclosed();
+    else if (m_mode == enclosure_mandatory)
+        row = split_enclosed();
+    else if (m_line.find(quote) == std::string::npos && m_line.find('\0') == std::string::npos)
+        split_plain(row);
+    else
+        row = split_quoted();
 }
 
 /// Looks one character ahead, so that a last line that ends with the terminator is known to be the
@@ -194,10 +200,9 @@ csv_row csv_parser::split_enclosed() const
     return row;
 }
 
-csv_row csv_parser::split_optional()
+/// A line whose fields may be enclosed.
+csv_row csv_parser::split_quoted()
 {
-    if (m_line.find(quote) == std::string::npos && m_line.find('\0') == std::string::npos)
-        return split_plain();
     const std::size_t separators = end_fields();
     csv_row row;
     row.reserve(separators + 1);
@@ -210,19 +215,23 @@ csv_row csv_parser::split_optional()
     return row;
 }
 
-/// What split_optional() gives for a line without quotes, as most are, in a fraction of the time.
-csv_row csv_parser::split_plain() const
+/// What split_quoted() gives for a line without quotes, as most are, in a fraction of the time.
+void csv_parser::split_plain(csv_row &row) const
 {
-    csv_row row;
-    row.reserve(usualFields);
+    std::size_t count = 0;
+    const auto put = [&](auto start, auto end) {
+        if (count == row.size())
+            row.emplace_back();
+        row[count++].assign(start, end);
+    };
     auto start = m_line.begin();
     auto end = start;
     while ((end = std::find_if(start, m_line.end(), isSeparator)) != m_line.end()) {
-        row.emplace_back(start, end);
+        put(start, end);
         start = end + 1;
     }
-    row.emplace_back(start, end);
-    return row;
+    put(start, end);
+    row.resize(count);
 }
 
 /// Puts a NUL where a field of the line ends; returns how many do. A pair of quotes inside a quoted

@@ -48,6 +48,8 @@ public:
     /// Reads the next line. As a line keeps its terminator, a row that has one carries an empty
     /// field more behind the last.
     csv_row next_row();
+    /// The same into a row that exists, whose memory is used again.
+    void next_row(csv_row &row);
     /// Rows read since the file was opened.
     unsigned record_count() const { return m_recordCount; }
 
@@ -58,8 +60,8 @@ private:
     bool fill_block();
     csv_row split_unenclosed() const;
     csv_row split_enclosed() const;
-    csv_row split_optional();
-    csv_row split_plain() const;
+    csv_row split_quoted();
+    void split_plain(csv_row &row) const;
     std::size_t end_fields();
 
     char m_enclosure = '"';

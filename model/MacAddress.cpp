@@ -1,8 +1,72 @@
 #include "model/MacAddress.h"
 
+#include <array>
+
+namespace {
+
+constexpr int digitCount = 12;
+constexpr int pairCount = 6;
+
+using Digits = std::array<QChar, digitCount>;
+
+bool isHexDigit(QChar character)
+{
+    const ushort code = character.unicode();
+    return (code >= '0' && code <= '9') || (code >= 'a' && code <= 'f') ||
+           (code >= 'A' && code <= 'F');
+}
+
+bool isSeparator(QChar character)
+{
+    return character == QLatin1Char(':') || character == QLatin1Char('-') ||
+           character == QLatin1Char('.') || character.isSpace();
+}
+
+/// The digits of an address. False when the text is none.
+bool findDigits(const QString &text, Digits &digits)
+{
+    std::size_t count = 0;
+    for (const QChar character : text) {
+        if (isHexDigit(character)) {
+            if (count == digits.size())
+                return false;
+            digits[count++] = character;
+        } else if (!isSeparator(character)) {
+            return false;
+        }
+    }
+    return count == digits.size();
+}
+
+} // namespace
+
 QString bareMac(const QString &mac)
 {
+    Digits digits;
+    if (findDigits(mac, digits))
+        return QString(digits.data(), digitCount).toLower();
     QString bare = mac;
     bare.remove(QLatin1Char(':'));
     return bare.toLower();
+}
+
+bool isMac(const QString &mac)
+{
+    Digits digits;
+    return findDigits(mac, digits);
+}
+
+QString importedMac(const QString &mac)
+{
+    Digits digits;
+    if (!findDigits(mac, digits))
+        return mac;
+    QString pairs;
+    pairs.reserve(digitCount + pairCount - 1);
+    for (std::size_t i = 0; i < digits.size(); ++i) {
+        if (i > 0 && i % 2 == 0)
+            pairs += QLatin1Char(':');
+        pairs += digits[i];
+    }
+    return pairs == mac ? mac : pairs; // what is shared stays so
 }

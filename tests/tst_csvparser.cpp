@@ -229,7 +229,10 @@ void TestCsvParser::tellsHeaders_data()
     add("only a dial plan", "MAC,Dial Plan", EnglishDeviceHeader, true);
     add("only a Chinese port", "随机端口,mac", ChineseDeviceHeader, true);
     add("no MAC", "Random Port,IP", EnglishDeviceHeader, false);
-    add("a MAC and no more", "MAC,IP,Password", PhonebookHeader, false);
+    add("a MAC and no more", "MAC,My IP", PhonebookHeader, false);
+    add("a MAC and another", "MAC,IP,My Password", EnglishDeviceHeader, true);
+    add("a Chinese other", "mac,IP,密码", ChineseDeviceHeader, true);
+    add("a phone book with a MAC", "First Name,MAC,IP", PhonebookHeader, false);
     add("nothing", "", PhonebookHeader, false);
     add("phone book", "First Name,Last Name,Work Phone", PhonebookHeader, false);
     add("mail", "Given Name,MAC", MailHeader, false);
@@ -249,7 +252,7 @@ void TestCsvParser::tellsHeaders()
 
     const DeviceHeader header(titles.split(QLatin1Char(',')));
     QCOMPARE(int(header.type()), type);
-    QCOMPARE(header.isDeviceList(), isDeviceList);
+    QCOMPARE(header.fault() == ImportFault::None, isDeviceList);
 }
 
 QTEST_GUILESS_MAIN(TestCsvParser)

@@ -1,0 +1,42 @@
+#include "import/LineEnds.h"
+
+QByteArray LineEnds::made(const QByteArray &piece)
+{
+    QByteArray text;
+    text.reserve(piece.size() + m_returns);
+    int place = !m_started && piece.startsWith("\xef\xbb\xbf") ? 3 : 0;
+    m_started = true;
+    while (place < piece.size()) {
+        if (m_returns > 0 && piece.at(place) != '\r')
+            putReturns(piece.at(place), text);
+        const int found = piece.indexOf('\r', place);
+        const int end = found < 0 ? piece.size() : found;
+        text.append(piece.constData() + place, end - place);
+        if (m_kind == Kind::Unknown && text.contains('\n'))
+            m_kind = Kind::LineFeed;
+        for (place = end; place < piece.size() && piece.at(place) == '\r'; ++place)
+            ++m_returns;
+    }
+    if (text.contains('\0'))
+        text.replace('\0', QByteArray());
+    return text;
+}
+
+QByteArray LineEnds::rest()
+{
+    QByteArray text;
+    putReturns('\n', text);
+    return text;
+}
+
+/// Puts down the carriage returns that were held back, as what they are before this character.
+void LineEnds::putReturns(char next, QByteArray &text)
+{
+    if (m_kind == Kind::Unknown)
+        m_kind = next == '\n' ? Kind::LineFeed : Kind::CarriageReturn;
+    if (m_kind == Kind::CarriageReturn)
+        text.append(m_returns, '\n');
+    else if (next != '\n')
+        text.append(m_returns, '\r');
+    m_returns = 0;
+}

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "import/ImportFault.h"
+#include "import/TextEncoding.h"
+#include "import/WorkFile.h"
+
+#include <memory>
+
+/// Writes the text of a file again, in another encoding, in steps of a few milliseconds.
+class TextConversion
+{
+public:
+    enum class State { Converting, Done, Failed };
+
+    TextConversion(const QString &from, const QString &fromEncoding, const QString &to,
+                   const QString &toEncoding);
+
+    /// Does the next piece.
+    State readOn();
+    /// Why it failed.
+    ImportFault fault() const { return m_fault; }
+
+private:
+    State failed(ImportFault fault);
+
+    State m_state = State::Converting;
+    ImportFault m_fault = ImportFault::None;
+    QFile m_from;
+    WorkFile m_to;
+    const QTextCodec *m_toCodec;
+    std::unique_ptr<StrictDecoder> m_decoder;
+    QTextCodec::ConverterState m_encoder;
+};

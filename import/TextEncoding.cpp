@@ -1,0 +1,114 @@
+#include "import/TextEncoding.h"
+
+#include <algorithm>
+
+namespace {
+
+constexpr QChar substitute(0x1a);
+
+/// Whether there are characters that a codec gives to bytes that stand for nothing: private ones,
+/// which some codecs have for every such byte or pair, or controls of the upper half. What a
+/// private character shows is known to the machine alone that the text was written on.
+bool hasUnassigned(const QString &text)
+{
+    for (int i = 0; i < text.size(); ++i) {
+        uint character = text.at(i).unicode();
+        if (character < 0x80)
+            continue;
+        if (QChar::isHighSurrogate(character) && i + 1 < text.size() &&
+            text.at(i + 1).isLowSurrogate()) {
+            character = QChar::surrogateToUcs4(ushort(character), text.at(i + 1).unicode());
+            ++i;
+        }
+        const QChar::Category category = QChar::category(character);
+        if (category == QChar::Other_PrivateUse || category == QChar::Other_NotAssigned ||
+            category == QChar::Other_Surrogate || character < 0xa0)
+            return true;
+    }
+    return false;
+}
+
+} // namespace
+
+void EncodingProbe::look(const QByteArray &block)
+{
+    if (!m_started)
+        lookForMark(block);
+    m_started = true;
+    if (m_kind == Kind::Utf16 || m_kind == Kind::NotText)
+        return;
+    lookForZeroBytes(block);
+    if (m_kind != Kind::Utf8)
+        return;
+    static const QTextCodec *const codec = QTextCodec::codecForName("UTF-8");
+    codec->toUnicode(block.constData(), block.size(), &m_utf8);
+    if (m_utf8.invalidChars > 0)
+        m_kind = m_isMarked ? Kind::DamagedUtf8 : Kind::Other;
+}
+
+EncodingProbe::Kind EncodingProbe::end() const
+{
+    // What remains is the start of a character that never ended.
+    if (m_kind == Kind::Utf8 && m_utf8.remainingChars > 0)
+        return m_isMarked ? Kind::DamagedUtf8 : Kind::Other;
+    return m_kind;
+}
+
+void EncodingProbe::lookForMark(const QByteArray &block)
+{
+    m_isMarked = block.startsWith("\xef\xbb\xbf");
+    if (block.startsWith("\xff\xfe") || block.startsWith("\xfe\xff"))
+        m_kind = Kind::Utf16;
+}
+
+/// One zero byte inside a row does no harm. One in the title row is a sign of a file that is no
+/// text, or UTF-16 without a mark; several are what is left of a block that was never written.
+void EncodingProbe::lookForZeroBytes(const QByteArray &block)
+{
+    int zero = block.indexOf('\0');
+    if (m_inFirstLine) {
+        const auto isLineEnd = [](char byte) { return byte == '\n' || byte == '\r'; };
+        const auto end = std::find_if(block.begin(), block.end(), isLineEnd);
+        if (zero >= 0 && zero < end - block.begin())
+            m_kind = Kind::NotText;
+        m_inFirstLine = end == block.end();
+    }
+    if (zero == 0 && m_endedInZero)
+        m_kind = Kind::NotText;
+    for (; zero >= 0 && m_kind != Kind::NotText; zero = block.indexOf('\0', zero + 1)) {
+        if (zero + 1 < block.size() && block.at(zero + 1) == '\0')
+            m_kind = Kind::NotText;
+    }
+    m_endedInZero = block.endsWith('\0');
+}
+
+StrictDecoder::StrictDecoder(const QTextCodec &codec)
+    : m_codec(codec)
+{
+}
+
+/// Not every codec counts what it cannot read: those that Qt takes from ICU put U+FFFD or, for a
+/// single byte, SUB in its place. Whether the text gives the same bytes again tells nothing:
+/// several codecs know some characters by two codes, and give private ones back faithfully.
+bool StrictDecoder::decode(const QByteArray &piece, QString &text)
+{
+    text = m_half + m_codec.toUnicode(piece.constData(), piece.size(), &m_state);
+    m_half.clear();
+    if (!text.isEmpty() && text.at(text.size() - 1).isHighSurrogate()) {
+        m_half = text.right(1);
+        text.chop(1);
+    }
+    return m_state.invalidChars == 0 && !text.contains(QChar::ReplacementCharacter) &&
+           text.count(substitute) <= piece.count('\x1a') && !hasUnassigned(text);
+}
+
+/// A codec from ICU keeps to itself that the end cuts a character off. A line end behind it brings
+/// that to light.
+bool StrictDecoder::end()
+{
+    const QChar lineEnd(QLatin1Char('\n'));
+    QTextCodec::ConverterState encoder(QTextCodec::IgnoreHeader);
+    QString text;
+    return m_half.isEmpty() && m_state.remainingChars == 0 &&
+           decode(m_codec.fromUnicode(&lineEnd, 1, &encoder), text) && text == lineEnd;
+}

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <QTextCodec>
+
+/// Finds out, block by block, what kind of text a file holds.
+class EncodingProbe
+{
+public:
+    enum class Kind {
+        Utf8,
+        DamagedUtf8, ///< marked as UTF-8, but some bytes are not
+        Utf16,       ///< marked as UTF-16
+        Other,       ///< an encoding that the bytes do not tell
+        NotText,     ///< zero bytes in the first line, or two in a row
+    };
+
+    /// Takes the next block; the first one has to hold the mark.
+    void look(const QByteArray &block);
+    /// What the blocks so far say. NotText stays, whatever follows.
+    Kind kind() const { return m_kind; }
+    /// What the whole file says, at its end.
+    Kind end() const;
+
+private:
+    void lookForMark(const QByteArray &block);
+    void lookForZeroBytes(const QByteArray &block);
+
+    Kind m_kind = Kind::Utf8;
+    QTextCodec::ConverterState m_utf8;
+    bool m_isMarked = false;
+    bool m_started = false;
+    bool m_inFirstLine = true;
+    bool m_endedInZero = false;
+};
+
+/// Decodes a text piece by piece and refuses what is not wholly in its encoding. The pieces may
+/// part a character.
+class StrictDecoder
+{
+public:
+    explicit StrictDecoder(const QTextCodec &codec);
+
+    /// Puts the text of the next piece in `text`. False when the bytes do not stand for a text.
+    bool decode(const QByteArray &piece, QString &text);
+    /// False when the text ends within a character.
+    bool end();
+
+private:
+    const QTextCodec &m_codec;
+    QTextCodec::ConverterState m_state;
+    QString m_half; ///< the first half of a character that the next piece completes
+};

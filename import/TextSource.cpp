@@ -1,0 +1,167 @@
+#include "import/TextSource.h"
+
+#include "model/DebugLog.h"
+
+#include <QFileInfo>
+
+#include <algorithm>
+
+namespace {
+
+constexpr qint64 pieceSize = 262144;
+
+const QString utf8Name = QStringLiteral("UTF-8");
+const QString utf16Name = QStringLiteral("UTF-16");
+
+QString encodingFor(EncodingProbe::Kind kind, const QString &legacyEncoding)
+{
+    switch (kind) {
+    case EncodingProbe::Kind::Other:
+        return legacyEncoding;
+    case EncodingProbe::Kind::Utf16:
+        return utf16Name;
+    default:
+        return utf8Name; // or for the import to fail on
+    }
+}
+
+} // namespace
+
+TextSource::TextSource(const QString &path, const QString &folder, const QString &encoding,
+                       const QString &legacyEncoding)
+    : m_encoding(encoding)
+    , m_legacyEncoding(legacyEncoding)
+    , m_workFiles(workFiles(folder))
+    , m_from(path)
+    , m_to(m_workFiles.first())
+{
+    const bool isOurs =
+        std::any_of(m_workFiles.begin(), m_workFiles.end(),
+                    [&](const QString &ours) { return QFileInfo(path) == QFileInfo(ours); });
+    if (isOurs) {
+        failed(ImportFault::OwnWorkFile); // it would be removed before it is read
+        return;
+    }
+    for (const QString &left : qAsConst(m_workFiles))
+        QFile::remove(left);
+    if (!m_from.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
+        failed(ImportFault::Unreadable);
+    else if (!m_to.create())
+        failed(ImportFault::NoWorkFiles);
+}
+
+QStringList TextSource::workFiles(const QString &folder)
+{
+    return {folder + QLatin1String("tmp.csv"), folder + QLatin1String("tmp1.csv"),
+            folder + QLatin1String("tmp2.csv")};
+}
+
+QString TextSource::encodingOf(const QString &path, const QString &legacyEncoding)
+{
+    EncodingProbe probe;
+    QFile file(path);
+    if (file.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
+        QByteArray block;
+        while (!(block = file.read(pieceSize)).isEmpty())
+            probe.look(block);
+    }
+    return encodingFor(probe.end(), legacyEncoding);
+}
+
+TextSource::State TextSource::readOn()
+{
+    switch (m_state) {
+    case State::Copying:
+        return copyOn();
+    case State::Converting:
+        return convertOn();
+    case State::Cleaning:
+        return cleanOn();
+    default:
+        return m_state;
+    }
+}
+
+TextSource::State TextSource::copyOn()
+{
+    const QByteArray piece = m_from.read(pieceSize);
+    if (m_from.error() != QFile::NoError)
+        return failed(ImportFault::Unreadable);
+    if (piece.isEmpty())
+        return encodingFound();
+    m_probe.look(piece);
+    if (m_probe.kind() == EncodingProbe::Kind::NotText)
+        return failed(ImportFault::NotText);
+    return m_to.writeWhole(piece) ? m_state : failed(ImportFault::NoWorkFiles);
+}
+
+TextSource::State TextSource::encodingFound()
+{
+    if (m_to.size() == 0)
+        return failed(ImportFault::Empty);
+    const EncodingProbe::Kind kind = m_probe.end();
+    if (m_encoding.isEmpty())
+        m_encoding = encodingFor(kind, m_legacyEncoding);
+    m_from.close();
+    m_to.close();
+    m_from.setFileName(m_workFiles.first());
+    m_to.setFileName(m_workFiles.last());
+    if (m_encoding == utf8Name) {
+        if (kind == EncodingProbe::Kind::DamagedUtf8)
+            return failed(ImportFault::DamagedUnicode);
+        if (kind != EncodingProbe::Kind::Utf8)
+            return failed(ImportFault::OtherEncoding);
+        return m_state = State::Cleaning;
+    }
+    m_from.setFileName(m_workFiles.at(1));
+    m_conversion = std::make_unique<TextConversion>(m_workFiles.first(), m_encoding,
+                                                    m_workFiles.at(1), utf8Name);
+    return m_state = State::Converting;
+}
+
+TextSource::State TextSource::convertOn()
+{
+    switch (m_conversion->readOn()) {
+    case TextConversion::State::Converting:
+        return m_state;
+    case TextConversion::State::Done:
+        return m_state = State::Cleaning;
+    case TextConversion::State::Failed:
+        break;
+    }
+    qCDebug(debugLog) << "return false because encode";
+    const bool isDamaged =
+        m_encoding == utf16Name && m_conversion->fault() == ImportFault::OtherEncoding;
+    return failed(isDamaged ? ImportFault::DamagedUnicode : m_conversion->fault());
+}
+
+TextSource::State TextSource::cleanOn()
+{
+    if (!m_from.isOpen() && !m_from.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
+        return failed(ImportFault::Unreadable);
+    if (!m_to.isOpen() && !m_to.create())
+        return failed(ImportFault::NoWorkFiles);
+    const QByteArray piece = m_from.read(pieceSize);
+    if (m_from.error() != QFile::NoError)
+        return failed(ImportFault::Unreadable);
+    const bool isEnd = piece.isEmpty();
+    QByteArray text = isEnd ? m_lineEnds.rest() : m_lineEnds.made(piece);
+    // Spreadsheets part the columns of their "Unicode text" with tabs.
+    if (m_encoding == utf16Name)
+        text = m_tabColumns.inCommas(text) + (isEnd ? m_tabColumns.rest() : QByteArray());
+    if (!m_to.writeWhole(text))
+        return failed(ImportFault::NoWorkFiles);
+    if (!isEnd)
+        return m_state;
+    m_from.close();
+    m_to.close();
+    return m_state = State::Done;
+}
+
+TextSource::State TextSource::failed(ImportFault fault)
+{
+    m_from.close();
+    m_to.close();
+    m_fault = fault;
+    return m_state = State::Failed;
+}

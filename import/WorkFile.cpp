@@ -1,0 +1,9 @@
+#include "import/WorkFile.h"
+
+bool WorkFile::create()
+{
+    remove();
+    // Without a buffer, so that each write tells by itself whether there was room for it.
+    return open(QIODevice::WriteOnly | QIODevice::Unbuffered) &&
+           setPermissions(QFile::ReadOwner | QFile::WriteOwner);
+}
