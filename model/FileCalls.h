@@ -28,7 +28,7 @@ enum class Fault {
 };
 Fault fault(Error error);
 
-/// An error when the file is there and may not be written.
+/// An error when something is there and is no file or may not be written.
 Error checkWritable(const QString &path);
 /// Creates a file that is not there yet and opens it. The same users may read and write it as
 /// `like`, or, where that is missing, as any new file; with an empty `like` its owner alone.

@@ -81,10 +81,16 @@ Fault fault(Error error)
 Error checkWritable(const QString &path)
 {
     const QByteArray name = QFile::encodeName(path);
-    const int file = uninterrupted(
-        [&name] { return ::open(name.constData(), O_WRONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY); });
+    struct stat there = {};
+    if (::stat(name.constData(), &there) != 0)
+        return errno == ENOENT ? 0 : static_cast<Error>(errno);
+    // A device or a pipe is not even opened: with some that does something.
+    if (!S_ISREG(there.st_mode))
+        return S_ISDIR(there.st_mode) ? EISDIR : EINVAL;
+    const int file =
+        uninterrupted([&name] { return ::open(name.constData(), O_WRONLY | O_CLOEXEC); });
     if (file < 0)
-        return errno == ENOENT ? 0 : errorOf(file);
+        return errorOf(file);
     ::close(file);
     return 0;
 }

@@ -48,7 +48,7 @@ enum class Readers {
 /// is known to have arrived. After a failure the target is as it was and the other file is gone.
 ///
 /// A target that is there and may not be written is refused: replacing it would only take the
-/// folder's consent. Where the target is a link, what it leads to is replaced. Neither goes for
+/// folder's consent. So is one that is no file, such as a device. Where the target is a link, what it leads to is replaced. Neither goes for
 /// Durability::Replaced, which replaces whatever bears the name.
 ///
 /// Any thread, one at a time.

@@ -15,6 +15,8 @@ vl_test(tst_accessibility SCREEN LINK vl::app SOURCES WindowFixture.h)
 target_compile_definitions(tst_accessibility PRIVATE VL_CATALOGUE_DIR="${VL_CATALOGUE_DIR}")
 add_dependencies(tst_accessibility catalogues)
 
+vl_test(tst_fulldisk POSIX LINK vl::app SOURCES SmallDisk.h TestDevices.h)
+
 vl_test(tst_settings POSIX LINK vl::app SOURCES WindowFixture.h)
 
 vl_test(tst_provisioning LINK vl::storage SOURCES HttpPhone.h TestSocket.h TestDevices.h)
