@@ -142,14 +142,13 @@ void MainWindow::restoreOptions()
     // Off, but not because anybody has chosen so.
     if (!m_options.recoveryData && !*wanted.recoveryData)
         wanted.recoveryData = true;
-    const bool stored = storeOptions(wanted);
-    if (stored)
-        m_options = wanted;
     showOptions(m_options);
-    if (stored) {
-        Modal::message(nullptr, QMessageBox::Information, tr("Options change"),
-                       tr("Config's change will take effect after reboot."));
-    }
+    if (!storeOptions(wanted))
+        return;
+    m_options = wanted;
+    showOptions(m_options);
+    Modal::message(nullptr, QMessageBox::Information, tr("Options change"),
+                   tr("Config's change will take effect after reboot."));
 }
 
 /// All of it or, as far as that can be had, nothing.

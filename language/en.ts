@@ -964,6 +964,10 @@
         <source>Do you want to delete the device %1?</source>
         <translation>Do you want to delete the device %1?</translation>
     </message>
+    <message>
+        <source>%1 can not be written: %2.</source>
+        <translation>%1 can not be written: %2.</translation>
+    </message>
 </context>
 <context>
     <name>Modal</name>
@@ -1174,6 +1178,41 @@
     <message>
         <source>Velloran Device Management Tool Help</source>
         <translation>Velloran Device Management Tool Help</translation>
+    </message>
+</context>
+<context>
+    <name>WholeFile</name>
+    <message>
+        <source>the disk is full</source>
+        <translation>the disk is full</translation>
+    </message>
+    <message>
+        <source>the file is too large</source>
+        <translation>the file is too large</translation>
+    </message>
+    <message>
+        <source>the disk is read-only</source>
+        <translation>the disk is read-only</translation>
+    </message>
+    <message>
+        <source>the permission to write is missing</source>
+        <translation>the permission to write is missing</translation>
+    </message>
+    <message>
+        <source>the folder does not exist</source>
+        <translation>the folder does not exist</translation>
+    </message>
+    <message>
+        <source>a folder has the file&apos;s name</source>
+        <translation>a folder has the file&apos;s name</translation>
+    </message>
+    <message>
+        <source>the file is in use by another program</source>
+        <translation>the file is in use by another program</translation>
+    </message>
+    <message>
+        <source>reading or writing the disk failed</source>
+        <translation>reading or writing the disk failed</translation>
     </message>
 </context>
 </TS>

@@ -964,6 +964,10 @@
         <source>Do you want to delete the device %1?</source>
         <translation>是否删除设备%1？</translation>
     </message>
+    <message>
+        <source>%1 can not be written: %2.</source>
+        <translation>无法写入 %1：%2。</translation>
+    </message>
 </context>
 <context>
     <name>Modal</name>
@@ -1174,6 +1178,41 @@
     <message>
         <source>Velloran Device Management Tool Help</source>
         <translation>Velloran设备管理工具帮助</translation>
+    </message>
+</context>
+<context>
+    <name>WholeFile</name>
+    <message>
+        <source>the disk is full</source>
+        <translation>磁盘已满</translation>
+    </message>
+    <message>
+        <source>the file is too large</source>
+        <translation>文件过大</translation>
+    </message>
+    <message>
+        <source>the disk is read-only</source>
+        <translation>磁盘为只读</translation>
+    </message>
+    <message>
+        <source>the permission to write is missing</source>
+        <translation>没有写入权限</translation>
+    </message>
+    <message>
+        <source>the folder does not exist</source>
+        <translation>文件夹不存在</translation>
+    </message>
+    <message>
+        <source>a folder has the file&apos;s name</source>
+        <translation>已有同名文件夹</translation>
+    </message>
+    <message>
+        <source>the file is in use by another program</source>
+        <translation>文件正被其他程序使用</translation>
+    </message>
+    <message>
+        <source>reading or writing the disk failed</source>
+        <translation>读写磁盘失败</translation>
     </message>
 </context>
 </TS>

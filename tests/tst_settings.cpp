@@ -92,6 +92,7 @@ private slots:
     void installersNote();
     void optionsSurviveARestart();
     void languageSurvivesARestart();
+    void whatCannotBeStoredIsNotChosen();
     void autoStartEntry();
     void portDialog();
 
@@ -366,14 +367,16 @@ void TestSettings::optionsSurviveARestart()
     openWindow();
     QCOMPARE(checkedOptions(), QByteArray("000"));
     QVERIFY(!QFile::exists(optionsPath()));
-    action(QStringLiteral("Recovery Data"))->trigger();
-    QCOMPARE(fileContent(optionsPath()), optionsXml("010"));
+    action(QStringLiteral("Auto Httpd"))->trigger();
+    QCOMPARE(fileContent(optionsPath()), optionsXml("011")); // the list comes back, as shipped
+    QCOMPARE(checkedOptions(), QByteArray("011"));
     QCOMPARE(m_shown.size(), 1);
     QCOMPARE(m_shown.first().title, QStringLiteral("Options change"));
     QCOMPARE(m_shown.first().text,
              QStringLiteral("Config's change will take effect after reboot."));
     QVERIFY(!QFile::exists(AutoStart::place()));
 
+    action(QStringLiteral("Auto Httpd"))->trigger();
     action(QStringLiteral("Auto Start"))->trigger();
     QCOMPARE(fileContent(optionsPath()), optionsXml("110"));
     QVERIFY(fileContent(AutoStart::place()).contains("Hidden=false"));
@@ -422,6 +425,43 @@ void TestSettings::languageSurvivesARestart()
         QCOMPARE(checkedLanguage(), QStringLiteral("zh"));
     }
     QCOMPARE(m_shown.size(), 3);
+}
+
+void TestSettings::whatCannotBeStoredIsNotChosen()
+{
+    openWindow();
+    action(QStringLiteral("Auto Httpd"))->trigger();
+    m_shown.clear();
+    const auto refused = [this](const QString &choice, const QString &title, const QString &path) {
+        action(choice)->trigger();
+        QCOMPARE(checkedOptions(), QByteArray("011"));
+        QCOMPARE(checkedLanguage(), QStringLiteral("en"));
+        QCOMPARE(m_shown.size(), 1);
+        QCOMPARE(m_shown.first().title, title);
+        QCOMPARE(m_shown.takeFirst().text,
+                 path + QLatin1String(" can not be written: a folder has the file's name."));
+    };
+    const QString options = QStringLiteral("Options change");
+    QVERIFY(QDir().mkpath(AutoStart::place()));
+    refused(QStringLiteral("Auto Start"), options, AutoStart::place());
+    QCOMPARE(fileContent(optionsPath()), optionsXml("011"));
+    QVERIFY(QDir().rmdir(AutoStart::place()));
+
+    QVERIFY(QFile::remove(optionsPath()));
+    for (const QString &path : {optionsPath(), configPath(), portPath()})
+        QVERIFY(QDir().mkpath(path));
+    refused(QStringLiteral("Auto Start"), options, optionsPath());
+    QVERIFY(fileContent(AutoStart::place()).contains("Hidden=true"));
+    refused(QStringLiteral("Auto Httpd"), options, optionsPath());
+    refused(QStringLiteral("简体中文"), QStringLiteral("Language change"), configPath());
+
+    action(QStringLiteral("Configure Httpd Port"))->trigger();
+    auto *const dialog = m_window->findChild<PortDialog *>();
+    dialog->okButton()->click();
+    QVERIFY(dialog->isVisible());
+    QCOMPARE(m_shown.size(), 1);
+    QCOMPARE(m_shown.first().text,
+             QStringLiteral("port.xml can not be written: a folder has the file's name."));
 }
 
 void TestSettings::autoStartEntry()
@@ -497,12 +537,6 @@ void TestSettings::portDialog()
     writeFile(portPath(), "<a><port>eighty</port></a>");
     open();
     QCOMPARE(edit()->text(), QString());
-
-    // The file cannot be written: the dialog stays.
-    QVERIFY(QFile::remove(portPath()));
-    QVERIFY(QDir().mkpath(portPath()));
-    dialog->okButton()->click();
-    QVERIFY(dialog->isVisible());
 }
 
 QTEST_MAIN(TestSettings)
