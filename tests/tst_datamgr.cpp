@@ -25,6 +25,7 @@ private slots:
     void unchangedListIsNotWritten();
     void deleteAllKeepsABackup();
     void newestThirtyBackupsStay();
+    void databasesInTheBackups();
     void asksBeforeGoingOnWithoutBackup();
     void nextRunFindsTheListNumberedAnew();
     void firstSaveKeepsRowsNeverLoaded_data();
@@ -243,13 +244,13 @@ void TestDataMgr::deleteAllKeepsABackup()
     QCOMPARE(filePermissions(at(QStringLiteral("backup"))),
              QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
 
-    // Two within one second are two files; numbers start again.
+    // Two within one second are two files, the same devices one; numbers start again.
     for (int i = 0; i < 3; ++i) {
-        run.mgr.insertContactNode(stampedDevice(QString::number(i)));
+        run.mgr.insertContactNode(stampedDevice(QString::number(i % 2)));
         QCOMPARE(run.mgr.devices().at(0).number, 1);
         QVERIFY(run.mgr.deleteAllContacts());
     }
-    QCOMPARE(backups().size(), 4);
+    QCOMPARE(backups().size(), 3);
     QCOMPARE(backup(name), content);
 }
 
@@ -285,6 +286,33 @@ void TestDataMgr::newestThirtyBackupsStay()
     for (const QString &name : left)
         written += backup(name) == backupText(stampedDevices("a")) ? 1 : 0;
     QCOMPARE(written, 1);
+}
+
+void TestDataMgr::databasesInTheBackups()
+{
+    Run run(m_folder->path(), "");
+    const QString database = run.dbOperator.database()->filePath();
+    DeviceBackup kept(m_folder->path() + QLatin1Char('/'));
+    for (int i = 0; i < 12; ++i) {
+        run.mgr.insertContactNode(stampedDevice(QString::number(i)));
+        QVERIFY(kept.copyDatabase(database));
+        const QString path = kept.lastPath();
+        QVERIFY(!fileContent(path).isEmpty());
+        QCOMPARE(fileContent(path), fileContent(database));
+        QVERIFY(kept.copyDatabase(database));
+        QCOMPARE(kept.lastPath(), path);
+    }
+    QCOMPARE(backups().size(), 10);
+
+    run.mgr.close();
+    const QByteArray content = fileContent(database);
+    QVERIFY(QFile::copy(database, database + QLatin1String("-journal")));
+    QVERIFY(kept.putAside(database));
+    QVERIFY(!QFile::exists(database) && !QFile::exists(database + QLatin1String("-journal")));
+    const QStringList aside = backups().filter(QStringLiteral("unreadable"));
+    QCOMPARE(aside.size(), 2);
+    QCOMPARE(aside.last(), aside.first() + QLatin1String("-journal"));
+    QCOMPARE(backup(aside.first()), content);
 }
 
 void TestDataMgr::asksBeforeGoingOnWithoutBackup()
