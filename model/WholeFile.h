@@ -47,9 +47,10 @@ enum class Readers {
 /// written to a file of its own beside the target, which takes the target's place once every byte
 /// is known to have arrived. After a failure the target is as it was and the other file is gone.
 ///
-/// A target that is there and may not be written is refused: replacing it would only take the
-/// folder's consent. So is one that is no file, such as a device. Where the target is a link, what it leads to is replaced. Neither goes for
-/// Durability::Replaced, which replaces whatever bears the name.
+/// A target that may not be written is refused, as replacing it would only take the folder's
+/// consent; so is one that is no file, such as a device. Where the target is a link, what it leads
+/// to is replaced. None of this goes for Durability::Replaced, which replaces whatever bears the
+/// name.
 ///
 /// Any thread, one at a time.
 class WholeFile
