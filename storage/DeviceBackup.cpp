@@ -159,7 +159,8 @@ QString DeviceBackup::keptAlready(QIODevice &content, const Kind &kind) const
     const QStringList names = namesOf(kind);
     for (const QString &name : names) {
         const QString path = m_folder + QLatin1Char('/') + name;
-        if (!holds(path, content))
+        // The same database with a journal beside it is another one.
+        if (partsOf(path).size() > 1 || !holds(path, content))
             continue;
         QFile file(path);
         if (file.open(QIODevice::ReadWrite))
@@ -221,13 +222,13 @@ bool DeviceBackup::took(const WriteResult &result)
 /// A file of the present time that is not there yet.
 QString DeviceBackup::freePath(const Kind &kind) const
 {
-    // In digits that every import dialog and script finds, whatever the system writes.
+    // In the digits by which namesOf() knows its own, whatever the system writes.
     const QString time =
         QLocale::c().toString(QDateTime::currentDateTime(), QStringLiteral("yyyyMMdd-hhmmss"));
     const QString stem = m_folder + QLatin1Char('/') + kind.stem + QLatin1Char('-') + time;
     QString path = stem + QLatin1Char('.') + kind.suffix;
     for (int i = 2; !partsOf(path).isEmpty(); ++i)
-        path = QStringLiteral("%1-%2.%3").arg(stem).arg(i).arg(kind.suffix);
+        path = QStringLiteral("%1-%2.%3").arg(stem, QString::number(i), kind.suffix);
     return path;
 }
 
