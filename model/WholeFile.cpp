@@ -155,7 +155,7 @@ WriteResult moveFile(const QString &from, const QString &to)
     QFile source(from);
     if (!source.open(QIODevice::ReadOnly))
         return WriteResult::failed(source.errorString());
-    const WriteResult copied = writeWholeFile(to, source, Durability::Synced, Readers::OwnerOnly);
+    WriteResult copied = writeWholeFile(to, source, Durability::Synced, Readers::OwnerOnly);
     source.close();
     if (copied && !source.remove())
         return WriteResult::failed(source.errorString());

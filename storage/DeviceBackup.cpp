@@ -158,7 +158,7 @@ QString DeviceBackup::keptAlready(QIODevice &content, const Kind &kind) const
 {
     const QStringList names = namesOf(kind);
     for (const QString &name : names) {
-        const QString path = m_folder + QLatin1Char('/') + name;
+        QString path = m_folder + QLatin1Char('/') + name;
         // The same database with a journal beside it is another one.
         if (partsOf(path).size() > 1 || !holds(path, content))
             continue;
