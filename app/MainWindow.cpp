@@ -84,7 +84,8 @@ MainWindow::MainWindow(DataMgr &dataMgr, const QString &folder, QWidget *parent)
     connectContent();
 
     createConnection();
-    readOptionsAndSet();
+    if (readOptionsAndSet() && !m_dataMgr.worker().isIdle())
+        statusBar()->showMessage(tr("The device list is being read..."));
     onViewUpdated();
     QMetaObject::invokeMethod(this, &MainWindow::finishStart, Qt::QueuedConnection);
 }
@@ -261,16 +262,8 @@ void MainWindow::connectContent()
             &MainWindow::onContactsDialogAddFinished);
     connect(centralWidget(), &QObject::destroyed, this, &MainWindow::closeWindow);
     connect(&m_dataMgr, &DataMgr::updateModel, m_view, &ContactView::updateContactModel);
-    // A start with a long list shows what stands at its top before all of it is read.
-    connect(&m_dataMgr, &DataMgr::listBegun, m_view, [this](int stored) {
-        m_view->updateContactModel();
-        m_commandBar->setDeviceCount(stored);
-        show();
-    });
-    connect(&m_dataMgr, &DataMgr::listMade, m_view, [this] {
-        m_view->setBusy(false);
-        m_view->updateContactModel();
-    });
+    connect(&m_dataMgr.worker(), &ListWorker::ended, this, &MainWindow::onJobEnded);
+    connect(&m_dataMgr.worker(), &ListWorker::idle, this, &MainWindow::onIdle);
 }
 
 void MainWindow::createConnection()
@@ -285,13 +278,38 @@ void MainWindow::onCreateDatabase()
     m_database = m_dataMgr.database();
 }
 
-/// What waits for the window to show: one after the other, as each may stop for the user.
+void MainWindow::onJobEnded(const ListJob &job)
+{
+    switch (job.kind()) {
+    case ListJob::Kind::Load:
+        statusBar()->clearMessage();
+        m_startError = job.reason();
+        break;
+    case ListJob::Kind::Import:
+        onImportEnded(job);
+        break;
+    case ListJob::Kind::Add:
+    case ListJob::Kind::Clear:
+    case ListJob::Kind::Save:
+        break;
+    }
+}
+
+void MainWindow::onIdle()
+{
+    if (m_state == State::Starting)
+        QMetaObject::invokeMethod(this, &MainWindow::finishStart, Qt::QueuedConnection);
+    else if (m_state == State::Closing)
+        QMetaObject::invokeMethod(this, &MainWindow::closeWindow, Qt::QueuedConnection);
+}
+
+/// What waits for the window to show and for the list: one after the other, as each may stop for
+/// the user.
 void MainWindow::finishStart()
 {
-    if (m_closeWanted) { // while the list was read
-        closeWindow();
+    if (m_state != State::Starting || !m_dataMgr.worker().isIdle())
         return;
-    }
+    m_state = State::Open;
     if (!m_startError.isEmpty()) {
         Modal::message(this, QMessageBox::Critical, tr("Database Error"),
                        tr("The device list in phonebook.db can not be read: %1. "
@@ -300,14 +318,6 @@ void MainWindow::finishStart()
     }
     if (m_autoHttpdAction->isChecked())
         selectHttpdService();
-}
-
-void MainWindow::setBusy(bool busy)
-{
-    m_dataMgr.setBusy(busy);
-    m_view->setBusy(busy);
-    if (!busy && m_closeWanted)
-        QMetaObject::invokeMethod(this, &MainWindow::closeWindow, Qt::QueuedConnection);
 }
 
 void MainWindow::constructNewFile()
@@ -326,9 +336,7 @@ void MainWindow::constructNewFiles()
 
 void MainWindow::onContactsDialogAddFinished(const QList<ContactInfo> &contacts)
 {
-    setBusy(true);
     m_dataMgr.addContacts(contacts);
-    setBusy(false);
 }
 
 void MainWindow::onContactDialogAddFinished(const ContactInfo &contact)
@@ -341,7 +349,7 @@ void MainWindow::showContactViewDetail(int index)
     qCDebug(debugLog) << "showContactViewDetail index =" << index;
     if (index < 0 || index >= m_dataMgr.devices().size())
         return;
-    const DeviceNode &node = m_dataMgr.devices().at(index);
+    const DeviceNode node = m_dataMgr.devices().at(index);
     m_editedContact = node.info;
     m_editedContact.id = node.number;
     // A title bar knows no shortcuts, and would show both.
@@ -364,9 +372,9 @@ void MainWindow::deleteOneContact(int index)
 
 void MainWindow::onDeleteContact()
 {
-    setBusy(true);
+    m_dataMgr.setBusy(true);
     m_dataMgr.deleteContactAt(m_view->currentListRow());
-    setBusy(false);
+    m_dataMgr.setBusy(false);
 }
 
 void MainWindow::askAndDeleteContact()
@@ -433,20 +441,27 @@ void MainWindow::about()
 void MainWindow::closeEvent(QCloseEvent *event)
 {
     closeWindow();
-    event->setAccepted(m_closed);
+    event->setAccepted(m_state == State::Closed);
 }
 
 void MainWindow::closeWindow()
 {
-    // A list in the making is not the one to be kept: setBusy() comes back here when it is made.
-    m_closeWanted = m_dataMgr.isBreathing();
-    if (m_closed || m_closeWanted)
+    if (m_state == State::Closed)
         return;
+    // A list in the making is finished first; a question that nobody answers is not waited for.
+    if (m_dataMgr.worker().phase() == ListWorker::Phase::Working) {
+        m_state = State::Closing;
+        return;
+    }
     // First, as a list that could not be saved on a full disk may need the room.
     m_dataMgr.removeWorkFiles();
-    if (!m_dataMgr.keepUnsavedList() || m_closed)
+    if (!m_dataMgr.keepUnsavedList()) {
+        m_state = State::Open;
         return;
-    m_closed = true;
+    }
+    if (m_state == State::Closed)
+        return; // by another way, while a box was open
+    m_state = State::Closed;
     m_dataMgr.close();
     emit globalQuit();
 }

@@ -15,6 +15,7 @@ class DatabaseLayer;
 class DataMgr;
 class ExportPage;
 class ImportPage;
+class ListJob;
 class LoadingWidget;
 class PortDialog;
 class QActionGroup;
@@ -117,6 +118,13 @@ protected:
     void closeEvent(QCloseEvent *event) override;
 
 private:
+    enum class State {
+        Starting, ///< the stored list is being read
+        Open,
+        Closing, ///< as soon as what is under way on the list is done
+        Closed
+    };
+
     void createActions();
     void createMenus();
     void createContent();
@@ -124,8 +132,10 @@ private:
     void createPages();
     void connectContent();
     QAction *addCommand(const QString &text, const QString &statusTip);
-    void setBusy(bool busy);
     void askAndDeleteContact();
+    void onJobEnded(const ListJob &job);
+    void onImportEnded(const ListJob &job);
+    void onIdle();
     void openHttpd();
     void closeHttpd();
     void enablePnp();
@@ -178,7 +188,5 @@ private:
     ContactInfo m_editedContact;
     Options m_options;    ///< as they are stored
     QString m_startError; ///< why the stored list could not be read
-    bool m_httpdOpening = false;
-    bool m_closed = false;
-    bool m_closeWanted = false; ///< as soon as the change that is under way is done
+    State m_state = State::Starting;
 };

@@ -7,7 +7,6 @@
 #include "widgets/LoadingWidget.h"
 #include "widgets/Modal.h"
 
-#include <QCoreApplication>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QHeaderView>
@@ -98,17 +97,26 @@ void MainWindow::ImportBegin()
     }
     m_dataMgr.setImportFlag(!m_importPage->clearList());
     m_loading->showOver(this);
-    setBusy(true);
-    const bool imported = m_dataMgr.importFile(path);
-    setBusy(false);
-    // What the user did meanwhile ends at the overlay.
-    QCoreApplication::processEvents();
+    m_dataMgr.setBusy(true);
+    m_dataMgr.importFile(path);
+}
+
+void MainWindow::onImportEnded(const ListJob &job)
+{
+    m_dataMgr.setBusy(false);
     m_loading->hide();
     m_importPage->slideOut();
-    if (!imported && !m_closed) {
-        Modal::message(this, QMessageBox::Warning, tr("Import Box"),
-                       tr("Import is failed, please check the file format and encoding."));
-    }
+    if (job.phase() != ListJob::Phase::Failed || m_state == State::Closed)
+        return;
+    QMessageBox box(QMessageBox::Warning, tr("Import Box"),
+                    tr("Import is failed, please check the file format and encoding."),
+                    QMessageBox::Ok, this);
+    box.setWindowIcon(Modal::windowIcon());
+    box.setInformativeText(job.reason());
+    Modal::run(box);
+    // With its path, for another try.
+    if (m_state != State::Closed)
+        m_importPage->slideIn();
 }
 
 void MainWindow::localExport()

@@ -7,22 +7,26 @@
 
 void MainWindow::selectHttpdService()
 {
-    if (m_closed || m_httpdOpening)
+    if (m_state == State::Closed)
         return;
-    if (m_commandBar->isHttpOpen())
-        closeHttpd();
-    else
+    switch (m_dataMgr.httpState()) {
+    case HttpdControl::State::Closed:
         openHttpd();
+        break;
+    case HttpdControl::State::Open:
+        closeHttpd();
+        break;
+    case HttpdControl::State::Opening:
+    case HttpdControl::State::Closing:
+        break; // the user is being asked already
+    }
 }
 
 void MainWindow::openHttpd()
 {
     // Once for all starts, or each report would appear once per start.
     connect(&m_dataMgr, &DataMgr::httpdMsg, this, &MainWindow::onHTTPDMsg, Qt::UniqueConnection);
-    m_httpdOpening = true; // the start asks the user, so this can be reached again
-    const bool started = m_dataMgr.startHttpService();
-    m_httpdOpening = false;
-    if (!started) {
+    if (!m_dataMgr.startHttpService()) {
         closeHttpd();
         return;
     }
@@ -52,7 +56,7 @@ void MainWindow::closeHttpd()
 
 void MainWindow::selectPNPServer()
 {
-    if (m_closed)
+    if (m_state == State::Closed)
         return;
     if (!m_commandBar->isPnpEnabled()) {
         enablePnp();

@@ -120,11 +120,9 @@ bool MainWindow::readOptionsAndSet()
 {
     if (!readOptionsFile(m_folder + optionsPath, m_options))
         return false;
-    // Before the list is read, during which the window lives already.
     showOptions(m_options);
-    if (m_recoveryDataAction->isChecked() && m_dataMgr.isStoreUsable() &&
-        !m_dataMgr.recoverPreviousData())
-        m_startError = m_dataMgr.lastErrorText();
+    if (m_recoveryDataAction->isChecked() && m_dataMgr.isStoreUsable())
+        m_dataMgr.recoverPreviousData();
     return true;
 }
 

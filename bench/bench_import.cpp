@@ -9,6 +9,7 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QEventLoop>
 #include <QFile>
 #include <QLoggingCategory>
 #include <QProcess>
@@ -87,14 +88,14 @@ double importInProgram(const QString &list, const QString &parent, int count, Co
     if (!mgr.openDatabase())
         return -1;
     const Pulse pulse;
-    bool imported = false;
     cost.measure(RUSAGE_SELF, [&] {
-        mgr.setBusy(true);
-        imported = mgr.importFile(list);
-        mgr.setBusy(false);
-        QCoreApplication::processEvents();
+        QEventLoop loop;
+        QObject::connect(&mgr.worker(), &ListWorker::idle, &loop, &QEventLoop::quit);
+        mgr.importFile(list);
+        if (!mgr.worker().isIdle())
+            loop.exec();
     });
-    if (!imported || mgr.database()->countContacts() != count)
+    if (!mgr.isSaved() || mgr.database()->countContacts() != count)
         std::printf("the import failed\n");
     mgr.close();
     return pulse.longestGap();

@@ -38,7 +38,6 @@ public:
         devices.clear();
         return true;
     }
-    void keepAlive() override {}
     void addContacts(const QList<ContactInfo> &contacts) override
     {
         for (const ContactInfo &contact : contacts) {

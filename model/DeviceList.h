@@ -2,23 +2,22 @@
 
 #include "model/ContactInfo.h"
 
-#include <QHash>
-#include <QVector>
+#include <QList>
 
 #include <memory>
 #include <mutex>
 
 /// One entry of the device list: the running number under which the window shows it, and the
-/// record.
+/// record, which lives as long as the list or snapshot that it was asked of stays as it is.
 struct DeviceNode
 {
-    qint32 number = 0;
-    ContactInfo info;
+    qint32 number;
+    const ContactInfo &info;
 };
-Q_DECLARE_TYPEINFO(DeviceNode, Q_MOVABLE_TYPE);
 
 /// The device list as it was at one moment. Copying is O(1) and the contents never change, so a
-/// snapshot may be read on any thread without a lock.
+/// snapshot may be read on any thread without a lock. Snapshots share the records that no change
+/// between them has touched.
 class DeviceListSnapshot
 {
 public:
@@ -27,13 +26,16 @@ public:
 
     int size() const;
     bool isEmpty() const { return size() == 0; }
-    const DeviceNode &at(int row) const;
-    const QVector<DeviceNode> &nodes() const;
+    /// The entry at `row` (must exist). Its number is its position, counted from 1.
+    DeviceNode at(int row) const;
+    /// Whether this row holds the same texts as that row of another snapshot. Fast where the two
+    /// share the record.
+    bool isSameRecord(int row, const DeviceListSnapshot &other, int otherRow) const;
 
     /// Row of the first device with exactly this MAC text, or -1. O(1).
     int rowOfMac(const QString &mac) const;
-    /// Row of the first device whose MAC, without colons and in lower case, equals `bare`, or -1.
-    /// The given text is compared as it stands. O(1).
+    /// Row of the first device whose MAC has this look-up form, see bareMac(), or -1. The given
+    /// text is compared as it stands. O(1).
     int rowOfBareMac(const QString &bare) const;
 
     /// Grows by at least one with every change of the list; equal versions of one list mean equal
@@ -59,6 +61,9 @@ class DeviceList
 {
 public:
     DeviceList();
+    /// A list of its own that begins with these contents, to be changed aside and handed over by
+    /// adopt().
+    explicit DeviceList(const DeviceListSnapshot &contents);
     ~DeviceList();
     DeviceList(const DeviceList &) = delete;
     DeviceList &operator=(const DeviceList &) = delete;
@@ -74,7 +79,7 @@ public:
     int rowOfBareMac(const QString &bare) const;
     /// Row of the first device with this running number, or -1.
     int rowOfNumber(qint32 number) const;
-    const DeviceNode &at(int row) const;
+    DeviceNode at(int row) const;
     int size() const;
 
     /// Appends a record under the next running number.
@@ -88,6 +93,8 @@ public:
     void clear();
     /// Replaces the whole contents, numbered from 1.
     void assign(const QList<ContactInfo> &contacts);
+    /// Takes over the contents of a list that was made aside, which is empty afterwards. O(1).
+    void adopt(DeviceList &aside);
 
 private:
     using State = DeviceListSnapshot::State;
@@ -97,6 +104,5 @@ private:
     mutable std::mutex m_mutex; ///< guards the two members below against snapshot() and version()
     std::shared_ptr<State> m_state;
     mutable bool m_handedOut = false; ///< a snapshot of m_state may exist
-    qint32 m_nextNumber = 1;
     const void *m_ownerThread;
 };

@@ -14,8 +14,6 @@ public:
     /// Empties the list if that is wanted of this import. False when it could not be done, with
     /// the list as it was.
     virtual bool clearOld() = 0;
-    /// To be called from time to time in long work, so that the window can show that it goes on.
-    virtual void keepAlive() = 0;
     /// Adds the devices of a file, in its order. Asks the user about those that are listed.
     virtual void addContacts(const QList<ContactInfo> &contacts) = 0;
 };

@@ -6,14 +6,6 @@
 
 #include <algorithm>
 
-namespace {
-
-// So few that the window need not wait for them, and that their values stay in the processor's
-// cache on the way to the store.
-constexpr int rowsAtOnce = 250;
-
-} // namespace
-
 DBOperator *DBOperator::instance()
 {
     static auto *const dbOperator = new DBOperator;
@@ -33,27 +25,22 @@ DatabaseLayer *DBOperator::database()
     return m_database;
 }
 
-bool DBOperator::save(const DeviceListSnapshot &list, const std::function<void()> &breathe)
+bool DBOperator::save(const DeviceListSnapshot &list)
 {
     ScopedTransaction transaction(*database());
     bool saved = transaction.isOpen();
-    int row = 0;
-    do {
-        const int count = std::min(rowsAtOnce, list.size() - row);
-        saved = saved && saveRows(list.nodes(), row, count);
-        row += count;
-        if (breathe)
-            breathe();
-    } while (saved && row < list.size());
+    for (int row = 0; saved && row < list.size(); row += rowsAtOnce)
+        saved = saveRows(list, row, rowsAtOnce);
     return saved && transaction.commit();
 }
 
-bool DBOperator::saveRows(const QVector<DeviceNode> &nodes, int first, int count)
+bool DBOperator::saveRows(const DeviceListSnapshot &list, int first, int count)
 {
+    const int end = std::min(first + count, list.size());
     QList<ContactInfo> contacts;
-    contacts.reserve(count);
-    for (int row = first; row < first + count; ++row) {
-        const DeviceNode &node = nodes.at(row);
+    contacts.reserve(end - first);
+    for (int row = first; row < end; ++row) {
+        const DeviceNode node = list.at(row);
         contacts.append(node.info);
         ContactInfo &record = contacts.last();
         record.id = node.number;
@@ -65,7 +52,7 @@ bool DBOperator::saveRows(const QVector<DeviceNode> &nodes, int first, int count
     return database()->insertContacts(contacts);
 }
 
-QList<ContactInfo> DBOperator::load(const ContactsRead &onTheWay)
+QList<ContactInfo> DBOperator::load()
 {
-    return database()->queryContacts(onTheWay);
+    return database()->queryContacts();
 }

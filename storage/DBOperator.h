@@ -6,8 +6,6 @@
 
 #include <QObject>
 
-#include <functional>
-
 /// Owns the store and converts between the device list and stored records. GUI thread only.
 class DBOperator : public QObject
 {
@@ -23,17 +21,19 @@ public:
     DatabaseLayer *database();
 
     /// Hands the whole list to the store as new rows whose id is the running number, in one
-    /// transaction. Nothing is deleted first. `breathe` is called from time to time meanwhile; it
-    /// must not come back here.
-    bool save(const DeviceListSnapshot &list, const std::function<void()> &breathe = {});
+    /// transaction. Nothing is deleted first.
+    bool save(const DeviceListSnapshot &list);
+    /// The same for up to `count` devices from the row `first` on.
+    bool saveRows(const DeviceListSnapshot &list, int first, int count);
 
     /// Every stored record. Whether reading failed, the store's lastErrorText() tells.
-    /// See DatabaseLayer::queryContacts() for `onTheWay`.
-    QList<ContactInfo> load(const ContactsRead &onTheWay = {});
+    QList<ContactInfo> load();
+
+    /// Devices that are handed to the store at once: so few that the window need not wait for them,
+    /// and that their values stay in the processor's cache on the way.
+    static constexpr int rowsAtOnce = 250;
 
 private:
-    bool saveRows(const QVector<DeviceNode> &nodes, int first, int count);
-
     QString m_directory;
     DatabaseLayer *m_database = nullptr;
 };

@@ -3,36 +3,35 @@
 #include "export/ExportBase.h"
 #include "export/ExportFactory.h"
 #include "export/ProvisioningDocument.h"
-#include "import/ParseBase.h"
-#include "import/ParseFactory.h"
-#include "model/DebugLog.h"
 #include "model/ExportType.h"
-#include "net/HttpdService.h"
 #include "storage/DBOperator.h"
 #include "storage/DatabaseLayer.h"
+#include "storage/ImportedDevices.h"
+#include "storage/StoredDevices.h"
 #include "widgets/Modal.h"
 
-#include <QCoreApplication>
-#include <QDir>
 #include <QFile>
-#include <QFileInfo>
-#include <QScopedValueRollback>
-#include <QSet>
 #include <QThread>
-#include <QTime>
 
-#include <cstdlib>
 #include <memory>
 #include <utility>
 
 namespace {
 
-// Each breath costs what the window then has to paint; the wheel turns every 80 ms or so.
-constexpr int millisecondsBetweenBreaths = 20;
-constexpr int devicesBetweenBreaths = 100;
-
 const QString databaseName = QStringLiteral("phonebook.db");
 const QString provisioningRoot = QStringLiteral("HTTPD");
+constexpr int retryPauseMilliseconds = 60 * 1000;
+
+/// No list at all, in place of the one before.
+class NoDevices : public ListSource
+{
+public:
+    Step step() override { return Step::Done; }
+    DeviceList &list() override { return m_list; }
+
+private:
+    DeviceList m_list;
+};
 
 } // namespace
 
@@ -46,11 +45,16 @@ DataMgr::DataMgr(DBOperator &dbOperator, const QString &directory, QObject *pare
     : QObject(parent)
     , m_directory(directory)
     , m_dbOperator(dbOperator)
-    , m_saver(m_devices, dbOperator, directory,
-              [this] { breathe(QEventLoop::ExcludeSocketNotifiers); })
+    , m_store(dbOperator, directory)
+    , m_worker([this](const ListJob::Question &question) { return ask(question); },
+               [this](const ListJob &job) { tellEnd(job); })
+    , m_retryPause(retryPauseMilliseconds)
     , m_pnpServer(*this)
+    , m_httpd(*this, directory)
 {
-    m_sinceBreath.start();
+    connect(&m_httpd, &HttpdControl::httpdMsg, this, &DataMgr::httpdMsg);
+    connect(&m_httpd, &HttpdControl::httpdAddressChanged, &m_pnpServer,
+            &PnPServer::setHttpdAddress);
 }
 
 DataMgr::~DataMgr()
@@ -67,25 +71,34 @@ bool DataMgr::openDatabase()
 {
     m_closed = false;
     m_failureTold = false;
-    return m_saver.open();
+    return m_store.open(m_devices.snapshot());
 }
 
 bool DataMgr::keepUnsavedList()
 {
-    // The table holds the whole list from before; half of the next one is not worth more.
-    if (m_closed || m_halfMade || m_saver.isSaved() || m_saver.save(ListSaver::Ask::Never))
+    m_worker.giveUp();
+    m_worker.finish();
+    if (m_closed || isSaved())
         return true;
-    const QString reason = m_saver.lastErrorText();
-    if (m_saver.backUp(m_devices.snapshot().contacts(), ListSaver::Ask::Never)) {
+    startSave(ListJob::Questions::Refused);
+    m_worker.finish();
+    if (isSaved())
+        return true;
+    const QString reason = m_store.reason();
+    const std::unique_ptr<ListBackup> backup = m_store.backUp(m_devices.snapshot());
+    ListBackup::Step step = ListBackup::Step::More;
+    while (step == ListBackup::Step::More)
+        step = backup->step();
+    if (step == ListBackup::Step::Done) {
         Modal::message(nullptr, QMessageBox::Warning, tr("Save Error"),
                        tr("The device list can not be saved: %1. A copy of it is kept in %2.")
-                           .arg(reason, m_saver.backupPath()));
+                           .arg(reason, m_store.backupPath()));
         return true;
     }
     return Modal::question(nullptr, tr("Save Error"),
                            tr("Neither the device list nor a copy of it can be written: %1. "
                               "Do you want to quit and lose the changes?")
-                               .arg(reason)) != Modal::Answer::No;
+                               .arg(reason)) == Modal::Answer::Yes;
 }
 
 void DataMgr::close()
@@ -93,233 +106,199 @@ void DataMgr::close()
     if (m_closed)
         return;
     m_closed = true;
+    m_worker.stop();
     stopPnPServer();
     stopHttpService();
-    m_saver.close();
+    m_store.close();
 }
 
-/// What reaches the list in the middle of a long change (by a screen reader's press, say; mouse and
-/// keys wait) would be saved into its open transaction, and with a list that is not whole.
-bool DataMgr::putOff(const std::function<void()> &change)
+void DataMgr::start(ListJob::Order order)
 {
-    if (m_breathing)
-        m_putOff.push_back(change);
-    return m_breathing;
+    ListJob::Effects effects;
+    effects.handOver = [this, isOtherList = order.dropsList](DeviceList &made) {
+        handOver(made, isOtherList);
+    };
+    effects.removeStore = [this] { cleanUp(); };
+    m_worker.start(std::make_unique<ListJob>(m_devices, m_store, effects, std::move(order)));
 }
 
-void DataMgr::setBusy(bool busy)
+void DataMgr::startSave(ListJob::Questions questions)
 {
-    m_busy = busy;
-    if (busy || m_breathing || m_putOff.empty())
+    ListJob::Order order;
+    order.questions = questions;
+    start(std::move(order));
+}
+
+void DataMgr::handOver(DeviceList &made, bool isOtherList)
+{
+    m_devices.adopt(made);
+    if (isOtherList)
+        m_oldDocuments.remove(m_directory + provisioningRoot);
+    emit updateModel();
+}
+
+void DataMgr::recoverPreviousData()
+{
+    if (m_worker.putOff([=] { recoverPreviousData(); }))
         return;
-    QMetaObject::invokeMethod(
-        this,
-        [this] {
-            const auto changes = std::exchange(m_putOff, {});
-            for (const auto &change : changes)
-                change();
-        },
-        Qt::QueuedConnection);
-}
-
-bool DataMgr::recoverPreviousData()
-{
-    if (m_breathing)
-        return false;
     m_busy = true;
-    const QScopedValueRollback<bool> halfMade(m_halfMade, true);
-    const bool wasEmpty = m_devices.size() == 0;
-    bool begun = false;
-    const int rows = m_saver.isUsable() ? database()->countContacts() : 0;
-    QList<ContactInfo> stored;
-    const bool loaded = m_saver.load(stored, [&](const QList<ContactInfo> &soFar) {
-        if (wasEmpty && !begun) {
-            begun = true;
-            m_devices.assign(soFar);
-            emit listBegun(rows);
-        }
-        breathe(QEventLoop::ExcludeSocketNotifiers);
-    });
-    if (begun && !loaded) {
-        m_devices.clear();
-        m_saver.markEmpty();
-        emit updateModel();
-    }
-    if (loaded) {
-        qCDebug(debugLog) << "queryData contact list size = " << stored.size();
-        m_devices.assign(stored);
-        m_saver.markLoaded(stored);
-        emit updateModel();
-    }
-    setBusy(false);
-    return loaded;
+    ListJob::Order order;
+    order.kind = ListJob::Kind::Load;
+    order.source = std::make_unique<StoredDevices>(m_store);
+    start(std::move(order));
 }
 
 void DataMgr::insertContactNode(const ContactInfo &contact)
 {
-    if (putOff([=] { insertContactNode(contact); }))
-        return;
-    Replace replace = Replace::AskOne;
-    if (addOrReplace(contact, replace))
-        saveAndAnnounce();
+    addContacts({contact});
 }
 
 void DataMgr::addContacts(const QList<ContactInfo> &contacts)
 {
-    if (putOff([=] { addContacts(contacts); }))
+    if (m_worker.putOff([=] { addContacts(contacts); }))
         return;
-    m_halfMade = m_halfMade || m_saver.isSaved();
-    Replace replace = Replace::AskOne;
-    for (int i = 0; i < contacts.size(); ++i) {
-        if (i % devicesBetweenBreaths == 0)
-            keepAlive();
-        // None before the first that is listed was, so what follows it tells of all.
-        if (replace == Replace::AskOne && m_devices.rowOfMac(contacts.at(i).mac) >= 0 &&
-            hasSeveralListed(contacts, i))
-            replace = Replace::AskMany;
-        addOrReplace(contacts.at(i), replace);
-        if (m_closed)
-            return; // the program was ended in the middle of a question
-    }
-    m_halfMade = false;
-    emit listMade();
-    saveAndAnnounce();
-}
-
-/// Whether more than one of these, from `first` on, finds its MAC taken, by the list or by one
-/// before it.
-bool DataMgr::hasSeveralListed(const QList<ContactInfo> &contacts, int first) const
-{
-    QSet<QString> seen;
-    int listed = 0;
-    for (int i = first; i < contacts.size() && listed < 2; ++i) {
-        const QString &mac = contacts.at(i).mac;
-        if (seen.contains(mac) || m_devices.rowOfMac(mac) >= 0)
-            ++listed;
-        seen.insert(mac);
-    }
-    return listed > 1;
-}
-
-/// False when the user kept the device that has this MAC already. An answer for all is kept in
-/// `replace`.
-bool DataMgr::addOrReplace(const ContactInfo &contact, Replace &replace)
-{
-    qCDebug(debugLog) << "insertContactNode.";
-    if (m_devices.rowOfMac(contact.mac) < 0) {
-        m_devices.append(contact);
-        return true;
-    }
-    if (replace == Replace::AskOne || replace == Replace::AskMany) {
-        const auto ask = replace == Replace::AskOne ? Modal::question : Modal::questionOfMany;
-        const QString text = QLatin1String("MAC:") + contact.mac + tr(" has already exist") +
-                             tr(",") + tr("do you want to replace it?");
-        const Modal::Answer answer = ask(nullptr, tr("Replace action"), text);
-        if (answer == Modal::Answer::YesToAll)
-            replace = Replace::All;
-        if (answer == Modal::Answer::NoToAll)
-            replace = Replace::None;
-        if (answer == Modal::Answer::No || m_closed)
-            return false;
-    }
-    if (replace == Replace::None)
-        return false;
-    // The list may have changed while the question was open.
-    const int row = m_devices.rowOfMac(contact.mac);
-    if (row < 0)
-        m_devices.append(contact);
-    else
-        m_devices.replaceAt(row, contact);
-    return true;
+    ListJob::Order order;
+    order.kind = ListJob::Kind::Add;
+    order.source = std::make_unique<MergedDevices>(m_devices.snapshot(), contacts);
+    start(std::move(order));
 }
 
 void DataMgr::updateContact(const ContactInfo &contact)
 {
-    if (putOff([=] { updateContact(contact); }))
-        return;
     const int row = m_devices.rowOfNumber(contact.id);
+    const QString mac = row < 0 ? QString() : m_devices.at(row).info.mac;
+    if (!m_worker.putOff([=] { updateAt(rowNow(contact.id, mac), contact); }))
+        updateAt(row, contact);
+}
+
+void DataMgr::updateAt(int row, const ContactInfo &contact)
+{
     if (row >= 0)
         m_devices.replaceAt(row, contact);
-    saveAndAnnounce();
+    emit updateModel();
+    startSave();
+}
+
+/// Where the device is that had this number when its change had to wait: the changes before it may
+/// have moved it, or another to its place.
+int DataMgr::rowNow(qint32 number, const QString &mac) const
+{
+    const int row = m_devices.rowOfNumber(number);
+    return row >= 0 && m_devices.at(row).info.mac == mac ? row : m_devices.rowOfMac(mac);
 }
 
 void DataMgr::deleteContactAt(int row)
 {
-    if (m_breathing)
-        return; // not put off: by then it may be another device's row
-    if (row >= 0 && row < m_devices.size()) {
-        m_devices.removeAt(row);
-        saveAndAnnounce();
-    } else {
+    if (row < 0 || row >= m_devices.size()) {
         emit updateModel();
+        return;
     }
-}
-
-bool DataMgr::deleteAllContacts()
-{
-    if (m_breathing)
-        return false;
-    if (m_devices.size() > 0 &&
-        !m_saver.backUp(m_devices.snapshot().contacts(), ListSaver::Ask::Allowed))
-        return false;
-    if (m_closed)
-        return false;
-    m_devices.clear();
-    saveAndAnnounce();
-    return true;
-}
-
-/// In this order, so that the window shows what a message about the save speaks of.
-void DataMgr::saveAndAnnounce()
-{
-    const bool saved = trySave(ListSaver::Ask::Allowed);
+    const QString mac = m_devices.at(row).info.mac;
+    if (m_worker.putOff([=] { deleteContactAt(rowNow(row + 1, mac)); }))
+        return;
+    m_devices.removeAt(row);
     emit updateModel();
-    if (!saved) {
-        emit listMade(); // for a view that waits for the end of the change
-        tellSaveFailure();
+    startSave();
+}
+
+void DataMgr::deleteAllContacts()
+{
+    if (m_worker.putOff([=] { deleteAllContacts(); }))
+        return;
+    ListJob::Order order;
+    order.kind = ListJob::Kind::Clear;
+    order.source = std::make_unique<NoDevices>();
+    order.dropsList = true;
+    start(std::move(order));
+}
+
+void DataMgr::save()
+{
+    if (!m_worker.putOff([=] { save(); }))
+        startSave();
+}
+
+void DataMgr::importFile(const QString &path)
+{
+    if (m_worker.putOff([=] { importFile(path); }))
+        return;
+    ListJob::Order order;
+    order.kind = ListJob::Kind::Import;
+    order.dropsList = m_importFlag;
+    order.replacesStore = m_importFlag;
+    order.source = std::make_unique<ImportedDevices>(
+        m_importFlag ? DeviceListSnapshot() : m_devices.snapshot(), m_directory, path);
+    start(std::move(order));
+}
+
+ListJob::Answer DataMgr::ask(const ListJob::Question &question)
+{
+    if (question.about == ListJob::About::ListedDevice)
+        return askAboutListed(question);
+    const QString text = tr("The backup of the device list can not be written: %1. "
+                            "Do you want to go on without a backup?")
+                             .arg(question.reason);
+    const Modal::Answer answer = Modal::question(nullptr, tr("Backup Error"), text);
+    return answer == Modal::Answer::Yes ? ListJob::Answer::Yes : ListJob::Answer::No;
+}
+
+ListJob::Answer DataMgr::askAboutListed(const ListJob::Question &question)
+{
+    const QString text = QLatin1String("MAC:") + question.mac + tr(" has already exist") + tr(",") +
+                         tr("do you want to replace it?");
+    const auto ask = question.several ? Modal::questionOfMany : Modal::question;
+    switch (ask(nullptr, tr("Replace action"), text)) {
+    case Modal::Answer::Yes:
+        return ListJob::Answer::Yes;
+    case Modal::Answer::YesToAll:
+        return ListJob::Answer::YesToAll;
+    case Modal::Answer::NoToAll:
+        return ListJob::Answer::NoToAll;
+    case Modal::Answer::No:
+    case Modal::Answer::Dismissed:
+        break;
     }
+    return ListJob::Answer::No;
 }
 
-bool DataMgr::save()
+void DataMgr::tellEnd(const ListJob &job)
 {
-    if (m_breathing)
-        return false; // what is under way saves at its end
-    const bool saved = trySave(ListSaver::Ask::Allowed);
-    if (!saved)
-        tellSaveFailure();
-    return saved;
-}
-
-bool DataMgr::trySave(ListSaver::Ask ask)
-{
-    Q_ASSERT(QThread::currentThread() == thread());
-    Q_ASSERT(!m_breathing);
-    if (m_closed)
-        return false;
-    if (m_saver.isSaving())
-        return true; // the one that waits for an answer takes this change with it
-    bool saved = false;
-    do
-        saved = m_saver.save(ask);
-    while (saved && !m_saver.isSaved());
-    m_retryWanted = !saved;
-    if (saved)
+    if (job.kind() == ListJob::Kind::Load)
+        m_busy = false;
+    m_store.setWaitsForLocks(true);
+    const bool quiet = m_closed || job.questions() == ListJob::Questions::Refused;
+    m_retryWanted = m_store.isBehind();
+    if (isSaved())
         m_failureTold = false;
-    return saved;
+    else if (!quiet && job.phase() == ListJob::Phase::Done)
+        tellSaveFailure();
+    if (!quiet)
+        tellCopy();
 }
 
 void DataMgr::tellSaveFailure()
 {
-    if (m_closed || m_failureTold)
+    if (std::exchange(m_failureTold, true))
         return;
-    m_failureTold = true;
     const QString text =
-        m_saver.isUsable()
+        m_store.isUsable()
             ? tr("The device list can not be saved: %1. "
                  "It is kept in the window and will be saved with the next change.")
             : tr("The device list can not be saved: %1. "
                  "It is kept in the window, and a copy is written when the program ends.");
-    Modal::message(nullptr, QMessageBox::Warning, tr("Save Error"), text.arg(lastErrorText()));
+    Modal::message(nullptr, QMessageBox::Warning, tr("Save Error"), text.arg(m_store.reason()));
+}
+
+/// The user may miss what another program had written.
+void DataMgr::tellCopy()
+{
+    const QString path = m_store.takeCopyPath();
+    if (path.isEmpty())
+        return;
+    Modal::message(nullptr, QMessageBox::Information, tr("Backup"),
+                   tr("phonebook.db held rows that are not in this list. The list is saved over "
+                      "them, and the file as it was is kept in %1.")
+                       .arg(path));
 }
 
 void DataMgr::saveList()
@@ -327,18 +306,23 @@ void DataMgr::saveList()
     if (QThread::currentThread() == thread()) {
         save();
     } else if (m_retryWanted.exchange(false)) {
-        // Never written from here: the connection to the database belongs to the GUI thread. Nor
-        // may a request from the network open boxes there.
-        QMetaObject::invokeMethod(
-            this,
-            [this] {
-                if (m_busy)
-                    m_retryWanted = true; // the list is in the making, and saved when it is made
-                else
-                    trySave(ListSaver::Ask::Never);
-            },
-            Qt::QueuedConnection);
+        // Never written from here: the connection to the database belongs to the GUI thread.
+        QMetaObject::invokeMethod(this, &DataMgr::retrySave, Qt::QueuedConnection);
     }
+}
+
+/// A request from the network neither opens boxes nor makes the window wait for a lock, however
+/// often it is made.
+void DataMgr::retrySave()
+{
+    const bool tooEarly = m_sinceRetry.isValid() && m_sinceRetry.elapsed() < m_retryPause;
+    if (tooEarly || !m_worker.isIdle()) {
+        m_retryWanted = m_store.isBehind();
+        return;
+    }
+    m_sinceRetry.start();
+    m_store.setWaitsForLocks(false);
+    startSave(ListJob::Questions::Refused);
 }
 
 bool DataMgr::exportDevices(int type, const QString &codecName, const QString &fileName,
@@ -362,128 +346,27 @@ bool DataMgr::exportDevices(int type, const QString &codecName, const QString &f
     return exporter->exportFile(codecName, filePath, devices);
 }
 
-bool DataMgr::importFile(const QString &path)
-{
-    if (m_breathing)
-        return false;
-    const std::unique_ptr<ParseBase> parser = createParser();
-    const QScopedValueRollback<bool> halfMade(m_halfMade, m_saver.isSaved());
-    return parser->import(path, parser->encodingOf(path)) && !m_closed;
-}
-
-std::unique_ptr<ParseBase> DataMgr::createParser()
-{
-    return std::unique_ptr<ParseBase>(ParseFactory().createParser(*this, m_directory));
-}
-
-/// The rows of a usable store stay until the imported list is saved over them in one transaction:
-/// whatever stops the program meanwhile leaves the old list. The import's work files, which it is
-/// reading from just now, go with its end.
-bool DataMgr::clearOld()
-{
-    if (!m_importFlag)
-        return true;
-    if (!m_saver.backUpAll(ListSaver::Ask::Allowed) || m_closed)
-        return false;
-    const bool usable = m_saver.isUsable();
-    if (!usable && (!m_saver.putAside() || m_closed))
-        return false; // the clean-up would remove what may be all that is left of a list
-    if (usable) {
-        removeProvisioningFiles();
-    } else {
-        cleanUp();
-        if (!m_saver.open())
-            return false;
-    }
-    m_devices.clear();
-    emit updateModel();
-    return true;
-}
-
 void DataMgr::cleanUp()
 {
     QFile::remove(m_directory + databaseName);
     removeWorkFiles();
-    removeProvisioningFiles();
+    m_oldDocuments.remove(m_directory + provisioningRoot);
 }
 
 void DataMgr::removeWorkFiles()
 {
-    createParser()->removeWorkFiles();
-}
-
-void DataMgr::keepAlive()
-{
-    breathe(QEventLoop::AllEvents);
-}
-
-/// What the user does meanwhile waits: the list is in the making. So does the end of the program;
-/// see isBreathing().
-void DataMgr::breathe(QEventLoop::ProcessEventsFlags flags)
-{
-    if (!m_busy || m_breathing || m_sinceBreath.elapsed() < millisecondsBetweenBreaths)
-        return;
-    const QScopedValueRollback<bool> breathing(m_breathing, true);
-    QCoreApplication::processEvents(flags | QEventLoop::ExcludeUserInputEvents);
-    m_sinceBreath.start();
-}
-
-void DataMgr::removeProvisioningFiles()
-{
-    const QFileInfo root(m_directory + provisioningRoot);
-    if (root.isDir() && !root.isSymLink())
-        QDir(root.filePath()).removeRecursively();
-    else
-        QFile::remove(root.filePath());
+    ImportedDevices::removeWorkFiles(m_directory);
 }
 
 bool DataMgr::startHttpService()
 {
-    if (m_httpdService || m_closed)
-        return m_httpdService && !m_httpdStarting;
-    m_httpdService = new HttpdService(*this, m_directory);
-    connect(m_httpdService, &HttpdService::httpdMsg, this, &DataMgr::httpdMsg,
-            Qt::UniqueConnection);
-    connect(m_httpdService, &HttpdService::httpdAddressChanged, &m_pnpServer,
-            &PnPServer::setHttpdAddress);
-    m_httpdStarting = true;
-    const bool started = m_httpdService->start();
-    m_httpdStarting = false;
-    if (!started || m_closed) {
-        deleteHttpService();
-        return false;
-    }
-    std::srand(static_cast<unsigned>(QTime(0, 0).secsTo(QTime::currentTime())));
-    return true;
+    return !m_closed && m_httpd.open();
 }
 
 bool DataMgr::stopHttpService()
 {
-    if (!m_httpdService)
-        return true;
-    if (m_httpdStarting)
-        // It waits for the user further up the stack; startHttpService() deletes it.
-        m_httpdService->stop();
-    else
-        deleteHttpService();
+    m_httpd.close();
     return true;
-}
-
-void DataMgr::deleteHttpService()
-{
-    m_httpdService->stop();
-    delete m_httpdService;
-    m_httpdService = nullptr;
-}
-
-QStringList DataMgr::serverAddresses() const
-{
-    return m_httpdService ? m_httpdService->addresses() : QStringList();
-}
-
-quint16 DataMgr::serverPort() const
-{
-    return m_httpdService ? m_httpdService->port() : quint16(80);
 }
 
 bool DataMgr::startPnPServer()

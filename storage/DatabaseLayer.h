@@ -7,13 +7,26 @@
 #include <QStringList>
 #include <QVariantList>
 
-#include <functional>
+#include <memory>
 
 /// For each table, the list of values of each column in the table's order.
 using ColumnMap = QMap<QString, QList<QVariantList>>;
 
-/// Gets what was read up to there; must not reach the store.
-using ContactsRead = std::function<void(const QList<ContactInfo> &soFar)>;
+/// Reads the stored rows a few at a time. Not to be used once the store was closed.
+class ContactReader
+{
+public:
+    ContactReader() = default;
+    virtual ~ContactReader() = default;
+    ContactReader(const ContactReader &) = delete;
+    ContactReader &operator=(const ContactReader &) = delete;
+
+    /// Appends the records of up to `rows` further rows. False at the end and after a failure,
+    /// which the store's lastErrorText() tells apart: it is empty at the end.
+    virtual bool readOn(int rows, QList<ContactInfo> &contacts) = 0;
+    /// Rows seen so far, also those that make no record of their own.
+    virtual int rowsSeen() const = 0;
+};
 
 /// The store of the device list, as the rest of the program sees it. Belongs to the thread that
 /// created it; errors go to the debug log and, as a text for the user, to lastErrorText().
@@ -41,21 +54,37 @@ public:
     /// Settles the rows of the last batch insert; they replace older rows with the same MAC.
     virtual bool mergeNewRecords() = 0;
     /// Every row in the table's natural order. A failure returns an empty list and leaves
-    /// lastErrorText() set; success clears it. `onTheWay`, if given, is called every thousand rows.
-    virtual QList<ContactInfo> queryContacts(const ContactsRead &onTheWay = {}) = 0;
+    /// lastErrorText() set; success clears it.
+    virtual QList<ContactInfo> queryContacts() = 0;
     /// Inserts the records as new rows.
     virtual bool insertContacts(const QList<ContactInfo> &contacts) = 0;
 
+    /// What queryContacts() reads, in steps. Other programs cannot write until the reader is gone.
+    virtual std::unique_ptr<ContactReader> readContacts() = 0;
+    /// Settles these rows of a batch inserted into an empty table, of which `first` counts from 0:
+    /// mergeNewRecords() for a long list, in steps. It must still be called at the end.
+    virtual bool settleRows(int first, int count) = 0;
+
     /// Transactions nest: only the outermost one begins and ends one in the database, and a
-    /// roll-back anywhere rolls all of it back. Use ScopedTransaction.
+    /// roll-back anywhere rolls all of it back. Once one has begun, nobody else can write. Use
+    /// ScopedTransaction, or end it in every case.
     virtual bool beginTransaction() = 0;
+    /// The same, for reading: nobody else can write, and nothing may be written here.
+    virtual bool beginReading() = 0;
     virtual bool commitTransaction() = 0;
     virtual void rollbackTransaction() = 0;
 
     /// Number of rows, or -1 when the table cannot be read.
     virtual int countContacts() = 0;
+    /// A number that changes when somebody else has written to the database; -1 when it cannot be
+    /// read.
+    virtual int dataVersion() = 0;
+    /// Whether an operation waits for another program's lock, for two seconds, or fails at once.
+    virtual void setWaitsForLocks(bool wait) = 0;
     /// The file that holds the database.
     virtual QString filePath() const = 0;
     /// Why the last failing operation failed.
     virtual QString lastErrorText() const = 0;
+    /// Whether it failed because another program holds the database.
+    virtual bool lastErrorIsLock() const = 0;
 };

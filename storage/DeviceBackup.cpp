@@ -98,8 +98,12 @@ DeviceBackup::DeviceBackup(const QString &directory)
 
 bool DeviceBackup::write(const QList<ContactInfo> &devices)
 {
-    QByteArray text = csv(devices);
-    QBuffer content(&text);
+    return write(csv(devices));
+}
+
+bool DeviceBackup::write(QByteArray csv)
+{
+    QBuffer content(&csv);
     content.open(QIODevice::ReadOnly);
     return keep(content, {QStringLiteral("devices"), QStringLiteral("csv"), keptLists});
 }
@@ -172,14 +176,23 @@ QString DeviceBackup::keptAlready(QIODevice &content, const Kind &kind) const
 
 QByteArray DeviceBackup::csv(const QList<ContactInfo> &devices)
 {
-    QString text = englishCsvHeader() + lineEnd;
-    for (const ContactInfo &device : devices) {
-        QStringList fields;
-        for (const ContactField &field : contactCsvFields())
-            fields.append(quotedWhereNeeded(withoutZeros(inOneLine(device.*field.member))));
-        text += fields.join(QLatin1Char(',')) + lineEnd;
-    }
-    return text.toUtf8();
+    QByteArray text = titleRow();
+    for (const ContactInfo &device : devices)
+        text += row(device);
+    return text;
+}
+
+QByteArray DeviceBackup::titleRow()
+{
+    return (englishCsvHeader() + lineEnd).toUtf8();
+}
+
+QByteArray DeviceBackup::row(const ContactInfo &device)
+{
+    QStringList fields;
+    for (const ContactField &field : contactCsvFields())
+        fields.append(quotedWhereNeeded(withoutZeros(inOneLine(device.*field.member))));
+    return (fields.join(QLatin1Char(',')) + lineEnd).toUtf8();
 }
 
 bool DeviceBackup::putAside(const QString &filePath)

@@ -22,6 +22,8 @@ public:
     /// Writes the devices to a new file named after the present time and removes the oldest ones
     /// beyond the newest 30. False when the file is not safely on disk.
     bool write(const QList<ContactInfo> &devices);
+    /// The same for contents that were put together with titleRow() and row().
+    bool write(QByteArray csv);
 
     /// Copies a database, with what its last writer may have left beside it, to a new file named
     /// after it and the present time, and removes the oldest copies beyond the newest 10. False
@@ -45,6 +47,8 @@ public:
     /// field that holds a comma or a quote is quoted, so that it comes back; of line breaks, which
     /// the import cannot read, a blank is left, and of zero characters nothing.
     static QByteArray csv(const QList<ContactInfo> &devices);
+    static QByteArray titleRow();
+    static QByteArray row(const ContactInfo &device);
 
 private:
     struct Kind;

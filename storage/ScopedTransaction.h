@@ -6,9 +6,11 @@
 class ScopedTransaction
 {
 public:
-    explicit ScopedTransaction(DatabaseLayer &database)
+    enum class For { Writing, Reading };
+
+    explicit ScopedTransaction(DatabaseLayer &database, For purpose = For::Writing)
         : m_database(database)
-        , m_open(database.beginTransaction())
+        , m_open(purpose == For::Writing ? database.beginTransaction() : database.beginReading())
     {
     }
     ~ScopedTransaction()

@@ -6,7 +6,6 @@
 
 #include <QFile>
 #include <QFileInfo>
-#include <QSqlError>
 #include <QTextCodec>
 #include <QThread>
 
@@ -16,16 +15,26 @@
 namespace {
 
 const QString fileName = QStringLiteral("phonebook.db");
-constexpr int rowsBetweenCalls = 1000;
 const QString contactTable = QStringLiteral("contact1");
 
-// A locked database makes the window wait this long before a save fails.
-const QString connectOptions = QStringLiteral("QSQLITE_BUSY_TIMEOUT=2000");
+constexpr int locked = 5;            // SQLITE_BUSY: by another program
+constexpr int lockedWithin = 6;      // SQLITE_LOCKED
+constexpr int primaryCode = 0xff;    // of an error; what is above it only says more
+constexpr int rowsReadAtOnce = 1000; // where nobody waits
 
 namespace Sql {
 // In KiB. A long list's pages are written once, at the end of the transaction, where the small
 // cache that is usual would spill them while they still change.
 const QString useLargeCache = QStringLiteral("pragma cache_size=-65536");
+// Milliseconds. The window stands still meanwhile.
+const QString waitForLocks = QStringLiteral("pragma busy_timeout=2000");
+const QString failOnLocks = QStringLiteral("pragma busy_timeout=0");
+const QString dataVersion = QStringLiteral("pragma data_version");
+// At once with the right to write, so that what is looked at first still holds when it is written.
+const QString begin = QStringLiteral("begin immediate");
+const QString beginReading = QStringLiteral("begin");
+const QString commit = QStringLiteral("commit");
+const QString rollback = QStringLiteral("rollback");
 const QString createTable = QStringLiteral(
     "create table contact1 (id INT PRIMARY KEY, mac VERCHAR, product VERCHAR, sip_server VERCHAR, "
     "sip_user_id VERCHAR, first_account VERCHAR, username VERCHAR, password VERCHAR, ip VERCHAR, "
@@ -45,6 +54,8 @@ const QString dropReplaced = QStringLiteral(
     "delete from contact1 where id in(select p1.id as contact_id from contact1 p1,contact1 p2 "
     "where p1.id<>p2.id and p1.mac=p2.mac and p1.flag<>p2.flag and p1.flag=0)");
 const QString settleNew = QStringLiteral("update contact1 set flag = 0 where flag = 1");
+const QString settleSome = QStringLiteral(
+    "update contact1 set flag = 0 where flag = 1 and rowid between ? and ?");
 const QString selectAll = QStringLiteral(
     "SELECT contact1.id, contact1.mac, contact1.product, contact1.sip_server, "
     "contact1.sip_user_id, contact1.first_account, contact1.ip, contact1.username, "
@@ -74,10 +85,8 @@ constexpr std::array<KnownError, 8> knownErrors = {{
 }};
 
 /// What the database says of it; what Qt was about to do tells a user nothing.
-QString reason(const QSqlError &error)
+QString reason(const QSqlError &error, int code)
 {
-    constexpr int primaryCode = 0xff; // what is above it only says more
-    const int code = error.nativeErrorCode().toInt() & primaryCode;
     const auto known = std::find_if(knownErrors.begin(), knownErrors.end(),
                                     [code](const KnownError &one) { return one.code == code; });
     if (known != knownErrors.end())
@@ -106,6 +115,64 @@ void setColumn(QVariantList &values, const QList<ContactInfo> &contacts, ValueOf
 
 } // namespace
 
+/// One record at a time is being put together: rows of one id that follow each other are one record
+/// with the values of the last, and a row without an id of its own makes none.
+class SqliteDatabase::Reader : public ContactReader
+{
+public:
+    explicit Reader(SqliteDatabase &database)
+        : m_database(database)
+        , m_query(database.newQuery())
+    {
+        m_query.setForwardOnly(true);
+        m_query.exec(Sql::selectAll);
+    }
+
+    bool readOn(int rows, QList<ContactInfo> &contacts) override
+    {
+        for (int i = 0; i < rows; ++i) {
+            if (!m_query.next())
+                return end(contacts);
+            readRow(contacts);
+        }
+        return true;
+    }
+
+    int rowsSeen() const override { return m_rowsSeen; }
+
+private:
+    void readRow(QList<ContactInfo> &contacts)
+    {
+        ++m_rowsSeen;
+        const int id = m_query.value(0).toInt();
+        if (id != m_current.id && m_current.id > 0)
+            contacts.append(m_current);
+        m_current.id = id;
+        int column = 1;
+        for (const ContactField &field : contactFields()) {
+            // What the row before says as well is kept once: most columns say the same all along.
+            const QString text = m_query.value(column++).toString();
+            if (text != m_current.*field.member)
+                m_current.*field.member = text;
+        }
+    }
+
+    bool end(QList<ContactInfo> &contacts)
+    {
+        if (m_current.id != 0)
+            contacts.append(m_current);
+        m_current.id = 0;
+        m_database.m_lastErrorText.clear();
+        m_database.succeeded(m_query);
+        return false;
+    }
+
+    SqliteDatabase &m_database;
+    QSqlQuery m_query;
+    ContactInfo m_current;
+    int m_rowsSeen = 0;
+};
+
 SqliteDatabase::SqliteDatabase(const QString &directory, QObject *parent)
     : DatabaseLayer(parent)
     , m_directory(directory)
@@ -133,18 +200,21 @@ bool SqliteDatabase::openDatabase()
         QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner);
     m_database = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"));
     m_database.setDatabaseName(path);
-    m_database.setConnectOptions(connectOptions);
     if (!m_database.open()) {
-        m_lastErrorText = reason(m_database.lastError());
+        noted(m_database.lastError());
         qCDebug(debugLog) << "sqlitedatabase return false db.open";
         return false;
     }
-    newQuery().exec(Sql::useLargeCache);
+    setWaitsForLocks(true);
+    execute(Sql::useLargeCache);
     // A creation that was cut short may also have left pages, and a journal by which SQLite takes
     // them back when the file is first read. A file that is not empty after that is nobody's to
     // repair.
-    if (existed && (count(Sql::countTables), QFileInfo(path).size() > 0))
-        return true;
+    if (existed) {
+        number(Sql::countTables);
+        if (QFileInfo(path).size() > 0)
+            return true;
+    }
     if (!createTable()) {
         qCDebug(debugLog) << "sqlitedatabase return false createdatabase";
         return false;
@@ -166,16 +236,12 @@ void SqliteDatabase::closeDatabase()
 
 void SqliteDatabase::clearContacts()
 {
-    QSqlQuery query = newQuery();
-    query.exec(Sql::deleteAll);
-    succeeded(query);
+    execute(Sql::deleteAll);
 }
 
 bool SqliteDatabase::createTable()
 {
-    QSqlQuery query = newQuery();
-    query.exec(Sql::createTable);
-    return succeeded(query);
+    return execute(Sql::createTable);
 }
 
 bool SqliteDatabase::insertColumns(const ColumnMap &columns)
@@ -195,7 +261,9 @@ bool SqliteDatabase::insertColumns(const ColumnMap &columns)
     }
     // Binding no values at all is no batch.
     const bool nothingToDo = contactList.isEmpty() || contactList.first().isEmpty();
-    const bool inserted = nothingToDo || ((prepared && query.execBatch()), succeeded(query));
+    if (prepared && !nothingToDo)
+        query.execBatch();
+    const bool inserted = nothingToDo || succeeded(query);
     // Also after a failed row: what becomes of the rows before it is for whoever opened the
     // outermost transaction to say.
     return transaction.commit() && inserted;
@@ -206,19 +274,15 @@ bool SqliteDatabase::updateFields(const QString &table, const QStringList &colum
 {
     bool updated = true;
     for (int i = 1; i < columns.size() && i < values.size(); ++i) {
-        QSqlQuery query = newQuery();
-        query.exec(
+        updated = execute(
             Sql::updateField.arg(table, columns.at(i), values.at(i), columns.at(0), values.at(0)));
-        updated = succeeded(query);
     }
     return updated;
 }
 
 bool SqliteDatabase::deleteAll()
 {
-    QSqlQuery query = newQuery();
-    query.exec(Sql::deleteAll);
-    return succeeded(query);
+    return execute(Sql::deleteAll);
 }
 
 void SqliteDatabase::setMode(int mode)
@@ -229,44 +293,37 @@ void SqliteDatabase::setMode(int mode)
 bool SqliteDatabase::mergeNewRecords()
 {
     useUtf8AsLocaleCodec();
-    const int settled = count(Sql::countSettled);
-    const int fresh = count(Sql::countNew);
-    QSqlQuery query = newQuery();
+    const int settled = number(Sql::countSettled);
+    const int fresh = number(Sql::countNew);
     if (settled != 0 && fresh != 0)
-        query.exec(Sql::dropReplaced);
-    query.exec(Sql::settleNew);
+        execute(Sql::dropReplaced);
+    return execute(Sql::settleNew);
+}
+
+bool SqliteDatabase::settleRows(int first, int count)
+{
+    QSqlQuery query = newQuery();
+    query.prepare(Sql::settleSome);
+    query.addBindValue(first + 1);
+    query.addBindValue(first + count);
+    query.exec();
     return succeeded(query);
 }
 
-QList<ContactInfo> SqliteDatabase::queryContacts(const ContactsRead &onTheWay)
+QList<ContactInfo> SqliteDatabase::queryContacts()
+{
+    const std::unique_ptr<ContactReader> reader = readContacts();
+    QList<ContactInfo> contacts;
+    while (reader->readOn(rowsReadAtOnce, contacts)) {
+    }
+    return m_lastErrorText.isEmpty() ? contacts : QList<ContactInfo>();
+}
+
+std::unique_ptr<ContactReader> SqliteDatabase::readContacts()
 {
     qCDebug(debugLog) << "getCSInfo.";
     useUtf8AsLocaleCodec();
-    QList<ContactInfo> contacts;
-    QSqlQuery query = newQuery();
-    query.setForwardOnly(true);
-    query.exec(Sql::selectAll);
-    ContactInfo current;
-    int rows = 0;
-    while (query.next()) {
-        const int id = query.value(0).toInt();
-        if (id != current.id && current.id > 0)
-            contacts.append(current);
-        if (onTheWay && ++rows % rowsBetweenCalls == 0)
-            onTheWay(contacts);
-        current.id = id;
-        int column = 1;
-        for (const ContactField &field : contactFields()) {
-            // What the row before says as well is kept once: most columns say the same all along.
-            const QString text = query.value(column++).toString();
-            if (text != current.*field.member)
-                current.*field.member = text;
-        }
-    }
-    if (current.id != 0)
-        contacts.append(current);
-    m_lastErrorText.clear();
-    return succeeded(query) ? contacts : QList<ContactInfo>();
+    return std::make_unique<Reader>(*this);
 }
 
 bool SqliteDatabase::insertContacts(const QList<ContactInfo> &contacts)
@@ -292,13 +349,26 @@ bool SqliteDatabase::insertContacts(const QList<ContactInfo> &contacts)
 
 bool SqliteDatabase::beginTransaction()
 {
-    Q_ASSERT(QThread::currentThread() == thread());
+    return begin(Sql::begin);
+}
+
+bool SqliteDatabase::beginReading()
+{
+    if (!begin(Sql::beginReading))
+        return false;
+    // What keeps others off is the first look at the file.
+    const bool readable = number(Sql::countTables) >= 0;
+    if (!readable)
+        rollbackTransaction();
+    return readable;
+}
+
+bool SqliteDatabase::begin(const QString &statement)
+{
     if (m_transactionDepth == 0) {
         m_rollBack = false;
-        if (!m_database.transaction()) {
-            m_lastErrorText = reason(m_database.lastError());
+        if (!execute(statement))
             return false;
-        }
     }
     ++m_transactionDepth;
     return true;
@@ -308,11 +378,9 @@ bool SqliteDatabase::commitTransaction()
 {
     if (--m_transactionDepth > 0)
         return !m_rollBack;
-    if (!m_rollBack && m_database.commit())
+    if (!m_rollBack && execute(Sql::commit))
         return true;
-    if (!m_rollBack)
-        m_lastErrorText = reason(m_database.lastError());
-    m_database.rollback();
+    newQuery().exec(Sql::rollback);
     return false;
 }
 
@@ -320,7 +388,7 @@ void SqliteDatabase::rollbackTransaction()
 {
     m_rollBack = true;
     if (--m_transactionDepth == 0)
-        m_database.rollback();
+        newQuery().exec(Sql::rollback);
 }
 
 QString SqliteDatabase::filePath() const
@@ -330,7 +398,22 @@ QString SqliteDatabase::filePath() const
 
 int SqliteDatabase::countContacts()
 {
-    return count(Sql::countAll);
+    return number(Sql::countAll);
+}
+
+int SqliteDatabase::dataVersion()
+{
+    return number(Sql::dataVersion);
+}
+
+void SqliteDatabase::setWaitsForLocks(bool wait)
+{
+    execute(wait ? Sql::waitForLocks : Sql::failOnLocks);
+}
+
+bool SqliteDatabase::lastErrorIsLock() const
+{
+    return m_lastErrorCode == locked || m_lastErrorCode == lockedWithin;
 }
 
 QSqlQuery SqliteDatabase::newQuery() const
@@ -339,22 +422,34 @@ QSqlQuery SqliteDatabase::newQuery() const
     return QSqlQuery(m_database);
 }
 
+bool SqliteDatabase::execute(const QString &statement)
+{
+    QSqlQuery query = newQuery();
+    query.exec(statement);
+    return succeeded(query);
+}
+
 /// Whether the last statement left no error; keeps the reason when it did.
 bool SqliteDatabase::succeeded(const QSqlQuery &query)
 {
     // On a closed database a statement is not even tried, and leaves no error of its own.
-    const QSqlError error =
-        m_database.isOpen()
-            ? query.lastError()
-            : QSqlError(QString(), tr("the database is not open"), QSqlError::ConnectionError);
+    return noted(m_database.isOpen() ? query.lastError()
+                                     : QSqlError(QString(), tr("the database is not open"),
+                                                 QSqlError::ConnectionError));
+}
+
+bool SqliteDatabase::noted(const QSqlError &error)
+{
     if (!error.isValid())
         return true;
-    m_lastErrorText = reason(error);
+    m_lastErrorCode = error.nativeErrorCode().toInt() & primaryCode;
+    m_lastErrorText = reason(error, m_lastErrorCode);
     qCDebug(debugLog) << error;
     return false;
 }
 
-int SqliteDatabase::count(const QString &statement)
+/// The number that the statement gives, or -1.
+int SqliteDatabase::number(const QString &statement)
 {
     QSqlQuery query = newQuery();
     query.exec(statement);

@@ -4,6 +4,7 @@
 #include "storage/DatabaseLayer.h"
 
 #include <QSqlDatabase>
+#include <QSqlError>
 #include <QSqlQuery>
 
 /// The device list in "phonebook.db", through Qt's default SQL connection. GUI thread only: a Qt
@@ -26,25 +27,37 @@ public:
     bool deleteAll() override;
     void setMode(int mode) override;
     bool mergeNewRecords() override;
-    QList<ContactInfo> queryContacts(const ContactsRead &onTheWay = {}) override;
+    QList<ContactInfo> queryContacts() override;
     bool insertContacts(const QList<ContactInfo> &contacts) override;
 
+    std::unique_ptr<ContactReader> readContacts() override;
+    bool settleRows(int first, int count) override;
     bool beginTransaction() override;
+    bool beginReading() override;
     bool commitTransaction() override;
     void rollbackTransaction() override;
     int countContacts() override;
+    int dataVersion() override;
+    void setWaitsForLocks(bool wait) override;
     QString filePath() const override;
     QString lastErrorText() const override { return m_lastErrorText; }
+    bool lastErrorIsLock() const override;
 
 private:
+    class Reader;
+
     QSqlQuery newQuery() const;
+    bool begin(const QString &statement);
+    bool execute(const QString &statement);
     bool succeeded(const QSqlQuery &query);
-    int count(const QString &statement);
+    bool noted(const QSqlError &error);
+    int number(const QString &statement);
 
     int m_mode = 0;
     QString m_directory;
     QSqlDatabase m_database;
     QString m_lastErrorText;
+    int m_lastErrorCode = 0; ///< SQLite's, without what only says more
     /// The values of the batch inserted last. A long list comes in many batches, and values are
     /// quicker set than made.
     ColumnMap m_batch;

@@ -69,8 +69,10 @@ const QString no = QStringLiteral("No");
 const QString replaceAction = QStringLiteral("Replace action");
 const QString saveError = QStringLiteral("Save Error");
 const QString backupError = QStringLiteral("Backup Error");
+const QString backupTold = QStringLiteral("Backup");
 
-/// The program's data side over one folder, as one run of the program has it.
+/// The program's data side over one folder, as one run of the program has it. Every job is over
+/// when the call that starts it returns, unless a test wants slices.
 struct Run
 {
     explicit Run(const QString &folder)
@@ -78,6 +80,11 @@ struct Run
         , mgr(dbOperator, folder + QLatin1Char('/'))
         , changes(&mgr, &DataMgr::updateModel)
     {
+        mgr.setSlice(-1);
+        QObject::connect(&mgr.worker(), &ListWorker::ended, &mgr, [this](const ListJob &job) {
+            lastPhase = job.phase();
+            lastReason = job.reason();
+        });
     }
 
     /// Opened, with the devices of these stamps when there are any.
@@ -87,15 +94,42 @@ struct Run
     QString stamps() const
     {
         QStringList stamps;
-        for (const DeviceNode &node : mgr.devices().snapshot().nodes())
-            stamps.append(node.info.mac.section(QLatin1Char('.'), 0, 0));
+        for (int row = 0; row < mgr.devices().size(); ++row)
+            stamps.append(mgr.devices().at(row).info.mac.section(QLatin1Char('.'), 0, 0));
         return stamps.join(QLatin1Char(' '));
     }
     QList<ContactInfo> contacts() const { return mgr.devices().snapshot().contacts(); }
 
+    /// Whether the job that these calls start did what it was to.
+    bool load()
+    {
+        lastPhase = ListJob::Phase::GivenUp; // unless it ends
+        mgr.recoverPreviousData();
+        return lastPhase == ListJob::Phase::Done;
+    }
+    bool import(const QString &path)
+    {
+        lastPhase = ListJob::Phase::GivenUp; // unless it ends
+        mgr.importFile(path);
+        return lastPhase == ListJob::Phase::Done;
+    }
+    bool save()
+    {
+        mgr.save();
+        return mgr.isSaved();
+    }
+    bool deleteAll()
+    {
+        lastPhase = ListJob::Phase::GivenUp; // unless it ends
+        mgr.deleteAllContacts();
+        return lastPhase == ListJob::Phase::Done;
+    }
+
     DBOperator dbOperator;
     DataMgr mgr;
     QSignalSpy changes;
+    ListJob::Phase lastPhase = ListJob::Phase::Reading; ///< of the job that ended last
+    QString lastReason;
 };
 
 /// The devices with these stamps, which stand with a blank between them.

@@ -66,6 +66,7 @@ protected:
         m_dataMgr.reset();
         m_dbOperator = std::make_unique<DBOperator>(folder);
         m_dataMgr = std::make_unique<DataMgr>(*m_dbOperator, folder);
+        m_dataMgr->setSlice(m_slice);
         m_window = std::make_unique<MainWindow>(*m_dataMgr, folder);
         m_window->show();
         QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
@@ -83,6 +84,7 @@ protected:
     QList<Shown> m_shown;
     QStringList m_answers; ///< texts of the buttons to press, in order
     std::function<void()> m_whileAsking;
+    int m_slice = -1; ///< of the window's next start: every job is over when its call returns
 
 private:
     int answer(QDialog &dialog)

@@ -1,13 +1,18 @@
-// Saves without end until it is killed.
-//   killed_saver save <folder>     alternates two lists of 1,000 devices in the store of the folder
+// Changes a stored list of 1,000 devices without end until it is killed: list "one" becomes list
+// "two", list "two" becomes list "one".
+//   killed_saver batch <folder>    by a batch that replaces every device
+//   killed_saver import <folder>   by importing a file in place of the list
 //   killed_saver create <folder>   creates one store after the other in new folders 0, 1, 2, ...
 #include "TestDevices.h"
 #include "storage/DBOperator.h"
+#include "storage/DataMgr.h"
 #include "storage/DatabaseLayer.h"
-#include "storage/ListSaver.h"
+#include "storage/DeviceBackup.h"
+#include "widgets/Modal.h"
 
-#include <QCoreApplication>
+#include <QApplication>
 #include <QDir>
+#include <QPushButton>
 
 #include <cstdio>
 
@@ -19,22 +24,47 @@ void tell(const char *what)
     std::fflush(stdout);
 }
 
-int saveForEver(const QString &folder)
+bool isListOne(const DataMgr &mgr)
 {
-    const QList<ContactInfo> lists[] = {thousandDevices(QStringLiteral("one")),
-                                        thousandDevices(QStringLiteral("two"))};
+    return mgr.devices().size() > 0 &&
+           mgr.devices().at(0).info.city.startsWith(QLatin1String("one"));
+}
+
+QString listFile(const QString &folder, const QString &stamp)
+{
+    const QString path = folder + stamp + QLatin1String(".csv");
+    QFile file(path);
+    if (file.open(QIODevice::WriteOnly))
+        file.write(DeviceBackup::csv(thousandDevices(stamp)));
+    return path;
+}
+
+int changeForEver(const QString &mode, const QString &folder)
+{
+    Modal::setRunner([](QDialog &dialog) {
+        const QList<QPushButton *> buttons = dialog.findChildren<QPushButton *>();
+        for (QPushButton *const button : buttons) {
+            if (button->text() == QLatin1String("Yes to All"))
+                button->click();
+        }
+        return 0;
+    });
     DBOperator dbOperator(folder);
-    DeviceList list;
-    ListSaver saver(list, dbOperator, folder);
-    QList<ContactInfo> stored;
-    if (!saver.open() || !saver.load(stored))
+    DataMgr mgr(dbOperator, folder);
+    if (!mgr.openDatabase())
         return 1;
-    list.assign(stored);
-    saver.markLoaded(stored);
+    mgr.setSlice(-1);
+    mgr.setImportFlag(true);
+    mgr.recoverPreviousData();
+    const QString files[] = {listFile(folder, QStringLiteral("one")),
+                             listFile(folder, QStringLiteral("two"))};
     tell("ready\n");
-    for (int i = !stored.isEmpty() && stored.first().city.startsWith(QLatin1String("one"));; ++i) {
-        list.assign(lists[i % 2]);
-        if (!saver.save(ListSaver::Ask::Never))
+    for (int i = isListOne(mgr) ? 1 : 0;; i = 1 - i) {
+        if (mode == QLatin1String("import"))
+            mgr.importFile(files[i]);
+        else
+            mgr.addContacts(thousandDevices(i == 0 ? QStringLiteral("one") : QStringLiteral("two")));
+        if (!mgr.isSaved() || isListOne(mgr) != (i == 0))
             return 2;
     }
 }
@@ -56,10 +86,11 @@ int createForEver(const QString &folder)
 
 int main(int argc, char *argv[])
 {
-    const QCoreApplication application(argc, argv);
+    const QApplication application(argc, argv);
     const QStringList arguments = QCoreApplication::arguments();
     if (arguments.size() != 3)
         return 64;
+    const QString mode = arguments.at(1);
     const QString folder = arguments.at(2) + QLatin1Char('/');
-    return arguments.at(1) == QLatin1String("create") ? createForEver(folder) : saveForEver(folder);
+    return mode == QLatin1String("create") ? createForEver(folder) : changeForEver(mode, folder);
 }

@@ -108,6 +108,7 @@ int main(int argc, char *argv[])
     Modal::setRunner([&](QDialog &dialog) { return answer(dialog, arguments.at(1), failed); });
     DBOperator dbOperator(folder);
     DataMgr dataMgr(dbOperator, folder);
+    dataMgr.setSlice(-1);
     MainWindow window(dataMgr, folder);
     window.show();
     dataMgr.addContacts(devices(0, QStringLiteral("KTP21XX"), arguments.at(2).toInt()) +

@@ -28,7 +28,6 @@ public:
         ++clears;
         return mayClear;
     }
-    void keepAlive() override {}
     void addContacts(const QList<ContactInfo> &contacts) override { added += contacts; }
 
     bool mayClear = true;
@@ -414,10 +413,10 @@ void TestCsvImport::backupComesBack()
     devices[3].mac = QStringLiteral(",\"");
     devices[3].company = QStringLiteral("\r\nAcme\n\r\nLtd\r\n");
     run.mgr.addContacts(devices);
-    QVERIFY(run.mgr.deleteAllContacts());
+    QVERIFY(run.deleteAll());
     const QStringList names = backups("devices-*.csv");
     QCOMPARE(names.size(), 1);
-    QVERIFY(run.mgr.importFile(path("backup/") + names.first()));
+    QVERIFY(run.import(path("backup/") + names.first()));
     const QList<ContactInfo> restored = run.contacts();
     QCOMPARE(restored.size(), devices.size());
     devices[2].city.chop(1);
@@ -449,12 +448,12 @@ void TestCsvImport::flagSaysWhetherTheListIsReplaced()
     }
     Run run(m_folder->path(), "");
     if (isLoaded)
-        QVERIFY(run.mgr.recoverPreviousData());
+        QVERIFY(run.load());
     QVERIFY(QDir(m_folder->path()).mkpath(QStringLiteral("HTTPD/MACCFG")));
     writeFile("old", "HTTPD/MACCFG/cfga");
     const QList<ContactInfo> newDevices = stampedDevices("c d e");
     run.mgr.setImportFlag(flag);
-    QVERIFY(run.mgr.importFile(writeFile(csvText(englishCsvHeader(), newDevices).toUtf8())));
+    QVERIFY(run.import(writeFile(csvText(englishCsvHeader(), newDevices).toUtf8())));
 
     const QList<ContactInfo> expected = flag ? newDevices : oldDevices + newDevices;
     QVERIFY(run.contacts() == numbered(expected));
@@ -500,7 +499,7 @@ void TestCsvImport::failedImportChangesNothing()
     const QString source = exists ? writeFile(content) : path("source.csv");
     for (const bool flag : {false, true}) {
         run.mgr.setImportFlag(flag);
-        QVERIFY(!run.mgr.importFile(source));
+        QVERIFY(!run.import(source));
         QVERIFY(run.contacts() == before);
         QVERIFY(fileContent(databasePath()) == database);
         QVERIFY(run.changes.isEmpty());
@@ -516,10 +515,10 @@ void TestCsvImport::headerAloneIsAnEmptyList()
     const QList<ContactInfo> devices = stampedDevices("a b");
     run.mgr.addContacts(devices);
     const QString source = writeFile(englishCsvHeader().toUtf8());
-    QVERIFY(run.mgr.importFile(source));
+    QVERIFY(run.import(source));
     QVERIFY(run.contacts() == numbered(devices));
     run.mgr.setImportFlag(true);
-    QVERIFY(run.mgr.importFile(source));
+    QVERIFY(run.import(source));
     QCOMPARE(run.mgr.devices().size(), 0);
     QCOMPARE(RawDatabase(databasePath()).difference({}), QString());
     QCOMPARE(backups("devices-*.csv").size(), 1);
@@ -563,7 +562,7 @@ void TestCsvImport::duplicatesOfAnImport()
     for (ContactInfo &device : newDevices)
         device.company = QStringLiteral("new");
     m_user->answers = answers;
-    QVERIFY(run.mgr.importFile(writeFile(csvText(englishCsvHeader(), newDevices).toUtf8())));
+    QVERIFY(run.import(writeFile(csvText(englishCsvHeader(), newDevices).toUtf8())));
 
     QCOMPARE(run.mgr.devices().size(), count);
     const QList<ContactInfo> devices = run.contacts();
@@ -599,7 +598,7 @@ void TestCsvImport::endInTheMiddleKeepsTheOldRows()
         run.mgr.close();
     };
     run.mgr.setImportFlag(true);
-    QVERIFY(!run.mgr.importFile(writeFile("MAC,Random Port\nd,1\nd,2\ne,3\n")));
+    QVERIFY(!run.import(writeFile("MAC,Random Port\nd,1\nd,2\ne,3\n")));
     QCOMPARE(m_user->titles(), QStringList{replaceAction});
     QCOMPARE(RawDatabase(databasePath()).difference(oldDevices), QString());
 }
@@ -613,7 +612,7 @@ void TestCsvImport::refusedBackupStopsTheImport()
     run.mgr.setImportFlag(true);
     const QString source = writeFile("MAC,Random Port\nc,1\n");
     m_user->answers = QStringList{no};
-    QVERIFY(!run.mgr.importFile(source));
+    QVERIFY(!run.import(source));
     QCOMPARE(m_user->titles(), QStringList{backupError});
     QVERIFY(run.contacts() == numbered(devices));
     QCOMPARE(RawDatabase(databasePath()).difference(devices), QString());
@@ -626,11 +625,11 @@ void TestCsvImport::damagedStoreIsPutAside()
     Run run(m_folder->path());
     QVERIFY(!run.mgr.openDatabase());
     const QString source = writeFile("MAC,Random Port\nc,1\n");
-    QVERIFY(!run.mgr.importFile(path("no such file")));
+    QVERIFY(!run.import(path("no such file")));
     QCOMPARE(fileContent(databasePath()), damaged);
 
     run.mgr.setImportFlag(true);
-    QVERIFY(run.mgr.importFile(source));
+    QVERIFY(run.import(source));
     QVERIFY(run.mgr.isStoreUsable());
     QCOMPARE(RawDatabase(databasePath()).rows().size(), 1);
     const QStringList names = backups("phonebook-*.db");
@@ -649,12 +648,12 @@ void TestCsvImport::damagedStoreThatCannotBePutAside()
     QVERIFY(!run.mgr.openDatabase());
     run.mgr.setImportFlag(true);
     m_user->answers = QStringList{no};
-    QVERIFY(!run.mgr.importFile(source));
+    QVERIFY(!run.import(source));
     QCOMPARE(m_user->titles(), QStringList{backupError});
     QVERIFY(!run.mgr.isStoreUsable());
     QCOMPARE(fileContent(databasePath()), damaged);
     m_user->answers = QStringList{yes};
-    QVERIFY(run.mgr.importFile(source));
+    QVERIFY(run.import(source));
     QCOMPARE(RawDatabase(databasePath()).rows().size(), 1);
 }
 
@@ -667,7 +666,7 @@ void TestCsvImport::storeThatCannotBeReplacedLeavesTheList()
     m_user->answers = QStringList{yes};
     run.mgr.addContacts(stampedDevices("a"));
     run.mgr.setImportFlag(true);
-    QVERIFY(!run.mgr.importFile(writeFile("MAC,Random Port\nc,1\n")));
+    QVERIFY(!run.import(writeFile("MAC,Random Port\nc,1\n")));
     QVERIFY(run.contacts() == numbered(stampedDevices("a")));
 }
 

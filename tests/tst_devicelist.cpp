@@ -15,8 +15,8 @@ namespace {
 QStringList macs(const DeviceListSnapshot &list)
 {
     QStringList texts;
-    for (const DeviceNode &node : list.nodes())
-        texts.append(node.info.mac);
+    for (int row = 0; row < list.size(); ++row)
+        texts.append(list.at(row).info.mac);
     return texts;
 }
 
@@ -121,7 +121,7 @@ void TestDeviceList::snapshotsAreConsistentOnOtherThreads()
             lastVersion = snapshot.version();
             for (int row = glance ? snapshot.size() - 1 : 0; row >= 0 && row < snapshot.size();
                  ++row) {
-                const DeviceNode &node = snapshot.at(row);
+                const DeviceNode node = snapshot.at(row);
                 const int found = snapshot.rowOfMac(node.info.mac);
                 right = right && node.number == row + 1 && isStampedDevice(node.info) &&
                         found >= 0 && found <= row &&

@@ -1,4 +1,4 @@
-// Kills the program in the middle of its saves. Twenty rounds, or as many as the environment's
+// Kills the program in the middle of its changes. Twenty rounds of each kind, or as many as the environment's
 // VL_KILL_ROUNDS says.
 #include "RawDatabase.h"
 #include "TestDevices.h"
@@ -55,18 +55,27 @@ class TestKillSafety : public QObject
     Q_OBJECT
 
 private slots:
+    void savesAreWhole_data();
     void savesAreWhole();
     void creationIsWhole();
 };
 
+void TestKillSafety::savesAreWhole_data()
+{
+    QTest::addColumn<QString>("mode");
+    QTest::newRow("batch") << QStringLiteral("batch");
+    QTest::newRow("import") << QStringLiteral("import");
+}
+
 void TestKillSafety::savesAreWhole()
 {
+    QFETCH(QString, mode);
     const QTemporaryDir folder;
     const QString path = folder.filePath(QStringLiteral("phonebook.db"));
     QStringList found;
     int interrupted = 0;
     for (int round = 0; round < rounds(); ++round) {
-        QVERIFY(runAndKill(QStringLiteral("save"), folder.path(), 100));
+        QVERIFY(runAndKill(mode, folder.path(), 100));
         interrupted += QFileInfo::exists(path + QLatin1String("-journal")) ? 1 : 0;
         const RawDatabase raw(path);
         QCOMPARE(raw.value(QStringLiteral("pragma integrity_check")).toString(),

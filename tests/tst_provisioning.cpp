@@ -85,6 +85,8 @@ void TestProvisioning::init()
     const QString folder = m_folder->path() + QLatin1Char('/');
     m_dbOperator = std::make_unique<DBOperator>(folder);
     m_dataMgr = std::make_unique<DataMgr>(*m_dbOperator, folder);
+    m_dataMgr->setSlice(-1);
+    m_dataMgr->setRetryPause(0);
     QVERIFY(m_dataMgr->openDatabase());
     QList<ContactInfo> devices;
     for (int device = 0; device < deviceCount; ++device)

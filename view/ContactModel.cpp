@@ -1,24 +1,6 @@
 #include "view/ContactModel.h"
 
-#include "model/ContactFields.h"
-
 #include <algorithm>
-
-namespace {
-
-/// The stored id is left out: it follows the position and is not on show.
-bool sameDevice(const DeviceNode &left, const DeviceNode &right)
-{
-    const auto &fields = contactFields();
-    return std::all_of(fields.begin(), fields.end(), [&](const ContactField &field) {
-        // What did not change is shared with what was there before, and need not be read.
-        const QString &before = left.info.*field.member;
-        const QString &after = right.info.*field.member;
-        return before.isSharedWith(after) || before == after;
-    });
-}
-
-} // namespace
 
 ContactModel::ContactModel(const DeviceList &list, QObject *parent)
     : QAbstractTableModel(parent)
@@ -115,14 +97,7 @@ void ContactModel::resetModel(bool displaySetting)
 
 int ContactModel::positionOfNumber(int number) const
 {
-    const QVector<DeviceNode> &nodes = m_snapshot.nodes();
-    // Numbers count from 1 in list order, as a rule.
-    if (number >= 1 && number <= nodes.size() && nodes.at(number - 1).number == number)
-        return number - 1;
-    const auto found = std::find_if(nodes.begin(), nodes.end(), [number](const DeviceNode &node) {
-        return node.number == number;
-    });
-    return found == nodes.end() ? -1 : static_cast<int>(found - nodes.begin());
+    return number >= 1 && number <= m_snapshot.size() ? number - 1 : -1;
 }
 
 void ContactModel::refresh()
@@ -131,18 +106,17 @@ void ContactModel::refresh()
     if (fresh.version() == m_snapshot.version())
         return;
 
-    const QVector<DeviceNode> &before = m_snapshot.nodes();
-    const QVector<DeviceNode> &after = fresh.nodes();
-    const int common = std::min(before.size(), after.size());
+    const DeviceListSnapshot &before = m_snapshot;
+    const int common = std::min(before.size(), fresh.size());
     int head = 0;
-    while (head < common && sameDevice(before.at(head), after.at(head)))
+    while (head < common && before.isSameRecord(head, fresh, head))
         ++head;
     int tail = 0;
     while (tail < common - head &&
-           sameDevice(before.at(before.size() - 1 - tail), after.at(after.size() - 1 - tail)))
+           before.isSameRecord(before.size() - 1 - tail, fresh, fresh.size() - 1 - tail))
         ++tail;
     const int gone = before.size() - head - tail;
-    const int come = after.size() - head - tail;
+    const int come = fresh.size() - head - tail;
 
     if (gone == 0 && come == 0) {
         adopt(fresh, head, tail);
@@ -193,7 +167,7 @@ void ContactModel::announceNumbers()
 int ContactModel::shownNumber(int row) const
 {
     if (m_renumbering) {
-        const QVector<DeviceNode> &before = m_renumbering->before.nodes();
+        const DeviceListSnapshot &before = m_renumbering->before;
         const int rowFromEnd = m_snapshot.size() - row;
         if (row < m_renumbering->head)
             return before.at(row).number;

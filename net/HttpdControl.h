@@ -1,0 +1,52 @@
+#pragma once
+
+#include <QObject>
+#include <QStringList>
+
+#include <memory>
+
+class HttpdService;
+class ProvisioningSource;
+
+/// Opens and closes the HTTP service, and is the one place that knows whether it is open. Makes a
+/// service for each opening. GUI thread.
+class HttpdControl : public QObject
+{
+    Q_OBJECT
+public:
+    enum class State {
+        Closed,
+        Opening, ///< the user is being asked for the network card, in a box's event loop
+        Open,
+        Closing ///< close() was called while opening: it ends when the box's event loop has
+    };
+
+    /// `source` must outlive this object. `baseDir` ends in "/".
+    HttpdControl(ProvisioningSource &source, const QString &baseDir, QObject *parent = nullptr);
+    /// Closes the service and waits for its connections. Not while it is opening.
+    ~HttpdControl() override;
+
+    State state() const { return m_state; }
+    /// Asks the user for the network card and starts the service; true when it runs. The user
+    /// knows why when it does not. Without effect, and false, while an opening is under way.
+    bool open();
+    /// Ends the service and every open connection.
+    void close();
+
+    /// Addresses on which the open service can be reached; empty when none is.
+    QStringList addresses() const;
+    /// Port of the open service; 80 when none is.
+    quint16 port() const;
+
+signals:
+    /// A report of the service for the user.
+    void httpdMsg(const QString &text);
+    /// Where telephones find the service, after each successful start.
+    void httpdAddressChanged(const QString &address, const QString &port);
+
+private:
+    ProvisioningSource &m_source;
+    QString m_baseDir;
+    State m_state = State::Closed;
+    std::unique_ptr<HttpdService> m_service;
+};

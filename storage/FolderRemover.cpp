@@ -1,0 +1,59 @@
+#include "storage/FolderRemover.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QFileInfo>
+
+namespace {
+
+constexpr int sliceMilliseconds = 5;
+const QString oldSuffix = QStringLiteral(".old");
+
+} // namespace
+
+FolderRemover::FolderRemover(QObject *parent)
+    : QObject(parent)
+{
+    connect(&m_turn, &QTimer::timeout, this, &FolderRemover::removeSome);
+}
+
+void FolderRemover::remove(const QString &path)
+{
+    const QFileInfo info(path);
+    if (!info.isDir() || info.isSymLink()) {
+        QFile::remove(path);
+        return;
+    }
+    // Renamed first, so that whoever makes new files there is not in the way. A folder that an
+    // earlier run has not got rid of goes with it.
+    QString old = path + oldSuffix;
+    for (int i = 2; QFileInfo::exists(old); ++i) {
+        m_folders.append(old);
+        old = path + oldSuffix + QString::number(i);
+    }
+    m_folders.append(QDir().rename(path, old) ? old : path);
+    m_turn.start(0);
+}
+
+void FolderRemover::removeSome()
+{
+    QElapsedTimer time;
+    time.start();
+    while (!m_folders.isEmpty() && time.elapsed() < sliceMilliseconds) {
+        if (!m_files) {
+            m_files = std::make_unique<QDirIterator>(
+                m_folders.constFirst(),
+                QDir::Files | QDir::System | QDir::Hidden | QDir::NoDotAndDotDot,
+                QDirIterator::Subdirectories);
+        }
+        if (m_files->hasNext()) {
+            QFile::remove(m_files->next());
+        } else {
+            m_files.reset();
+            QDir(m_folders.takeFirst()).removeRecursively();
+        }
+    }
+    if (m_folders.isEmpty())
+        m_turn.stop();
+}

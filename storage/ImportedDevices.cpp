@@ -1,0 +1,50 @@
+#include "storage/ImportedDevices.h"
+
+#include "import/ParseBase.h"
+#include "import/ParseFactory.h"
+
+namespace {
+
+/// For an importer that imports nothing.
+struct NoTarget : ImportTarget
+{
+    bool clearOld() override { return false; }
+    void addContacts(const QList<ContactInfo> &contacts) override { Q_UNUSED(contacts) }
+};
+
+} // namespace
+
+ImportedDevices::ImportedDevices(const DeviceListSnapshot &list, const QString &workFolder,
+                                 const QString &path)
+    : MergedDevices(list, {})
+    , m_parser(ParseFactory().createParser(*this, workFolder))
+{
+    m_parser->begin(path);
+}
+
+ImportedDevices::~ImportedDevices() = default;
+
+ListSource::Step ImportedDevices::step()
+{
+    if (!m_parser)
+        return MergedDevices::step();
+    switch (m_parser->readOn()) {
+    case ParseBase::Reading::More:
+        break;
+    case ParseBase::Reading::Done:
+        addContacts(m_parser->takeDevices());
+        m_parser.reset();
+        break;
+    case ParseBase::Reading::Failed:
+        m_reason = importFaultText(m_parser->fault());
+        return Step::Failed;
+    }
+    return Step::More;
+}
+
+void ImportedDevices::removeWorkFiles(const QString &workFolder)
+{
+    NoTarget nobody;
+    const std::unique_ptr<ParseBase> parser(ParseFactory().createParser(nobody, workFolder));
+    parser->removeWorkFiles();
+}

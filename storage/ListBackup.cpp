@@ -1,0 +1,26 @@
+#include "storage/ListBackup.h"
+
+#include "storage/DeviceBackup.h"
+
+#include <algorithm>
+
+namespace {
+constexpr int rowsAtOnce = 500;
+}
+
+ListBackup::ListBackup(DeviceBackup &backup, const DeviceListSnapshot &list)
+    : m_backup(backup)
+    , m_list(list)
+    , m_text(DeviceBackup::titleRow())
+{
+}
+
+ListBackup::Step ListBackup::step()
+{
+    if (m_row >= m_list.size())
+        return m_backup.write(m_text) ? Step::Done : Step::Failed;
+    const int end = std::min(m_row + rowsAtOnce, m_list.size());
+    for (; m_row < end; ++m_row)
+        m_text += DeviceBackup::row(m_list.at(m_row).info);
+    return Step::More;
+}

@@ -1,0 +1,302 @@
+#include "storage/ListStore.h"
+
+#include "storage/DBOperator.h"
+#include "storage/ScopedTransaction.h"
+
+#include <QCoreApplication>
+
+namespace {
+
+const QString lockName = QStringLiteral("phonebook.db.lock");
+constexpr int rowsReadAtOnce = 200;
+
+QString text(const char *source)
+{
+    return QCoreApplication::translate("ListStore", source);
+}
+
+} // namespace
+
+ListStore::ListStore(DBOperator &dbOperator, const QString &directory)
+    : m_dbOperator(dbOperator)
+    , m_backup(directory)
+    , m_lock(directory + lockName)
+{
+    // Held as long as the program runs, so that its age says nothing. Whether the program that left
+    // it still runs does, on the same computer.
+    m_lock.setStaleLockTime(0);
+}
+
+ListStore::~ListStore()
+{
+    close();
+}
+
+DatabaseLayer &ListStore::database() const
+{
+    return *m_dbOperator.database();
+}
+
+bool ListStore::open(const DeviceListSnapshot &list)
+{
+    close();
+    if (!lock())
+        return false;
+    const bool opened = database().openDatabase();
+    const int stored = opened ? database().countContacts() : -1;
+    m_dataVersion = opened ? database().dataVersion() : -1;
+    if (stored < 0 || m_dataVersion < 0)
+        return makeUnusable(database().lastErrorText(), database().lastErrorIsLock());
+    m_unlisted = stored == 0 ? Unlisted::Nothing : Unlisted::Devices;
+    m_state = stored == 0 ? State::InStep : State::NotRead;
+    m_version = list.version();
+    if (!list.isEmpty())
+        m_state = State::Behind;
+    return true;
+}
+
+/// False when another program has the list. A folder in which no lock can be made is no reason to
+/// keep the user from reading the list.
+bool ListStore::lock()
+{
+    if (m_lock.isLocked() || m_lock.tryLock() || m_lock.error() != QLockFile::LockFailedError)
+        return true;
+    qint64 process = 0;
+    QString host;
+    QString program;
+    m_lock.getLockInfo(&process, &host, &program);
+    const QString reason =
+        text("the list is in use by the program \"%1\" on the computer \"%2\" (process %3). If "
+             "that program no longer runs, remove the file %4");
+    return makeUnusable(reason.arg(program, host, QString::number(process), lockName), true);
+}
+
+void ListStore::stop()
+{
+    m_reader.reset();
+    m_kept.reset();
+    m_listBackup.reset();
+    if (isWriting()) {
+        m_writing = Writing::No;
+        database().rollbackTransaction();
+    }
+}
+
+void ListStore::close()
+{
+    stop();
+    if (m_state != State::Closed)
+        database().closeDatabase();
+    m_lock.unlock();
+    m_state = State::Closed;
+}
+
+bool ListStore::isUsable() const
+{
+    return m_state != State::Closed && m_state != State::Unusable;
+}
+
+bool ListStore::needsSave(quint64 listVersion) const
+{
+    return m_state != State::Closed && (isBehind() || listVersion != m_version);
+}
+
+bool ListStore::makeUnusable(const QString &reason, bool held)
+{
+    m_state = State::Unusable;
+    m_reason = reason;
+    m_held = held;
+    return false;
+}
+
+ListStore::Step ListStore::fallBehind(const QString &reason, bool held)
+{
+    m_state = State::Behind;
+    m_reason = reason;
+    m_held = held;
+    return Step::Failed;
+}
+
+/// Takes back what is open of a transaction.
+ListStore::Step ListStore::databaseFailed()
+{
+    const Step failed = fallBehind(database().lastErrorText(), database().lastErrorIsLock());
+    stop();
+    return failed;
+}
+
+void ListStore::setWaitsForLocks(bool wait)
+{
+    if (isUsable())
+        database().setWaitsForLocks(wait);
+}
+
+ListStore::Step ListStore::readOn(DeviceList &list)
+{
+    if (!isUsable())
+        return Step::Failed;
+    if (!m_reader)
+        m_reader = database().readContacts();
+    QList<ContactInfo> contacts;
+    const bool more = m_reader->readOn(rowsReadAtOnce, contacts);
+    for (const ContactInfo &contact : qAsConst(contacts))
+        list.append(contact);
+    if (more)
+        return Step::More;
+    m_leftOut = m_reader->rowsSeen() == list.size() ? Unlisted::Nothing : Unlisted::Rows;
+    m_reader.reset();
+    if (!database().lastErrorText().isEmpty()) {
+        makeUnusable(database().lastErrorText(), database().lastErrorIsLock());
+        return Step::Failed;
+    }
+    m_dataVersion = database().dataVersion();
+    return Step::Done;
+}
+
+void ListStore::setRead(quint64 listVersion)
+{
+    m_state = State::InStep;
+    m_version = listVersion;
+    m_unlisted = m_leftOut;
+}
+
+bool ListStore::hasToKeep()
+{
+    if (!isUsable())
+        return false;
+    // Rows that were never read are read from the file as it is now. While the file is locked there
+    // is no telling, and no writing either.
+    if (m_unlisted == Unlisted::Nothing) {
+        const int version = database().dataVersion();
+        if (version >= 0 && version != m_dataVersion)
+            m_unlisted = Unlisted::Rows;
+    }
+    return m_unlisted != Unlisted::Nothing;
+}
+
+ListStore::Step ListStore::keepOn()
+{
+    return m_unlisted == Unlisted::Devices ? keepDevices() : keepFile();
+}
+
+/// In the form that the import reads back.
+ListStore::Step ListStore::keepDevices()
+{
+    if (m_listBackup)
+        return backUpKept();
+    if (!m_kept)
+        m_kept = std::make_unique<DeviceList>();
+    const Step step = readOn(*m_kept);
+    if (step == Step::More)
+        return step;
+    const std::unique_ptr<DeviceList> kept = std::move(m_kept);
+    if (step == Step::Failed) {
+        // A lock goes by, unlike damage.
+        return m_held ? fallBehind(m_reason, m_held) : step;
+    }
+    m_listBackup = backUp(kept->snapshot());
+    return Step::More;
+}
+
+ListStore::Step ListStore::backUpKept()
+{
+    const ListBackup::Step step = m_listBackup->step();
+    if (step == ListBackup::Step::More)
+        return Step::More;
+    m_listBackup.reset();
+    if (step == ListBackup::Step::Failed)
+        return fallBehind(m_backup.errorText());
+    m_unlisted = m_leftOut;
+    return m_unlisted == Unlisted::Nothing ? Step::Done : Step::More;
+}
+
+/// As it is: what is in it besides the devices is nothing that a list of devices could hold.
+ListStore::Step ListStore::keepFile()
+{
+    ScopedTransaction reading(database(), ScopedTransaction::For::Reading);
+    if (!reading.isOpen())
+        return fallBehind(database().lastErrorText(), database().lastErrorIsLock());
+    if (!m_backup.copyDatabase(database().filePath()))
+        return fallBehind(m_backup.errorText());
+    m_copyPath = m_backup.lastPath();
+    skipKeeping();
+    return Step::Done;
+}
+
+void ListStore::skipKeeping()
+{
+    m_unlisted = Unlisted::Nothing;
+    m_dataVersion = database().dataVersion();
+}
+
+std::unique_ptr<ListBackup> ListStore::backUp(const DeviceListSnapshot &list)
+{
+    return std::make_unique<ListBackup>(m_backup, list);
+}
+
+ListStore::Step ListStore::writeOn(const DeviceListSnapshot &list)
+{
+    switch (m_writing) {
+    case Writing::No:
+        return begin();
+    case Writing::Rows:
+        return writeRows(list);
+    case Writing::Merge:
+        return finish(list);
+    }
+    return Step::Failed;
+}
+
+/// Clearing first settles that rows of earlier saves bear the same ids: the list is the authority.
+ListStore::Step ListStore::begin()
+{
+    if (!isUsable())
+        return Step::Failed;
+    if (!database().beginTransaction())
+        return databaseFailed();
+    // From here on nobody else can write.
+    if (hasToKeep()) {
+        database().rollbackTransaction();
+        return Step::More;
+    }
+    m_writing = Writing::Rows;
+    m_writtenRows = 0;
+    return database().deleteAll() ? Step::More : databaseFailed();
+}
+
+ListStore::Step ListStore::writeRows(const DeviceListSnapshot &list)
+{
+    if (m_writtenRows >= list.size()) {
+        m_writing = Writing::Merge;
+        return Step::More;
+    }
+    const int first = m_writtenRows;
+    m_writtenRows += DBOperator::rowsAtOnce;
+    const bool written = m_dbOperator.saveRows(list, first, DBOperator::rowsAtOnce) &&
+                         database().settleRows(first, DBOperator::rowsAtOnce);
+    return written ? Step::More : databaseFailed();
+}
+
+ListStore::Step ListStore::finish(const DeviceListSnapshot &list)
+{
+    if (!database().mergeNewRecords())
+        return databaseFailed();
+    m_writing = Writing::No;
+    if (!database().commitTransaction())
+        return databaseFailed();
+    m_state = State::InStep;
+    m_reason.clear();
+    m_version = list.version();
+    return Step::Done;
+}
+
+bool ListStore::replace(const DeviceListSnapshot &list)
+{
+    if (open(list))
+        return true;
+    if (m_held)
+        return false;
+    const QString path = database().filePath();
+    database().closeDatabase();
+    return m_backup.putAside(path) || makeUnusable(m_backup.errorText(), false);
+}

@@ -1,0 +1,73 @@
+#include "storage/MergedDevices.h"
+
+#include "model/DebugLog.h"
+
+#include <QSet>
+
+#include <algorithm>
+#include <utility>
+
+namespace {
+constexpr int devicesAtOnce = 100;
+}
+
+MergedDevices::MergedDevices(const DeviceListSnapshot &list, const QList<ContactInfo> &devices)
+    : m_list(list)
+    , m_devices(devices)
+{
+}
+
+ListSource::Step MergedDevices::step()
+{
+    const int end = std::min(m_next + devicesAtOnce, m_devices.size());
+    for (; m_next < end; ++m_next) {
+        const ContactInfo &device = m_devices.at(m_next);
+        if (!isAnswered() && m_list.rowOfMac(device.mac) >= 0) {
+            // None before the first that is listed was, so what follows it tells of all.
+            if (!std::exchange(m_asked, true))
+                m_severalListed = areSeveralListed();
+            return Step::Ask;
+        }
+        addOrReplace(device, m_answerForAll.value_or(DuplicateAnswer::Replace));
+    }
+    return m_next == m_devices.size() ? Step::Done : Step::More;
+}
+
+QString MergedDevices::listedMac() const
+{
+    return m_devices.at(m_next).mac;
+}
+
+/// Whether more than one of those to come finds its MAC taken, by the list or by one before it.
+bool MergedDevices::areSeveralListed() const
+{
+    QSet<QString> seen;
+    int listed = 0;
+    for (int i = m_next; i < m_devices.size() && listed < 2; ++i) {
+        const QString &mac = m_devices.at(i).mac;
+        if (seen.contains(mac) || m_list.rowOfMac(mac) >= 0)
+            ++listed;
+        seen.insert(mac);
+    }
+    return listed > 1;
+}
+
+void MergedDevices::answer(DuplicateAnswer answer)
+{
+    if (answer == DuplicateAnswer::KeepAll || answer == DuplicateAnswer::ReplaceAll)
+        m_answerForAll = answer;
+    addOrReplace(m_devices.at(m_next++), answer);
+}
+
+void MergedDevices::addOrReplace(const ContactInfo &device, DuplicateAnswer answer)
+{
+    qCDebug(debugLog) << "insertContactNode.";
+    const int row = m_list.rowOfMac(device.mac);
+    if (row < 0)
+        m_list.append(device);
+    else if (answer == DuplicateAnswer::Replace || answer == DuplicateAnswer::ReplaceAll)
+        m_list.replaceAt(row, device);
+    else
+        return;
+    m_changed = true;
+}

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "storage/ListSource.h"
+
+#include <QList>
+
+#include <optional>
+
+/// A list with devices added to it: those whose MAC is not listed at the end, the others in place
+/// of the listed ones or not at all, as the user answers.
+class MergedDevices : public ListSource
+{
+public:
+    /// Adds `devices`, in their order, to `list`.
+    MergedDevices(const DeviceListSnapshot &list, const QList<ContactInfo> &devices);
+
+    Step step() override;
+    DeviceList &list() override { return m_list; }
+    QString listedMac() const override;
+    bool hasSeveralListed() const override { return m_severalListed; }
+    void answer(DuplicateAnswer answer) override;
+    bool hasChanged() const override { return m_changed; }
+
+protected:
+    /// Takes what there is to add, where it was not known from the start.
+    void setDevices(const QList<ContactInfo> &devices) { m_devices = devices; }
+
+private:
+    bool isAnswered() const { return m_answerForAll.has_value(); }
+    bool areSeveralListed() const;
+    void addOrReplace(const ContactInfo &device, DuplicateAnswer answer);
+
+    DeviceList m_list;
+    QList<ContactInfo> m_devices;
+    int m_next = 0;
+    bool m_changed = false;
+    bool m_severalListed = false; ///< of all devices, known from the first question on
+    bool m_asked = false;
+    std::optional<DuplicateAnswer> m_answerForAll;
+};
