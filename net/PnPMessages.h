@@ -10,6 +10,8 @@ struct PnPRequest;
 /// see it.
 namespace PnPMessages {
 
+/// The port on which telephones are heard.
+constexpr quint16 requestPort = 5060;
 /// The port that replies leave from and that the NOTIFY names.
 constexpr quint16 replyPort = 5080;
 

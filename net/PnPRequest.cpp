@@ -8,10 +8,22 @@
 namespace {
 
 constexpr int macLength = 12;
+constexpr int longestField = 512;
 constexpr int maxPort = 65535;
 
 const QLatin1String viaHeader("Via: SIP/2.0/UDP ");
 const QLatin1String lineEnd("\r\n");
+
+/// Keeps a text that was found. One that is null was not; one with half a line end in it would
+/// break the lines of the answers, and a long one would swell them.
+bool keep(const QString &text, QString &field)
+{
+    if (text.isNull() || text.size() > longestField || text.contains(QLatin1Char('\r')) ||
+        text.contains(QLatin1Char('\n')))
+        return false;
+    field = text;
+    return true;
+}
 
 /// The text from `start` to `end`, exclusive; null when `end` was not found.
 QString slice(const QString &text, int start, int end)
@@ -33,10 +45,7 @@ QString restOfLine(const QString &text, QLatin1String label, bool withLabel)
 bool readMacAddress(const QString &text, PnPRequest &request)
 {
     const int at = text.indexOf(QLatin1Char('@'));
-    if (at < macLength)
-        return false;
-    request.macAddress = text.mid(at - macLength, macLength);
-    return true;
+    return at >= macLength && keep(text.mid(at - macLength, macLength), request.macAddress);
 }
 
 /// Whether the text is the IPv4 address of a single host. The others are what a forged request
@@ -59,13 +68,12 @@ bool readAddressAndPort(const QString &text, PnPRequest &request)
     const int start = via + viaHeader.size();
     const QString value = slice(text, start, text.indexOf(QLatin1Char(';'), start));
     const QStringList parts = value.split(QLatin1Char(':'), Qt::SkipEmptyParts);
-    // The value stands in the lines of the answers: one with a line end would break them.
-    if (parts.size() < 2 || value.contains(QLatin1Char('\r')) || value.contains(QLatin1Char('\n')))
+    if (parts.size() < 2)
         return false;
     const int port = parts.at(1).toInt();
-    if (!isHostAddress(parts.at(0)) || port < 1 || port > maxPort)
+    if (!isHostAddress(parts.at(0)) || port < 1 || port > maxPort ||
+        !keep(value, request.addressAndPort))
         return false;
-    request.addressAndPort = value;
     request.address = parts.at(0);
     request.port = static_cast<quint16>(port);
     return true;
@@ -78,14 +86,13 @@ bool readModel(PnPRequest &request)
     if (found < 0)
         return false;
     const int start = found + label.size() + 1; // behind the opening quote
-    request.model = slice(request.event, start, request.event.indexOf(QLatin1Char('"'), start));
-    return !request.model.isNull();
+    return keep(slice(request.event, start, request.event.indexOf(QLatin1Char('"'), start)),
+                request.model);
 }
 
 bool readText(const QString &text, const char *label, bool withLabel, QString &field)
 {
-    field = restOfLine(text, QLatin1String(label), withLabel);
-    return !field.isNull();
+    return keep(restOfLine(text, QLatin1String(label), withLabel), field);
 }
 
 bool readStep(PnPRequest::Step step, const QString &text, PnPRequest &request)

@@ -40,7 +40,8 @@ struct PnPRequest
     static const char *failureText(Step step);
 
     /// Reads a datagram of any content and length, up to its first NUL. The method of the request
-    /// line is not looked at. Besides what is missing, an answer address that is not one host's
-    /// stops it: no port, a port out of range, a name, a group's or a broadcast address.
+    /// line is not looked at. Besides what is missing, two things stop it: a field that holds a CR
+    /// or LF or is longer than 512 bytes, and an answer address that is not one host's (no port, a
+    /// port out of range, a name, a group's or a broadcast address).
     static PnPRequest parse(const QByteArray &datagram);
 };

@@ -7,14 +7,23 @@
 
 #include <QUdpSocket>
 
+#include <algorithm>
+#include <chrono>
+
 namespace {
 
-constexpr quint16 sipPort = 5060;
 constexpr int largestDatagram = 65536;
 
 /// Datagrams taken in at one go. More wait for the next turn of the event loop, so that a flood
 /// does not stop the window.
-constexpr int mostAtOnce = 1000;
+constexpr int mostAtOnce = 200;
+
+/// What the system keeps while the window is busy: the requests of several hundred telephones. Some
+/// systems give a socket little room by themselves.
+constexpr int receiveBufferSize = 512 * 1024;
+
+/// Asking the system for its networks takes longer than an answer.
+constexpr int networksStayKnown = 1000; // ms
 
 QHostAddress multicastGroup()
 {
@@ -26,16 +35,19 @@ const char *word(bool value)
     return value ? "true" : "false";
 }
 
-/// Whether `address` means every host of the network that `own` is an address of. Some systems
-/// still take the network's own number for its broadcast address.
-bool isBroadcast(const QHostAddress &address, const QNetworkAddressEntry &own)
+QList<QNetworkAddressEntry> ownAddresses()
 {
-    constexpr int smallestBroadcasting = 30; // longer prefixes have hosts only
-    const quint32 hostBits = ~own.netmask().toIPv4Address();
-    const quint32 host = address.toIPv4Address() & hostBits;
-    return address == own.broadcast() ||
-           ((host == 0 || host == hostBits) && own.prefixLength() <= smallestBroadcasting &&
-            address.isInSubnet(own.ip(), own.prefixLength()));
+    QList<QNetworkAddressEntry> addresses;
+    const QList<QNetworkInterface> cards = QNetworkInterface::allInterfaces();
+    for (const QNetworkInterface &card : cards)
+        addresses += card.addressEntries();
+    return addresses;
+}
+
+PnPGuard::Time steadyTime()
+{
+    return std::chrono::duration_cast<PnPGuard::Time>(
+        std::chrono::steady_clock::now().time_since_epoch());
 }
 
 } // namespace
@@ -53,15 +65,16 @@ bool PnPServer::start()
     if (!m_sendSocket) {
         qCDebug(debugLog) << "m_localAddress = " << m_localAddress;
         m_sendSocket = new QUdpSocket(this);
-        m_sendSocket->bind(QHostAddress(m_localAddress), PnPMessages::replyPort,
-                           QAbstractSocket::ReuseAddressHint);
     }
+    bindSendSocket();
     if (m_receiveSocket->peerPort() == 0) {
-        const bool bound = m_receiveSocket->bind(QHostAddress::AnyIPv4, sipPort,
+        const bool bound = m_receiveSocket->bind(QHostAddress::AnyIPv4, PnPMessages::requestPort,
                                                  QAbstractSocket::DontShareAddress);
         qCDebug(debugLog) << "bindFlag = " << word(bound);
         if (!bound)
             return false;
+        m_receiveSocket->setSocketOption(QAbstractSocket::ReceiveBufferSizeSocketOption,
+                                         receiveBufferSize);
     }
     const bool joined = joinGroup();
     qCDebug(debugLog) << "joinFlag = " << word(joined);
@@ -69,6 +82,18 @@ bool PnPServer::start()
         // Gives the port free again, or the next start could not have it.
         m_receiveSocket->abort();
     return joined;
+}
+
+/// To the published address, which may be another card's by now. Without success the answers leave
+/// from a port of the system's choice.
+void PnPServer::bindSendSocket()
+{
+    const QHostAddress address(m_localAddress);
+    if (m_sendSocket->localAddress() == address &&
+        m_sendSocket->localPort() == PnPMessages::replyPort)
+        return;
+    m_sendSocket->abort();
+    m_sendSocket->bind(address, PnPMessages::replyPort, QAbstractSocket::ReuseAddressHint);
 }
 
 bool PnPServer::isListening() const
@@ -123,49 +148,49 @@ QNetworkInterface PnPServer::publishedCard() const
     return {};
 }
 
-/// Whether the answer would reach this server's own ear, where it would pass for a request and be
-/// answered again, without end. A telephone cannot have the address: the port is taken.
-bool PnPServer::comesBack(const PnPRequest &request)
-{
-    const QHostAddress address(request.address);
-    bool own = request.port == sipPort && address.isLoopback();
-    const QList<QNetworkInterface> cards = QNetworkInterface::allInterfaces();
-    for (const QNetworkInterface &card : cards) {
-        const QList<QNetworkAddressEntry> entries = card.addressEntries();
-        for (const QNetworkAddressEntry &entry : entries)
-            own = own || (request.port == sipPort && entry.ip() == address) ||
-                  isBroadcast(address, entry);
-    }
-    if (own)
-        qCDebug(debugLog) << "The answer would come back to this server.";
-    return own;
-}
-
 void PnPServer::setHttpdAddress(const QString &address, const QString &port)
 {
     qCDebug(debugLog) << "httpd address changed addr = " << address << "port = " << port;
     m_httpdUrl = QLatin1String("http://") + address + QLatin1Char(':') + port;
     m_localAddress = address;
+    if (m_sendSocket)
+        bindSendSocket();
 }
 
 void PnPServer::requestMulticastData()
 {
-    QByteArray buffer(largestDatagram, Qt::Uninitialized);
-    qint64 length = -1;
-    for (int i = 0; i < mostAtOnce && m_receiveSocket->hasPendingDatagrams(); ++i) {
-        // One that is damaged is not read, and leaves the one before it in the buffer.
-        const qint64 read = m_receiveSocket->readDatagram(buffer.data(), buffer.size());
-        length = read < 0 ? length : read;
-    }
-    if (length < 0)
-        return;
-    buffer.truncate(static_cast<int>(length));
-    qCDebug(debugLog) << "arrived request datagram = " << QString::fromLatin1(buffer.constData());
+    const std::vector<Datagram> arrived = takeArrived();
+    for (const Datagram &datagram : arrived)
+        handle(datagram);
+}
 
-    const PnPRequest request = PnPRequest::parse(buffer);
+/// Of datagrams that have arrived together the last counts. One telephone's does not undo
+/// another's: when a building gets its power back, many ask at the same instant, and repeat it at
+/// the same.
+std::vector<PnPServer::Datagram> PnPServer::takeArrived()
+{
+    std::vector<Datagram> arrived;
+    QByteArray buffer(largestDatagram, Qt::Uninitialized);
+    for (int i = 0; i < mostAtOnce && m_receiveSocket->hasPendingDatagrams(); ++i) {
+        QHostAddress sender;
+        const qint64 length = m_receiveSocket->readDatagram(buffer.data(), buffer.size(), &sender);
+        if (length < 0)
+            continue; // damaged on its way
+        const auto isSenders = [&](const Datagram &other) { return other.sender == sender; };
+        arrived.erase(std::remove_if(arrived.begin(), arrived.end(), isSenders), arrived.end());
+        arrived.push_back({sender, buffer.left(static_cast<int>(length))});
+    }
+    return arrived;
+}
+
+void PnPServer::handle(const Datagram &datagram)
+{
+    qCDebug(debugLog) << "arrived request datagram = "
+                      << QString::fromLatin1(datagram.bytes.constData());
+    const PnPRequest request = PnPRequest::parse(datagram.bytes);
     const bool macExist = adopt(request);
-    if (request.isComplete() && !comesBack(request))
-        answer(request, macExist);
+    if (request.isComplete())
+        answer(datagram, request, macExist);
 }
 
 /// Keeps what the request says, and logs it, up to where its reading stopped. Returns whether the
@@ -204,20 +229,49 @@ bool PnPServer::adopt(const PnPRequest &request)
     return macExist;
 }
 
-void PnPServer::answer(const PnPRequest &request, bool macExist)
+void PnPServer::answer(const Datagram &datagram, const PnPRequest &request, bool macExist)
 {
-    if (!macExist) {
-        const QString text = PnPMessages::notImplemented(request, m_localAddress);
-        qCDebug(debugLog) << "501 Implemented datagram send = " << text;
-        send(text);
-        return;
+    struct Message
+    {
+        const char *name;
+        QString text;
+    };
+    std::vector<Message> messages;
+    if (macExist) {
+        messages.push_back({"Send 202 First = ", PnPMessages::accepted(request)});
+        messages.push_back(
+            {"Send Notify = ", PnPMessages::notify(request, m_localAddress, m_httpdUrl)});
+    } else {
+        messages.push_back({"501 Implemented datagram send = ",
+                            PnPMessages::notImplemented(request, m_localAddress)});
     }
-    const QString acceptance = PnPMessages::accepted(request);
-    qCDebug(debugLog) << "Send 202 First = " << acceptance;
-    send(acceptance);
-    const QString notification = PnPMessages::notify(request, m_localAddress, m_httpdUrl);
-    qCDebug(debugLog) << "Send Notify = " << notification;
-    send(notification);
+
+    PnPGuard::Exchange exchange;
+    exchange.sender = datagram.sender;
+    exchange.address = QHostAddress(request.address);
+    exchange.port = request.port;
+    exchange.requestSize = datagram.bytes.size();
+    exchange.datagrams = static_cast<int>(messages.size());
+    for (const Message &message : messages)
+        exchange.answerSize += message.text.toUtf8().size();
+    if (!mayAnswer(exchange))
+        return;
+    for (const Message &message : messages) {
+        qCDebug(debugLog) << message.name << message.text;
+        send(message.text);
+    }
+}
+
+bool PnPServer::mayAnswer(const PnPGuard::Exchange &exchange)
+{
+    if (m_networksAreKnown.hasExpired()) {
+        m_guard.setNetworks(ownAddresses());
+        m_networksAreKnown.setRemainingTime(networksStayKnown);
+    }
+    const PnPGuard::Verdict verdict = m_guard.judge(exchange, steadyTime());
+    if (verdict != PnPGuard::Allowed)
+        qCDebug(debugLog) << PnPGuard::refusalText(verdict);
+    return verdict == PnPGuard::Allowed;
 }
 
 /// To the address that the request names, which is not always the one that it came from.

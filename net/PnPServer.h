@@ -1,8 +1,13 @@
 #pragma once
 
+#include "net/PnPGuard.h"
+
+#include <QDeadlineTimer>
 #include <QNetworkInterface>
 #include <QObject>
 #include <QString>
+
+#include <vector>
 
 class DeviceLookup;
 struct PnPRequest;
@@ -11,8 +16,8 @@ class QUdpSocket;
 /// The SIP plug-and-play responder: hears the SUBSCRIBE of a telephone that boots without a
 /// configuration and tells it where the HTTP service keeps its file. GUI thread.
 ///
-/// What a datagram says is PnPRequest's business and what is answered PnPMessages'; this class
-/// moves the bytes.
+/// What a datagram says is PnPRequest's business, whether it is answered PnPGuard's, and with what
+/// PnPMessages'; this class moves the bytes.
 class PnPServer : public QObject
 {
     Q_OBJECT
@@ -31,18 +36,28 @@ public:
     bool isListening() const;
 
 public slots:
-    /// Reads the datagrams that have arrived and answers the last of them.
+    /// Reads the datagrams that have arrived and answers, of each sender's, the last.
     void requestMulticastData();
-    /// From now on telephones are sent to the HTTP service at this address and port.
+    /// From now on telephones are sent to the HTTP service at this address and port, and the
+    /// answers leave from this address.
     void setHttpdAddress(const QString &address, const QString &port);
 
 private:
+    struct Datagram
+    {
+        QHostAddress sender;
+        QByteArray bytes;
+    };
+
+    void bindSendSocket();
     bool joinGroup();
     bool leaveGroup();
     QNetworkInterface publishedCard() const;
-    static bool comesBack(const PnPRequest &request);
+    std::vector<Datagram> takeArrived();
+    void handle(const Datagram &datagram);
     bool adopt(const PnPRequest &request);
-    void answer(const PnPRequest &request, bool macExist);
+    void answer(const Datagram &datagram, const PnPRequest &request, bool macExist);
+    bool mayAnswer(const PnPGuard::Exchange &exchange);
     void send(const QString &message);
 
     DeviceLookup &m_devices;
@@ -63,6 +78,8 @@ private:
     QString m_modelStr;
     QString m_httpdUrl;
 
+    PnPGuard m_guard;
+    QDeadlineTimer m_networksAreKnown; ///< expired: they are to be read again
     bool m_joinedAnyCard = false;
     QNetworkInterface m_joinedCard; ///< invalid while not joined on a certain card
 };

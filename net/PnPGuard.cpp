@@ -1,0 +1,127 @@
+#include "net/PnPGuard.h"
+
+#include "net/PnPMessages.h"
+
+#include <algorithm>
+#include <array>
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr int burst = 200;
+constexpr PnPGuard::Time refillForOne = 50ms; // for each datagram
+constexpr PnPGuard::Time refillForAll = 5ms;
+
+/// Full buckets are dropped when the table gets this long. The limit for all keeps fewer than 600
+/// others in it: most of them are full again after a tenth of a second.
+constexpr int mostAddresses = 1024;
+
+/// An answer is at most so many times as long as its request...
+constexpr int growth = 3;
+/// ...but for one that says each thing as briefly as SIP allows. The answers' own lines are longer
+/// than that then.
+constexpr int briefRequest = 200; // bytes
+constexpr int briefAnswer = 1100;
+
+bool holds(PnPGuard::Time fullAt, PnPGuard::Time refill, int datagrams, PnPGuard::Time now)
+{
+    return std::max(fullAt, now) + datagrams * refill <= now + burst * refill;
+}
+
+/// Whether `address` means every host of the network that `own` is an address of. Some systems
+/// still take the network's own number for its broadcast address.
+bool isBroadcast(const QHostAddress &address, const QNetworkAddressEntry &own)
+{
+    constexpr int smallestBroadcasting = 30; // longer prefixes have hosts only
+    const quint32 hostBits = ~own.netmask().toIPv4Address();
+    const quint32 host = address.toIPv4Address() & hostBits;
+    return address == own.broadcast() ||
+           ((host == 0 || host == hostBits) && own.prefixLength() <= smallestBroadcasting &&
+            address.isInSubnet(own.ip(), own.prefixLength()));
+}
+
+bool isTooLong(int requestSize, int answerSize)
+{
+    const int allowed =
+        requestSize < briefRequest ? 0 : std::max(growth * requestSize, briefAnswer);
+    return answerSize > allowed;
+}
+
+} // namespace
+
+const char *PnPGuard::refusalText(Verdict verdict)
+{
+    static constexpr std::array<const char *, TooOften + 1> texts = {
+        "",
+        "The answer would come back to this server.",
+        "The answer would go to another network.",
+        "The answer would be far longer than the request.",
+        "Answered too often already.",
+    };
+    return texts.at(verdict);
+}
+
+void PnPGuard::setNetworks(const QList<QNetworkAddressEntry> &ownAddresses)
+{
+    m_ownAddresses = ownAddresses;
+}
+
+PnPGuard::Verdict PnPGuard::judge(const Exchange &exchange, Time now)
+{
+    if (comesBack(exchange.address, exchange.port))
+        return ComesBack;
+    if (!isNear(exchange.sender, exchange.address))
+        return OtherNetwork;
+    if (isTooLong(exchange.requestSize, exchange.answerSize))
+        return TooLong;
+    return spend(exchange, now) ? Allowed : TooOften;
+}
+
+/// Whether the answer would reach this server's own ear, where it would pass for a request and be
+/// answered again, without end. A telephone cannot have the address: the port is taken.
+bool PnPGuard::comesBack(const QHostAddress &address, quint16 port) const
+{
+    const bool isOwnPort = port == PnPMessages::requestPort;
+    return (isOwnPort && address.isLoopback()) ||
+           std::any_of(m_ownAddresses.begin(), m_ownAddresses.end(), [&](const auto &own) {
+               return (isOwnPort && own.ip() == address) || isBroadcast(address, own);
+           });
+}
+
+bool PnPGuard::isNear(const QHostAddress &sender, const QHostAddress &address) const
+{
+    if (address.isLoopback())
+        return sender.isLoopback();
+    return address == sender ||
+           std::any_of(m_ownAddresses.begin(), m_ownAddresses.end(), [&](const auto &own) {
+               return own.prefixLength() > 0 && address.isInSubnet(own.ip(), own.prefixLength());
+           });
+}
+
+/// Takes the answer out of every bucket that it counts for, or out of none.
+bool PnPGuard::spend(const Exchange &exchange, Time now)
+{
+    const std::array<quint32, 2> payers = {exchange.sender.toIPv4Address(),
+                                           exchange.address.toIPv4Address()};
+    const bool isAllowed =
+        holds(m_fullAt, refillForAll, exchange.datagrams, now) &&
+        std::all_of(payers.begin(), payers.end(), [&](quint32 payer) {
+            return holds(m_addressFullAt.value(payer), refillForOne, exchange.datagrams, now);
+        });
+    if (!isAllowed)
+        return false;
+
+    if (m_addressFullAt.size() >= mostAddresses) {
+        for (auto it = m_addressFullAt.begin(); it != m_addressFullAt.end();)
+            it = it.value() <= now ? m_addressFullAt.erase(it) : std::next(it);
+    }
+    const auto take = [&](Time &fullAt, Time refill) {
+        fullAt = std::max(fullAt, now) + exchange.datagrams * refill;
+    };
+    take(m_fullAt, refillForAll);
+    take(m_addressFullAt[payers.front()], refillForOne);
+    if (payers.front() != payers.back())
+        take(m_addressFullAt[payers.back()], refillForOne);
+    return true;
+}
