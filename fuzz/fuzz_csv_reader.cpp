@@ -1,22 +1,10 @@
 // Any bytes through the CSV reader, as the import calls it. The first byte chooses the mode; the
 // rest is the file.
+#include "fuzz/FuzzTarget.h"
 #include "import/csv_parser.h"
 
 #include <algorithm>
-#include <cstddef>
-#include <cstdint>
 #include <cstdio>
-#include <cstdlib>
-
-namespace {
-
-void require(bool kept)
-{
-    if (!kept)
-        std::abort();
-}
-
-} // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {

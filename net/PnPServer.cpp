@@ -173,12 +173,16 @@ std::vector<PnPServer::Datagram> PnPServer::takeArrived()
     QByteArray buffer(largestDatagram, Qt::Uninitialized);
     for (int i = 0; i < mostAtOnce && m_receiveSocket->hasPendingDatagrams(); ++i) {
         QHostAddress sender;
-        const qint64 length = m_receiveSocket->readDatagram(buffer.data(), buffer.size(), &sender);
+        quint16 port = 0;
+        const qint64 length =
+            m_receiveSocket->readDatagram(buffer.data(), buffer.size(), &sender, &port);
         if (length < 0)
             continue; // damaged on its way
-        const auto isSenders = [&](const Datagram &other) { return other.sender == sender; };
+        const auto isSenders = [&](const Datagram &other) {
+            return other.sender == sender && other.senderPort == port;
+        };
         arrived.erase(std::remove_if(arrived.begin(), arrived.end(), isSenders), arrived.end());
-        arrived.push_back({sender, buffer.left(static_cast<int>(length))});
+        arrived.push_back({sender, port, buffer.left(static_cast<int>(length))});
     }
     return arrived;
 }

@@ -46,6 +46,7 @@ private:
     struct Datagram
     {
         QHostAddress sender;
+        quint16 senderPort;
         QByteArray bytes;
     };
 

@@ -1,17 +1,25 @@
 #!/usr/bin/env bash
-# Fuzzes the CSV reader and the whole import, one after the other, under the address and
-# undefined-behaviour sanitizers.
-#   scripts/fuzz.sh [SECONDS]    for each of the two; 60 when not given
+# Runs the fuzzers, one after the other, under the address and undefined-behaviour sanitizers.
+#   scripts/fuzz.sh [SECONDS [FUZZER...]]    each for so long, 60 when not given; these, or all
 # What was learned stays in build/fuzz/corpus for the next run. An input that finds something is
 # written to build/fuzz/findings, and the script fails.
 set -euo pipefail
 . "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 
 seconds="${1:-60}"
-[[ "$seconds" =~ ^[0-9]+$ && $# -le 1 ]] || die "usage: scripts/fuzz.sh [SECONDS]"
+[[ "$seconds" =~ ^[0-9]+$ ]] || die "usage: scripts/fuzz.sh [SECONDS [FUZZER...]]"
+# Each with the folder of its corpus, which is also the name of its dictionary.
+declare -A corpus=([fuzz_csv_reader]=csv [fuzz_csv_import]=csv [fuzz_http_request]=http
+                   [fuzz_pnp_request]=sip [fuzz_settings]=settings)
+fuzzers=("${@:2}")
+[ "${#fuzzers[@]}" -gt 0 ] \
+    || fuzzers=(fuzz_csv_reader fuzz_csv_import fuzz_http_request fuzz_pnp_request fuzz_settings)
+for fuzzer in "${fuzzers[@]}"; do
+    [ -n "${corpus[$fuzzer]:-}" ] || die "no such fuzzer: $fuzzer"
+done
 
 need_packages build fuzz
-build fuzz fuzz_csv_reader fuzz_csv_import
+build fuzz "${fuzzers[@]}"
 
 export UBSAN_OPTIONS="print_stacktrace=1:${UBSAN_OPTIONS:-}"
 export ASAN_OPTIONS="detect_leaks=1:strict_string_checks=1:${ASAN_OPTIONS:-}"
@@ -24,15 +32,15 @@ fi
 findings="$root/build/fuzz/findings"
 mkdir -p "$findings"
 failed=()
-for fuzzer in fuzz_csv_reader fuzz_csv_import; do
+for fuzzer in "${fuzzers[@]}"; do
     learned="$root/build/fuzz/corpus/$fuzzer"
     mkdir -p "$learned"
     say "$fuzzer for $seconds seconds"
     # Looking for leaks after each input, Qt's caches make it slow; it is done at the end.
     nice "$root/build/fuzz/fuzz/$fuzzer" \
         -max_total_time="$seconds" -max_len=8192 -timeout=10 -detect_leaks=0 -print_final_stats=1 \
-        -dict="$root/fuzz/csv.dict" -artifact_prefix="$findings/$fuzzer-" \
-        "$learned" "$root/fuzz/corpus" || failed+=("$fuzzer")
+        -dict="$root/fuzz/${corpus[$fuzzer]}.dict" -artifact_prefix="$findings/$fuzzer-" \
+        "$learned" "$root/fuzz/corpus/${corpus[$fuzzer]}" || failed+=("$fuzzer")
 done
 
 [ "${#failed[@]}" -eq 0 ] || die "found something: ${failed[*]}; see $findings"

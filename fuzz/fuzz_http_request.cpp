@@ -1,0 +1,24 @@
+// Any bytes as a telephone's HTTP request. A name that counts as safe has to mean a file directly
+// in the served folder.
+#include "fuzz/FuzzTarget.h"
+#include "net/HttpRequest.h"
+
+#include <QByteArray>
+#include <QDir>
+#include <QList>
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
+{
+    const auto bytes =
+        QByteArray::fromRawData(reinterpret_cast<const char *>(data), static_cast<int>(size));
+    HttpRequest request;
+    const QList<QByteArray> lines = bytes.split('\n');
+    for (const QByteArray &line : lines)
+        request.addLine(QString::fromLatin1(line + '\n'));
+
+    if (request.namesDocument() && request.hasSafeFileName()) {
+        const QString path = QStringLiteral("/served/") + request.fileName;
+        require(QDir::cleanPath(path) == path && path.count(QLatin1Char('/')) == 2);
+    }
+    return 0;
+}

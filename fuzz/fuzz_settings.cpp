@@ -1,0 +1,65 @@
+// Any bytes as each of the settings files. After a change, whatever stood in the file, the new
+// value has to be read from it.
+#include "app/LanguageFile.h"
+#include "app/OptionsFile.h"
+#include "fuzz/FuzzTarget.h"
+#include "net/HttpdPort.h"
+
+#include <QFile>
+#include <QTemporaryDir>
+
+namespace {
+
+void write(const QString &path, const QByteArray &bytes)
+{
+    QFile file(path);
+    require(file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size());
+}
+
+void changeOptions(const QString &path)
+{
+    Options options;
+    readOptionsFile(path, options);
+    options.autoHttpd = !options.autoHttpd;
+    require(updateOptionsFile(path, options));
+    Options again;
+    require(readOptionsFile(path, again));
+    require(again.autoStart == options.autoStart && again.recoveryData == options.recoveryData &&
+            again.autoHttpd == options.autoHttpd);
+}
+
+void changeLanguage(const QString &path)
+{
+    QString language;
+    readLanguageFile(path, language);
+    const QString other = QLatin1String(language == QLatin1String("zh") ? "en" : "zh");
+    require(updateLanguageFile(path, other));
+    require(readLanguageFile(path, language) && language == other);
+}
+
+void changePort(const QString &path)
+{
+    const HttpdPort setting = readHttpdPort(path);
+    require(setting.portText.isEmpty() || setting.portText.toInt() == setting.port);
+    require(writeHttpdPort(path, setting.useDefault == 1, setting.portText));
+    const HttpdPort again = readHttpdPort(path);
+    require(again.useDefault == (setting.useDefault == 1 ? 1 : 0));
+    require(again.portText == setting.portText);
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
+{
+    static const QTemporaryDir folder;
+    static const QString path = folder.filePath(QStringLiteral("settings.xml"));
+    const auto bytes =
+        QByteArray::fromRawData(reinterpret_cast<const char *>(data), static_cast<int>(size));
+    for (const auto change : {changeOptions, changeLanguage, changePort}) {
+        write(path, bytes);
+        change(path);
+    }
+    write(path, bytes);
+    languageHint(path);
+    return 0;
+}

@@ -1,0 +1,31 @@
+// Runs a fuzzer over the files of the folders named as arguments, without a fuzzing library: what
+// was found once stays found out, with any compiler. Fails without a file.
+#include "fuzz/FuzzTarget.h"
+
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <vector>
+
+int main(int argc, char *argv[])
+{
+    int files = 0;
+    for (int i = 1; i < argc; ++i) {
+        for (const auto &entry : std::filesystem::directory_iterator(argv[i])) {
+            std::ifstream file(entry.path(), std::ios::binary);
+            const std::vector<char> bytes{std::istreambuf_iterator<char>(file), {}};
+            if (!file) {
+                std::fprintf(stderr, "cannot read %s\n", entry.path().c_str());
+                return 1;
+            }
+            // The last name is the input that ended the process.
+            std::printf("%s\n", entry.path().c_str());
+            std::fflush(stdout);
+            LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t *>(bytes.data()),
+                                   bytes.size());
+            ++files;
+        }
+    }
+    return files > 0 ? 0 : 1;
+}
