@@ -19,6 +19,7 @@ import tempfile
 import time
 
 HERE = pathlib.Path(__file__).resolve().parent
+HOSTILE = HERE / "hostile.py"
 PHONE = HERE.parent / "phone" / "sip_phone.py"
 REPLY_PORT = 5080
 SKIPPED = 77
@@ -29,6 +30,7 @@ PHONE_SECONDS = 10  # from each one's boot to its file
 
 DESK_MAC = "0200a7000001"
 CORDLESS_MAC = "0200a7010001"
+MOST_ANSWERS = 500  # a second
 UNKNOWN_MAC = "0200a7ff0001"
 DESK_MODELS = ["KTP2135", "KTP2200", "ktp1610", "KTV3175"]
 CORDLESS_MODELS = ["DK710"]
@@ -265,10 +267,63 @@ def run(options, folder, name, net, more_cards=0, default_route=True, pull=False
     network.remove()
 
 
+def attack(host, program_address, addresses, *more):
+    words = [sys.executable, HOSTILE, "--target", program_address, "--mac", DESK_MAC, *more]
+    for address in addresses:
+        words += ["--address", address]
+    result = json.loads(sh(*in_host(host, *words)))
+    say(f"  {host}, {len(addresses)} addresses, {' '.join(more)}: {json.dumps(result)}")
+    if result["most_in_a_second"] > MOST_ANSWERS:
+        raise Failed("too many answers")
+    return result["answers"]
+
+
+def endure(options, folder, name):
+    """One host floods the program, by one address, by many, and naming a host behind the router."""
+    network = Network(name)
+    for bridge in ("phones", "outside"):
+        network.add_bridge(bridge)
+    hosts = {role: network.add_host(role)
+             for role in ("host", "router", "hostile", "phone", "victim")}
+    own = [f"192.0.2.{last}" for last in range(100, 200)]
+    network.plug(hosts["host"], "eth0", "192.0.2.1", "phones")
+    network.plug(hosts["phone"], "eth0", "192.0.2.20", "phones")
+    network.plug(hosts["hostile"], "eth0", own[0], "phones")
+    for address in own[1:]:
+        sh("ip", "-n", hosts["hostile"], "address", "add", f"{address}/24", "dev", "eth0")
+    network.plug(hosts["router"], "eth0", "192.0.2.254", "phones")
+    network.plug(hosts["router"], "eth1", "198.51.100.254", "outside")
+    sh(*in_host(hosts["router"], "sh", "-c", "echo 1 > /proc/sys/net/ipv4/ip_forward"))
+    network.plug(hosts["victim"], "eth0", "198.51.100.9", "outside")
+    sh("ip", "-n", hosts["host"], "route", "add", "default", "via", "192.0.2.254")
+    sh("ip", "-n", hosts["victim"], "route", "add", "default", "via", "198.51.100.254")
+    program = Program(options.program, hosts["host"], "192.0.2.1", options.count, 0)
+
+    phones = start_phones(hosts["phone"], "192.0.2.20", "192.0.2.1", DESK_MAC, DESK_MODELS, 1)
+    attack(hosts["hostile"], "192.0.2.1", own[:1])
+    finish_phones("a phone beside it", phones)
+    attack(hosts["hostile"], "192.0.2.1", own)
+    capture = Capture(hosts["victim"], "eth0", folder)
+    attack(hosts["hostile"], "192.0.2.1", own[:1], "--via", "198.51.100.9:5062")
+    if capture.process is not None:
+        capture.process.terminate()
+        capture.process.wait()
+        reached = len(capture.fields("udp", "frame.number"))
+        say(f"  datagrams that reached the host behind the router: {reached}")
+        if reached:
+            raise Failed("a host in another network was answered")
+    # The way there is open: who asks from there gets an answer.
+    if not attack(hosts["victim"], "192.0.2.1", ["198.51.100.9"], "--rate", "10"):
+        raise Failed("nothing comes through the router, so nothing was shown")
+    program.close()
+    network.remove()
+
+
 RUNS = {
-    "a card with a default route": dict(name="route", net="192.0.2", pull=True),
-    "a card, no default route": dict(name="noroute", net="192.0.2", default_route=False),
-    "two cards, the second chosen": dict(name="second", net="198.51.100", more_cards=1),
+    "a card with a default route": (run, dict(name="route", net="192.0.2", pull=True)),
+    "a card, no default route": (run, dict(name="noroute", net="192.0.2", default_route=False)),
+    "two cards, the second chosen": (run, dict(name="second", net="198.51.100", more_cards=1)),
+    "a hostile host": (endure, dict(name="hostile")),
 }
 
 
@@ -286,13 +341,13 @@ def main():
     # Private to this process: the names of the namespaces, and the networks themselves.
     sh("mount", "-t", "tmpfs", "tmpfs", "/run")
     failures = 0
-    for what, case in RUNS.items():
+    for what, (test, case) in RUNS.items():
         say(f"{what}: {options.count} telephones")
         with tempfile.TemporaryDirectory() as folder:
             os.chmod(folder, 0o755)
             try:
                 begin = time.monotonic()
-                run(options, folder, **case)
+                test(options, folder, **case)
                 say(f"  passed in {time.monotonic() - begin:.1f} s")
             except Failed as failure:
                 failures += 1
