@@ -1,4 +1,5 @@
 #include "PnPSubscribe.h"
+#include "net/PnPGuard.h"
 #include "net/PnPMessages.h"
 #include "net/PnPRequest.h"
 
@@ -7,7 +8,9 @@
 #include <QTest>
 
 #include <array>
-#include <random>
+#include <numeric>
+
+using namespace std::chrono_literals;
 
 namespace {
 
@@ -74,6 +77,25 @@ QStringList standardFieldsWith(int index, const QString &value)
     return fields;
 }
 
+/// Of a PC with two cards and a tunnel.
+PnPGuard guardOfTwoCards()
+{
+    QList<QNetworkAddressEntry> addresses;
+    const auto add = [&](const char *ip, int prefixLength) {
+        QNetworkAddressEntry entry;
+        entry.setIp(QHostAddress(QLatin1String(ip)));
+        entry.setPrefixLength(prefixLength);
+        addresses.append(entry);
+    };
+    add("127.0.0.1", 8);
+    add("192.168.10.1", 24);
+    add("10.0.0.1", 8);
+    add("172.16.0.1", 32);
+    PnPGuard guard;
+    guard.setNetworks(addresses);
+    return guard;
+}
+
 const QString local = QStringLiteral("192.168.10.1");
 const QString url = QStringLiteral("http://192.168.10.1:8080");
 
@@ -81,6 +103,7 @@ constexpr int largestPayload = 65507; // of a UDP datagram
 
 } // namespace
 
+/// What plug and play decides and says, without a socket.
 class TestPnPRequest : public QObject
 {
     Q_OBJECT
@@ -91,7 +114,10 @@ private slots:
     void stopsAtTheFirstThatIsMissing();
     void messages();
     void folderOfTheFile();
-    void anyDatagramIsSafe();
+    void whoIsAnswered_data();
+    void whoIsAnswered();
+    void howOften_data();
+    void howOften();
 };
 
 void TestPnPRequest::reads_data()
@@ -122,8 +148,6 @@ void TestPnPRequest::reads_data()
     noAddress("no port", "192.168.10.20;");
     noAddress("port 65536", "192.168.10.20:65536;");
     noAddress("this host", "0.0.0.0:5062;");
-    noAddress("port beyond an int", "192.168.10.20:4294967301;");
-    noAddress("port in hexadecimal", "192.168.10.20:0x13c6;");
     noAddress("host name", "phone.local:5062;");
     noAddress("multicast group", "224.0.1.75:5060;");
     noAddress("broadcast", "255.255.255.255:5062;");
@@ -140,8 +164,16 @@ void TestPnPRequest::reads_data()
     complete("the rest of the branch's line", standardWith("770412\r", "770412;rport;alias\r"),
              standardFieldsWith(4, QStringLiteral("branch=z9hG4bK770412;rport;alias")));
     stops("bare line feeds", standard().replace("\r\n", "\n"), PnPRequest::Branch);
-    stops("cut in the branch", standard().left(standard().indexOf("770412")), PnPRequest::Branch);
     stops("Call-ID without a blank", standardWith("Call-ID: ", "Call-ID:"), PnPRequest::CallId);
+    stops("line end in the MAC", standardWith("0200a7000001@224.0.1.75 SIP", "0200a7\r\n0001@ SIP"),
+          PnPRequest::MacAddress);
+    stops("CR in the tag", standardWith("5150", "5\r150"), PnPRequest::FromTag);
+    stops("LF in the CSeq", standardWith("2001 ", "2001\n"), PnPRequest::Cseq);
+    const QByteArray longest(512, 'a');
+    complete("longest Call-ID", standardWith("88200314-0200a7000001@phone", longest),
+             standardFieldsWith(6, QString::fromLatin1(longest)));
+    stops("longer Call-ID", standardWith("88200314-0200a7000001@phone", longest + 'a'),
+          PnPRequest::CallId);
     stops("cut in the event", standard().left(standard().indexOf(";version")), PnPRequest::Event);
     complete("an empty value", standardWith("2001 SUBSCRIBE", ""),
              standardFieldsWith(7, QString()));
@@ -267,134 +299,88 @@ void TestPnPRequest::folderOfTheFile()
         QCOMPARE(folderFor(model), url);
 }
 
-namespace {
-
-/// Makes datagrams out of a telephone's by what goes wrong on the way or is done on purpose.
-class Mutator
+void TestPnPRequest::whoIsAnswered_data()
 {
-public:
-    explicit Mutator(quint32 seed)
-        : m_random(seed)
-    {
-    }
+    QTest::addColumn<QString>("sender");
+    QTest::addColumn<QString>("address");
+    QTest::addColumn<int>("requestSize");
+    QTest::addColumn<int>("answerSize");
+    QTest::addColumn<int>("verdict");
+    const auto row = [](const char *name, const char *sender, const char *address, int verdict,
+                        int requestSize = 500, int answerSize = 1050) {
+        QTest::newRow(name) << QString::fromLatin1(sender) << QString::fromLatin1(address)
+                            << requestSize << answerSize << verdict;
+    };
+    const char phone[] = "192.168.10.20:5062";
+    row("itself", "192.168.10.20", phone, PnPGuard::Allowed);
+    row("itself, from behind a router", "203.0.113.9", "203.0.113.9:5060", PnPGuard::Allowed);
+    row("a neighbour", "203.0.113.9", phone, PnPGuard::Allowed);
+    row("on the other card's network", "192.168.10.20", "10.1.2.3:5062", PnPGuard::Allowed);
+    row("behind a router", "192.168.10.20", "203.0.113.9:5062", PnPGuard::OtherNetwork);
+    row("next to a single address", "192.168.10.20", "172.16.0.2:5062", PnPGuard::OtherNetwork);
+    row("loopback", "127.0.0.1", "127.8.9.10:5062", PnPGuard::Allowed);
+    row("loopback from outside", "192.168.10.20", "127.0.0.1:5062", PnPGuard::OtherNetwork);
+    row("this server", "192.168.10.20", "192.168.10.1:5060", PnPGuard::ComesBack);
+    row("this server on loopback", "127.0.0.1", "127.8.9.10:5060", PnPGuard::ComesBack);
+    row("everybody", "192.168.10.20", "192.168.10.255:5062", PnPGuard::ComesBack);
+    row("everybody, the old way", "192.168.10.20", "192.168.10.0:5062", PnPGuard::ComesBack);
 
-    QByteArray next()
-    {
-        QByteArray datagram = standard();
-        for (int changes = 1 + below(4); changes > 0; --changes)
-            change(datagram);
-        return datagram;
-    }
-
-private:
-    int below(int bound) { return int(m_random() % quint32(bound)); }
-
-    QByteArray token()
-    {
-        static const QList<QByteArray> tokens =
-            QByteArray("@|:|;|\"|\r\n|\r|\n|::|Via: SIP/2.0/UDP |branch=|tag=|Call-ID: |CSeq: |"
-                       "Event: |model=\"|KTP|99999999999|:0;|224.0.1.75:5060;|0.0.0.0|%s%n|"
-                       "%1%2%3|\xed\xa0\x80")
-                .split('|')
-            << QByteArray(1, '\0');
-        if (below(8) == 0)
-            return QByteArray(1, char(below(256)));
-        return tokens.at(below(tokens.size()));
-    }
-
-    void change(QByteArray &datagram)
-    {
-        const int at = below(datagram.size() + 1);
-        const int kind = below(5);
-        if (kind == 0)
-            datagram.insert(at, token());
-        else if (kind == 1)
-            datagram.remove(at, below(40));
-        else if (kind == 2)
-            datagram.truncate(at);
-        else if (kind == 3)
-            datagram.insert(below(datagram.size() + 1), datagram.mid(at, below(200)));
-        else
-            datagram.replace(token(), token());
-    }
-
-    std::mt19937 m_random;
-};
-
-/// What is wrong with what was read from `datagram`; null when nothing is.
-QString faultOf(const PnPRequest &request, const QByteArray &datagram)
-{
-    const QString text = QString::fromLatin1(datagram.constData()); // up to the first NUL
-    const std::array<QString, 8> fields = {
-        request.macAddress, request.addressAndPort, request.branch, request.fromTag,
-        request.callId,     request.cseq,           request.event,  request.model};
-    for (int step = 0; step < int(fields.size()); ++step) {
-        const QString &field = fields.at(size_t(step));
-        if (step >= request.stoppedAt && !field.isEmpty())
-            return QStringLiteral("field %1 is set though the reading stopped").arg(step);
-        if (!text.contains(field))
-            return QStringLiteral("field %1 is not in the datagram").arg(step);
-        // The MAC is 12 characters, whatever they are.
-        if (step > PnPRequest::MacAddress && field.contains(QLatin1String("\r\n")))
-            return QStringLiteral("field %1 has more than one line").arg(step);
-    }
-    if (request.stoppedAt > PnPRequest::MacAddress && request.macAddress.size() != 12)
-        return QStringLiteral("MAC of another length");
-    if (request.stoppedAt > PnPRequest::AddressAndPort) {
-        const QHostAddress address(request.address);
-        if (request.port == 0 || address.protocol() != QAbstractSocket::IPv4Protocol ||
-            address.isMulticast() || address.isBroadcast() || address == QHostAddress::AnyIPv4)
-            return QStringLiteral("an address that no single host has");
-    }
-    return QString();
+    row("three times as long", "192.168.10.20", phone, PnPGuard::Allowed, 500, 1500);
+    row("longer", "192.168.10.20", phone, PnPGuard::TooLong, 500, 1501);
+    row("brief", "192.168.10.20", phone, PnPGuard::Allowed, 200, 1100);
+    row("brief, with a long answer", "192.168.10.20", phone, PnPGuard::TooLong, 366, 1101);
+    row("briefer than SIP allows", "192.168.10.20", phone, PnPGuard::TooLong, 199, 400);
 }
 
-/// Whether a message has this many lines before its body, which is as long as it says.
-bool isSound(const QString &message, int lineCount)
+void TestPnPRequest::whoIsAnswered()
 {
-    const QByteArray bytes = message.toUtf8();
-    const int end = bytes.indexOf("\r\n\r\n");
-    const int length = bytes.mid(bytes.lastIndexOf("Content-Length:", end) + 15, 7).toInt();
-    return end > 0 && bytes.left(end).count("\r\n") == lineCount - 1 &&
-           length == bytes.size() - end - 4;
+    QFETCH(QString, sender);
+    QFETCH(QString, address);
+    QFETCH(int, requestSize);
+    QFETCH(int, answerSize);
+    PnPGuard guard = guardOfTwoCards();
+    const QStringList parts = address.split(QLatin1Char(':'));
+    QTEST(int(guard.judge({QHostAddress(sender), QHostAddress(parts.at(0)), parts.at(1).toUShort(),
+                           requestSize, answerSize, 2},
+                          0ms)),
+          "verdict");
 }
 
-} // namespace
-
-void TestPnPRequest::anyDatagramIsSafe()
+void TestPnPRequest::howOften_data()
 {
-    constexpr quint32 seed = 20240611;
-    constexpr int datagrams = 100000;
-    Mutator mutator(seed);
-    std::array<int, PnPRequest::Complete + 1> reached = {};
-    for (int i = 0; i < datagrams; ++i) {
-        const QByteArray datagram = mutator.next();
-        const PnPRequest request = PnPRequest::parse(datagram);
-        ++reached.at(request.stoppedAt);
-        QString fault = faultOf(request, datagram);
-        // A MAC with a line end in it is the one thing that can break an answer's lines, and the
-        // telephone's own doing.
-        if (request.isComplete() && !request.macAddress.contains(QLatin1String("\r\n"))) {
-            const bool sound = isSound(PnPMessages::notImplemented(request, local), 11) &&
-                               isSound(PnPMessages::accepted(request), 11) &&
-                               isSound(PnPMessages::notify(request, local, url), 13);
-            if (fault.isEmpty() && !sound)
-                fault = QStringLiteral("an answer is not sound");
-        }
-        QVERIFY2(fault.isEmpty(),
-                 qPrintable(QStringLiteral("%1 (seed %2, datagram %3): %4")
-                                .arg(fault)
-                                .arg(seed)
-                                .arg(i)
-                                .arg(QString::fromLatin1(datagram.toPercentEncoding()))));
+    QTest::addColumn<int>("senders");
+    QTest::addColumn<int>("addresses");
+    QTest::addColumn<int>("firstSecond"); // datagrams in it
+    QTest::addColumn<int>("tenSeconds");
+    QTest::newRow("one host") << 1 << 1 << 218 << 398;
+    QTest::newRow("one host that names others") << 1 << 200 << 218 << 398;
+    QTest::newRow("many that name one") << 200 << 1 << 218 << 398;
+    QTest::newRow("as many as there are") << 60000 << 60000 << 398 << 2198;
+}
+
+/// A flood of 2,000 requests a second.
+void TestPnPRequest::howOften()
+{
+    QFETCH(int, senders);
+    QFETCH(int, addresses);
+    PnPGuard guard = guardOfTwoCards();
+    const auto ask = [&](int sender, int address, PnPGuard::Time now) {
+        constexpr quint32 network = 10U << 24;
+        return guard.judge({QHostAddress(network + 2 + quint32(sender)),
+                            QHostAddress(network + 2 + quint32(address)), 5062, 500, 1050, 2},
+                           now) == PnPGuard::Allowed;
+    };
+    std::array<int, 10> inSecond = {};
+    for (int request = 0; request < 20000; ++request) {
+        if (ask(request % senders, request % addresses, request * 1ms / 2))
+            inSecond.at(size_t(request / 2000)) += 2;
     }
-    QStringList counts;
-    for (const int count : reached) {
-        counts.append(QString::number(count));
-        // The run is worth something only when it reaches each stop, and the messages, often.
-        QVERIFY2(count > datagrams / 200, qPrintable(counts.join(QLatin1Char(' '))));
-    }
-    qInfo("seed %u, stopped at each step: %s", seed, qPrintable(counts.join(QLatin1Char(' '))));
+    QTEST(inSecond.front(), "firstSecond");
+    QTEST(std::accumulate(inSecond.begin(), inSecond.end(), 0), "tenSeconds");
+
+    // A second of quiet, and a hundred telephones boot at the same instant.
+    for (int phone = 0; phone < 100; ++phone)
+        QVERIFY(ask(70000 + phone, 70000 + phone, 11s));
 }
 
 QTEST_APPLESS_MAIN(TestPnPRequest)

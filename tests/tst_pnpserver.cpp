@@ -6,6 +6,7 @@
 #include <QTest>
 #include <QUdpSocket>
 
+#include <array>
 #include <memory>
 
 namespace {
@@ -75,6 +76,7 @@ private slots:
     void sendsNothing_data();
     void sendsNothing();
     void answersTheLaterOfTwo();
+    void answersEveryTelephoneOfABurst();
     void startsAndStops();
 
 private:
@@ -86,7 +88,8 @@ private:
     std::unique_ptr<FakeLookup> m_lookup;
     std::unique_ptr<PnPServer> m_server;
     std::unique_ptr<QUdpSocket> m_phone;
-    quint16 m_answerFrom = 0; ///< where the last received datagram came from
+    QHostAddress m_answerFrom; ///< where the last received datagram came from
+    quint16 m_answerFromPort = 0;
 };
 
 void TestPnPServer::initTestCase()
@@ -140,7 +143,7 @@ QByteArray TestPnPServer::received()
     if (!QTest::qWaitFor([this] { return m_phone->hasPendingDatagrams(); }))
         return QByteArray();
     QByteArray datagram(int(m_phone->pendingDatagramSize()), Qt::Uninitialized);
-    m_phone->readDatagram(datagram.data(), datagram.size(), nullptr, &m_answerFrom);
+    m_phone->readDatagram(datagram.data(), datagram.size(), &m_answerFrom, &m_answerFromPort);
     return datagram;
 }
 
@@ -159,20 +162,22 @@ void TestPnPServer::tellsAKnownTelephoneWhereItsFileIs()
     send(pnpSubscribe(knownMac, phoneAddress(), "KTP2135"));
     const QByteArray accepted = received();
     QVERIFY2(accepted.startsWith("SIP/2.0 202 Accepted subscription\r\n"), accepted);
-    QCOMPARE(m_answerFrom, replyPort);
+    QCOMPARE(m_answerFromPort, replyPort);
     const QByteArray notify = received();
     QVERIFY2(notify.startsWith("NOTIFY sip:" + phoneAddress() + " SIP/2.0\r\n"), notify);
     QVERIFY2(notify.endsWith("\r\nContent-Length:    20\r\n\r\nhttp://127.0.0.1:80/"), notify);
-    QCOMPARE(m_answerFrom, replyPort);
+    QCOMPARE(m_answerFromPort, replyPort);
 
-    // The service was closed and opened on another port meanwhile.
-    m_server->setHttpdAddress(QStringLiteral("127.0.0.1"), QStringLiteral("5001"));
+    // The service was closed and opened on another card and port meanwhile.
+    m_server->setHttpdAddress(QStringLiteral("127.0.0.2"), QStringLiteral("5001"));
     // The answer goes where the request says, not where it came from.
     QUdpSocket sender;
     QVERIFY(sender.bind(loopback(), 0));
     sender.writeDatagram(pnpSubscribe(knownMac, phoneAddress(), "DK71X"), loopback(), sipPort);
     QVERIFY(received().startsWith("SIP/2.0 202 "));
-    QVERIFY(received().endsWith("\r\n\r\nhttp://127.0.0.1:5001"));
+    QVERIFY(received().endsWith("\r\n\r\nhttp://127.0.0.2:5001"));
+    QCOMPARE(m_answerFrom, QHostAddress(QStringLiteral("127.0.0.2")));
+    QCOMPARE(m_answerFromPort, replyPort);
 }
 
 void TestPnPServer::refusesAnUnknownTelephone()
@@ -204,8 +209,12 @@ void TestPnPServer::sendsNothing_data()
     QTest::newRow("known, no model")
         << from(phone).replace("model=", "") << QStringLiteral("Can not find model in event str.");
     QTest::newRow("this server") << from("127.0.0.1:5060") << own;
-    QTest::newRow("this server by another name") << from("127.8.9.10:5060") << own;
     QTest::newRow("everybody on the network") << from("127.255.255.255:9") << own;
+    QTest::newRow("another network")
+        << from("203.0.113.77:9") << QStringLiteral("The answer would go to another network.");
+    QTest::newRow("swelling") << from(phone).replace(
+                                     ";branch", QByteArray(400, '\xff').prepend(':') + ";branch")
+                              << QStringLiteral("The answer would be far longer than the request.");
 }
 
 void TestPnPServer::sendsNothing()
@@ -236,6 +245,24 @@ void TestPnPServer::answersTheLaterOfTwo()
     send(pnpSubscribe(knownMac, phoneAddress(), "KTP2135"));
     QVERIFY(isAnsweredOnly(knownMac));
     QCOMPARE(m_lookup->asked(), QList<QByteArray>({otherKnownMac, knownMac}));
+}
+
+void TestPnPServer::answersEveryTelephoneOfABurst()
+{
+    QVERIFY(m_server->start());
+    std::array<QUdpSocket, 100> phones;
+    for (QUdpSocket &phone : phones) {
+        QVERIFY(phone.bind(loopback(), 0));
+        const QByteArray address = "127.0.0.1:" + QByteArray::number(phone.localPort());
+        phone.writeDatagram(pnpSubscribe(knownMac, address, "KTP2135"), loopback(), sipPort);
+    }
+    for (const QUdpSocket &phone : phones)
+        QTRY_VERIFY(phone.hasPendingDatagrams());
+
+    // That was as much as one address gets.
+    debugLines().clear();
+    send(pnpSubscribe(knownMac, phoneAddress(), "KTP2135"));
+    QTRY_VERIFY(debugLines().contains(QStringLiteral("Answered too often already.")));
 }
 
 void TestPnPServer::startsAndStops()
