@@ -20,12 +20,13 @@ void changeOptions(const QString &path)
 {
     Options options;
     readOptionsFile(path, options);
-    options.autoHttpd = !options.autoHttpd;
-    require(updateOptionsFile(path, options));
+    for (const auto value : {&Options::autoStart, &Options::recoveryData, &Options::autoHttpd})
+        options.*value = !(options.*value).value_or(false);
+    require(bool(updateOptionsFile(path, options)));
     Options again;
     require(readOptionsFile(path, again));
-    require(again.autoStart == options.autoStart && again.recoveryData == options.recoveryData &&
-            again.autoHttpd == options.autoHttpd);
+    for (const auto value : {&Options::autoStart, &Options::recoveryData, &Options::autoHttpd})
+        require(again.*value == options.*value);
 }
 
 void changeLanguage(const QString &path)
@@ -33,7 +34,7 @@ void changeLanguage(const QString &path)
     QString language;
     readLanguageFile(path, language);
     const QString other = QLatin1String(language == QLatin1String("zh") ? "en" : "zh");
-    require(updateLanguageFile(path, other));
+    require(bool(updateLanguageFile(path, other)));
     require(readLanguageFile(path, language) && language == other);
 }
 
@@ -41,7 +42,7 @@ void changePort(const QString &path)
 {
     const HttpdPort setting = readHttpdPort(path);
     require(setting.portText.isEmpty() || setting.portText.toInt() == setting.port);
-    require(writeHttpdPort(path, setting.useDefault == 1, setting.portText));
+    require(bool(writeHttpdPort(path, setting.useDefault == 1, setting.portText)));
     const HttpdPort again = readHttpdPort(path);
     require(again.useDefault == (setting.useDefault == 1 ? 1 : 0));
     require(again.portText == setting.portText);
