@@ -268,9 +268,9 @@ void PnPServer::answer(const Datagram &datagram, const PnPRequest &request, bool
 
 bool PnPServer::mayAnswer(const PnPGuard::Exchange &exchange)
 {
-    if (m_networksAreKnown.hasExpired()) {
+    if (m_networksKnown.hasExpired()) {
         m_guard.setNetworks(ownAddresses());
-        m_networksAreKnown.setRemainingTime(networksStayKnown);
+        m_networksKnown.setRemainingTime(networksStayKnown);
     }
     const PnPGuard::Verdict verdict = m_guard.judge(exchange, steadyTime());
     if (verdict != PnPGuard::Allowed)

@@ -80,7 +80,7 @@ private:
     QString m_httpdUrl;
 
     PnPGuard m_guard;
-    QDeadlineTimer m_networksAreKnown; ///< expired: they are to be read again
+    QDeadlineTimer m_networksKnown; ///< when expired, they are to be read again
     bool m_joinedAnyCard = false;
     QNetworkInterface m_joinedCard; ///< invalid while not joined on a certain card
 };
