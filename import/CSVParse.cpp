@@ -195,8 +195,10 @@ void CSVParse::readRows()
         for (const std::string &field : m_row)
             bytes += field.size();
         qCDebug(debugLog) << "strList = " << fields();
-        if (!isBlank())
-            m_devices.append(m_header->device(m_fields));
+        if (isBlank())
+            continue;
+        m_devices.append(ContactInfo()); // filled in place: copying one costs as much as reading it
+        m_header->fill(m_devices.last(), m_fields);
     }
 }
 

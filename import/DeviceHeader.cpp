@@ -145,18 +145,16 @@ DeviceHeader::DeviceHeader(const QStringList &titles)
     m_fault = faultOf(m_type, m_positions.first() >= 0, titles);
 }
 
-ContactInfo DeviceHeader::device(const std::vector<QString> &row) const
+void DeviceHeader::fill(ContactInfo &device, const std::vector<QString> &row) const
 {
-    ContactInfo contact;
     const int fieldCount = static_cast<int>(row.size());
     int column = 0;
     for (const ContactField &field : contactCsvFields()) {
         const int position = m_positions.at(column++);
         if (position >= 0 && position < fieldCount)
-            contact.*field.member = row[static_cast<std::size_t>(position)];
+            device.*field.member = row[static_cast<std::size_t>(position)];
     }
-    contact.mac = importedMac(contact.mac);
-    return contact;
+    device.mac = importedMac(device.mac);
 }
 
 QString DeviceHeader::standardLine(HeaderType type)

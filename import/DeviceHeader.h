@@ -33,8 +33,8 @@ public:
     ImportFault fault() const { return m_fault; }
     /// Position in the file of each column of the standard header, -1 where the file lacks it.
     const QVector<int> &positions() const { return m_positions; }
-    /// The device that a row of the file holds; a column that is lacking gives an empty text.
-    ContactInfo device(const std::vector<QString> &row) const;
+    /// Gives an empty device what a row of the file holds; a column that is lacking gives nothing.
+    void fill(ContactInfo &device, const std::vector<QString> &row) const;
 
     /// The standard header line of a type.
     static QString standardLine(HeaderType type);

@@ -1,5 +1,7 @@
 #include "import/LineEnds.h"
 
+#include "import/ByteSearch.h"
+
 QByteArray LineEnds::made(const QByteArray &piece)
 {
     QByteArray text;
@@ -9,15 +11,15 @@ QByteArray LineEnds::made(const QByteArray &piece)
     while (place < piece.size()) {
         if (m_returns > 0 && piece.at(place) != '\r')
             putReturns(piece.at(place), text);
-        const int found = piece.indexOf('\r', place);
+        const int found = indexOfByte(piece, '\r', place);
         const int end = found < 0 ? piece.size() : found;
         text.append(piece.constData() + place, end - place);
-        if (m_kind == Kind::Unknown && text.contains('\n'))
+        if (m_kind == Kind::Unknown && indexOfByte(text, '\n') >= 0)
             m_kind = Kind::LineFeed;
         for (place = end; place < piece.size() && piece.at(place) == '\r'; ++place)
             ++m_returns;
     }
-    if (text.contains('\0'))
+    if (indexOfByte(text, '\0') >= 0)
         text.replace('\0', QByteArray());
     return text;
 }

@@ -1,5 +1,7 @@
 #include "import/TabColumns.h"
 
+#include "import/ByteSearch.h"
+
 #include <utility>
 
 namespace {
@@ -40,7 +42,7 @@ QByteArray TabColumns::inCommas(const QByteArray &piece)
         return std::exchange(m_openLine, {});
     QByteArray text;
     int start = 0;
-    for (int end = 0; (end = m_openLine.indexOf('\n', start) + 1) > 0; start = end)
+    for (int end = 0; (end = indexOfByte(m_openLine, '\n', start) + 1) > 0; start = end)
         text += line(m_openLine.mid(start, end - start));
     m_openLine.remove(0, start);
     return text;

@@ -1,5 +1,7 @@
 #include "import/TextEncoding.h"
 
+#include "import/ByteSearch.h"
+
 #include <algorithm>
 
 namespace {
@@ -65,7 +67,7 @@ void EncodingProbe::lookForMark(const QByteArray &block)
 /// text, or UTF-16 without a mark; several are what is left of a block that was never written.
 void EncodingProbe::lookForZeroBytes(const QByteArray &block)
 {
-    int zero = block.indexOf('\0');
+    int zero = indexOfByte(block, '\0');
     if (m_inFirstLine) {
         const auto isLineEnd = [](char byte) { return byte == '\n' || byte == '\r'; };
         const auto end = std::find_if(block.begin(), block.end(), isLineEnd);
@@ -75,7 +77,7 @@ void EncodingProbe::lookForZeroBytes(const QByteArray &block)
     }
     if (zero == 0 && m_endedInZero)
         m_kind = Kind::NotText;
-    for (; zero >= 0 && m_kind != Kind::NotText; zero = block.indexOf('\0', zero + 1)) {
+    for (; zero >= 0 && m_kind != Kind::NotText; zero = indexOfByte(block, '\0', zero + 1)) {
         if (zero + 1 < block.size() && block.at(zero + 1) == '\0')
             m_kind = Kind::NotText;
     }

@@ -5,7 +5,7 @@
 namespace {
 
 constexpr int digitCount = 12;
-constexpr int pairCount = 6;
+constexpr int textLength = 17; ///< of an address in pairs
 
 using Digits = std::array<QChar, digitCount>;
 
@@ -14,6 +14,18 @@ bool isHexDigit(QChar character)
     const ushort code = character.unicode();
     return (code >= '0' && code <= '9') || (code >= 'a' && code <= 'f') ||
            (code >= 'A' && code <= 'F');
+}
+
+/// Whether the address stands as importedMac() would write it.
+bool isInPairs(const QString &text)
+{
+    if (text.size() != textLength)
+        return false;
+    for (int i = 0; i < textLength; ++i) {
+        if (i % 3 == 2 ? text.at(i) != QLatin1Char(':') : !isHexDigit(text.at(i)))
+            return false;
+    }
+    return true;
 }
 
 bool isSeparator(QChar character)
@@ -59,14 +71,14 @@ bool isMac(const QString &mac)
 QString importedMac(const QString &mac)
 {
     Digits digits;
-    if (!findDigits(mac, digits))
+    if (isInPairs(mac) || !findDigits(mac, digits))
         return mac;
     QString pairs;
-    pairs.reserve(digitCount + pairCount - 1);
+    pairs.reserve(textLength);
     for (std::size_t i = 0; i < digits.size(); ++i) {
         if (i > 0 && i % 2 == 0)
             pairs += QLatin1Char(':');
         pairs += digits[i];
     }
-    return pairs == mac ? mac : pairs; // what is shared stays so
+    return pairs;
 }

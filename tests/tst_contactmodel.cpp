@@ -85,6 +85,7 @@ void TestContactModel::cells()
     list.assign(stampedDevices(QStringLiteral("ab")));
     ContactInfo second = list.snapshot().at(1).info;
     second.id = 77; // the table numbers the rows itself
+    second.mac = QStringLiteral("0200.A7a1.b2c3");
     list.replaceAt(1, second);
     const ContactModel model(list);
     QCOMPARE(model.columnCount(), 11);
@@ -96,11 +97,17 @@ void TestContactModel::cells()
         QCOMPARE(cell.data(Qt::DecorationRole).userType() == QMetaType::QPixmap, column >= 9);
         for (const int role : {Qt::EditRole, Qt::ToolTipRole, Qt::CheckStateRole, Qt::UserRole})
             QVERIFY2(!cell.data(role).isValid(), qPrintable(QString::number(role)));
+        // No phone can ask for the other one.
+        const QModelIndex lost = model.index(0, column);
+        QVERIFY(lost.data(ContactModel::NoMacRole).toBool());
+        for (const int role : {Qt::ToolTipRole, Qt::AccessibleDescriptionRole})
+            QCOMPARE(lost.data(role).toString().isEmpty(), column != ContactModel::Mac);
         QVERIFY(!model.flags(cell).testFlag(Qt::ItemIsEditable));
     }
     QCOMPARE(texts.join(QLatin1Char('|')),
-             QStringLiteral("2|b.mac|b.product|b.sip_server|b.first_account|b.sip_user_id|b.city|"
-                            "b.company|b.department||"));
+             QStringLiteral(
+                 "2|0200.A7a1.b2c3|b.product|b.sip_server|b.first_account|b.sip_user_id|b.city|"
+                 "b.company|b.department||"));
     QCOMPARE(model.index(1, 0).data().userType(), static_cast<int>(QMetaType::Int));
 }
 

@@ -1,5 +1,7 @@
 #include "view/ContactModel.h"
 
+#include "model/MacAddress.h"
+
 #include <algorithm>
 
 ContactModel::ContactModel(const DeviceList &list, QObject *parent)
@@ -33,6 +35,14 @@ QVariant ContactModel::data(const QModelIndex &index, int role) const
                    : QVariant();
     case Qt::TextAlignmentRole:
         return static_cast<int>(Qt::AlignLeft | Qt::AlignVCenter);
+    case Qt::ToolTipRole:
+    case Qt::AccessibleDescriptionRole:
+        return index.column() == Mac && lacksMac(index.row())
+                   ? QVariant(tr("No phone will get the settings of this device. A MAC address has "
+                                 "12 hexadecimal digits."))
+                   : QVariant();
+    case NoMacRole:
+        return lacksMac(index.row()) ? QVariant(true) : QVariant();
     default:
         return {};
     }
@@ -175,6 +185,11 @@ int ContactModel::shownNumber(int row) const
             return before.at(before.size() - rowFromEnd).number;
     }
     return m_snapshot.at(row).number;
+}
+
+bool ContactModel::lacksMac(int row) const
+{
+    return !isMac(m_snapshot.at(row).info.mac);
 }
 
 QVariant ContactModel::displayText(int row, int column) const

@@ -32,6 +32,12 @@ public:
         ColumnCount
     };
 
+    /// Beside the usual roles.
+    enum Role {
+        /// True in every cell of a device that has no MAC: no phone can ask for its document.
+        NoMacRole = Qt::UserRole,
+    };
+
     /// `list` is not owned and must outlive the model.
     explicit ContactModel(const DeviceList &list, QObject *parent = nullptr);
 
@@ -76,6 +82,7 @@ private:
     void announceNumbers();
     void announceReset();
     int shownNumber(int row) const;
+    bool lacksMac(int row) const;
     QVariant displayText(int row, int column) const;
     QPixmap actionPicture(int column) const;
 

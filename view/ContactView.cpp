@@ -238,12 +238,13 @@ void ContactView::openRow(const QModelIndex &index)
 void ContactView::showToolTip(const QModelIndex &index)
 {
     QToolTip::showText(QPoint(), QString());
-    if (!index.isValid() || !isAction(index.column()))
+    QString tip = index.data(Qt::ToolTipRole).toString();
+    if (isAction(index.column()))
+        tip = index.column() == ContactModel::Detail ? tr("View/Edit") : tr("Delete");
+    if (tip.isEmpty())
         return;
     const QRect cell = visualRect(index);
-    QToolTip::showText(viewport()->mapToGlobal(cell.topLeft()),
-                       index.column() == ContactModel::Detail ? tr("View/Edit") : tr("Delete"),
-                       viewport(), cell);
+    QToolTip::showText(viewport()->mapToGlobal(cell.topLeft()), tip, viewport(), cell);
 }
 
 void ContactView::keyPressEvent(QKeyEvent *event)

@@ -3,6 +3,7 @@
 #include <QImage>
 #include <QPainter>
 #include <QPalette>
+#include <QVector>
 
 #include <algorithm>
 #include <cmath>
@@ -119,8 +120,9 @@ void RowPictures::paintSeparator(QPainter &painter, const QRect &row, const QPal
 
 QColor RowPictures::textColor(const QPalette &palette, RowState state)
 {
-    const QPair<qint64, int> key(palette.cacheKey(),
-                                 (state.selected ? 1 : 0) + (state.hovered ? 2 : 0));
+    const QPair<qint64, int> key(palette.cacheKey(), (state.selected ? 1 : 0) +
+                                                         (state.hovered ? 2 : 0) +
+                                                         (state.lacksMac ? 4 : 0));
     const auto known = m_textColors.constFind(key);
     if (known != m_textColors.constEnd())
         return *known;
@@ -134,16 +136,18 @@ QColor RowPictures::textColor(const QPalette &palette, RowState state)
     painterOfSample.paintRow(painter, sample.rect(), sample.rect(), palette, state);
     painter.end();
 
-    QColor best = palette.color(QPalette::Active,
-                                state.selected ? QPalette::HighlightedText : QPalette::Text);
-    double bestContrast = worstContrast(sample, best);
-    if (bestContrast < readableContrast) {
-        for (const QColor &candidate : {QColor(Qt::black), QColor(Qt::white)}) {
-            const double candidateContrast = worstContrast(sample, candidate);
-            if (candidateContrast > bestContrast) {
-                best = candidate;
-                bestContrast = candidateContrast;
-            }
+    QVector<QColor> candidates = {palette.color(
+        QPalette::Active, state.selected ? QPalette::HighlightedText : QPalette::Text)};
+    if (state.lacksMac)
+        candidates = {QColor(0xB4, 0x23, 0x30), QColor(0x7A, 0x0C, 0x18), QColor(0xFF, 0xB3, 0xB3)};
+    candidates += {QColor(Qt::black), QColor(Qt::white)};
+    QColor best;
+    double bestContrast = 0;
+    for (const QColor &candidate : qAsConst(candidates)) {
+        const double candidateContrast = worstContrast(sample, candidate);
+        if (bestContrast < readableContrast && candidateContrast > bestContrast) {
+            best = candidate;
+            bestContrast = candidateContrast;
         }
     }
     // Palettes come and go with themes; one that is gone is not looked up again.

@@ -22,6 +22,7 @@ public:
     {
         bool selected = false;
         bool hovered = false;
+        bool lacksMac = false; ///< of a device that no phone will get
     };
 
     /// Makes sure that the picture of a selected row is at hand.
@@ -35,8 +36,8 @@ public:
     /// Paints the line that parts a row from the next one, at the lower edge of `row`.
     void paintSeparator(QPainter &painter, const QRect &row, const QPalette &palette);
 
-    /// A text colour that reads well on such a row (contrast of 4.5:1 or more): the palette's own
-    /// where that is good enough, else black or white.
+    /// A text colour that reads well on such a row (contrast of 4.5:1 or more): the palette's own,
+    /// or a red for a device without a MAC, where that is good enough, else black or white.
     QColor textColor(const QPalette &palette, RowState state);
 
     /// Contrast of two opaque colours, from 1 to 21, as the WCAG define it.
