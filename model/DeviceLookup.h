@@ -11,7 +11,7 @@ public:
     DeviceLookup(const DeviceLookup &) = delete;
     DeviceLookup &operator=(const DeviceLookup &) = delete;
 
-    /// Whether a device of the list has this MAC. Letter case, and colons on the list's side, make
-    /// no difference.
+    /// Whether a device of the list has this MAC. Letter case makes no difference, nor how the list
+    /// parts the digits.
     virtual bool macExists(const QString &mac) const = 0;
 };

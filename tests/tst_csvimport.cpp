@@ -61,8 +61,9 @@ private slots:
     void refusesTextThatDoesNotFit_data();
     void refusesTextThatDoesNotFit();
     void fieldsArriveAsTheyStand();
-    void lineEndsAtTheBufferEdge();
-    void returnsAloneEndLines();
+    void lineEnds_data();
+    void lineEnds();
+    void readsUnicodeText();
     void readsInSteps();
     void workFilesArePrivate();
     void exportsTheseBytes_data();
@@ -195,11 +196,17 @@ void TestCsvImport::readsEveryEncoding()
 void TestCsvImport::refusesTextThatDoesNotFit_data()
 {
     QTest::addColumn<QString>("encoding");
+    QTest::addColumn<QByteArray>("mark");
     QTest::addColumn<QByteArray>("text");
+    QTest::addColumn<int>("fault");
 
-    const auto add = [](const char *name, const char *encoding, const QByteArray &text) {
-        QTest::newRow(name) << QString::fromLatin1(encoding) << text;
+    using Fault = ImportFault;
+    const auto add = [](const char *name, const char *encoding, const QByteArray &text,
+                        Fault fault = Fault::OtherEncoding, const QByteArray &mark = {}) {
+        QTest::newRow(name) << QString::fromLatin1(encoding) << mark << text << int(fault);
     };
+    const QByteArray utf8Mark = "\xef\xbb\xbf";
+    const QByteArray utf16Mark = "\xff\xfe";
     add("not Korean", "EUC-KR", "\xff");
     add("no GBK", "GBK", "\xff\xff");
     add("a private character of GBK", "GBK", "\xaa\xa1");
@@ -207,10 +214,14 @@ void TestCsvImport::refusesTextThatDoesNotFit_data()
     add("a private character of Hong Kong", "Big5-HKSCS", "\x81\x40");
     add("a control of the upper half", "Big5", "\x80");
     add("UTF-16", "GBK", QByteArray("\xff\xfeM\0A\0C\0", 8));
-    add("a block of zero bytes", "UTF-8", QByteArray("b,\0\0,c", 6));
+    add("a block of zero bytes", "UTF-8", QByteArray("b,\0\0,c", 6), Fault::NotText);
+    add("a zero byte in the title row", "", "", Fault::NotText, QByteArray("M\0A\0", 4));
     add("cut off in GBK", "GBK", "\xd6");
     add("not UTF-8", "UTF-8", "\xd6\xd0");
     add("cut off in UTF-8", "UTF-8", "\xe7\xbd");
+    add("marked, not UTF-8", "", "\xd6\xd0", Fault::DamagedUnicode, utf8Mark);
+    add("marked, cut off", "", "\xe7\xbd", Fault::DamagedUnicode, utf8Mark);
+    add("marked as UTF-16", "", "\xd6\xd0\xff", Fault::DamagedUnicode, utf16Mark);
     add("an unknown codec", "no such codec", "a");
 }
 
@@ -218,10 +229,17 @@ void TestCsvImport::refusesTextThatDoesNotFit_data()
 void TestCsvImport::refusesTextThatDoesNotFit()
 {
     QFETCH(QString, encoding);
+    QFETCH(QByteArray, mark);
     QFETCH(QByteArray, text);
+    QFETCH(int, fault);
+    QLocale::setDefault(QLocale(QStringLiteral("ru_RU"))); // KOI8-R fits any bytes
     const QByteArray good = csvText(englishCsvHeader(), stampedDevices("a")).toLatin1();
     RecordingTarget target;
-    QVERIFY(!import(target, writeFile(good + text), encoding));
+    const std::unique_ptr<ParseBase> parser = this->parser(target);
+    const QString source = writeFile(mark + good + text);
+    QVERIFY(!parser->import(source, encoding.isEmpty() ? parser->encodingOf(source) : encoding));
+    QCOMPARE(int(parser->fault()), fault);
+    QVERIFY(!importFaultText(parser->fault()).isEmpty());
     QCOMPARE(target.clears, 0);
     QVERIFY(target.added.isEmpty());
 }
@@ -257,34 +275,56 @@ void TestCsvImport::fieldsArriveAsTheyStand()
     QVERIFY(target.added.last() == deviceWithMac(QStringLiteral("\"open")));
 }
 
-/// The text is copied in pieces of a little over two thousand bytes.
-void TestCsvImport::lineEndsAtTheBufferEdge()
+void TestCsvImport::lineEnds_data()
 {
-    for (int length = 2030; length < 2060; ++length) {
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<QStringList>("devices");
+
+    const auto add = [](const char *name, const QByteArray &content, const QStringList &devices) {
+        QTest::newRow(name) << content << devices;
+    };
+    const QString a = QStringLiteral("a 1");
+    const QString b = QStringLiteral("b 2");
+    // Taken for blanks, they would make a title row of the whole list, and an empty list of the
+    // import.
+    add("CR", "MAC,Random Port\ra,1\rb,2\r", {a, b});
+    add("CR, and LF once", "MAC,Random Port\ra,1\n\rb,2", {a, b});
+    add("CR CR LF", "MAC,\"Random Port\"\r\r\na,\"1\"\r\r\nb,2\r\r\n", {a, b});
+    add("LF, CR within", "MAC,Random Port\na\r,1\nb,\r2\r", {a, b});
+    add("a zero byte", QByteArray("MAC,Random Port\na,\0001\nb,2\n", 25), {a, b});
+    // The text is read in pieces of 256 KiB.
+    for (int length = 262100; length < 262150; ++length) {
         const QByteArray field(length, 'x');
-        RecordingTarget target;
-        QVERIFY(
-            import(target, writeFile("Random Port,MAC\r\n1,\"" + field + "\"\r\n2,second\r\n")));
-        QCOMPARE(target.added.size(), 2);
-        QCOMPARE(target.added.first().mac, QString::fromLatin1(field));
-        QCOMPARE(target.added.last().mac, QStringLiteral("second"));
+        QTest::addRow("CR LF behind %d", length)
+            << "MAC,Random Port\r\na,\"" + field + "\"\r\nb,2\r\n"
+            << QStringList{QStringLiteral("a ") + QString::fromLatin1(field), b};
     }
 }
 
-/// Taken for blanks, they would make a title row of the whole list, and an empty list of the
-/// import.
-void TestCsvImport::returnsAloneEndLines()
+void TestCsvImport::lineEnds()
 {
-    QList<ContactInfo> devices;
-    for (int i = 0; i < 40; ++i)
-        devices.append(deviceNamed(QString::number(i), QStringLiteral("Отдел связи")));
-    const QString text = csvText(englishCsvHeader(), devices, QStringLiteral("\r"));
-    for (const char *codec : {"UTF-8", "KOI8-R"}) {
-        RecordingTarget target;
-        QVERIFY(import(target, writeFile(QTextCodec::codecForName(codec)->fromUnicode(text)),
-                       QLatin1String(codec)));
-        QVERIFY(target.added == devices);
-    }
+    QFETCH(QByteArray, content);
+    QFETCH(QStringList, devices);
+    RecordingTarget target;
+    QVERIFY(import(target, writeFile(content)));
+    QStringList read;
+    for (const ContactInfo &device : qAsConst(target.added))
+        read.append(device.mac + QLatin1Char(' ') + device.random_port);
+    QVERIFY2(read == devices, qPrintable(read.join(QLatin1Char('|')).left(200)));
+}
+
+/// As spreadsheets write it: tabs between the columns, quotes where a field has a comma.
+void TestCsvImport::readsUnicodeText()
+{
+    const QString text = QStringLiteral("Company\tMAC\tCity\r\n"
+                                        "\"a, b\"\t1\tc\"d\r\n"
+                                        "\"say \"\"网络\"\"\"\t2\te, f\r\n");
+    RecordingTarget target;
+    QVERIFY(import(target, writeFile(QTextCodec::codecForName("UTF-16")->fromUnicode(text))));
+    QStringList read;
+    for (const ContactInfo &device : qAsConst(target.added))
+        read << device.mac << device.company << device.city;
+    QCOMPARE(read.join(QLatin1Char('|')), QStringLiteral("1|a, b|c\"d|2|say \"网络\"|e, f"));
 }
 
 /// Each step is short, so that the window can be painted between them, and no step's end may show

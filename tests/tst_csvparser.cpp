@@ -8,6 +8,8 @@
 
 #include <cstdio>
 
+Q_DECLARE_METATYPE(ImportFault)
+
 namespace {
 
 using Row = QList<QByteArray>;
@@ -218,41 +220,46 @@ void TestCsvParser::tellsHeaders_data()
 {
     QTest::addColumn<QString>("titles");
     QTest::addColumn<int>("type");
-    QTest::addColumn<bool>("isDeviceList");
+    QTest::addColumn<ImportFault>("fault");
 
-    const auto add = [](const char *name, const char *titles, int type, bool isDeviceList) {
-        QTest::newRow(name) << QString::fromUtf8(titles) << type << isDeviceList;
+    using Fault = ImportFault;
+    const auto add = [](const char *name, const char *titles, int type, Fault fault) {
+        QTest::newRow(name) << QString::fromUtf8(titles) << type << fault;
     };
-    QTest::newRow("English") << englishCsvHeader() << int(EnglishDeviceHeader) << true;
-    QTest::newRow("Chinese") << chineseCsvHeader() << int(ChineseDeviceHeader) << true;
-    add("only a port", "mac,random port", EnglishDeviceHeader, true);
-    add("only a dial plan", "MAC,Dial Plan", EnglishDeviceHeader, true);
-    add("only a Chinese port", "随机端口,mac", ChineseDeviceHeader, true);
-    add("no MAC", "Random Port,IP", EnglishDeviceHeader, false);
-    add("a MAC and no more", "MAC,My IP", PhonebookHeader, false);
-    add("a MAC and another", "MAC,IP,My Password", EnglishDeviceHeader, true);
-    add("a Chinese other", "mac,IP,密码", ChineseDeviceHeader, true);
-    add("a phone book with a MAC", "First Name,MAC,IP", PhonebookHeader, false);
-    add("nothing", "", PhonebookHeader, false);
-    add("phone book", "First Name,Last Name,Work Phone", PhonebookHeader, false);
-    add("mail", "Given Name,MAC", MailHeader, false);
-    add("mail by its value", "Phone 1 - Value", MailHeader, false);
-    add("office", "Categories,MAC", OfficeHeader, false);
-    add("business", "Business Phone", BusinessHeader, false);
-    add("Chinese office", "单位主要电话,MAC", ChineseOfficeHeader, false);
-    add("Chinese business", "业务电话,业务传真", ChineseBusinessHeader, false);
-    add("device wins", "Given Name,Categories,MAC,Dial Plan", EnglishDeviceHeader, true);
+    QTest::newRow("English") << englishCsvHeader() << int(EnglishDeviceHeader) << Fault::None;
+    QTest::newRow("Chinese") << chineseCsvHeader() << int(ChineseDeviceHeader) << Fault::None;
+    add("only a port", "mac,random port", EnglishDeviceHeader, Fault::None);
+    add("only a dial plan", "MAC,Dial Plan", EnglishDeviceHeader, Fault::None);
+    add("only a Chinese port", "随机端口,mac", ChineseDeviceHeader, Fault::None);
+    add("a MAC and another", "MAC,IP,My Password", EnglishDeviceHeader, Fault::None);
+    add("a MAC and a Chinese other", "mac,IP,密码", ChineseDeviceHeader, Fault::None);
+    add("device wins", "Given Name,Categories,MAC,Dial Plan", EnglishDeviceHeader, Fault::None);
+    add("no MAC", "Random Port,IP", EnglishDeviceHeader, Fault::NoMacColumn);
+    add("neither MAC nor key", "IP,Password", PhonebookHeader, Fault::NoMacColumn);
+    add("a MAC and no more", "MAC,My IP", PhonebookHeader, Fault::OtherTitles);
+    add("nothing", "", PhonebookHeader, Fault::OtherTitles);
+    add("a device", "02-00-a7-00-00-01,IP", PhonebookHeader, Fault::NoTitles);
+    add("semicolons", "MAC;IP;City;Note, if any", PhonebookHeader, Fault::Semicolons);
+    add("tabs", "MAC\tIP\tCity", PhonebookHeader, Fault::Tabs);
+    add("phone book", "First Name,Last Name,Work Phone", PhonebookHeader, Fault::PhoneBook);
+    add("phone book with a MAC", "First Name,MAC,IP", PhonebookHeader, Fault::PhoneBook);
+    add("mail", "Given Name,MAC", MailHeader, Fault::PhoneBook);
+    add("mail by its value", "Phone 1 - Value", MailHeader, Fault::PhoneBook);
+    add("office", "Categories,MAC", OfficeHeader, Fault::PhoneBook);
+    add("business", "Business Phone", BusinessHeader, Fault::PhoneBook);
+    add("Chinese office", "单位主要电话,MAC", ChineseOfficeHeader, Fault::PhoneBook);
+    add("Chinese business", "业务电话,业务传真", ChineseBusinessHeader, Fault::PhoneBook);
 }
 
 void TestCsvParser::tellsHeaders()
 {
     QFETCH(QString, titles);
     QFETCH(int, type);
-    QFETCH(bool, isDeviceList);
+    QFETCH(ImportFault, fault);
 
     const DeviceHeader header(titles.split(QLatin1Char(',')));
     QCOMPARE(int(header.type()), type);
-    QCOMPARE(header.fault() == ImportFault::None, isDeviceList);
+    QCOMPARE(int(header.fault()), int(fault));
 }
 
 QTEST_GUILESS_MAIN(TestCsvParser)

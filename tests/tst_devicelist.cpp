@@ -27,9 +27,39 @@ class TestDeviceList : public QObject
     Q_OBJECT
 
 private slots:
+    void readsAddresses_data();
+    void readsAddresses();
     void agreesWithASimpleList();
     void snapshotsAreConsistentOnOtherThreads();
 };
+
+void TestDeviceList::readsAddresses_data()
+{
+    QTest::addColumn<QString>("imported");
+    QTest::addColumn<bool>("isAddress");
+    QTest::addColumn<QString>("bare");
+
+    const auto pairs = QStringLiteral("02:00:a7:0A:00:01");
+    const auto digits = QStringLiteral("0200a70a0001");
+    for (const char *text : {"02:00:a7:0A:00:01", "02-00-a7-0A-00-01", "0200.a70A.0001",
+                             "0200a70A0001", " 02 00 a7 0A 00 01\xc2\xa0", "02:00:a7:0A:00:01 "})
+        QTest::newRow(text) << pairs << true << digits;
+    for (const char *text : {"", "n/a", "2E+11", "2:0:a7:A:0:1", "02:00:a7:0A:00",
+                             "02:00:a7:0A:00:01:02", "02:00:a7:0A:00:0g", "02/00/a7/0A/00/01"})
+        QTest::newRow(text) << QString::fromLatin1(text) << false
+                            << QString::fromLatin1(text).toLower().remove(QLatin1Char(':'));
+}
+
+void TestDeviceList::readsAddresses()
+{
+    QFETCH(QString, imported);
+    QFETCH(bool, isAddress);
+    QFETCH(QString, bare);
+    const QString text = QString::fromUtf8(QTest::currentDataTag());
+    QCOMPARE(importedMac(text), imported);
+    QCOMPARE(isMac(text), isAddress);
+    QCOMPARE(bareMac(text), bare);
+}
 
 /// Random edits over few addresses, so that duplicates and look-alikes are common; after each, the
 /// list must answer as a plain search does, and no snapshot taken earlier may have moved.

@@ -142,6 +142,8 @@ void TestProvisioningXml::choosesTheDeviceByTheFileName_data()
     const QString none;
     QTest::newRow("stored with colons, upper case")
         << requestedName << QStringList{other, mac} << 1;
+    QTest::newRow("stored in another notation")
+        << requestedName << QStringList{other, QStringLiteral(" 02-00.a7A1B2 C3")} << 1;
     QTest::newRow("two with one MAC") << requestedName << QStringList{mac.toLower(), mac} << 0;
     QTest::newRow("upper-case request")
         << QStringLiteral("cfg0200A7A1B2C3.xml") << QStringList{mac} << -1;
