@@ -26,7 +26,7 @@ QString importFaultText(ImportFault fault)
         return Texts::tr("The import cannot write its work files beside the program. Check that "
                          "the disk is not full and that you may write to the folder.");
     case ImportFault::Empty:
-        return Texts::tr("The file is empty.");
+        return Texts::tr("The file is empty. Choose another one.");
     case ImportFault::NotText:
         return Texts::tr("The file is not a text file. If it comes from a spreadsheet program, "
                          "save it there as \"CSV UTF-8\".");

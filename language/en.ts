@@ -199,6 +199,13 @@
     </message>
 </context>
 <context>
+    <name>ContactModel</name>
+    <message>
+        <source>No phone will get the settings of this device. A MAC address has 12 hexadecimal digits.</source>
+        <translation>No phone will get the settings of this device. A MAC address has 12 hexadecimal digits.</translation>
+    </message>
+</context>
+<context>
     <name>ContactTitle</name>
     <message>
         <source>No.</source>
@@ -492,6 +499,61 @@
     <message>
         <source>FileName:</source>
         <translation>FileName:</translation>
+    </message>
+</context>
+<context>
+    <name>ImportFault</name>
+    <message>
+        <source>The file cannot be read. Check that it is there, that you may read it and that no other program keeps it to itself.</source>
+        <translation>The file cannot be read. Check that it is there, that you may read it and that no other program keeps it to itself.</translation>
+    </message>
+    <message>
+        <source>The file is a copy that the import itself writes and removes. Copy it to another folder and import it from there.</source>
+        <translation>The file is a copy that the import itself writes and removes. Copy it to another folder and import it from there.</translation>
+    </message>
+    <message>
+        <source>The import cannot write its work files beside the program. Check that the disk is not full and that you may write to the folder.</source>
+        <translation>The import cannot write its work files beside the program. Check that the disk is not full and that you may write to the folder.</translation>
+    </message>
+    <message>
+        <source>The file is not a text file. If it comes from a spreadsheet program, save it there as &quot;CSV UTF-8&quot;.</source>
+        <translation>The file is not a text file. If it comes from a spreadsheet program, save it there as &quot;CSV UTF-8&quot;.</translation>
+    </message>
+    <message>
+        <source>The file says that it is Unicode text, but some of its bytes are not. It is damaged or cut off. Save it again as &quot;CSV UTF-8&quot;.</source>
+        <translation>The file says that it is Unicode text, but some of its bytes are not. It is damaged or cut off. Save it again as &quot;CSV UTF-8&quot;.</translation>
+    </message>
+    <message>
+        <source>The text is neither in UTF-8 nor in the encoding that is usual in your region. Save the file again as &quot;CSV UTF-8&quot;.</source>
+        <translation>The text is neither in UTF-8 nor in the encoding that is usual in your region. Save the file again as &quot;CSV UTF-8&quot;.</translation>
+    </message>
+    <message>
+        <source>The columns are separated by semicolons. Save the file again with commas between the columns.</source>
+        <translation>The columns are separated by semicolons. Save the file again with commas between the columns.</translation>
+    </message>
+    <message>
+        <source>The columns are separated by tabs. Save the file again with commas between the columns.</source>
+        <translation>The columns are separated by tabs. Save the file again with commas between the columns.</translation>
+    </message>
+    <message>
+        <source>The first line has the column titles of a phone book, not of a device list. Export a device list to see the titles that are needed.</source>
+        <translation>The first line has the column titles of a phone book, not of a device list. Export a device list to see the titles that are needed.</translation>
+    </message>
+    <message>
+        <source>No column has the title &quot;MAC&quot;. Add it to the first line, above the MAC addresses.</source>
+        <translation>No column has the title &quot;MAC&quot;. Add it to the first line, above the MAC addresses.</translation>
+    </message>
+    <message>
+        <source>The first line is a device. Put a line with the column titles above it, as in an exported device list.</source>
+        <translation>The first line is a device. Put a line with the column titles above it, as in an exported device list.</translation>
+    </message>
+    <message>
+        <source>The first line has no column titles of a device list. It needs &quot;MAC&quot; and at least one more title that an exported device list has.</source>
+        <translation>The first line has no column titles of a device list. It needs &quot;MAC&quot; and at least one more title that an exported device list has.</translation>
+    </message>
+    <message>
+        <source>The file is empty. Choose another one.</source>
+        <translation>The file is empty. Choose another one.</translation>
     </message>
 </context>
 <context>

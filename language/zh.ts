@@ -199,6 +199,13 @@
     </message>
 </context>
 <context>
+    <name>ContactModel</name>
+    <message>
+        <source>No phone will get the settings of this device. A MAC address has 12 hexadecimal digits.</source>
+        <translation>没有话机会取得该设备的配置。MAC地址应有12位十六进制数字。</translation>
+    </message>
+</context>
+<context>
     <name>ContactTitle</name>
     <message>
         <source>No.</source>
@@ -492,6 +499,61 @@
     <message>
         <source>FileName:</source>
         <translation>文件名：</translation>
+    </message>
+</context>
+<context>
+    <name>ImportFault</name>
+    <message>
+        <source>The file cannot be read. Check that it is there, that you may read it and that no other program keeps it to itself.</source>
+        <translation>无法读取文件。请确认文件存在、您有权读取，且没有被其他程序独占。</translation>
+    </message>
+    <message>
+        <source>The file is a copy that the import itself writes and removes. Copy it to another folder and import it from there.</source>
+        <translation>该文件是导入时自动生成并删除的副本。请把它复制到其他文件夹后再导入。</translation>
+    </message>
+    <message>
+        <source>The import cannot write its work files beside the program. Check that the disk is not full and that you may write to the folder.</source>
+        <translation>无法在程序所在的文件夹中写入导入用的临时文件。请确认磁盘未满，且您有权写入该文件夹。</translation>
+    </message>
+    <message>
+        <source>The file is not a text file. If it comes from a spreadsheet program, save it there as &quot;CSV UTF-8&quot;.</source>
+        <translation>该文件不是文本文件。如果它来自电子表格程序，请在那里另存为“CSV UTF-8”。</translation>
+    </message>
+    <message>
+        <source>The file says that it is Unicode text, but some of its bytes are not. It is damaged or cut off. Save it again as &quot;CSV UTF-8&quot;.</source>
+        <translation>文件标明是Unicode文本，但其中有些字节不是。文件已损坏或不完整。请重新另存为“CSV UTF-8”。</translation>
+    </message>
+    <message>
+        <source>The text is neither in UTF-8 nor in the encoding that is usual in your region. Save the file again as &quot;CSV UTF-8&quot;.</source>
+        <translation>文本既不是UTF-8编码，也不是您所在地区的常用编码。请把文件重新另存为“CSV UTF-8”。</translation>
+    </message>
+    <message>
+        <source>The columns are separated by semicolons. Save the file again with commas between the columns.</source>
+        <translation>各列之间用的是分号。请重新保存文件，用逗号分隔各列。</translation>
+    </message>
+    <message>
+        <source>The columns are separated by tabs. Save the file again with commas between the columns.</source>
+        <translation>各列之间用的是制表符。请重新保存文件，用逗号分隔各列。</translation>
+    </message>
+    <message>
+        <source>The first line has the column titles of a phone book, not of a device list. Export a device list to see the titles that are needed.</source>
+        <translation>第一行是通讯录的列标题，而不是设备列表的。导出一份设备列表即可看到所需的列标题。</translation>
+    </message>
+    <message>
+        <source>No column has the title &quot;MAC&quot;. Add it to the first line, above the MAC addresses.</source>
+        <translation>没有标题为“MAC”的列。请在第一行中，在MAC地址的上方加上它。</translation>
+    </message>
+    <message>
+        <source>The first line is a device. Put a line with the column titles above it, as in an exported device list.</source>
+        <translation>第一行已经是一台设备。请在它上方加一行列标题，与导出的设备列表相同。</translation>
+    </message>
+    <message>
+        <source>The first line has no column titles of a device list. It needs &quot;MAC&quot; and at least one more title that an exported device list has.</source>
+        <translation>第一行没有设备列表的列标题。其中须有“MAC”，以及导出的设备列表中的至少一个其他列标题。</translation>
+    </message>
+    <message>
+        <source>The file is empty. Choose another one.</source>
+        <translation>文件是空的。请选择其他文件。</translation>
     </message>
 </context>
 <context>

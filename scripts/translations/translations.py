@@ -24,7 +24,8 @@ LANGUAGES = {"en.ts": "en", "zh.ts": "zh_CN"}
 
 # Names and terms that Chinese software writes in Latin letters as well.
 LATIN_TERMS = set("""
-    Alive CSV DNS Excel HTTP HTTPD ID IP Keep MAC MIT Office PNP SIP Velloran csv db devices phonebook
+    Alive CSV DNS Excel HTTP HTTPD ID IP Keep MAC MIT Office PNP SIP UTF Unicode Velloran csv db
+    devices phonebook
 """.split())
 
 # Where a message box or a dialog asks for a folder or file, the filter is Qt's own syntax.
