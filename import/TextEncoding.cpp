@@ -7,6 +7,7 @@
 namespace {
 
 constexpr QChar substitute(0x1a);
+constexpr int utf16Mib = 1015;
 
 /// Whether there are characters that a codec gives to bytes that stand for nothing: private ones,
 /// which some codecs have for every such byte or pair, or controls of the upper half. What a
@@ -105,12 +106,16 @@ bool StrictDecoder::decode(const QByteArray &piece, QString &text)
 }
 
 /// A codec from ICU keeps to itself that the end cuts a character off. A line end behind it brings
-/// that to light.
+/// that to light. Those of UTF-16 are Qt's own, and the order of their bytes is the text's
+/// business.
 bool StrictDecoder::end()
 {
+    if (!m_half.isEmpty() || m_state.remainingChars > 0)
+        return false;
+    if (m_codec.mibEnum() == utf16Mib)
+        return true;
     const QChar lineEnd(QLatin1Char('\n'));
     QTextCodec::ConverterState encoder(QTextCodec::IgnoreHeader);
     QString text;
-    return m_half.isEmpty() && m_state.remainingChars == 0 &&
-           decode(m_codec.fromUnicode(&lineEnd, 1, &encoder), text) && text == lineEnd;
+    return decode(m_codec.fromUnicode(&lineEnd, 1, &encoder), text) && text == lineEnd;
 }

@@ -35,9 +35,10 @@ TextSource::TextSource(const QString &path, const QString &folder, const QString
     , m_from(path)
     , m_to(m_workFiles.first())
 {
-    const bool isOurs =
-        std::any_of(m_workFiles.begin(), m_workFiles.end(),
-                    [&](const QString &ours) { return QFileInfo(path) == QFileInfo(ours); });
+    const QFileInfo source(path);
+    const bool isOurs = source.exists() &&
+                        std::any_of(m_workFiles.begin(), m_workFiles.end(),
+                                    [&](const QString &ours) { return source == QFileInfo(ours); });
     if (isOurs) {
         failed(ImportFault::OwnWorkFile); // it would be removed before it is read
         return;

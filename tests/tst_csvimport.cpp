@@ -319,12 +319,16 @@ void TestCsvImport::readsUnicodeText()
     const QString text = QStringLiteral("Company\tMAC\tCity\r\n"
                                         "\"a, b\"\t1\tc\"d\r\n"
                                         "\"say \"\"网络\"\"\"\t2\te, f\r\n");
-    RecordingTarget target;
-    QVERIFY(import(target, writeFile(QTextCodec::codecForName("UTF-16")->fromUnicode(text))));
-    QStringList read;
-    for (const ContactInfo &device : qAsConst(target.added))
-        read << device.mac << device.company << device.city;
-    QCOMPARE(read.join(QLatin1Char('|')), QStringLiteral("1|a, b|c\"d|2|say \"网络\"|e, f"));
+    for (const char *codec : {"UTF-16LE", "UTF-16BE"}) {
+        const QByteArray bytes =
+            QTextCodec::codecForName(codec)->fromUnicode(QChar(QChar::ByteOrderMark) + text);
+        RecordingTarget target;
+        QVERIFY2(import(target, writeFile(bytes)), codec);
+        QStringList read;
+        for (const ContactInfo &device : qAsConst(target.added))
+            read << device.mac << device.company << device.city;
+        QCOMPARE(read.join(QLatin1Char('|')), QStringLiteral("1|a, b|c\"d|2|say \"网络\"|e, f"));
+    }
 }
 
 /// Each step is short, so that the window can be painted between them, and no step's end may show
@@ -369,8 +373,11 @@ void TestCsvImport::workFilesArePrivate()
         QCOMPARE(filePermissions(path(name)), QFile::ReadOwner | QFile::WriteOwner);
     // What a user takes from there must not be gone before it is read.
     QVERIFY(!parser->import(path("tmp1.csv"), QStringLiteral("UTF-8")));
+    QCOMPARE(int(parser->fault()), int(ImportFault::OwnWorkFile));
     QVERIFY(QFile::exists(path("tmp1.csv")));
     parser->removeWorkFiles();
+    QVERIFY(!parser->import(path("no such file"), QStringLiteral("UTF-8")));
+    QCOMPARE(int(parser->fault()), int(ImportFault::Unreadable));
     for (const char *name : files)
         QVERIFY(!QFile::exists(path(name)));
     QVERIFY(QFile::exists(source));
