@@ -408,6 +408,22 @@
         <source>The device list can not be saved: %1. It is kept in the window, and a copy is written when the program ends.</source>
         <translation>The device list can not be saved: %1. It is kept in the window, and a copy is written when the program ends.</translation>
     </message>
+    <message>
+        <source>The backup of the device list can not be written: %1. Do you want to go on without a backup?</source>
+        <translation>The backup of the device list can not be written: %1. Do you want to go on without a backup?</translation>
+    </message>
+    <message>
+        <source>Backup Error</source>
+        <translation>Backup Error</translation>
+    </message>
+    <message>
+        <source>Backup</source>
+        <translation>Backup</translation>
+    </message>
+    <message>
+        <source>phonebook.db held rows that are not in this list. The list is saved over them, and the file as it was is kept in %1.</source>
+        <translation>phonebook.db held rows that are not in this list. The list is saved over them, and the file as it was is kept in %1.</translation>
+    </message>
 </context>
 <context>
     <name>ExportPage</name>
@@ -691,14 +707,10 @@
     </message>
 </context>
 <context>
-    <name>ListSaver</name>
+    <name>ListStore</name>
     <message>
-        <source>The backup of the device list can not be written: %1. Do you want to go on without a backup?</source>
-        <translation>The backup of the device list can not be written: %1. Do you want to go on without a backup?</translation>
-    </message>
-    <message>
-        <source>Backup Error</source>
-        <translation>Backup Error</translation>
+        <source>the list is in use by the program &quot;%1&quot; on the computer &quot;%2&quot; (process %3). If that program no longer runs, remove the file %4</source>
+        <translation>the list is in use by the program &quot;%1&quot; on the computer &quot;%2&quot; (process %3). If that program no longer runs, remove the file %4</translation>
     </message>
 </context>
 <context>
@@ -1029,6 +1041,10 @@
     <message>
         <source>%1 can not be written: %2.</source>
         <translation>%1 can not be written: %2.</translation>
+    </message>
+    <message>
+        <source>The device list is being read...</source>
+        <translation>The device list is being read...</translation>
     </message>
 </context>
 <context>

@@ -408,6 +408,22 @@
         <source>The device list can not be saved: %1. It is kept in the window, and a copy is written when the program ends.</source>
         <translation>无法保存设备列表：%1。列表仍保留在窗口中，程序退出时将写入一份副本。</translation>
     </message>
+    <message>
+        <source>The backup of the device list can not be written: %1. Do you want to go on without a backup?</source>
+        <translation>无法写入设备列表的备份：%1。是否在没有备份的情况下继续？</translation>
+    </message>
+    <message>
+        <source>Backup Error</source>
+        <translation>备份失败</translation>
+    </message>
+    <message>
+        <source>Backup</source>
+        <translation>备份</translation>
+    </message>
+    <message>
+        <source>phonebook.db held rows that are not in this list. The list is saved over them, and the file as it was is kept in %1.</source>
+        <translation>phonebook.db 中有不在此列表中的记录。保存列表时它们已被覆盖，原文件保留在 %1。</translation>
+    </message>
 </context>
 <context>
     <name>ExportPage</name>
@@ -691,14 +707,10 @@
     </message>
 </context>
 <context>
-    <name>ListSaver</name>
+    <name>ListStore</name>
     <message>
-        <source>The backup of the device list can not be written: %1. Do you want to go on without a backup?</source>
-        <translation>无法写入设备列表的备份：%1。是否在没有备份的情况下继续？</translation>
-    </message>
-    <message>
-        <source>Backup Error</source>
-        <translation>备份失败</translation>
+        <source>the list is in use by the program &quot;%1&quot; on the computer &quot;%2&quot; (process %3). If that program no longer runs, remove the file %4</source>
+        <translation>该列表正由计算机“%2”上的程序“%1”（进程 %3）使用。如果该程序已不再运行，请删除文件 %4</translation>
     </message>
 </context>
 <context>
@@ -1029,6 +1041,10 @@
     <message>
         <source>%1 can not be written: %2.</source>
         <translation>无法写入 %1：%2。</translation>
+    </message>
+    <message>
+        <source>The device list is being read...</source>
+        <translation>正在读取设备列表…</translation>
     </message>
 </context>
 <context>

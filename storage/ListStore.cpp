@@ -10,11 +10,6 @@ namespace {
 const QString lockName = QStringLiteral("phonebook.db.lock");
 constexpr int rowsReadAtOnce = 200;
 
-QString text(const char *source)
-{
-    return QCoreApplication::translate("ListStore", source);
-}
-
 } // namespace
 
 ListStore::ListStore(DBOperator &dbOperator, const QString &directory)
@@ -66,8 +61,10 @@ bool ListStore::lock()
     QString program;
     m_lock.getLockInfo(&process, &host, &program);
     const QString reason =
-        text("the list is in use by the program \"%1\" on the computer \"%2\" (process %3). If "
-             "that program no longer runs, remove the file %4");
+        QCoreApplication::translate("ListStore",
+                                    "the list is in use by the program \"%1\" on the computer "
+                                    "\"%2\" (process %3). If that program no longer runs, remove "
+                                    "the file %4");
     return makeUnusable(reason.arg(program, host, QString::number(process), lockName), true);
 }
 
