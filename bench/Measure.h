@@ -3,6 +3,7 @@
 #include "model/ContactInfo.h"
 
 #include <QElapsedTimer>
+#include <QObject>
 
 #include <algorithm>
 #include <cstddef>
@@ -35,6 +36,30 @@ public:
 
 private:
     std::vector<qint64> m_nanoseconds;
+};
+
+/// An event in the queue that is due at once, again and again: how late it comes is how long the
+/// window would have stood still.
+class Pulse : public QObject
+{
+public:
+    Pulse()
+    {
+        m_timer.start();
+        startTimer(1);
+    }
+    double longestGap() const { return m_longest; }
+
+protected:
+    void timerEvent(QTimerEvent *) override
+    {
+        m_longest = std::max(m_longest, double(m_timer.nsecsElapsed()) / 1e6);
+        m_timer.start();
+    }
+
+private:
+    QElapsedTimer m_timer;
+    double m_longest = 0;
 };
 
 /// The number's device, filled as a real one is.

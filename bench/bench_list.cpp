@@ -63,6 +63,8 @@ public:
     {
         if (!QTest::qWaitForWindowExposed(window.get()))
             std::printf("the window never showed\n");
+        while (!dataMgr->worker().isIdle())
+            QCoreApplication::processEvents();
         window->repaint();
         QCoreApplication::processEvents();
     }
@@ -134,6 +136,48 @@ void measureBatch(const QString &parent, int listed, int count)
     std::printf("%7d devices: a batch of %d more shows after %7.1f ms at the longest, is saved "
                 "after %7.1f ms\n",
                 listed, count, longest, batches.median() / 1000);
+}
+
+/// What a user does to a single device of a long list: how long the window stands still, and how
+/// long it takes until the list is saved.
+void measureChanges(const QString &parent, int listed)
+{
+    Program program(parent);
+    program.start();
+    program.dataMgr->addContacts(benchDevices(listed));
+    program.settle();
+    const auto measure = [&](const char *what, auto &&change) {
+        Samples saves;
+        double longest = 0;
+        for (int round = 0; round < 5; ++round) {
+            const Pulse pulse;
+            saves.measure([&] {
+                change(listed / 2 + round);
+                program.settle();
+            });
+            QCoreApplication::processEvents();
+            longest = std::max(longest, pulse.longestGap());
+        }
+        std::printf("%7d devices: %s: longest time without an event %6.1f ms, saved after %7.1f "
+                    "ms\n",
+                    listed, what, longest, saves.median() / 1000);
+    };
+    measure("one edited", [&](int row) {
+        ContactInfo edited = program.dataMgr->devices().at(row).info;
+        edited.id = row + 1;
+        edited.city = QStringLiteral("Shelbyville");
+        program.dataMgr->updateContact(edited);
+    });
+    measure("one's MAC edited", [&](int row) {
+        ContactInfo edited = program.dataMgr->devices().at(row).info;
+        edited.id = row + 1;
+        edited.mac[0] = QLatin1Char('F');
+        program.dataMgr->updateContact(edited);
+    });
+    measure("one deleted", [&](int row) { program.dataMgr->deleteContactAt(row); });
+    measure("one added", [&](int row) {
+        program.dataMgr->insertContactNode(benchDevice(listed + row));
+    });
 }
 
 void measureKeys(const QString &parent, int listed)
@@ -214,6 +258,7 @@ int main(int argc, char *argv[])
     const QString parent = QCoreApplication::arguments().value(1, QDir::tempPath());
     measureBatch(parent, 0, 10000);
     measureBatch(parent, 100000, 10000);
+    measureChanges(parent, 100000);
     measureKeys(parent, 100000);
     const double none = measureStarts(parent, 0);
     const double many = measureStarts(parent, 100000);
