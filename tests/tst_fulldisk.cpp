@@ -4,7 +4,9 @@
 #include "export/MacCfgExport.h"
 #include "net/HttpdPort.h"
 #include "storage/DeviceBackup.h"
+#include "tests/DataSide.h"
 #include "tests/FilePermissions.h"
+#include "tests/RawDatabase.h"
 #include "tests/SmallDisk.h"
 #include "tests/TestDevices.h"
 
@@ -115,6 +117,8 @@ class TestFullDisk : public QObject
 private slots:
     void leavesTheOldFile_data();
     void leavesTheOldFile();
+    void keepsTheList_data();
+    void keepsTheList();
     void givesTheReason_data();
     void givesTheReason();
 };
@@ -157,6 +161,77 @@ void TestFullDisk::leavesTheOldFile()
     QVERIFY(filesIn(disk.folder()) != before);
 }
 
+void TestFullDisk::keepsTheList_data()
+{
+    QTest::addColumn<QString>("flow");
+    QTest::addColumn<int>("bytesLeft");
+    QTest::addColumn<QStringList>("boxes"); // with the answer "No" to every question
+    const QStringList refused = {backupError};
+    const QStringList unsaved = {saveError};
+    QTest::newRow("Delete All, full") << QStringLiteral("delete") << 0 << refused;
+    QTest::newRow("Delete All, little room") << QStringLiteral("delete") << littleRoom << refused;
+    QTest::newRow("import, full") << QStringLiteral("import") << 0 << QStringList();
+    QTest::newRow("import, little room") << QStringLiteral("import") << littleRoom << refused;
+    QTest::newRow("batch, full") << QStringLiteral("batch") << 0 << unsaved;
+    QTest::newRow("batch, little room") << QStringLiteral("batch") << littleRoom << unsaved;
+    QTest::newRow("exit, full") << QStringLiteral("exit") << 0
+                                << QStringList({saveError, saveError});
+}
+
+/// The list in the window is the old one or the new one, the file holds the old one, whole, and the
+/// user has been told.
+void TestFullDisk::keepsTheList()
+{
+    QFETCH(QString, flow);
+    QFETCH(int, bytesLeft);
+    QFETCH(QStringList, boxes);
+    SmallDisk disk(diskMebibytes);
+    if (!disk.isMounted())
+        QSKIP("no file system can be mounted here");
+    const QString folder = disk.folder().chopped(1);
+    QTemporaryDir elsewhere;
+    const QString list = elsewhere.filePath(QStringLiteral("list.csv"));
+    QFile file(list);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(DeviceBackup::csv(stampedDevices("x y")));
+    file.close();
+
+    QList<ContactInfo> devices;
+    for (int i = 0; i < 1500; ++i)
+        devices.append(stampedDevice(QString::number(i)));
+    User user;
+    user.answers = QStringList{no};
+    Run run(folder, "");
+    run.mgr.addContacts(devices);
+    QVERIFY(run.mgr.isSaved());
+    QVERIFY(disk.fill(bytesLeft));
+
+    if (flow == QLatin1String("delete")) {
+        QVERIFY(!run.deleteAll());
+    } else if (flow == QLatin1String("import")) {
+        run.mgr.setImportFlag(true);
+        QVERIFY(!run.import(list));
+    } else {
+        ContactInfo large = stampedDevice(QStringLiteral("large"));
+        large.company = QString(400 * 1024, QLatin1Char('x'));
+        run.mgr.addContacts({large});
+    }
+    if (flow == QLatin1String("exit"))
+        QVERIFY(!run.mgr.keepUnsavedList());
+    QCOMPARE(user.titles(), boxes);
+    const bool isUnchanged = flow == QLatin1String("delete") || flow == QLatin1String("import");
+    QCOMPARE(run.mgr.devices().size() == devices.size(), isUnchanged);
+    QVERIFY(QDir(folder + QLatin1String("/backup")).isEmpty());
+    QString difference = RawDatabase(folder + QLatin1String("/phonebook.db")).difference(devices);
+    QCOMPARE(difference, QString());
+
+    // With room again, what is in the window is saved.
+    disk.empty();
+    QVERIFY(run.mgr.keepUnsavedList());
+    difference = RawDatabase(folder + QLatin1String("/phonebook.db")).difference(run.contacts());
+    QCOMPARE(difference, QString());
+}
+
 void TestFullDisk::givesTheReason_data()
 {
     QTest::addColumn<QString>("name");
@@ -188,5 +263,5 @@ void TestFullDisk::givesTheReason()
     QCOMPARE(filePermissions(target), QFile::ReadOwner | QFile::WriteOwner);
 }
 
-QTEST_GUILESS_MAIN(TestFullDisk)
+QTEST_MAIN(TestFullDisk)
 #include "tst_fulldisk.moc"
