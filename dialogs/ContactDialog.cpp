@@ -22,6 +22,7 @@ ContactDialog::ContactDialog(QWidget *parent)
     : FormDialog(parent)
     , m_advanceButton(new QPushButton(tr("Show Advance Settings"), this))
 {
+    setObjectName(QStringLiteral("contactDialog"));
     m_advanceButton->setObjectName(QStringLiteral("showAdvanceButton"));
     connect(m_advanceButton, &QPushButton::clicked, this, &ContactDialog::showAdvanceBtnClicked);
     createRows();
@@ -118,15 +119,22 @@ void ContactDialog::doSaveAction()
     qCDebug(debugLog) << "doSaveAction.";
     if (!checkMac(*m_macLine))
         return;
-    if (m_isAdd) {
-        ContactInfo info;
-        form().store(info);
-        emit addSaveSucceed(info);
-    } else if (m_curInfo) {
-        form().store(*m_curInfo);
-        emit editSaveSucceed(m_curInfo);
-    }
-    close();
+    finish([this] {
+        if (m_isAdd) {
+            ContactInfo info;
+            form().store(info);
+            emit addSaveSucceed(info);
+        } else if (m_curInfo) {
+            form().store(*m_curInfo);
+            emit editSaveSucceed(m_curInfo);
+        }
+    });
+}
+
+void ContactDialog::bringBackFor(ContactInfo *info)
+{
+    m_curInfo = info;
+    bringBack();
 }
 
 void ContactDialog::closeEvent(QCloseEvent *event)

@@ -20,6 +20,10 @@ public:
     /// dialog is closed, and is changed only by a save.
     void loadContact(bool isAdd, ContactInfo *info);
 
+    /// FormDialog::bringBack() in edit mode: what is typed goes on belonging to `*info`, for which
+    /// the same holds as in loadContact().
+    void bringBackFor(ContactInfo *info);
+
 signals:
     /// Edit mode: the loaded record holds the new texts. The dialog forgets it when this returns.
     void editSaveSucceed(ContactInfo *info);

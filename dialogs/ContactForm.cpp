@@ -85,12 +85,18 @@ QWidget *ContactForm::addRow(const ContactRow &row, const QString &styleClass)
     else
         input->setAccessibleName(row.label);
     label->setBuddy(input);
+    for (QWidget *const widget : {static_cast<QWidget *>(label), input}) {
+        // Rich text is broken into lines.
+        widget->setToolTip(row.toolTip.isEmpty() ? QString()
+                                                 : QStringLiteral("<p>%1</p>").arg(row.toolTip));
+        widget->setAccessibleDescription(row.toolTip);
+    }
 
     QWidget *groupLine = row.startsGroup ? createGroupLine() : nullptr;
     const int position = m_grid->rowCount();
     m_grid->addWidget(label, position, 0);
     m_grid->addWidget(input, position, 1);
-    m_rows.append({row.input, row.field, label, input, groupLine});
+    m_rows.append({row.input, row.field, label, input, groupLine, QString(), -1});
     return input;
 }
 
@@ -160,10 +166,11 @@ void ContactForm::setRowsVisibleFrom(int first, bool visible)
 
 void ContactForm::load(const ContactInfo &info)
 {
-    for (const Row &row : qAsConst(m_rows)) {
+    for (Row &row : m_rows) {
         if (!row.field)
             continue;
         const QString &value = info.*row.field;
+        row.given = value;
         if (auto *line = qobject_cast<IpLine *>(row.input)) {
             line->setText(value);
         } else if (auto *edit = qobject_cast<QLineEdit *>(row.input)) {
@@ -175,6 +182,7 @@ void ContactForm::load(const ContactInfo &info)
                 select(*box, row.kind, languagePosition(value), value);
             else
                 select(*box, row.kind, choices(row.kind).indexOf(value), value);
+            row.givenIndex = box->currentIndex();
         }
     }
 }
@@ -192,7 +200,9 @@ void ContactForm::store(ContactInfo &info) const
             value = edit->isModified() ? inOneLine(edit->text()) : edit->text();
         } else if (const auto *box = qobject_cast<QComboBox *>(row.input)) {
             // A position behind the table is the record's own unknown code, which stays.
-            if (row.kind == ContactInput::Language)
+            if (box->currentIndex() == row.givenIndex)
+                value = row.given;
+            else if (row.kind == ContactInput::Language)
                 applyLanguageChoice(box->currentIndex(), value);
             else if (row.kind == ContactInput::YesNo)
                 value = QLatin1String(box->currentIndex() == 0 ? "1" : "0");

@@ -29,16 +29,17 @@ struct ContactRow
     ContactInput input;
     QString ContactInfo::*field = nullptr; ///< null for a row that is not part of the record
     bool startsGroup = false;              ///< a line stands above it
+    QString toolTip = QString();           ///< what the label alone does not say
 };
 
-/// For the last member of a ContactRow.
+/// For that member of a ContactRow.
 constexpr bool startsGroup = true;
 
 /// The labelled inputs of a device, one below the other; what the device dialogs scroll.
 ///
 /// Every text that a record holds survives load() and store() unchanged as long as its input is not
-/// touched: a model, codec or language that is not on offer becomes an item of its own, and an
-/// address keeps its text (see IpLine). Only a switch becomes "1" or "0", whatever it was.
+/// touched: a model, codec or language that is not on offer becomes an item of its own, an address
+/// keeps its text (see IpLine), and a switch that is not turned keeps what it shows as "Yes".
 class ContactForm : public QWidget
 {
     Q_OBJECT
@@ -80,7 +81,9 @@ private:
         QString ContactInfo::*field;
         QLabel *label;
         QWidget *input;
-        QWidget *groupLine; ///< null where no group starts
+        QWidget *groupLine;        ///< null where no group starts
+        QString given = QString(); ///< the text last loaded
+        int givenIndex = -1;       ///< how a box shows it
     };
 
     QWidget *createGroupLine();

@@ -23,6 +23,7 @@ int number(const QLineEdit *edit)
 ContactsDialog::ContactsDialog(QWidget *parent)
     : FormDialog(parent)
 {
+    setObjectName(QStringLiteral("contactsDialog"));
     createRows();
     form().setFixedHeight(formHeight);
     createLayout();
@@ -32,11 +33,20 @@ ContactsDialog::ContactsDialog(QWidget *parent)
 void ContactsDialog::createRows()
 {
     using Input = ContactInput;
+    const QString macStep =
+        tr("How far apart the MAC addresses are. With 2, 02:00:A7:00:00:FE is followed by "
+           "02:00:A7:00:01:00.");
+    const QString userIdStep =
+        tr("How far apart the user IDs are. With 1, 1001 is followed by 1002.");
+    const QString mirrored =
+        tr("Follows the first SIP user ID, whatever is typed here: each device gets its own user "
+           "ID here as well.");
     const QVector<ContactRow> rows = {
         {tr("Product Count"), QStringLiteral("productCountLineEdit"), Input::Text, nullptr},
-        {tr("Law of increasing MAC"), QStringLiteral("macStepLineEdit"), Input::Text, nullptr},
+        {tr("Law of increasing MAC"), QStringLiteral("macStepLineEdit"), Input::Text, nullptr,
+         !startsGroup, macStep},
         {tr("Law of increasing User ID"), QStringLiteral("userIdStepLineEdit"), Input::Text,
-         nullptr},
+         nullptr, !startsGroup, userIdStep},
         {tr("First MAC"), QStringLiteral("firstMacIpLine"), Input::Mac, &ContactInfo::mac,
          startsGroup},
         {tr("Product Model"), QStringLiteral("productComboBox"), Input::Product,
@@ -46,9 +56,9 @@ void ContactsDialog::createRows()
         {tr("First SIP User ID"), QStringLiteral("firstSipUserIdLineEdit"), Input::Text,
          &ContactInfo::sip_user_id},
         {tr("First Authentication ID"), QStringLiteral("firstAuthIdLineEdit"), Input::Text,
-         &ContactInfo::auth_id},
+         &ContactInfo::auth_id, !startsGroup, mirrored},
         {tr("First Account"), QStringLiteral("firstAccountLineEdit"), Input::Text,
-         &ContactInfo::first_account},
+         &ContactInfo::first_account, !startsGroup, mirrored},
         {tr("Password"), QStringLiteral("passwordLineEdit"), Input::Password,
          &ContactInfo::password},
         {tr("Speech Coding 1"), QStringLiteral("speechCoding1ComboBox"), Input::Codec,
@@ -132,6 +142,5 @@ void ContactsDialog::doSaveAction()
     const DeviceBatch wanted = batch();
     if (!checkCount(wanted))
         return;
-    emit addSaveSucceed(makeDevices(wanted));
-    close();
+    finish([&] { emit addSaveSucceed(makeDevices(wanted)); });
 }

@@ -3,6 +3,7 @@
 #include "dialogs/ContactForm.h"
 #include "dialogs/IpLine.h"
 #include "widgets/Modal.h"
+#include "widgets/OpenWhereClosed.h"
 #include "widgets/ScrollArea.h"
 #include "widgets/ToolTipWidget.h"
 
@@ -74,6 +75,28 @@ void FormDialog::createLayout(QPushButton *extra)
     layout->addLayout(buttons);
     layout->setSizeConstraint(QLayout::SetFixedSize);
     layout->activate();
+
+    const auto lines = m_form->findChildren<IpLine *>();
+    for (IpLine *const line : lines)
+        connect(line, &IpLine::refused, this,
+                [this, line](const QString &reason) { complain(*line, reason); });
+    openWhereClosed(*this);
+}
+
+void FormDialog::finish(const std::function<void()> &handOver)
+{
+    m_staysOpen = false;
+    handOver();
+    if (!m_staysOpen)
+        close();
+}
+
+void FormDialog::bringBack()
+{
+    m_staysOpen = true;
+    show();
+    raise();
+    activateWindow();
 }
 
 void FormDialog::scrollToTop()

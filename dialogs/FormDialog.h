@@ -2,6 +2,8 @@
 
 #include <QDialog>
 
+#include <functional>
+
 class ContactForm;
 class IpLine;
 class QPushButton;
@@ -14,6 +16,11 @@ class FormDialog : public QDialog
 {
     Q_OBJECT
 
+public:
+    /// Takes back the end of the dialog: to be called while what was saved is being handed over,
+    /// and the dialog then stays, or later, and it is shown again. Everything is as it was typed.
+    void bringBack();
+
 public slots:
     /// Hands over what was entered and closes, or says what is wrong with it and stays.
     virtual void doSaveAction() = 0;
@@ -25,6 +32,9 @@ protected:
     /// Lays form and buttons out once the form has its rows; `extra`, if any, stands left of them.
     void createLayout(QPushButton *extra = nullptr);
     void scrollToTop();
+    /// Hands over what was entered by `handOver` and closes, unless bringBack() is called
+    /// meanwhile.
+    void finish(const std::function<void()> &handOver);
     /// Shows the input and says what is wrong with it; the keyboard is the caller's business.
     void complain(QWidget &input, const QString &text);
     /// Whether all six bytes are there; if not, says so and leads to the first that lacks.
@@ -34,4 +44,5 @@ private:
     ContactForm *m_form;
     QScrollArea *m_scrollArea;
     ToolTipWidget *m_toolTip;
+    bool m_staysOpen = false;
 };

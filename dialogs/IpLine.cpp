@@ -5,6 +5,8 @@
 #include "widgets/Grid.h"
 #include "widgets/Modal.h"
 
+#include <QApplication>
+#include <QEvent>
 #include <QHBoxLayout>
 #include <QLabel>
 
@@ -56,7 +58,7 @@ private:
 IpLine::IpLine(Form form, QWidget *parent)
     : QWidget(parent)
     , m_form(form)
-    , m_storedLabel(new ElidedLabel)
+    , m_note(new ElidedLabel)
 {
     const bool isMac = form == Form::Mac;
     // Addresses are read from left to right in every language.
@@ -75,24 +77,34 @@ IpLine::IpLine(Form form, QWidget *parent)
             label->setFixedWidth(separatorWidth);
             layout->addWidget(label);
         }
-        auto *part = new IpPart(isMac ? IpPart::MacByte : IpPart::Octet, this);
+        auto *part = new IpPart(isMac ? AddressSegment::MacByte : AddressSegment::Octet, this);
         part->setObjectName(QStringLiteral("segment%1IpPart").arg(i + 1));
         part->setFixedWidth(isMac ? macByteWidth : octetWidth);
         layout->addWidget(part);
         m_parts.append(part);
         connect(part, &QLineEdit::textEdited, this, [this] { m_userEdited = true; });
-        connect(part, &QLineEdit::textChanged, this, &IpLine::updateStoredLabel);
+        connect(part, &QLineEdit::textChanged, this, &IpLine::updateNote);
+        connect(part, &IpPart::refused, this, &IpLine::refused);
+        part->installEventFilter(this);
     }
     for (int i = 0; i < count; ++i)
         m_parts[i]->setNeighbours(m_parts.value(i - 1), m_parts.value(i + 1));
 
-    m_storedLabel->setObjectName(QStringLiteral("storedLabel"));
-    m_storedLabel->setProperty("class", QStringLiteral("IpLineStoredLabel"));
-    m_storedLabel->hide();
+    m_note->setObjectName(QStringLiteral("noteLabel"));
+    m_note->setProperty("class", QStringLiteral("IpLineNoteLabel"));
+    m_note->hide();
     layout->addSpacing(gridPx);
-    layout->addWidget(m_storedLabel, 1);
+    layout->addWidget(m_note, 1);
     layout->addStretch();
     setFocusProxy(m_parts.first());
+}
+
+bool IpLine::eventFilter(QObject *watched, QEvent *event)
+{
+    // Nobody is told of an address that is still being typed that it is half an address.
+    if (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut)
+        updateNote();
+    return QWidget::eventFilter(watched, event);
 }
 
 QChar IpLine::separator() const
@@ -130,7 +142,7 @@ void IpLine::setText(const QString &text)
 {
     QStringList pieces = text.split(separator());
     if (pieces.size() == 1) {
-        const QStringList whole = IpPart::piecesOfAddress(m_parts.first()->kind(), text);
+        const QStringList whole = AddressSegment::piecesOfAddress(m_parts.first()->kind(), text);
         if (!whole.isEmpty())
             pieces = whole;
     }
@@ -150,7 +162,7 @@ void IpLine::setText(const QString &text)
     m_given = text;
     m_shown = joined();
     m_userEdited = false;
-    updateStoredLabel();
+    updateNote();
 }
 
 bool IpLine::isUnchanged() const
@@ -164,12 +176,24 @@ QString IpLine::value() const
     return isUnchanged() ? m_given : current;
 }
 
-void IpLine::updateStoredLabel()
+/// Some segments are empty and others are not. The MAC address of a new device is so at first.
+bool IpLine::isIncomplete() const
 {
-    const bool needed = !m_fits && isUnchanged();
-    m_storedLabel->setVisible(needed);
-    if (needed)
-        m_storedLabel->setFullText(tr("Stored: %1").arg(m_given));
+    const bool hasGap = std::any_of(m_parts.begin(), m_parts.end(),
+                                    [](const IpPart *part) { return part->text().isEmpty(); });
+    return hasGap && !isAllEmpty() && (m_form == Form::Ip || m_userEdited);
+}
+
+void IpLine::updateNote()
+{
+    QString note;
+    if (!m_fits && isUnchanged())
+        note = tr("Stored: %1").arg(m_given);
+    else if (isIncomplete() && !isAncestorOf(QApplication::focusWidget()))
+        note = tr("Incomplete address");
+    m_note->setVisible(!note.isEmpty());
+    m_note->setFullText(note);
+    setAccessibleDescription(note);
 }
 
 void IpLine::setLabelText(const QString &label)

@@ -10,7 +10,8 @@ class IpPart;
 ///
 /// A stored text need not be an address: lists are imported and kept as they are. So that opening
 /// and saving a device loses nothing, the text that was set is remembered and given back by value()
-/// until the entry is changed, even where the segments cannot show it.
+/// until the entry is changed, even where the segments cannot show it. For the same reason half an
+/// address is marked beside it and not refused.
 class IpLine : public QWidget
 {
     Q_OBJECT
@@ -42,21 +43,29 @@ public:
     /// Puts the focus into the first empty segment, or the first of all.
     void focusFirstEmptyPart();
 
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+signals:
+    /// Something that the user entered has no place in the entry; `reason` tells why.
+    void refused(const QString &reason);
+
+public slots:
     /// Shows the current text in a message box.
-    Q_SLOT void disPlayInfo();
+    void disPlayInfo();
 
 private:
+    bool isIncomplete() const;
     bool isAllEmpty() const;
     bool isUnchanged() const;
     QString joined() const;
     QChar separator() const;
-    void updateStoredLabel();
+    void updateNote();
 
     const Form m_form;
     QVector<IpPart *> m_parts;
-    ElidedLabel *m_storedLabel; ///< says what is stored while the segments cannot show it
-    QString m_given;            ///< the text last set
-    QString m_shown;            ///< the segments as the last set left them; null before the first
-    bool m_fits = true;         ///< the segments show all of m_given
+    ElidedLabel *m_note; ///< what is stored and cannot be shown, or that some of it is missing
+    QString m_given;     ///< the text last set
+    QString m_shown;     ///< the segments as the last set left them; null before the first
+    bool m_fits = true;  ///< the segments show all of m_given
     bool m_userEdited = false;
 };

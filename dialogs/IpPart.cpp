@@ -1,22 +1,25 @@
 #include "dialogs/IpPart.h"
 
 #include <QClipboard>
+#include <QDropEvent>
 #include <QGuiApplication>
 #include <QIntValidator>
 #include <QKeyEvent>
-#include <QRegularExpression>
+#include <QMimeData>
 #include <QRegularExpressionValidator>
+#include <QScopedValueRollback>
 
 #include <algorithm>
+#include <optional>
 #include <utility>
 
-namespace {
+using AddressSegment::Input;
+using AddressSegment::MacByte;
+using AddressSegment::Move;
+using AddressSegment::Octet;
+using AddressSegment::Refusal;
 
-constexpr int macByteLength = 2;
-constexpr int octetLength = 3;
-constexpr int fourCharacters = 4;
-// The greatest value that a third digit can still follow.
-constexpr int greatestOpenOctet = 25;
+namespace {
 
 /// QIntValidator lets pass what may still become a number in range: a sign, the language's digit
 /// grouping, and 256 to 999. In an octet none of them is on the way to anything.
@@ -41,29 +44,37 @@ public:
     }
 };
 
-QStringList macPieces(const QString &address)
+/// A shortcut may carry a letter as its text; that is not typing. AltGr is Ctrl and Alt together on
+/// some systems, and types.
+bool isCommand(const QKeyEvent &event)
 {
-    static const QRegularExpression pattern(
-        QStringLiteral("\\A[0-9A-Fa-f]{2}([:-]?)(?:[0-9A-Fa-f]{2}\\1){4}[0-9A-Fa-f]{2}\\z"));
-    const QRegularExpressionMatch match = pattern.match(address);
-    if (!match.hasMatch())
-        return {};
-    const int step = macByteLength + match.capturedLength(1);
-    QStringList pieces;
-    for (int start = 0; start < address.size(); start += step)
-        pieces.append(address.mid(start, macByteLength));
-    return pieces;
+    const Qt::KeyboardModifiers modifiers =
+        event.modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier);
+    return modifiers != 0 && modifiers != (Qt::ControlModifier | Qt::AltModifier);
 }
 
-QStringList octetPieces(const QString &address)
+/// The input that a key is, or none where the line edit knows better what to do with it.
+std::optional<Input> inputOf(const QKeyEvent &event)
 {
-    static const QRegularExpression pattern(QStringLiteral("\\A[0-9]{1,3}(?:\\.[0-9]{1,3}){3}\\z"));
-    if (!pattern.match(address).hasMatch())
-        return {};
-    const QStringList pieces = address.split(QLatin1Char('.'));
-    const bool inRange = std::all_of(pieces.begin(), pieces.end(),
-                                     [](const QString &piece) { return piece.toInt() <= 255; });
-    return inRange ? pieces : QStringList();
+    if (isCommand(event))
+        return std::nullopt;
+    const QString text = AddressSegment::plainText(event.text());
+    if (text.size() == 1 && text.at(0).isPrint())
+        return Input{Input::Type, text.at(0)};
+    if (event.modifiers() & Qt::ShiftModifier)
+        return std::nullopt;
+    switch (event.key()) {
+    case Qt::Key_Backspace:
+        return Input{Input::Backspace, {}};
+    case Qt::Key_Delete:
+        return Input{Input::Delete, {}};
+    case Qt::Key_Left:
+        return Input{Input::Left, {}};
+    case Qt::Key_Right:
+        return Input{Input::Right, {}};
+    default:
+        return std::nullopt;
+    }
 }
 
 } // namespace
@@ -73,13 +84,12 @@ IpPart::IpPart(int kind, QWidget *parent)
     , m_kind(kind)
 {
     setAlignment(Qt::AlignCenter);
+    setMaxLength(AddressSegment::maxLength(kind));
     if (kind == Octet) {
-        setMaxLength(octetLength);
         setValidator(new OctetValidator(this));
         setInputMethodHints(Qt::ImhDigitsOnly);
         setText(QStringLiteral("0"));
     } else if (kind == MacByte) {
-        setMaxLength(macByteLength);
         setValidator(new QRegularExpressionValidator(
             QRegularExpression(QStringLiteral("^[0-9A-Fa-f]+$")), this));
         setInputMethodHints(Qt::ImhLatinOnly | Qt::ImhNoPredictiveText | Qt::ImhUppercaseOnly);
@@ -87,12 +97,12 @@ IpPart::IpPart(int kind, QWidget *parent)
         // Typing overwrites from the cursor on; at the end nothing would be left to overwrite.
         setCursorPosition(0);
     }
-    m_text = text();
+    m_length = text().size();
 
     // QLineEdit reports an edit of the user's just before it reports the change.
     connect(this, &QLineEdit::textEdited, this, [this] {
-        m_userEdit = true;
-        m_lineEdited = true;
+        if (m_doing != Doing::Settled)
+            m_doing = Doing::Editing;
     });
     connect(this, &QLineEdit::textChanged, this, &IpPart::textIpvCheck);
     connect(this, &IpPart::sendMsg, this, &IpPart::macModify);
@@ -104,135 +114,99 @@ void IpPart::setNeighbours(IpPart *previous, IpPart *next)
     m_next = next;
 }
 
-QStringList IpPart::piecesOfAddress(int kind, const QString &address)
+AddressSegment::State IpPart::state() const
 {
-    if (kind == MacByte)
-        return macPieces(address);
-    return kind == Octet ? octetPieces(address) : QStringList();
+    return {text(), cursorPosition(), std::max(selectionStart(), 0), selectionLength()};
 }
 
 void IpPart::textIpvCheck(const QString &changed)
 {
-    const bool byUser = std::exchange(m_userEdit, false);
-    const bool grew = changed.size() >= m_text.size();
-    m_text = changed;
-    if (!byUser)
+    const bool grew = changed.size() >= std::exchange(m_length, changed.size());
+    if (m_doing != Doing::Editing)
         return;
-    if (m_kind == Octet)
-        checkOctet(changed, grew);
-    else if (m_kind == MacByte)
-        checkMacByte(changed);
-    else if (changed.size() >= fourCharacters && grew && m_next)
-        m_next->enterSelected();
+    m_doing = Doing::Nothing;
+    take(AddressSegment::settle(m_kind, changed, cursorPosition(), grew));
 }
 
-void IpPart::checkOctet(const QString &changed, bool grew)
+/// A digit typed into a full MAC segment is the business of macModify(), which is told of each key.
+bool IpPart::overwrites(QChar character) const
 {
-    bool isNumber = false;
-    const int value = changed.toInt(&isNumber);
-    if (changed.size() < 2 || !isNumber)
-        return;
-    const bool full = changed.size() == octetLength;
-    const QString plain = QString::number(value);
-    if (plain != changed) {
-        const int position = cursorPosition() - (changed.size() - plain.size());
-        setText(plain);
-        setCursorPosition(std::max(position, 0));
-    }
-    // Who deletes the 1 of 192 is still busy here.
-    if (grew && m_next && (full || value > greatestOpenOctet))
-        m_next->enterSelected();
-}
-
-void IpPart::checkMacByte(const QString &changed)
-{
-    const QString digits = changed.toUpper();
-    const int position = cursorPosition();
-    if (digits.size() == 1 && position == 0)
-        setText(QLatin1Char('F') + digits);
-    else if (digits.size() == 1)
-        setText(digits + QLatin1Char('F'));
-    else if (digits != changed)
-        setText(digits);
-    setCursorPosition(position);
+    return m_kind == MacByte && !hasSelectedText() && text().size() == maxLength() &&
+           cursorPosition() < maxLength() && !AddressSegment::isSeparator(character);
 }
 
 void IpPart::macModify(const QString &keyText)
 {
-    if (m_keyTaken || m_kind != MacByte || text().size() != macByteLength)
-        return;
-    const int position = cursorPosition();
-    const QString digit = keyText.toUpper();
-    if (position >= macByteLength || digit.size() != 1 ||
-        !QStringLiteral("ABCDEFacbcdef0123456789").contains(digit))
-        return;
-    setTextAsUser(text().replace(position, 1, digit));
-    if (position == 0)
-        setCursorPosition(1);
-    else if (m_next)
-        m_next->enterAt(0);
-}
-
-void IpPart::paste()
-{
-    if (!fillRow(QGuiApplication::clipboard()->text().trimmed()))
-        QLineEdit::paste();
+    const QString typed = AddressSegment::plainText(keyText);
+    if (m_doing != Doing::Settled && typed.size() == 1 && typed.at(0).isPrint() &&
+        overwrites(typed.at(0)))
+        enter({Input::Type, typed.at(0)});
 }
 
 void IpPart::keyPressEvent(QKeyEvent *event)
 {
-    // A shortcut may carry a letter as its text; that is not typing.
-    const bool isCommand =
-        (event->modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier)) != 0;
-    m_lineEdited = false;
+    const std::optional<Input> input = inputOf(*event);
+    const bool byReport = input && input->action == Input::Type && overwrites(input->character);
+    const bool walks = input && (input->action == Input::Left || input->action == Input::Right);
     if (event->matches(QKeySequence::Paste))
         paste();
-    else if (isCommand || !moveByKey(*event))
+    else if (!input || (walks && enter(*input) == this))
         QLineEdit::keyPressEvent(event);
+    else if (!walks && !byReport)
+        enter(*input);
 
-    // The line edit has put the key into a segment with room for it; reporting the key must not
-    // make it count a second time for the filler behind the cursor.
-    const bool typed = m_lineEdited && !isCommand && !event->text().isEmpty() &&
-                       event->text().at(0).isLetterOrNumber();
-    m_keyTaken = m_lineEdited || isCommand;
+    const QScopedValueRollback<Doing> doing(m_doing, byReport ? Doing::Nothing : Doing::Settled);
     emit sendMsg(event->text());
-    m_keyTaken = false;
-
-    // A digit typed over the selected second one completes the byte like an overwritten one.
-    if (typed && m_kind == MacByte && m_next && text().size() == macByteLength &&
-        cursorPosition() == macByteLength)
-        m_next->enterAt(0);
 }
 
-bool IpPart::moveByKey(const QKeyEvent &event)
+void IpPart::inputMethodEvent(QInputMethodEvent *event)
 {
-    if (event.modifiers() & Qt::ShiftModifier)
-        return false;
-    if (event.text() == QLatin1String(".") && m_next && !text().isEmpty() && !hasSelectedText()) {
-        if (m_next->m_kind == MacByte)
-            m_next->enterAt(0);
-        else
-            m_next->enterSelected();
-        return true;
+    const QString committed = event->commitString();
+    QInputMethodEvent preedit(event->preeditString(), event->attributes());
+    QLineEdit::inputMethodEvent(&preedit);
+    event->accept();
+    if (!committed.isEmpty())
+        enterText(committed);
+}
+
+void IpPart::dropEvent(QDropEvent *event)
+{
+    setFocus(Qt::MouseFocusReason);
+    m_doing = Doing::Nothing;
+    setCursorPosition(cursorPositionAt(event->pos()));
+    enterText(event->mimeData()->text());
+    // Whoever dragged it out of another field keeps it there.
+    event->setDropAction(Qt::CopyAction);
+    event->accept();
+}
+
+void IpPart::paste()
+{
+    enterText(QGuiApplication::clipboard()->text());
+}
+
+/// A whole address goes into all segments; anything else as if it was typed.
+void IpPart::enterText(const QString &entered)
+{
+    if (fillRow(entered))
+        return;
+    const QString plain = AddressSegment::plainText(entered).trimmed();
+    int segments = 0;
+    for (const IpPart *part = this; part; part = part->m_next)
+        ++segments;
+    // Half a word must not become half an address.
+    if (!AddressSegment::canBeTyped(m_kind, plain, segments)) {
+        emit refused(tr("This text is no such address."));
+        return;
     }
-    if (event.key() == Qt::Key_Backspace && m_previous && text().isEmpty()) {
-        m_previous->enterAt(2);
-        return true;
-    }
-    if (event.key() == Qt::Key_Left && m_previous && cursorPosition() == 0) {
-        m_previous->enterAt(m_previous->text().size());
-        return true;
-    }
-    if (event.key() == Qt::Key_Right && m_next && cursorPosition() == text().size()) {
-        m_next->enterAt(0);
-        return true;
-    }
-    return false;
+    IpPart *part = this;
+    for (const QChar c : plain)
+        part = part->enter({Input::Type, c});
 }
 
 bool IpPart::fillRow(const QString &address)
 {
-    const QStringList pieces = piecesOfAddress(m_kind, address);
+    const QStringList pieces = AddressSegment::piecesOfAddress(m_kind, address);
     QVector<IpPart *> row;
     IpPart *part = this;
     while (part->m_previous)
@@ -241,26 +215,83 @@ bool IpPart::fillRow(const QString &address)
         row.append(part);
     if (pieces.isEmpty() || pieces.size() != row.size())
         return false;
-    for (int i = 0; i < row.size(); ++i) {
-        const QString piece =
-            m_kind == Octet ? QString::number(pieces.at(i).toInt()) : pieces.at(i).toUpper();
-        row.at(i)->setTextAsUser(piece);
-    }
-    row.last()->enterAt(row.last()->text().size());
+    for (int i = 0; i < row.size(); ++i)
+        row.at(i)->replaceText(pieces.at(i));
+    row.last()->setFocus(Qt::OtherFocusReason);
+    row.last()->setCursorPosition(pieces.last().size());
     return true;
 }
 
-void IpPart::setTextAsUser(const QString &changed)
+IpPart *IpPart::enter(Input input)
 {
-    setText(changed);
-    emit textEdited(changed);
-    // The change is over, and it was complete: nothing is to be checked or filled.
-    m_userEdit = false;
+    const AddressSegment::Result result = AddressSegment::apply(m_kind, state(), input);
+    if (result.refusal != Refusal::None)
+        emit refused(reasonFor(result.refusal));
+    return take(result);
+}
+
+IpPart *IpPart::take(const AddressSegment::Result &result)
+{
+    if (result.text != text())
+        replaceText(result.text);
+    if (result.cursor >= 0)
+        setCursorPosition(result.cursor);
+    return moveOn(result.move);
+}
+
+/// As an edit of the user's, which can be undone, and with nothing left to check or fill.
+void IpPart::replaceText(const QString &changed)
+{
+    const QScopedValueRollback<Doing> doing(m_doing, Doing::Settled);
+    setSelection(0, text().size());
+    if (changed.isEmpty())
+        del();
+    else
+        insert(changed);
+}
+
+IpPart *IpPart::moveOn(Move move)
+{
+    const bool back = move == Move::PreviousEnd || move == Move::PreviousRest;
+    IpPart *const neighbour = back ? m_previous : m_next;
+    if (move == Move::Stay || !neighbour)
+        return this;
+    neighbour->setFocus(Qt::OtherFocusReason);
+    switch (move) {
+    case Move::NextSelected:
+        neighbour->selectAll();
+        break;
+    case Move::PreviousEnd:
+        neighbour->setCursorPosition(neighbour->text().size());
+        break;
+    case Move::PreviousRest:
+        neighbour->setCursorPosition(2);
+        break;
+    default:
+        neighbour->setCursorPosition(0);
+    }
+    return neighbour;
+}
+
+QString IpPart::reasonFor(Refusal refusal) const
+{
+    switch (refusal) {
+    case Refusal::NoDigit:
+        return m_kind == MacByte ? tr("A MAC address has the digits 0 to 9 and A to F.")
+                                 : tr("An IP address has the digits 0 to 9.");
+    case Refusal::TooLarge:
+        return tr("No part of an IP address exceeds 255.");
+    case Refusal::Full:
+        return tr("This part is complete. Select it to type over it.");
+    case Refusal::None:
+        break;
+    }
+    return {};
 }
 
 void IpPart::focusInEvent(QFocusEvent *event)
 {
-    m_clickedInto = event->reason() == Qt::MouseFocusReason;
+    m_doing = event->reason() == Qt::MouseFocusReason ? Doing::ClickingInto : Doing::Nothing;
     QLineEdit::focusInEvent(event);
 }
 
@@ -268,18 +299,7 @@ void IpPart::mouseReleaseEvent(QMouseEvent *event)
 {
     QLineEdit::mouseReleaseEvent(event);
     // A click behind the last character of a full segment would leave no way to type.
-    if (std::exchange(m_clickedInto, false) && !hasSelectedText())
+    if (m_doing == Doing::ClickingInto && !hasSelectedText())
         selectAll();
-}
-
-void IpPart::enterSelected()
-{
-    setFocus(Qt::OtherFocusReason);
-    selectAll();
-}
-
-void IpPart::enterAt(int position)
-{
-    setFocus(Qt::OtherFocusReason);
-    setCursorPosition(position);
+    m_doing = Doing::Nothing;
 }

@@ -1,9 +1,12 @@
 #pragma once
 
+#include "dialogs/AddressSegment.h"
+
 #include <QLineEdit>
 
 /// One segment of an address: a line edit that passes the focus on to its neighbours as the user
-/// types, so that a whole address goes in without leaving the keyboard.
+/// types, so that a whole address goes in without leaving the keyboard. How it takes an input is
+/// told by AddressSegment.
 ///
 /// Moves, fillers and rewriting answer the user's edits only. A text set by the program is taken as
 /// it stands and leaves the focus where it is.
@@ -12,13 +15,7 @@ class IpPart : public QLineEdit
     Q_OBJECT
 
 public:
-    /// What a segment holds. The numbers are fixed.
-    enum Kind : int {
-        Octet = 0,          ///< a number from 0 to 255, "0" at first
-        FourCharacters = 1, ///< four characters of any kind
-        MacByte = 2,        ///< two hexadecimal digits, "FF" at first
-    };
-
+    /// `kind` is one of AddressSegment::Kind.
     explicit IpPart(int kind, QWidget *parent = nullptr);
 
     int kind() const { return m_kind; }
@@ -27,13 +24,11 @@ public:
     /// this one receives events.
     void setNeighbours(IpPart *previous, IpPart *next);
 
-    /// The pieces of a whole address written in any usual way (MAC: six pairs with ":", "-" or
-    /// nothing between; IPv4: four numbers up to 255), as written. Empty when it is not one.
-    static QStringList piecesOfAddress(int kind, const QString &address);
-
 signals:
     /// The text of a key that was pressed here; sent after the key was handled.
     void sendMsg(const QString &keyText);
+    /// Something that the user entered has no place here; `reason` tells why.
+    void refused(const QString &reason);
 
 public slots:
     /// Follows a change of the text: rewrites it and moves on as its kind asks. Does nothing for a
@@ -48,24 +43,34 @@ public slots:
 
 protected:
     void keyPressEvent(QKeyEvent *event) override;
+    void inputMethodEvent(QInputMethodEvent *event) override;
+    void dropEvent(QDropEvent *event) override;
     void focusInEvent(QFocusEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
 
 private:
-    void checkOctet(const QString &changed, bool grew);
-    void checkMacByte(const QString &changed);
-    bool moveByKey(const QKeyEvent &event);
+    /// What the user is doing here at this moment.
+    enum class Doing {
+        Nothing,
+        Editing,      ///< the line edit itself has changed the text and is about to report it
+        Settled,      ///< the present key has had its whole effect
+        ClickingInto, ///< the mouse button that brought the focus is still down
+    };
+
+    AddressSegment::State state() const;
+    bool overwrites(QChar character) const;
+    /// Carries out an input and returns the segment in which the user goes on.
+    IpPart *enter(AddressSegment::Input input);
+    void enterText(const QString &text);
     bool fillRow(const QString &address);
-    void setTextAsUser(const QString &changed);
-    void enterSelected();
-    void enterAt(int position);
+    IpPart *take(const AddressSegment::Result &result);
+    IpPart *moveOn(AddressSegment::Move move);
+    void replaceText(const QString &text);
+    QString reasonFor(AddressSegment::Refusal refusal) const;
 
     const int m_kind;
     IpPart *m_next = nullptr;
     IpPart *m_previous = nullptr;
-    QString m_text;             ///< the text before the change in progress
-    bool m_userEdit = false;    ///< the change in progress is the user's
-    bool m_lineEdited = false;  ///< the line edit itself changed the text for the present key
-    bool m_keyTaken = false;    ///< the key being reported has had its effect
-    bool m_clickedInto = false; ///< the mouse button that brought the focus is still down
+    int m_length = 0; ///< of the text before the change in progress
+    Doing m_doing = Doing::Nothing;
 };

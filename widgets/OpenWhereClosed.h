@@ -1,0 +1,8 @@
+#pragma once
+
+class QWidget;
+
+/// Opens the window where it was closed last in this run, as far as the screen allows, instead of
+/// in the middle of its parent. Windows of one object name share the place, so that one that is
+/// made anew each time keeps it too. GUI thread.
+void openWhereClosed(QWidget &window);
