@@ -3,9 +3,51 @@
 #include "view/ContactModel.h"
 #include "view/ContactTitle.h"
 
-ContactFilter::ContactFilter(QObject *parent)
-    : QSortFilterProxyModel(parent)
+#include <QVarLengthArray>
+
+#include <algorithm>
+#include <utility>
+
+namespace {
+
+bool isMacSeparator(QChar c)
 {
+    return c == QLatin1Char(':') || c == QLatin1Char('-') || c == QLatin1Char('.') || c.isSpace();
+}
+
+char16_t folded(QChar c)
+{
+    const char16_t unit = c.unicode();
+    if (unit < 0x80)
+        return unit >= 'A' && unit <= 'Z' ? char16_t(unit + ('a' - 'A')) : unit;
+    return c.toCaseFolded().unicode();
+}
+
+/// Whether `text` contains `keyword`, which is folded already. Most rows end at the first
+/// character, so this beats a search that prepares itself for each text.
+bool contains(const QString &text, const QString &keyword)
+{
+    const int last = text.size() - keyword.size();
+    const QChar *const wanted = keyword.constData();
+    const QChar *const from = text.constData();
+    for (int start = 0; start <= last; ++start) {
+        int length = 0;
+        while (length < keyword.size() && folded(from[start + length]) == wanted[length].unicode())
+            ++length;
+        if (length == keyword.size())
+            return true;
+    }
+    return false;
+}
+
+} // namespace
+
+ContactFilter::ContactFilter(ContactModel &model, QObject *parent)
+    : QSortFilterProxyModel(parent)
+    , m_model(model)
+{
+    setFilterCaseSensitivity(Qt::CaseInsensitive);
+    setSourceModel(&model);
 }
 
 bool ContactFilter::setKeyword(int column, const QString &keyword)
@@ -18,20 +60,85 @@ bool ContactFilter::setKeyword(int column, const QString &keyword)
     // So the new rule is set while every row stays as it is, and then the mapping is built anew.
     // The present one must exist by then: it is what the rows stay by.
     rowCount();
-    m_frozen = true;
-    m_keyword = keyword;
+    if (!isCurrent(m_accepted))
+        acceptRows(false);
+    // A keyword that goes on from the one before can only find what that one has found. An address
+    // that is found by its digits alone needs some.
+    const bool narrower = column == filterKeyColumn() && keyword.contains(m_keyword) &&
+                          (column != ContactModel::Mac || !m_digits.isEmpty());
     setFilterKeyColumn(column);
     setFilterFixedString(keyword);
-    m_frozen = false;
+    takeKeyword(keyword);
+    acceptRows(narrower);
     invalidate();
     return true;
 }
 
-bool ContactFilter::filterAcceptsRow(int sourceRow, const QModelIndex &sourceParent) const
+void ContactFilter::takeKeyword(const QString &keyword)
 {
-    if (m_frozen)
-        return mapFromSource(sourceModel()->index(sourceRow, 0, sourceParent)).isValid();
-    return QSortFilterProxyModel::filterAcceptsRow(sourceRow, sourceParent);
+    m_keyword = keyword;
+    m_folded = keyword;
+    std::transform(m_folded.begin(), m_folded.end(), m_folded.begin(),
+                   [](QChar c) { return QChar(folded(c)); });
+    m_digits.clear();
+    std::copy_if(m_folded.begin(), m_folded.end(), std::back_inserter(m_digits),
+                 [](QChar c) { return !isMacSeparator(c); });
+    const auto separator = std::find_if(keyword.begin(), keyword.end(), isMacSeparator);
+    m_firstGroup = separator == keyword.end() ? -1 : static_cast<int>(separator - keyword.begin());
+}
+
+bool ContactFilter::isCurrent(const Accepted &accepted) const
+{
+    const DeviceListSnapshot &snapshot = m_model.snapshot();
+    return accepted.version == snapshot.version() && accepted.rows.size() == snapshot.size();
+}
+
+/// Works out what the present keyword shows, among what is shown where it is a narrower one.
+void ContactFilter::acceptRows(bool narrower)
+{
+    const DeviceListSnapshot &snapshot = m_model.snapshot();
+    const QBitArray before = narrower ? m_accepted.rows : QBitArray();
+    m_accepted = {snapshot.version(), QBitArray(snapshot.size())};
+    for (int row = 0; row < snapshot.size(); ++row) {
+        if ((!narrower || before.testBit(row)) && matches(row))
+            m_accepted.rows.setBit(row);
+    }
+}
+
+bool ContactFilter::matches(int row) const
+{
+    const int column = filterKeyColumn();
+    if (m_keyword.isEmpty())
+        return true;
+    if (column == ContactModel::Number)
+        return contains(QString::number(m_model.shownNumber(row)), m_folded);
+    const QString &text = m_model.text(row, column);
+    return contains(text, m_folded) || (column == ContactModel::Mac && matchesMac(text));
+}
+
+/// Whether the digits of the address contain those of the keyword. A keyword that parts its bytes
+/// keeps to them: "2:00" is no part of 20:0A.
+bool ContactFilter::matchesMac(const QString &mac) const
+{
+    QVarLengthArray<char16_t, 32> digits;
+    for (const QChar c : mac) {
+        if (!isMacSeparator(c))
+            digits.append(folded(c));
+    }
+    const int step = m_firstGroup < 0 ? 1 : 2;
+    const int last = digits.size() - m_digits.size();
+    for (int start = m_firstGroup < 0 ? 0 : m_firstGroup % 2; start <= last; start += step) {
+        const auto from = digits.cbegin() + start;
+        if (std::equal(m_digits.cbegin(), m_digits.cend(), from,
+                       [](QChar wanted, char16_t unit) { return wanted.unicode() == unit; }))
+            return !m_digits.isEmpty();
+    }
+    return false;
+}
+
+bool ContactFilter::filterAcceptsRow(int sourceRow, const QModelIndex & /*sourceParent*/) const
+{
+    return isCurrent(m_accepted) ? m_accepted.rows.testBit(sourceRow) : matches(sourceRow);
 }
 
 QVariant ContactFilter::data(const QModelIndex &index, int role) const

@@ -3,6 +3,7 @@
 #include "model/MacAddress.h"
 
 #include <algorithm>
+#include <array>
 
 ContactModel::ContactModel(const DeviceList &list, QObject *parent)
     : QAbstractTableModel(parent)
@@ -28,7 +29,9 @@ QVariant ContactModel::data(const QModelIndex &index, int role) const
 
     switch (role) {
     case Qt::DisplayRole:
-        return displayText(index.row(), index.column());
+        if (index.column() == Number)
+            return shownNumber(index.row());
+        return index.column() < Detail ? QVariant(text(index.row(), index.column())) : QVariant();
     case Qt::DecorationRole:
         return index.column() == Detail || index.column() == Delete
                    ? QVariant(actionPicture(index.column()))
@@ -192,31 +195,24 @@ bool ContactModel::lacksMac(int row) const
     return !isMac(m_snapshot.at(row).info.mac);
 }
 
-QVariant ContactModel::displayText(int row, int column) const
+const QString &ContactModel::text(int row, int column) const
 {
-    const ContactInfo &info = m_snapshot.at(row).info;
-    switch (column) {
-    case Number:
-        return shownNumber(row);
-    case Mac:
-        return info.mac;
-    case Product:
-        return info.product;
-    case SipServer:
-        return info.sip_server;
-    case FirstAccount:
-        return info.first_account;
-    case SipUserId:
-        return info.sip_user_id;
-    case City:
-        return info.city;
-    case Company:
-        return info.company;
-    case Department:
-        return info.department;
-    default:
-        return {};
-    }
+    static constexpr std::array<QString ContactInfo::*, ColumnCount> members = {
+        nullptr,
+        &ContactInfo::mac,
+        &ContactInfo::product,
+        &ContactInfo::sip_server,
+        &ContactInfo::first_account,
+        &ContactInfo::sip_user_id,
+        &ContactInfo::city,
+        &ContactInfo::company,
+        &ContactInfo::department,
+        nullptr,
+        nullptr,
+    };
+    static const QString none;
+    const auto member = members[static_cast<std::size_t>(column)];
+    return member ? m_snapshot.at(row).info.*member : none;
 }
 
 QPixmap ContactModel::actionPicture(int column) const

@@ -65,6 +65,11 @@ public:
     /// nothing changed.
     void refresh();
 
+    /// The running number of the device at `row` (must exist), as the views know it by now.
+    int shownNumber(int row) const;
+    /// The text of the device at `row` (must exist) in `column`; empty in columns without one.
+    const QString &text(int row, int column) const;
+
     /// What is on show.
     const DeviceListSnapshot &snapshot() const { return m_snapshot; }
 
@@ -81,9 +86,7 @@ private:
     void adopt(const DeviceListSnapshot &fresh, int head, int tail);
     void announceNumbers();
     void announceReset();
-    int shownNumber(int row) const;
     bool lacksMac(int row) const;
-    QVariant displayText(int row, int column) const;
     QPixmap actionPicture(int column) const;
 
     const DeviceList *m_list;

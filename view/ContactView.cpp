@@ -26,12 +26,11 @@ bool isAction(int column)
 ContactView::ContactView(const DeviceList &list, QWidget *parent)
     : QTableView(parent)
     , m_model(new ContactModel(list, this))
-    , m_filter(new ContactFilter(this))
+    , m_filter(new ContactFilter(*m_model, this))
     , m_delegate(new ContactDelegate(m_pictures, this))
 {
     setObjectName(QStringLiteral("contact_view"));
     setAccessibleName(tr("Device list"));
-    m_filter->setSourceModel(m_model);
     setModel(m_filter);
     setItemDelegate(m_delegate);
     setUpLook();
