@@ -5,8 +5,12 @@
 #include <QHBoxLayout>
 #include <QIcon>
 #include <QLabel>
+#include <QMainWindow>
+#include <QMenuBar>
 #include <QPushButton>
 #include <QVariant>
+
+#include <algorithm>
 
 namespace {
 
@@ -21,6 +25,7 @@ QIcon icon(const char *name)
 
 CommandBar::CommandBar(QWidget *parent)
     : QWidget(parent)
+    , m_titleRow(new QHBoxLayout)
     , m_countLabel(new QLabel(this))
 {
     setObjectName(QStringLiteral("tool_bar"));
@@ -31,10 +36,10 @@ CommandBar::CommandBar(QWidget *parent)
     m_countLabel->setObjectName(QStringLiteral("countLabel"));
     m_countLabel->setProperty("class", QStringLiteral("CountLabel"));
 
-    auto *const titleRow = new QHBoxLayout;
-    titleRow->addWidget(title);
-    titleRow->addStretch();
-    titleRow->addWidget(m_countLabel);
+    m_titleRow->setSpacing(2 * gridPx);
+    m_titleRow->addWidget(title);
+    m_titleRow->addStretch();
+    m_titleRow->addWidget(m_countLabel);
 
     auto *const buttonRow = new QHBoxLayout;
     buttonRow->setSpacing(gridPx);
@@ -57,7 +62,7 @@ CommandBar::CommandBar(QWidget *parent)
     auto *const column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(gridPx);
-    column->addLayout(titleRow);
+    column->addLayout(m_titleRow);
     column->addLayout(buttonRow);
 
     setDeviceCount(0);
@@ -68,10 +73,15 @@ void CommandBar::setDeviceCount(int count)
     m_countLabel->setText(tr("Total device") + tr(":") + QString::number(count));
 }
 
+void CommandBar::addNote(QWidget *note)
+{
+    m_titleRow->insertWidget(m_titleRow->indexOf(m_countLabel), note);
+}
+
 void CommandBar::showHttpOpen(bool open)
 {
-    m_httpButton->setText(open ? tr("&Close HTTPD") : tr("&Open HTTPD"));
-    m_httpButton->setIcon(icon(open ? "httpdCloseIcon.png" : "httpdOpenIcon.png"));
+    showService(*m_httpButton, open ? tr("&Close HTTPD") : tr("&Open HTTPD"),
+                open ? "httpdCloseIcon.png" : "httpdOpenIcon.png");
     m_httpButton->setToolTip(open ? tr("Close the HTTPD server") : tr("Open the HTTPD server"));
 }
 
@@ -82,8 +92,27 @@ bool CommandBar::isHttpOpen() const
 
 void CommandBar::showPnpEnabled(bool enabled)
 {
-    m_pnpButton->setText(enabled ? tr("&Disable PNP Server") : tr("&Enable PNP Server"));
-    m_pnpButton->setIcon(icon(enabled ? "pnp_on.png" : "pnp_off.png"));
+    showService(*m_pnpButton, enabled ? tr("&Disable PNP Server") : tr("&Enable PNP Server"),
+                enabled ? "pnpCloseIcon.png" : "pnpOpenIcon.png");
+}
+
+void CommandBar::showService(QPushButton &button, const QString &text, const char *iconName)
+{
+    button.setText(text);
+    button.setIcon(icon(iconName));
+    // Of two owners of a key neither gets it, and a menu opens by no other.
+    if (isMenuKey(button.shortcut()))
+        button.setShortcut({});
+}
+
+bool CommandBar::isMenuKey(const QKeySequence &key) const
+{
+    const auto *const mainWindow = qobject_cast<const QMainWindow *>(window());
+    const auto *const bar = mainWindow ? mainWindow->findChild<QMenuBar *>() : nullptr;
+    const QList<QAction *> menus = bar ? bar->actions() : QList<QAction *>();
+    return std::any_of(menus.begin(), menus.end(), [&key](const QAction *menu) {
+        return QKeySequence::mnemonic(menu->text()) == key;
+    });
 }
 
 bool CommandBar::isPnpEnabled() const

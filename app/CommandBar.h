@@ -3,6 +3,7 @@
 #include <QWidget>
 
 class QHBoxLayout;
+class QKeySequence;
 class QLabel;
 class QPushButton;
 
@@ -16,6 +17,8 @@ public:
     explicit CommandBar(QWidget *parent = nullptr);
 
     void setDeviceCount(int count);
+    /// Puts `note` beside the device count. The bar becomes its parent.
+    void addNote(QWidget *note);
 
     QPushButton *newButton() const { return m_newButton; }
     QPushButton *newsButton() const { return m_newsButton; }
@@ -26,7 +29,8 @@ public:
     QPushButton *pnpButton() const { return m_pnpButton; }
 
     /// A service button keeps the service's state in its text, so these set text, icon and tip
-    /// together.
+    /// together. Text and icon say what a press does. The underlined letter is a key unless a menu
+    /// of the window has it.
     void showHttpOpen(bool open);
     bool isHttpOpen() const;
     void showPnpEnabled(bool enabled);
@@ -36,7 +40,10 @@ private:
     QPushButton *addListButton(QHBoxLayout &row, const QString &text, const char *name,
                                const char *icon, const char *shortcut, const QString &tip);
     QPushButton *addButton(QHBoxLayout &row, const char *name);
+    void showService(QPushButton &button, const QString &text, const char *iconName);
+    bool isMenuKey(const QKeySequence &key) const;
 
+    QHBoxLayout *m_titleRow;
     QLabel *m_countLabel;
     QPushButton *m_newButton;
     QPushButton *m_newsButton;

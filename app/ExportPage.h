@@ -9,4 +9,7 @@ class ExportPage : public PathPage
 
 public:
     explicit ExportPage(QWidget *parent);
+
+    /// Where the user begins to look for a folder: at the one in the path, else at their documents.
+    QString startFolder() const;
 };

@@ -12,7 +12,8 @@ ImportPage::ImportPage(QWidget *parent)
 {
     m_clearListBox->setObjectName(QStringLiteral("clearListCheckBox"));
     m_clearListBox->setToolTip(tr("When checked, the devices of the file are added to the present "
-                                  "list; when unchecked, they replace it."));
+                                  "list; when unchecked, they replace it, and it is kept in the "
+                                  "folder backup/."));
     m_hintLabel->setObjectName(QStringLiteral("clearListHintLabel"));
     m_hintLabel->setWordWrap(true);
     connect(m_clearListBox, &QCheckBox::toggled, this, &ImportPage::updateHint);
@@ -29,6 +30,7 @@ bool ImportPage::clearList() const
 void ImportPage::updateHint()
 {
     m_hintLabel->setText(clearList() ? tr("The devices of the file are added to the present list.")
-                                     : tr("The devices of the file replace the present list."));
+                                     : tr("The devices of the file replace the present list, "
+                                          "which is kept in the folder backup/."));
     m_clearListBox->setAccessibleDescription(m_hintLabel->text());
 }

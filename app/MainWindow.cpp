@@ -10,6 +10,7 @@
 #include "storage/DatabaseLayer.h"
 #include "view/ContactTitle.h"
 #include "view/ContactView.h"
+#include "view/HiddenNote.h"
 #include "view/SearchBar.h"
 #include "view/SearchEdit.h"
 #include "widgets/Grid.h"
@@ -205,6 +206,7 @@ void MainWindow::createContent()
     listColumn->addWidget(new ContactTitle(*m_view, list));
     auto *const searchBar = new SearchBar(*m_view, list);
     connect(searchBar, &SearchBar::searchTextChanged, m_view, &ContactView::sortBySearchEdit);
+    m_commandBar->addNote(new HiddenNote(*m_view, *searchBar));
     listColumn->addWidget(searchBar);
     listColumn->addWidget(m_view);
     QWidget::setTabOrder(searchBar->searchEdit(SearchEdit::boxCount - 1), m_view);

@@ -204,7 +204,10 @@ void MainWindow::configHttpdPortOption()
     if (!m_portDialog) {
         m_portDialog = new PortDialog(this);
         m_portDialog->setWindowModality(Qt::WindowModal);
-        m_portDialog->setPortText(readHttpdPort(portPath).portText);
+        const HttpdPort stored = readHttpdPort(portPath);
+        // What is neither choice is not to be kept by a press of OK.
+        if (QFile::exists(portPath) && (stored.useDefault == 0 || stored.useDefault == 1))
+            m_portDialog->setStored(stored.useDefault == 1, stored.portText);
         connect(m_portDialog->useDefaultBox(), &QCheckBox::clicked, this,
                 &MainWindow::slotUseDefault);
         connect(m_portDialog->okButton(), &QPushButton::clicked, this,
@@ -226,6 +229,10 @@ void MainWindow::configHttpdPortBegin()
 {
     if (!m_portDialog)
         return;
+    if (m_portDialog->isAsStored()) {
+        configHttpdPortAbort();
+        return;
+    }
     const int port = m_portDialog->portText().toInt();
     const bool inRange = port >= PortDialog::lowestPort && port <= PortDialog::highestPort;
     if (!inRange && !m_portDialog->useDefault()) {

@@ -2,6 +2,7 @@
 
 #include "widgets/Grid.h"
 #include "widgets/Modal.h"
+#include "widgets/OpenWhereClosed.h"
 
 #include <QCheckBox>
 #include <QIntValidator>
@@ -28,6 +29,7 @@ PortDialog::PortDialog(QWidget *parent)
     setWindowTitle(tr("Configure Httpd Port"));
     setWindowIcon(Modal::windowIcon());
     setFixedSize(dialogSize);
+    openWhereClosed(*this);
 
     auto *const title = new QLabel(tr("Configure Httpd Port"), this);
     title->setObjectName(QStringLiteral("portTitleLabel"));
@@ -49,6 +51,12 @@ PortDialog::PortDialog(QWidget *parent)
     m_portEdit->setValidator(validator);
     m_portEdit->setFixedWidth(portWidth);
     m_portEdit->setEnabled(false);
+
+    auto *const note =
+        new QLabel(tr("A running HTTPD keeps its port until it is closed and opened again."), this);
+    note->setObjectName(QStringLiteral("portNoteLabel"));
+    note->setWordWrap(true);
+    setAccessibleDescription(note->text());
 
     m_okButton->setObjectName(QStringLiteral("portOkButton"));
     m_okButton->setDefault(true);
@@ -72,6 +80,7 @@ PortDialog::PortDialog(QWidget *parent)
     column->addWidget(title);
     column->addWidget(m_useDefaultBox);
     column->addLayout(portRow);
+    column->addWidget(note);
     column->addStretch();
     column->addLayout(buttonRow);
 }
@@ -86,9 +95,17 @@ QString PortDialog::portText() const
     return m_portEdit->text();
 }
 
-void PortDialog::setPortText(const QString &text)
+void PortDialog::setStored(bool useDefault, const QString &portText)
 {
-    m_portEdit->setText(text);
+    m_stored = Choice{useDefault, portText};
+    m_useDefaultBox->setChecked(useDefault);
+    m_portEdit->setText(portText);
+    setPortEnabled(!useDefault);
+}
+
+bool PortDialog::isAsStored() const
+{
+    return m_stored && m_stored->useDefault == useDefault() && m_stored->portText == portText();
 }
 
 void PortDialog::setPortEnabled(bool enabled)

@@ -2,12 +2,15 @@
 
 #include <QDialog>
 
+#include <optional>
+
 class QCheckBox;
 class QLineEdit;
 class QPushButton;
 
-/// Asks on which port the HTTP service is to listen: the default one or one of the user's. Neither
-/// checks nor stores anything; what the buttons do is connected by the window.
+/// Asks on which port the HTTP service is to listen: the default one or one of the user's. It opens
+/// where it was closed last. Neither checks nor stores anything; what the buttons do is connected
+/// by the window.
 class PortDialog : public QDialog
 {
     Q_OBJECT
@@ -25,7 +28,10 @@ public:
     bool useDefault() const;
     /// The custom port as it was typed, possibly empty.
     QString portText() const;
-    void setPortText(const QString &text);
+    /// Shows a choice that is stored. Without one, the dialog shows the default port.
+    void setStored(bool useDefault, const QString &portText);
+    /// What is stored stands there as it was shown, so that there is nothing to store.
+    bool isAsStored() const;
     /// The custom port can be typed only where the default is not used.
     void setPortEnabled(bool enabled);
     /// Leads the user back to the port that cannot be taken.
@@ -36,4 +42,11 @@ private:
     QLineEdit *m_portEdit;
     QPushButton *m_okButton;
     QPushButton *m_cancelButton;
+
+    struct Choice
+    {
+        bool useDefault;
+        QString portText;
+    };
+    std::optional<Choice> m_stored;
 };

@@ -26,7 +26,7 @@ for name in eye trash; do
     png "$name" 80 80
 done
 for name in tool_new tool_news tool_import tool_export tool_delete_all \
-            pnp_off pnp_on httpdOpenIcon httpdCloseIcon; do
+            pnpOpenIcon pnpCloseIcon httpdOpenIcon httpdCloseIcon; do
     png "$name" 64 64
 done
 png search 40 40

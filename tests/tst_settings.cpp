@@ -527,10 +527,18 @@ void TestSettings::portDialog()
         QVERIFY(!dialog->isVisible());
         QCOMPARE(fileContent(portPath()), QByteArray(portFile).replace("8080", right));
     }
-    open();
-    QCOMPARE(edit()->text(), QStringLiteral("8080"));
-    dialog->cancelButton()->click();
-    QCOMPARE(fileContent(portPath()), QByteArray(portFile));
+    // A glance leaves what is stored as it is, also where it could not be typed.
+    for (const char *const stored : {"8080", ""}) {
+        const QByteArray content = QByteArray(portFile).replace("8080", stored);
+        QTRY_VERIFY(!m_window->findChild<PortDialog *>());
+        writeFile(portPath(), content);
+        open();
+        QCOMPARE(edit()->text(), QLatin1String(stored));
+        QVERIFY(edit()->isEnabled() && !dialog->useDefaultBox()->isChecked());
+        dialog->okButton()->click();
+        QVERIFY(!dialog->isVisible() && m_shown.isEmpty());
+        QCOMPARE(fileContent(portPath()), content);
+    }
 
     // What is no port is not put before the user, nor written back.
     QTRY_VERIFY(!m_window->findChild<PortDialog *>());

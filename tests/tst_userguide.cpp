@@ -180,10 +180,11 @@ void TestUserGuide::pagesFromEndToEnd()
         QVERIFY(up->isEnabled());
         QCOMPARE(down->isEnabled(), page < 9);
     }
-    // The keyboard stays with what still answers.
-    QVERIFY(up->hasFocus());
-    QTest::keyClick(m_guide.get(), Qt::Key_Down);
-    QCOMPARE(counter(), QStringLiteral("9/9"));
+    // Who goes on by Space does not turn back.
+    for (const Qt::Key key : {Qt::Key_Space, Qt::Key_Down}) {
+        QTest::keyClick(QApplication::focusWidget(), key);
+        QCOMPARE(counter(), QStringLiteral("9/9"));
+    }
     QTest::keyClick(up, Qt::Key_Up);
     QCOMPARE(counter(), QStringLiteral("8/9"));
     QVERIFY(down->isEnabled());

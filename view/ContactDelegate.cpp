@@ -9,6 +9,8 @@
 #include <QPainter>
 #include <QTableView>
 
+#include <algorithm>
+
 namespace {
 
 /// The rectangle of the whole row that a cell belongs to.
@@ -19,6 +21,19 @@ QRect rowRect(const QStyleOptionViewItem &option)
         return option.rect;
     return {table->columnViewportPosition(0), option.rect.top(),
             table->horizontalHeader()->length(), option.rect.height()};
+}
+
+/// As much of a text as can matter in so many pixels: to measure all of a very long one takes
+/// longer than to paint the list.
+QString beginning(const QString &text, int pixels)
+{
+    constexpr int narrowestOnAverage = 2;
+    int length = std::max(pixels / narrowestOnAverage, 0);
+    if (text.size() <= length)
+        return text;
+    if (length > 0 && text.at(length - 1).isHighSurrogate())
+        --length;
+    return text.left(length) + QChar(0x2026);
 }
 
 } // namespace
@@ -55,8 +70,11 @@ void ContactDelegate::paintText(QPainter &painter, const QStyleOptionViewItem &o
     const QRect room =
         option.rect.adjusted(ColumnLayout::textMargin, 0, -ColumnLayout::textMargin, 0);
     const QString text = option.fontMetrics.elidedText(
-        index.data(Qt::DisplayRole).toString(), Qt::ElideRight, room.width(), Qt::TextSingleLine);
+        beginning(index.data(Qt::DisplayRole).toString(), room.width()), Qt::ElideRight,
+        room.width(), Qt::TextSingleLine);
     painter.save();
+    // Stacked accents reach out of their row.
+    painter.setClipRect(option.rect, Qt::IntersectClip);
     painter.setFont(option.font);
     painter.setPen(color);
     painter.drawText(room, index.data(Qt::TextAlignmentRole).toInt() | Qt::TextSingleLine, text);

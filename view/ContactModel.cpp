@@ -33,9 +33,7 @@ QVariant ContactModel::data(const QModelIndex &index, int role) const
             return shownNumber(index.row());
         return index.column() < Detail ? QVariant(text(index.row(), index.column())) : QVariant();
     case Qt::DecorationRole:
-        return index.column() == Detail || index.column() == Delete
-                   ? QVariant(actionPicture(index.column()))
-                   : QVariant();
+        return isAction(index.column()) ? QVariant(actionPicture(index.column())) : QVariant();
     case Qt::TextAlignmentRole:
         return static_cast<int>(Qt::AlignLeft | Qt::AlignVCenter);
     case Qt::ToolTipRole:

@@ -32,6 +32,9 @@ public:
         ColumnCount
     };
 
+    /// Whether a click in `column` does something to its device.
+    static constexpr bool isAction(int column) { return column == Detail || column == Delete; }
+
     /// Beside the usual roles.
     enum Role {
         /// True in every cell of a device that has no MAC: no phone can ask for its document.

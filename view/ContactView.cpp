@@ -1,6 +1,7 @@
 #include "view/ContactView.h"
 
 #include "model/DebugLog.h"
+#include "view/CellHover.h"
 #include "view/ColumnLayout.h"
 #include "view/ContactDelegate.h"
 #include "view/ContactFilter.h"
@@ -12,22 +13,14 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
-#include <QToolTip>
-
-namespace {
-
-bool isAction(int column)
-{
-    return column == ContactModel::Detail || column == ContactModel::Delete;
-}
-
-} // namespace
+#include <QScopedValueRollback>
 
 ContactView::ContactView(const DeviceList &list, QWidget *parent)
     : QTableView(parent)
     , m_model(new ContactModel(list, this))
     , m_filter(new ContactFilter(*m_model, this))
     , m_delegate(new ContactDelegate(m_pictures, this))
+    , m_hover(new CellHover(*this, *m_delegate))
 {
     setObjectName(QStringLiteral("contact_view"));
     setAccessibleName(tr("Device list"));
@@ -39,7 +32,7 @@ ContactView::ContactView(const DeviceList &list, QWidget *parent)
     connect(this, &QAbstractItemView::entered, this, &ContactView::showToolTip);
     connect(this, &QAbstractItemView::clicked, this, &ContactView::viewClicked);
     connect(verticalScrollBar(), &QScrollBar::valueChanged, this, &ContactView::changeScrollValue);
-    connect(horizontalScrollBar(), &QScrollBar::valueChanged, this, &ContactView::updateHover);
+    connect(horizontalScrollBar(), &QScrollBar::valueChanged, m_hover, &CellHover::update);
 }
 
 ContactView::~ContactView() = default;
@@ -87,12 +80,17 @@ void ContactView::addSearchEdit(SearchEdit *edit)
 {
     m_searchEdits.append(edit);
     connect(edit, &SearchEdit::searchTextChanged, this, &ContactView::onSearchTextChanged);
-    connect(edit, &QLineEdit::returnPressed, this, &ContactView::clearSearchEditFocus);
+    connect(edit, &SearchEdit::listWanted, this, &ContactView::clearSearchEditFocus);
 }
 
 int ContactView::deviceCount() const
 {
     return m_model->rowCount();
+}
+
+int ContactView::hiddenCount() const
+{
+    return m_model->rowCount() - m_filter->rowCount();
 }
 
 int ContactView::currentListRow() const
@@ -112,15 +110,45 @@ int ContactView::listRow(const QModelIndex &index) const
     return m_filter->mapToSource(index).row();
 }
 
-/// Makes the device at `row` of the list the current one, where the filter shows it.
-void ContactView::selectListRow(int row, bool select)
+void ContactView::makeCurrent(const QModelIndex &index, bool select)
 {
-    const QModelIndex index = m_filter->mapFromSource(m_model->index(row, ContactModel::Number));
-    if (!index.isValid())
-        return;
     selectionModel()->setCurrentIndex(index, select ? QItemSelectionModel::ClearAndSelect |
                                                           QItemSelectionModel::Rows
                                                     : QItemSelectionModel::NoUpdate);
+}
+
+void ContactView::currentChanged(const QModelIndex &current, const QModelIndex &previous)
+{
+    QTableView::currentChanged(current, previous);
+    if (!m_keepingDevice && current.isValid())
+        m_device = m_filter->mapToSource(current);
+}
+
+/// Lets rows come and go by `change`, and leaves the user with the same device: also where the list
+/// was replaced and the device stands elsewhere. While the search hides it, no other becomes the
+/// current one in its place; one that is gone leaves its place to a neighbour.
+void ContactView::keepDevice(const std::function<void()> &change)
+{
+    const QScopedValueRollback<bool> keeping(m_keepingDevice, true);
+    if (currentIndex().isValid())
+        m_deviceSelected = selectionState() > 0;
+    const DeviceListSnapshot &snapshot = m_model->snapshot();
+    const QString mac = m_device.isValid() ? snapshot.at(m_device.row()).info.mac : QString();
+
+    change();
+
+    const bool isOther = !m_device.isValid() || snapshot.at(m_device.row()).info.mac != mac;
+    const int moved = mac.isEmpty() || !isOther ? -1 : snapshot.rowOfMac(mac);
+    if (moved >= 0)
+        m_device = m_model->index(moved, ContactModel::Number);
+    else if (!m_device.isValid())
+        m_device = m_filter->mapToSource(currentIndex());
+
+    const QModelIndex shown = m_filter->mapFromSource(m_device);
+    if (!shown.isValid())
+        selectionModel()->clear();
+    else if (shown.row() != currentIndex().row())
+        makeCurrent(shown, m_deviceSelected);
 }
 
 void ContactView::onSearchTextChanged(int index, const QString &keyword)
@@ -139,15 +167,18 @@ void ContactView::sortBySearchEdit(int index, const QString &keyword)
 /// Whoever reports a keyword may report it twice; the filter works only once.
 void ContactView::applyKeyword(int index, const QString &keyword)
 {
-    const bool changed = keyword.isEmpty()
-                             ? m_filter->setKeyword(ContactModel::Number, QString())
-                             : m_filter->setKeyword(SearchEdit::columnOf(index), keyword.trimmed());
+    bool changed = false;
+    keepDevice([&] {
+        changed = keyword.isEmpty()
+                      ? m_filter->setKeyword(ContactModel::Number, QString())
+                      : m_filter->setKeyword(SearchEdit::columnOf(index), keyword.trimmed());
+    });
     if (!changed)
         return;
     executeDelayedItemsLayout();
     if (currentIndex().isValid())
         scrollTo(currentIndex());
-    updateHover();
+    m_hover->update();
 }
 
 void ContactView::changeBatchState()
@@ -164,9 +195,26 @@ void ContactView::showGroupContacts(int first, int last)
 {
     executeDelayedItemsLayout();
     scrollTo(m_filter->mapFromSource(m_model->index(last, ContactModel::Number)));
-    selectListRow(first, true);
+    const QModelIndex shown = m_filter->mapFromSource(m_model->index(first, ContactModel::Number));
+    if (shown.isValid())
+        makeCurrent(shown, true);
     scrollTo(currentIndex());
     emit changeContact(first, last);
+}
+
+void ContactView::showDevice(const QString &mac)
+{
+    m_wantedMac = mac;
+    showWantedDevice();
+}
+
+void ContactView::showWantedDevice()
+{
+    const int row = m_wantedMac.isEmpty() ? -1 : m_model->snapshot().rowOfMac(m_wantedMac);
+    if (row < 0)
+        return;
+    m_wantedMac.clear();
+    showGroupContacts(row, row);
 }
 
 void ContactView::updateContactModel()
@@ -176,26 +224,16 @@ void ContactView::updateContactModel()
     if (m_busy)
         return;
 
-    const int row = currentListRow();
-    const QString mac = row < 0 ? QString() : m_model->snapshot().at(row).info.mac;
-    const bool selected = selectionState() > 0;
     const QPoint scrolled(horizontalScrollBar()->value(), verticalScrollBar()->value());
-
-    m_model->refresh();
-
-    // Where the list was replaced, the device that the user was at may stand elsewhere.
-    const int present = currentListRow();
-    if (row >= 0 && (present < 0 || m_model->snapshot().at(present).info.mac != mac)) {
-        const int moved = m_model->snapshot().rowOfMac(mac);
-        if (moved >= 0)
-            selectListRow(moved, selected);
-    }
+    keepDevice([this] { m_model->refresh(); });
     layOutColumns();
     executeDelayedItemsLayout();
     // A current row that moves is not a reason to scroll there.
     horizontalScrollBar()->setValue(scrolled.x());
     verticalScrollBar()->setValue(scrolled.y());
-    updateHover();
+    showWantedDevice();
+    m_wantedMac.clear();
+    m_hover->update();
 
     if (m_model->rowCount() == 0)
         emit showNobodyPreview();
@@ -205,14 +243,18 @@ void ContactView::updateContactModel()
 void ContactView::changeScrollValue(int value)
 {
     m_verticalOffset = value;
-    updateHover();
+    m_hover->update();
 }
 
 void ContactView::clearSearchEditFocus()
 {
     for (const QPointer<SearchEdit> &edit : qAsConst(m_searchEdits)) {
-        if (edit && edit->hasFocus())
-            setFocus(Qt::OtherFocusReason);
+        if (!edit || !edit->hasFocus())
+            continue;
+        setFocus(Qt::OtherFocusReason);
+        // Down to what was found: the keys that follow must mean a row.
+        if (!currentIndex().isValid())
+            selectRow(0);
     }
 }
 
@@ -236,14 +278,7 @@ void ContactView::openRow(const QModelIndex &index)
 
 void ContactView::showToolTip(const QModelIndex &index)
 {
-    QToolTip::showText(QPoint(), QString());
-    QString tip = index.data(Qt::ToolTipRole).toString();
-    if (isAction(index.column()))
-        tip = index.column() == ContactModel::Detail ? tr("View/Edit") : tr("Delete");
-    if (tip.isEmpty())
-        return;
-    const QRect cell = visualRect(index);
-    QToolTip::showText(viewport()->mapToGlobal(cell.topLeft()), tip, viewport(), cell);
+    m_hover->showHint(index);
 }
 
 void ContactView::keyPressEvent(QKeyEvent *event)
@@ -262,7 +297,13 @@ void ContactView::keyPressEvent(QKeyEvent *event)
 
 void ContactView::mousePressEvent(QMouseEvent *event)
 {
-    m_ignoreRelease = false;
+    // The first release has acted already, and the row now under the pointer may be another device:
+    // what follows in a double or triple click on a button does nothing.
+    m_ignoreRelease = m_clicks.goesOn(*event) && ContactModel::isAction(columnAt(event->pos().x()));
+    if (m_ignoreRelease) {
+        event->accept();
+        return;
+    }
     const int y = qRound(event->localPos().y()) + m_verticalOffset;
     m_press.rowNumber = y / rowPixels + 1;
     m_press.offsetInRow = y % rowPixels;
@@ -274,9 +315,8 @@ void ContactView::mousePressEvent(QMouseEvent *event)
 
 void ContactView::mouseDoubleClickEvent(QMouseEvent *event)
 {
-    // The first release has acted already, and the row now under the pointer may be another
-    // device: the second half of a double click on a button does nothing.
-    if (isAction(columnAt(event->pos().x()))) {
+    m_clicks.goesOn(*event);
+    if (ContactModel::isAction(columnAt(event->pos().x()))) {
         m_ignoreRelease = true;
         event->accept();
         return;
@@ -305,40 +345,6 @@ void ContactView::changeEvent(QEvent *event)
     QTableView::changeEvent(event);
     if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange)
         layOutColumns();
-}
-
-bool ContactView::viewportEvent(QEvent *event)
-{
-    const bool handled = QTableView::viewportEvent(event);
-    if (event->type() == QEvent::MouseMove) {
-        m_pointer = static_cast<QMouseEvent *>(event)->pos();
-        m_pointerInside = true;
-        updateHover();
-    } else if (event->type() == QEvent::Leave || event->type() == QEvent::Hide) {
-        m_pointerInside = false;
-        updateHover();
-    }
-    return handled;
-}
-
-/// Rows also move under a pointer that stands still: by the wheel, a filter or a deletion.
-void ContactView::updateHover()
-{
-    const QModelIndex index = m_pointerInside ? indexAt(m_pointer) : QModelIndex();
-    if (index.row() == m_hoveredRow && index.column() == m_hoveredColumn)
-        return;
-    repaintRow(m_hoveredRow);
-    m_hoveredRow = index.row();
-    m_hoveredColumn = index.column();
-    repaintRow(m_hoveredRow);
-    m_delegate->setHovered(m_hoveredRow, m_hoveredColumn);
-    viewport()->setCursor(isAction(m_hoveredColumn) ? Qt::PointingHandCursor : Qt::ArrowCursor);
-}
-
-void ContactView::repaintRow(int row)
-{
-    if (row >= 0)
-        viewport()->update(0, rowViewportPosition(row), viewport()->width(), rowPixels);
 }
 
 void ContactView::paintEvent(QPaintEvent *event)

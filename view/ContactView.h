@@ -1,11 +1,16 @@
 #pragma once
 
+#include "view/ClickSeries.h"
 #include "view/RowPictures.h"
 
+#include <QPersistentModelIndex>
 #include <QPointer>
 #include <QTableView>
 #include <QVector>
 
+#include <functional>
+
+class CellHover;
 class ContactDelegate;
 class ContactFilter;
 class ContactModel;
@@ -38,10 +43,17 @@ public:
     /// Number of devices in the list as it is on show, filtered or not.
     int deviceCount() const;
 
+    /// Number of devices in it that the search hides.
+    int hiddenCount() const;
+
+    /// Brings the device with this MAC text into view and selects it, as far as the search shows
+    /// it; one that is not on show yet, with the next update.
+    void showDevice(const QString &mac);
+
     /// Row in the list of the device that this index of the view's model shows, or -1.
     int listRow(const QModelIndex &index) const;
 
-    /// Row of the current device in the list, or -1.
+    /// Row of the current device in the list, or -1, also while the search hides that device.
     int currentListRow() const;
 
     /// Number of selected rows.
@@ -99,43 +111,47 @@ public slots:
 
 protected:
     void changeEvent(QEvent *event) override;
+    void currentChanged(const QModelIndex &current, const QModelIndex &previous) override;
     void keyPressEvent(QKeyEvent *event) override;
     void mouseDoubleClickEvent(QMouseEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
     void paintEvent(QPaintEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
-    bool viewportEvent(QEvent *event) override;
 
 private:
     void setUpLook();
     void layOutColumns();
     void applyKeyword(int index, const QString &keyword);
     void openRow(const QModelIndex &index);
-    void selectListRow(int row, bool select);
+    void makeCurrent(const QModelIndex &index, bool select);
+    void keepDevice(const std::function<void()> &change);
+    void showWantedDevice();
     void paintSeparators(QPainter &painter, const QRect &exposed);
     void paintFocus(QPainter &painter);
     void paintHint(QPainter &painter);
-    void updateHover();
-    void repaintRow(int row);
 
     RowPictures m_pictures;
     ContactModel *m_model;
     ContactFilter *m_filter;
     ContactDelegate *m_delegate;
+    CellHover *m_hover;
     QVector<QPointer<SearchEdit>> m_searchEdits;
 
     bool m_busy = false;
     bool m_updateMissed = false;
 
+    /// The device that the user is at, in the model. The search may hide it: then no row is
+    /// current.
+    QPersistentModelIndex m_device;
+    bool m_deviceSelected = false;
+    bool m_keepingDevice = false; ///< rows change by themselves, and not by the user's choice
+    QString m_wantedMac;          ///< see showDevice()
+
     Press m_press;
     bool m_batchState = false;
     int m_markedRowNumber = 0; ///< the row opened last, counted from 1
     int m_verticalOffset = 0;
-    bool m_ignoreRelease = false; ///< the coming release ends a double click on a button
-
-    QPoint m_pointer; ///< in the viewport; meaningful while m_pointerInside
-    bool m_pointerInside = false;
-    int m_hoveredRow = -1;
-    int m_hoveredColumn = -1;
+    ClickSeries m_clicks;
+    bool m_ignoreRelease = false; ///< the coming release ends a click that does nothing
 };

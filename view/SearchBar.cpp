@@ -56,6 +56,12 @@ SearchEdit *SearchBar::searchEdit(int index) const
     return m_edits.value(index);
 }
 
+void SearchBar::clear()
+{
+    for (SearchEdit *edit : qAsConst(m_edits))
+        edit->clear();
+}
+
 void SearchBar::emptyOthers(int index)
 {
     for (SearchEdit *edit : qAsConst(m_edits)) {

@@ -21,6 +21,9 @@ public:
     /// The box with this index, from 0 to SearchEdit::boxCount - 1.
     SearchEdit *searchEdit(int index) const;
 
+    /// Empties the boxes, as if the user had emptied the one that holds the keyword.
+    void clear();
+
 signals:
     /// Any box reports its text; see SearchEdit::searchTextChanged().
     void searchTextChanged(int index, const QString &text);

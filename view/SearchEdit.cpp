@@ -22,6 +22,7 @@ SearchEdit::SearchEdit(int index, QWidget *parent)
 {
     setClearButtonEnabled(true);
     connect(this, &QLineEdit::textChanged, this, &SearchEdit::onSearchEditChanged);
+    connect(this, &QLineEdit::returnPressed, this, &SearchEdit::listWanted);
 }
 
 int SearchEdit::columnOf(int index)
@@ -67,6 +68,12 @@ void SearchEdit::keyPressEvent(QKeyEvent *event)
 {
     if (event->key() == Qt::Key_Escape && !text().isEmpty()) {
         clear();
+        event->accept();
+        return;
+    }
+    const Qt::KeyboardModifiers modifiers = event->modifiers() & ~Qt::KeypadModifier;
+    if (event->key() == Qt::Key_Down && modifiers == Qt::NoModifier) {
+        emit listWanted();
         event->accept();
         return;
     }

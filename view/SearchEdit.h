@@ -25,6 +25,8 @@ public:
 signals:
     /// The text of box `index` is now `text`.
     void searchTextChanged(int index, const QString &text);
+    /// The user wants to go on in the list: Down or Enter.
+    void listWanted();
 
 public slots:
     void onSearchEditChanged(const QString &text);
@@ -32,7 +34,7 @@ public slots:
 protected:
     /// Leaves the keys of the list's commands to these.
     bool event(QEvent *event) override;
-    /// Escape empties the box.
+    /// Escape empties the box; Down and Enter go into the list.
     void keyPressEvent(QKeyEvent *event) override;
     /// An empty box shows a magnifier where a filled one has its clear button.
     void paintEvent(QPaintEvent *event) override;

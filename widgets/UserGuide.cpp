@@ -230,8 +230,16 @@ void UserGuide::goTo(int page)
 void UserGuide::showPosition()
 {
     m_counter->setText(QStringLiteral("%1/%2").arg(m_current + 1).arg(m_pages.size()));
-    m_upButton->setEnabled(m_current > 0);
-    m_downButton->setEnabled(m_current < m_pages.size() - 1);
+    // A button that is switched off would hand the keyboard to the other one, and the next Space
+    // would turn back.
+    const bool first = m_current == 0;
+    const bool last = m_current == m_pages.size() - 1;
+    if ((first && m_upButton->hasFocus()) || (last && m_downButton->hasFocus()))
+        setFocus(Qt::OtherFocusReason);
+    m_upButton->setEnabled(!first);
+    m_downButton->setEnabled(!last);
+    if (hasFocus() && !first && !last)
+        m_downButton->setFocus(Qt::OtherFocusReason);
 }
 
 void UserGuide::closeEvent(QCloseEvent *event)

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QObject>
+#include <QPoint>
+
+class ContactDelegate;
+class QModelIndex;
+class QString;
+class QTableView;
+class QWidget;
+
+/// What the pointer does over the device list: it marks the row and the button under it, and brings
+/// up hints. A hint stands where it covers neither a button nor the row below.
+class CellHover : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// Follows the pointer over `view`, the parent, whose cells `delegate` paints. Both outlive it.
+    CellHover(QTableView &view, ContactDelegate &delegate);
+
+    /// Looks what is under the pointer now: rows also move under one that stands still, by the
+    /// wheel, a filter or a deletion.
+    void update();
+
+    /// Takes the hint away and brings up that of this cell, if it has one: what a click on a button
+    /// does, or what the model says.
+    void showHint(const QModelIndex &index);
+
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    void repaintRow(int row);
+    QPoint placeOf(const QModelIndex &index, const QWidget &hint) const;
+
+    QTableView &m_view;
+    ContactDelegate &m_delegate;
+    QPoint m_pointer; ///< in the viewport; meaningful while m_pointerInside
+    bool m_pointerInside = false;
+    int m_row = -1;
+    int m_column = -1;
+};

@@ -1,0 +1,65 @@
+#include "view/HiddenNote.h"
+
+#include "view/ContactView.h"
+#include "view/SearchBar.h"
+#include "widgets/Grid.h"
+
+#include <QAbstractItemModel>
+#include <QAccessible>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+
+#include <algorithm>
+
+HiddenNote::HiddenNote(ContactView &view, SearchBar &searchBar, QWidget *parent)
+    : QWidget(parent)
+    , m_view(view)
+    , m_label(new QLabel(this))
+{
+    setObjectName(QStringLiteral("hiddenNote"));
+    m_label->setObjectName(QStringLiteral("hiddenLabel"));
+    m_label->setProperty("class", QStringLiteral("HiddenLabel"));
+    auto *const button = new QPushButton(tr("Clear search"), this);
+    button->setObjectName(QStringLiteral("clearSearchButton"));
+    button->setAutoDefault(false);
+    connect(button, &QPushButton::clicked, &searchBar, &SearchBar::clear);
+
+    auto *const row = new QHBoxLayout(this);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(gridPx);
+    row->addWidget(m_label);
+    row->addWidget(button);
+
+    connect(view.model(), &QAbstractItemModel::layoutChanged, this, &HiddenNote::onSearch);
+    connect(&view, &ContactView::viewUpdated, this, &HiddenNote::onListChanged);
+    onSearch();
+}
+
+void HiddenNote::onSearch()
+{
+    m_hidden = m_hiddenBySearch = m_view.hiddenCount();
+    showCount();
+}
+
+void HiddenNote::onListChanged()
+{
+    const int hidden = m_view.hiddenCount();
+    m_hiddenBySearch = std::min(m_hiddenBySearch, hidden);
+    const bool moreThanBefore = hidden > m_hidden;
+    m_hidden = hidden;
+    showCount();
+    if (moreThanBefore) {
+        QAccessibleEvent alert(m_label, QAccessible::Alert);
+        QAccessible::updateAccessibility(&alert);
+    }
+}
+
+void HiddenNote::showCount()
+{
+    const int fresh = m_hidden - m_hiddenBySearch;
+    m_label->setText(
+        fresh > 0 ? tr("Hidden by the search: %1, new or changed: %2").arg(m_hidden).arg(fresh)
+                  : tr("Hidden by the search: %1").arg(m_hidden));
+    setVisible(m_hidden > 0);
+}

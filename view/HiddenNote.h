@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QWidget>
+
+class ContactView;
+class QLabel;
+class SearchBar;
+
+/// Says how many devices the search hides, and whether what was just added or changed is among
+/// them, with a button that clears the search. Out of sight while nothing is hidden.
+class HiddenNote : public QWidget
+{
+    Q_OBJECT
+
+public:
+    /// `view` and `searchBar` are not owned and must outlive the note.
+    HiddenNote(ContactView &view, SearchBar &searchBar, QWidget *parent = nullptr);
+
+private:
+    void onSearch();
+    void onListChanged();
+    void showCount();
+
+    const ContactView &m_view;
+    QLabel *m_label;
+    int m_hidden = 0;
+    int m_hiddenBySearch = 0; ///< so many were hidden when the search was typed
+};
