@@ -34,8 +34,8 @@ void ContactsDialog::createRows()
 {
     using Input = ContactInput;
     const QString macStep =
-        tr("How far apart the MAC addresses are. With 2, 02:00:A7:00:00:FE is followed by "
-           "02:00:A7:00:01:00.");
+        tr("How far apart the MAC addresses are. With 2, 02:00:A7:00:00:08 is followed by "
+           "02:00:A7:00:00:0A.");
     const QString userIdStep =
         tr("How far apart the user IDs are. With 1, 1001 is followed by 1002.");
     const QString mirrored =

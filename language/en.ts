@@ -2,6 +2,17 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="en" sourcelanguage="en">
 <context>
+    <name>CellHover</name>
+    <message>
+        <source>View/Edit</source>
+        <translation>View/Edit</translation>
+    </message>
+    <message>
+        <source>Delete</source>
+        <translation>Delete</translation>
+    </message>
+</context>
+<context>
     <name>CommandBar</name>
     <message>
         <source>Your Device List</source>
@@ -259,14 +270,6 @@
         <translation>Device list</translation>
     </message>
     <message>
-        <source>View/Edit</source>
-        <translation>View/Edit</translation>
-    </message>
-    <message>
-        <source>Delete</source>
-        <translation>Delete</translation>
-    </message>
-    <message>
         <source>No devices yet. Press &quot;New&quot; to create the first one.</source>
         <translation>No devices yet. Press &quot;New&quot; to create the first one.</translation>
     </message>
@@ -369,6 +372,18 @@
         <source>At most %1 devices can be created in one step.</source>
         <translation>At most %1 devices can be created in one step.</translation>
     </message>
+    <message>
+        <source>How far apart the user IDs are. With 1, 1001 is followed by 1002.</source>
+        <translation>How far apart the user IDs are. With 1, 1001 is followed by 1002.</translation>
+    </message>
+    <message>
+        <source>Follows the first SIP user ID, whatever is typed here: each device gets its own user ID here as well.</source>
+        <translation>Follows the first SIP user ID, whatever is typed here: each device gets its own user ID here as well.</translation>
+    </message>
+    <message>
+        <source>How far apart the MAC addresses are. With 2, 02:00:A7:00:00:08 is followed by 02:00:A7:00:00:0A.</source>
+        <translation>How far apart the MAC addresses are. With 2, 02:00:A7:00:00:08 is followed by 02:00:A7:00:00:0A.</translation>
+    </message>
 </context>
 <context>
     <name>DataMgr</name>
@@ -457,6 +472,21 @@
     <message>
         <source>Please fulfill correct MAC address!</source>
         <translation>Please fulfill correct MAC address!</translation>
+    </message>
+</context>
+<context>
+    <name>HiddenNote</name>
+    <message>
+        <source>Clear search</source>
+        <translation>Clear search</translation>
+    </message>
+    <message>
+        <source>Hidden by the search: %1, new or changed: %2</source>
+        <translation>Hidden by the search: %1, new or changed: %2</translation>
+    </message>
+    <message>
+        <source>Hidden by the search: %1</source>
+        <translation>Hidden by the search: %1</translation>
     </message>
 </context>
 <context>
@@ -591,16 +621,16 @@
         <translation>Clear list</translation>
     </message>
     <message>
-        <source>When checked, the devices of the file are added to the present list; when unchecked, they replace it.</source>
-        <translation>When checked, the devices of the file are added to the present list; when unchecked, they replace it.</translation>
-    </message>
-    <message>
         <source>The devices of the file are added to the present list.</source>
         <translation>The devices of the file are added to the present list.</translation>
     </message>
     <message>
-        <source>The devices of the file replace the present list.</source>
-        <translation>The devices of the file replace the present list.</translation>
+        <source>When checked, the devices of the file are added to the present list; when unchecked, they replace it, and it is kept in the folder backup/.</source>
+        <translation>When checked, the devices of the file are added to the present list; when unchecked, they replace it, and it is kept in the folder backup/.</translation>
+    </message>
+    <message>
+        <source>The devices of the file replace the present list, which is kept in the folder backup/.</source>
+        <translation>The devices of the file replace the present list, which is kept in the folder backup/.</translation>
     </message>
 </context>
 <context>
@@ -616,6 +646,33 @@
     <message>
         <source>information</source>
         <translation>information</translation>
+    </message>
+    <message>
+        <source>Incomplete address</source>
+        <translation>Incomplete address</translation>
+    </message>
+</context>
+<context>
+    <name>IpPart</name>
+    <message>
+        <source>This text is no such address.</source>
+        <translation>This text is no such address.</translation>
+    </message>
+    <message>
+        <source>A MAC address has the digits 0 to 9 and A to F.</source>
+        <translation>A MAC address has the digits 0 to 9 and A to F.</translation>
+    </message>
+    <message>
+        <source>An IP address has the digits 0 to 9.</source>
+        <translation>An IP address has the digits 0 to 9.</translation>
+    </message>
+    <message>
+        <source>No part of an IP address exceeds 255.</source>
+        <translation>No part of an IP address exceeds 255.</translation>
+    </message>
+    <message>
+        <source>This part is complete. Select it to type over it.</source>
+        <translation>This part is complete. Select it to type over it.</translation>
     </message>
 </context>
 <context>
@@ -1120,6 +1177,10 @@
     <message>
         <source>Custom Port (5000-65535):</source>
         <translation>Custom Port (5000-65535):</translation>
+    </message>
+    <message>
+        <source>A running HTTPD keeps its port until it is closed and opened again.</source>
+        <translation>A running HTTPD keeps its port until it is closed and opened again.</translation>
     </message>
 </context>
 <context>

@@ -2,6 +2,17 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="zh_CN" sourcelanguage="en">
 <context>
+    <name>CellHover</name>
+    <message>
+        <source>View/Edit</source>
+        <translation>查看/编辑</translation>
+    </message>
+    <message>
+        <source>Delete</source>
+        <translation>删除</translation>
+    </message>
+</context>
+<context>
     <name>CommandBar</name>
     <message>
         <source>Your Device List</source>
@@ -259,14 +270,6 @@
         <translation>设备列表</translation>
     </message>
     <message>
-        <source>View/Edit</source>
-        <translation>查看/编辑</translation>
-    </message>
-    <message>
-        <source>Delete</source>
-        <translation>删除</translation>
-    </message>
-    <message>
         <source>No devices yet. Press &quot;New&quot; to create the first one.</source>
         <translation>还没有设备。点击“新建”来创建第一台设备。</translation>
     </message>
@@ -369,6 +372,18 @@
         <source>At most %1 devices can be created in one step.</source>
         <translation>一次最多可创建%1台设备。</translation>
     </message>
+    <message>
+        <source>How far apart the user IDs are. With 1, 1001 is followed by 1002.</source>
+        <translation>相邻两个用户ID的间隔。为1时，1001之后是1002。</translation>
+    </message>
+    <message>
+        <source>Follows the first SIP user ID, whatever is typed here: each device gets its own user ID here as well.</source>
+        <translation>随首个用户ID变化，在此输入的内容不起作用：每台设备在此处同样使用自己的用户ID。</translation>
+    </message>
+    <message>
+        <source>How far apart the MAC addresses are. With 2, 02:00:A7:00:00:08 is followed by 02:00:A7:00:00:0A.</source>
+        <translation>相邻两个MAC地址的间隔。为2时，02:00:A7:00:00:08之后是02:00:A7:00:00:0A。</translation>
+    </message>
 </context>
 <context>
     <name>DataMgr</name>
@@ -457,6 +472,21 @@
     <message>
         <source>Please fulfill correct MAC address!</source>
         <translation>请输入正确的MAC地址！</translation>
+    </message>
+</context>
+<context>
+    <name>HiddenNote</name>
+    <message>
+        <source>Clear search</source>
+        <translation>清除搜索</translation>
+    </message>
+    <message>
+        <source>Hidden by the search: %1, new or changed: %2</source>
+        <translation>被搜索隐藏：%1，其中新增或修改：%2</translation>
+    </message>
+    <message>
+        <source>Hidden by the search: %1</source>
+        <translation>被搜索隐藏：%1</translation>
     </message>
 </context>
 <context>
@@ -591,16 +621,16 @@
         <translation>清空列表</translation>
     </message>
     <message>
-        <source>When checked, the devices of the file are added to the present list; when unchecked, they replace it.</source>
-        <translation>选中时，文件中的设备将添加到当前列表；未选中时，将替换当前列表。</translation>
-    </message>
-    <message>
         <source>The devices of the file are added to the present list.</source>
         <translation>文件中的设备将添加到当前列表。</translation>
     </message>
     <message>
-        <source>The devices of the file replace the present list.</source>
-        <translation>文件中的设备将替换当前列表。</translation>
+        <source>When checked, the devices of the file are added to the present list; when unchecked, they replace it, and it is kept in the folder backup/.</source>
+        <translation>选中时，文件中的设备添加到当前列表；未选中时，文件中的设备替换当前列表，当前列表保存到backup/文件夹。</translation>
+    </message>
+    <message>
+        <source>The devices of the file replace the present list, which is kept in the folder backup/.</source>
+        <translation>文件中的设备将替换当前列表，当前列表保存到backup/文件夹。</translation>
     </message>
 </context>
 <context>
@@ -616,6 +646,33 @@
     <message>
         <source>information</source>
         <translation>提示</translation>
+    </message>
+    <message>
+        <source>Incomplete address</source>
+        <translation>地址不完整</translation>
+    </message>
+</context>
+<context>
+    <name>IpPart</name>
+    <message>
+        <source>This text is no such address.</source>
+        <translation>此文本不是有效的地址。</translation>
+    </message>
+    <message>
+        <source>A MAC address has the digits 0 to 9 and A to F.</source>
+        <translation>MAC地址只含数字0至9和字母A至F。</translation>
+    </message>
+    <message>
+        <source>An IP address has the digits 0 to 9.</source>
+        <translation>IP地址只含数字0至9。</translation>
+    </message>
+    <message>
+        <source>No part of an IP address exceeds 255.</source>
+        <translation>IP地址的每一段不能大于255。</translation>
+    </message>
+    <message>
+        <source>This part is complete. Select it to type over it.</source>
+        <translation>这一段已填满。选中后可重新输入。</translation>
     </message>
 </context>
 <context>
@@ -1120,6 +1177,10 @@
     <message>
         <source>Custom Port (5000-65535):</source>
         <translation>自定义端口（5000-65535）：</translation>
+    </message>
+    <message>
+        <source>A running HTTPD keeps its port until it is closed and opened again.</source>
+        <translation>正在运行的HTTPD仍使用原端口，关闭并重新开启后才使用新端口。</translation>
     </message>
 </context>
 <context>

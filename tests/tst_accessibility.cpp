@@ -351,7 +351,7 @@ void TestAccessibility::aChineseScreenIsChinese()
     // What Chinese software leaves in Latin letters: names, standards, keys, a device's own values.
     const QRegularExpression latinTerms(QStringLiteral(
         "\\b(HTTPD?|PNP|SIP|MAC|DNS|CSV|KT[PV]\\w+|DK\\w+|PCM[UA]|GSM|Keep-Alive|English|"
-        "Velloran|Office|Excel|MIT|devices\\.csv|Ctrl|eth\\d|IP|ID)\\b"));
+        "Velloran|Office|Excel|MIT|devices\\.csv|backup|Ctrl|eth\\d|IP|ID)\\b"));
     const QRegularExpression latinWord(QStringLiteral("[A-Za-z]{2,}"));
     for (const QString &text : qAsConst(texts)) {
         const QString rest = QString(text).remove(latinTerms);

@@ -24,7 +24,7 @@ LANGUAGES = {"en.ts": "en", "zh.ts": "zh_CN"}
 
 # Names and terms that Chinese software writes in Latin letters as well.
 LATIN_TERMS = set("""
-    Alive CSV DNS Excel HTTP HTTPD ID IP Keep MAC MIT Office PNP SIP UTF Unicode Velloran csv db
+    Alive CSV DNS Excel HTTP HTTPD ID IP Keep MAC MIT Office PNP SIP UTF Unicode Velloran backup csv db
     devices phonebook
 """.split())
 
