@@ -2,6 +2,7 @@
 
 #include "model/ContactFields.h"
 #include "model/MacAddress.h"
+#include "model/RowIndex.h"
 
 #include <QExplicitlySharedDataPointer>
 #include <QHash>
@@ -25,13 +26,11 @@ struct Record : QSharedData
 using RecordPointer = QExplicitlySharedDataPointer<const Record>;
 using Records = std::vector<RecordPointer>;
 
-/// The first row that carries each key.
-using RowByKey = QHash<QString, int>;
-
+/// The first row that carries each address, as it stands and as it is looked up.
 struct Index
 {
-    RowByKey byMac;
-    RowByKey byBareMac;
+    RowIndex byMac;
+    RowIndex byBareMac;
 };
 
 QString exactMac(const Record &record)
@@ -44,33 +43,39 @@ QString lookUpMac(const Record &record)
     return bareMac(record.info.mac);
 }
 
-/// Says of `key`, which `row` carries no more, which row is the first to carry it now. `records`
-/// has the row out already, or changed.
 template <typename KeyOf>
-void findNext(RowByKey &rows, const QString &key, int row, const Records &records, KeyOf keyOf)
+int findRow(const RowIndex &rows, const QString &key, const Records &records, KeyOf keyOf)
 {
-    for (auto next = static_cast<std::size_t>(row); next < records.size(); ++next) {
+    return rows.find(
+        qHash(key), [&](int row) { return keyOf(*records[static_cast<std::size_t>(row)]) == key; });
+}
+
+/// Enters the key of `row`, unless an earlier row carries it.
+template <typename KeyOf>
+void addKey(RowIndex &rows, int row, const Records &records, KeyOf keyOf)
+{
+    const QString key = keyOf(*records[static_cast<std::size_t>(row)]);
+    const int found = findRow(rows, key, records, keyOf);
+    if (found < 0)
+        rows.insert(qHash(key), row);
+    else if (found > row)
+        rows.replace(qHash(key), found, row);
+}
+
+/// Takes the key of `row` out, or hands it on to the next row that carries it.
+template <typename KeyOf>
+void removeKey(RowIndex &rows, int row, const Records &records, KeyOf keyOf)
+{
+    const QString key = keyOf(*records[static_cast<std::size_t>(row)]);
+    if (findRow(rows, key, records, keyOf) != row)
+        return;
+    for (auto next = static_cast<std::size_t>(row) + 1; next < records.size(); ++next) {
         if (keyOf(*records[next]) == key) {
-            rows.insert(key, static_cast<int>(next));
+            rows.replace(qHash(key), row, static_cast<int>(next));
             return;
         }
     }
-    rows.remove(key);
-}
-
-void addKey(RowByKey &rows, const QString &key, int row)
-{
-    const auto found = rows.constFind(key);
-    if (found == rows.constEnd() || found.value() > row)
-        rows.insert(key, row);
-}
-
-void closeGap(RowByKey &rows, int removedRow)
-{
-    for (int &row : rows) {
-        if (row > removedRow)
-            --row;
-    }
+    rows.remove(qHash(key), row);
 }
 
 } // namespace
@@ -107,44 +112,44 @@ struct DeviceListSnapshot::State
 
     void replaceAt(int row, const ContactInfo &info)
     {
-        RecordPointer &place = records[static_cast<std::size_t>(row)];
-        const RecordPointer old = std::exchange(place, RecordPointer(new Record(info)));
-        if (old->info.mac == info.mac)
-            return;
-        removeKeysOf(*old, row);
-        addKeysOf(row);
+        const bool sameMac = at(row).info.mac == info.mac;
+        if (!sameMac)
+            removeKeysOf(row);
+        records[static_cast<std::size_t>(row)] = RecordPointer(new Record(info));
+        if (!sameMac)
+            addKeysOf(row);
     }
 
     void removeAt(int row)
     {
-        const RecordPointer old = records[static_cast<std::size_t>(row)];
+        removeKeysOf(row);
         records.erase(records.begin() + row);
-        Index &rows = ownIndex();
-        closeGap(rows.byMac, row);
-        closeGap(rows.byBareMac, row);
-        removeKeysOf(*old, row);
+        ownIndex().byMac.closeGap(row);
+        ownIndex().byBareMac.closeGap(row);
     }
 
-    void assign(const QList<ContactInfo> &contacts)
+    int rowOfMac(const QString &mac) const { return findRow(index->byMac, mac, records, exactMac); }
+
+    int rowOfBareMac(const QString &bare) const
+    {
+        return findRow(index->byBareMac, bare, records, lookUpMac);
+    }
+
+    void clear(int room)
     {
         records.clear();
-        records.reserve(static_cast<std::size_t>(contacts.size()));
+        records.reserve(static_cast<std::size_t>(room));
         index = std::make_shared<Index>();
         indexIsShared = false;
-        index->byMac.reserve(contacts.size());
-        index->byBareMac.reserve(contacts.size());
-        for (const ContactInfo &info : contacts)
-            append(info);
+        index->byMac.reset(room);
+        index->byBareMac.reset(room);
     }
 
 private:
     Index &ownIndex()
     {
         if (indexIsShared) {
-            auto copy = std::make_shared<Index>(*index);
-            copy->byMac.detach();
-            copy->byBareMac.detach();
-            index = std::move(copy);
+            index = std::make_shared<Index>(*index);
             indexIsShared = false;
         }
         return *index;
@@ -152,19 +157,14 @@ private:
 
     void addKeysOf(int row)
     {
-        Index &rows = ownIndex();
-        addKey(rows.byMac, exactMac(at(row)), row);
-        addKey(rows.byBareMac, lookUpMac(at(row)), row);
+        addKey(ownIndex().byMac, row, records, exactMac);
+        addKey(ownIndex().byBareMac, row, records, lookUpMac);
     }
 
-    /// Of a record that stood at `row`. What stood behind it has its place in the index already.
-    void removeKeysOf(const Record &old, int row)
+    void removeKeysOf(int row)
     {
-        Index &rows = ownIndex();
-        if (rows.byMac.value(exactMac(old)) == row)
-            findNext(rows.byMac, exactMac(old), row, records, exactMac);
-        if (rows.byBareMac.value(lookUpMac(old)) == row)
-            findNext(rows.byBareMac, lookUpMac(old), row, records, lookUpMac);
+        removeKey(ownIndex().byMac, row, records, exactMac);
+        removeKey(ownIndex().byBareMac, row, records, lookUpMac);
     }
 };
 
@@ -188,6 +188,11 @@ DeviceNode DeviceListSnapshot::at(int row) const
     return m_state->nodeAt(row);
 }
 
+const ContactInfo &DeviceListSnapshot::infoAt(int row) const
+{
+    return m_state->at(row).info;
+}
+
 bool DeviceListSnapshot::isSameRecord(int row, const DeviceListSnapshot &other, int otherRow) const
 {
     const Record &mine = m_state->at(row);
@@ -201,12 +206,12 @@ bool DeviceListSnapshot::isSameRecord(int row, const DeviceListSnapshot &other, 
 
 int DeviceListSnapshot::rowOfMac(const QString &mac) const
 {
-    return m_state->index->byMac.value(mac, -1);
+    return m_state->rowOfMac(mac);
 }
 
 int DeviceListSnapshot::rowOfBareMac(const QString &bare) const
 {
-    return m_state->index->byBareMac.value(bare, -1);
+    return m_state->rowOfBareMac(bare);
 }
 
 quint64 DeviceListSnapshot::version() const
@@ -253,12 +258,12 @@ quint64 DeviceList::version() const
 
 int DeviceList::rowOfMac(const QString &mac) const
 {
-    return m_state->index->byMac.value(mac, -1);
+    return m_state->rowOfMac(mac);
 }
 
 int DeviceList::rowOfBareMac(const QString &bare) const
 {
-    return m_state->index->byBareMac.value(bare, -1);
+    return m_state->rowOfBareMac(bare);
 }
 
 int DeviceList::rowOfNumber(qint32 number) const
@@ -295,12 +300,16 @@ void DeviceList::change(Change &&change)
 
 void DeviceList::append(const ContactInfo &info)
 {
-    change([&](State &state) { state.append(info); });
+    ContactInfo own = info;
+    m_texts.share(own);
+    change([&](State &state) { state.append(own); });
 }
 
 void DeviceList::replaceAt(int row, const ContactInfo &info)
 {
-    change([&](State &state) { state.replaceAt(row, info); });
+    ContactInfo own = info;
+    m_texts.share(own);
+    change([&](State &state) { state.replaceAt(row, own); });
 }
 
 void DeviceList::removeAt(int row)
@@ -315,11 +324,20 @@ void DeviceList::clear()
 
 void DeviceList::assign(const QList<ContactInfo> &contacts)
 {
-    change([&](State &state) { state.assign(contacts); });
+    m_texts.clear();
+    change([&](State &state) {
+        state.clear(contacts.size());
+        for (const ContactInfo &info : contacts) {
+            ContactInfo own = info;
+            m_texts.share(own);
+            state.append(own);
+        }
+    });
 }
 
 void DeviceList::adopt(DeviceList &aside)
 {
+    m_texts = std::exchange(aside.m_texts, TextPool());
     DeviceList empty;
     std::swap(aside.m_state, empty.m_state);
     const bool handedOut = std::exchange(aside.m_handedOut, false);

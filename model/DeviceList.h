@@ -1,6 +1,7 @@
 #pragma once
 
 #include "model/ContactInfo.h"
+#include "model/TextPool.h"
 
 #include <QList>
 
@@ -28,6 +29,8 @@ public:
     bool isEmpty() const { return size() == 0; }
     /// The entry at `row` (must exist). Its number is its position, counted from 1.
     DeviceNode at(int row) const;
+    /// The record alone, which lives as long as the snapshot: for who looks at very many.
+    const ContactInfo &infoAt(int row) const;
     /// Whether this row holds the same texts as that row of another snapshot. Fast where the two
     /// share the record.
     bool isSameRecord(int row, const DeviceListSnapshot &other, int otherRow) const;
@@ -104,5 +107,6 @@ private:
     mutable std::mutex m_mutex; ///< guards the two members below against snapshot() and version()
     std::shared_ptr<State> m_state;
     mutable bool m_handedOut = false; ///< a snapshot of m_state may exist
+    TextPool m_texts; ///< of the present devices, and of some that are gone; the owner's
     const void *m_ownerThread;
 };

@@ -190,7 +190,7 @@ int ContactModel::shownNumber(int row) const
 
 bool ContactModel::lacksMac(int row) const
 {
-    return !isMac(m_snapshot.at(row).info.mac);
+    return !isMac(m_snapshot.infoAt(row).mac);
 }
 
 const QString &ContactModel::text(int row, int column) const
@@ -210,7 +210,7 @@ const QString &ContactModel::text(int row, int column) const
     };
     static const QString none;
     const auto member = members[static_cast<std::size_t>(column)];
-    return member ? m_snapshot.at(row).info.*member : none;
+    return member ? m_snapshot.infoAt(row).*member : none;
 }
 
 QPixmap ContactModel::actionPicture(int column) const

@@ -133,11 +133,11 @@ void ContactView::keepDevice(const std::function<void()> &change)
     if (currentIndex().isValid())
         m_deviceSelected = selectionState() > 0;
     const DeviceListSnapshot &snapshot = m_model->snapshot();
-    const QString mac = m_device.isValid() ? snapshot.at(m_device.row()).info.mac : QString();
+    const QString mac = m_device.isValid() ? snapshot.infoAt(m_device.row()).mac : QString();
 
     change();
 
-    const bool isOther = !m_device.isValid() || snapshot.at(m_device.row()).info.mac != mac;
+    const bool isOther = !m_device.isValid() || snapshot.infoAt(m_device.row()).mac != mac;
     const int moved = mac.isEmpty() || !isOther ? -1 : snapshot.rowOfMac(mac);
     if (moved >= 0)
         m_device = m_model->index(moved, ContactModel::Number);

@@ -1,0 +1,52 @@
+#include "model/TextPool.h"
+
+#include "model/ContactFields.h"
+
+namespace {
+
+/// So many different texts are kept of a field before it is asked whether that pays.
+constexpr int textsOnTrial = 4096;
+constexpr int worthwhileShare = 4;
+
+} // namespace
+
+TextPool::TextPool()
+    : m_fields(contactFields().size())
+{
+}
+
+void TextPool::clear()
+{
+    *this = TextPool();
+}
+
+void TextPool::share(ContactInfo &info)
+{
+    // Most devices have one name for all three.
+    for (QString *const text : {&info.first_account, &info.auth_id}) {
+        if (*text == info.sip_user_id)
+            *text = info.sip_user_id;
+    }
+    std::size_t position = 0;
+    for (const ContactField &contactField : contactFields()) {
+        QString &text = info.*contactField.member;
+        QString &last = m_last.*contactField.member;
+        Field &field = m_fields[position++];
+        if (text.isEmpty() || text.isSharedWith(last))
+            continue;
+        if (text == last) {
+            text = last;
+            continue;
+        }
+        if (!field.repeatsRarely) {
+            const int known = field.texts.size();
+            const auto kept = field.texts.insert(text);
+            text = *kept;
+            if (field.texts.size() == known)
+                ++field.repeats;
+            else if (known >= textsOnTrial && field.repeats * worthwhileShare < known)
+                field = {{}, 0, true};
+        }
+        last = text;
+    }
+}
