@@ -7,6 +7,7 @@
 #include "app/MainWindow.h"
 #include "dialogs/ContactsDialog.h"
 #include "dialogs/IpLine.h"
+#include "model/FreeMemory.h"
 #include "storage/DBOperator.h"
 #include "storage/DataMgr.h"
 #include "view/ContactView.h"
@@ -22,9 +23,6 @@
 #include <QTest>
 
 #include <cstdio>
-#ifdef __linux__
-#include <malloc.h>
-#endif
 #include <memory>
 
 namespace {
@@ -252,9 +250,7 @@ double measureStarts(const QString &parent, int stored)
 /// What the process holds in memory, without what it could give back; 0 where nobody tells.
 qint64 bytesHeld()
 {
-#ifdef __GLIBC__
-    malloc_trim(0);
-#endif
+    giveBackFreeMemory();
     QFile file(QStringLiteral("/proc/self/statm"));
     constexpr qint64 pageSize = 4096;
     return file.open(QIODevice::ReadOnly)

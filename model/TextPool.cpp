@@ -22,11 +22,6 @@ void TextPool::clear()
 
 void TextPool::share(ContactInfo &info)
 {
-    // Most devices have one name for all three.
-    for (QString *const text : {&info.first_account, &info.auth_id}) {
-        if (*text == info.sip_user_id)
-            *text = info.sip_user_id;
-    }
     std::size_t position = 0;
     for (const ContactField &contactField : contactFields()) {
         QString &text = info.*contactField.member;
@@ -38,6 +33,9 @@ void TextPool::share(ContactInfo &info)
             text = last;
             continue;
         }
+        // A copy of its own, of the very length: what brought the text goes, and would leave the
+        // memory between the texts that stay.
+        text = QString(text.constData(), text.size());
         if (!field.repeatsRarely) {
             const int known = field.texts.size();
             const auto kept = field.texts.insert(text);
@@ -48,5 +46,10 @@ void TextPool::share(ContactInfo &info)
                 field = {{}, 0, true};
         }
         last = text;
+    }
+    // Most devices have one name for all three.
+    for (QString *const text : {&info.first_account, &info.auth_id}) {
+        if (*text == info.sip_user_id)
+            *text = info.sip_user_id;
     }
 }

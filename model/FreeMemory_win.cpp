@@ -1,0 +1,8 @@
+#include "model/FreeMemory.h"
+
+#include <windows.h>
+
+void giveBackFreeMemory()
+{
+    HeapCompact(GetProcessHeap(), 0);
+}
