@@ -37,6 +37,9 @@ constexpr std::array<Share, ContactModel::ColumnCount> shares = {{
 constexpr int headerMargins = textMargin + 4;
 /// Beside the word in a search box: its margins, its frame and the magnifier.
 constexpr int searchBoxMargins = textMargin + 22;
+/// Beside what is typed there: its margins, its frame and the cursor.
+constexpr int searchTextMargins = 22;
+constexpr int fewestNumberDigits = 5;
 
 } // namespace
 
@@ -54,8 +57,10 @@ Widths minimums(const QFontMetrics &metrics, int highestNumber)
     };
     // Of the widest digit, so that no address is ever cut short.
     makeRoom(ContactModel::Mac, QStringLiteral("DD:DD:DD:DD:DD:DD"));
-    makeRoom(ContactModel::Number,
-             QString(QString::number(highestNumber).size(), QLatin1Char('8')));
+    const int digits = std::max(QString::number(highestNumber).size(), fewestNumberDigits);
+    const int digitsWidth = metrics.horizontalAdvance(QString(digits, QLatin1Char('8')));
+    result[ContactModel::Number] =
+        std::max(result[ContactModel::Number], digitsWidth + searchTextMargins);
     return result;
 }
 

@@ -15,6 +15,8 @@
 #include <QPainter>
 #include <QScopedValueRollback>
 
+#include <algorithm>
+
 ContactView::ContactView(const DeviceList &list, QWidget *parent)
     : QTableView(parent)
     , m_model(new ContactModel(list, this))
@@ -252,9 +254,9 @@ void ContactView::clearSearchEditFocus()
         if (!edit || !edit->hasFocus())
             continue;
         setFocus(Qt::OtherFocusReason);
-        // Down to what was found: the keys that follow must mean a row.
-        if (!currentIndex().isValid())
-            selectRow(0);
+        // The keys that follow must mean a row that can be seen to be meant.
+        if (selectionState() == 0)
+            selectRow(std::max(currentIndex().row(), 0));
     }
 }
 

@@ -30,6 +30,10 @@ HiddenNote::HiddenNote(ContactView &view, SearchBar &searchBar, QWidget *parent)
     row->setSpacing(gridPx);
     row->addWidget(m_label);
     row->addWidget(button);
+    // The list below must not move when the note comes and goes.
+    QSizePolicy policy = sizePolicy();
+    policy.setRetainSizeWhenHidden(true);
+    setSizePolicy(policy);
 
     connect(view.model(), &QAbstractItemModel::layoutChanged, this, &HiddenNote::onSearch);
     connect(&view, &ContactView::viewUpdated, this, &HiddenNote::onListChanged);

@@ -20,7 +20,8 @@ SearchEdit::SearchEdit(int index, QWidget *parent)
     , m_index(index)
     , m_magnifier(QStringLiteral("./resource/search.png"))
 {
-    setClearButtonEnabled(true);
+    // The box over the numbers is too narrow for a button beside five digits.
+    setClearButtonEnabled(columnOf(index) != ContactModel::Number);
     connect(this, &QLineEdit::textChanged, this, &SearchEdit::onSearchEditChanged);
     connect(this, &QLineEdit::returnPressed, this, &SearchEdit::listWanted);
 }
