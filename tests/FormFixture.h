@@ -4,13 +4,11 @@
 #include "dialogs/FormDialog.h"
 #include "dialogs/IpLine.h"
 #include "model/ContactFields.h"
-#include "model/DebugLog.h"
 #include "widgets/ToolTipWidget.h"
 
 #include <QApplication>
 #include <QComboBox>
 #include <QFile>
-#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QScrollArea>
@@ -34,11 +32,7 @@ protected:
 
     void setUp() { m_dialog = std::make_unique<Dialog>(); }
 
-    void tearDown()
-    {
-        m_dialog.reset();
-        debugLog().setEnabled(QtDebugMsg, false);
-    }
+    void tearDown() { m_dialog.reset(); }
 
     void showDialog()
     {
@@ -81,34 +75,6 @@ protected:
     {
         const auto *const tip = m_dialog->template findChild<ToolTipWidget *>();
         return tip->isVisible() ? tip->text() : QString();
-    }
-
-    /// Rows one below the other, nothing cut off, and the buttons below what scrolls.
-    void checkLayout() const
-    {
-        const auto *const area = input<QScrollArea>("formScrollArea");
-        QVERIFY(!area->horizontalScrollBar()->isVisible());
-        const auto *const form = m_dialog->template findChild<ContactForm *>();
-        int bottom = -1;
-        const auto labels = form->template findChildren<QLabel *>();
-        for (const QLabel *const label : labels) {
-            const QWidget *const buddy = label->buddy();
-            if (!buddy || !label->isVisible())
-                continue;
-            const QByteArray name = label->text().toUtf8();
-            QVERIFY2(label->sizeHint().width() <= label->width(), name.constData());
-            QVERIFY2(form->rect().contains(label->geometry()), name.constData());
-            QVERIFY2(form->rect().contains(buddy->geometry()), name.constData());
-            QVERIFY2(buddy->height() >= buddy->minimumSizeHint().height(), name.constData());
-            QVERIFY2(buddy->y() > bottom, name.constData());
-            bottom = buddy->geometry().bottom();
-        }
-        QVERIFY(bottom > 0);
-        const auto buttons = m_dialog->template findChildren<QPushButton *>();
-        for (const QPushButton *const button : buttons) {
-            QVERIFY(m_dialog->rect().contains(button->geometry()));
-            QVERIFY(button->y() > area->geometry().bottom());
-        }
     }
 
     std::unique_ptr<Dialog> m_dialog;

@@ -1,7 +1,6 @@
 #include "dialogs/AddressSegment.h"
 #include "dialogs/IpLine.h"
 #include "dialogs/IpPart.h"
-#include "model/DebugLog.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -19,8 +18,7 @@ Q_DECLARE_METATYPE(IpLine::Form)
 namespace {
 
 /// What an entry looks like, in one text: the segments with their separator and, in the one that
-/// has the focus, "|" for the cursor or "[...]" for the selection ("]...[" when the cursor is at
-/// its left end).
+/// has the focus, "|" for the cursor or "[...]" for the selection.
 QString appearance(const IpLine &line, QChar separator)
 {
     QStringList pieces;
@@ -45,15 +43,13 @@ void setAppearance(IpLine &line, const QString &wanted, QChar separator)
     line.setText(plain);
     const QStringList pieces = wanted.split(separator);
     for (int i = 0; i < pieces.size(); ++i) {
-        QString piece = pieces.at(i);
+        const QString &piece = pieces.at(i);
         const int anchor = piece.indexOf(QLatin1Char('['));
         const int end = piece.indexOf(QLatin1Char(']'));
-        const int length = piece.remove(QLatin1Char('[')).remove(QLatin1Char(']')).size();
         if (anchor >= 0 || piece.contains(QLatin1Char('|')))
             line.focusPart(i);
         if (anchor >= 0)
-            line.parts().at(i)->setSelection(end == 0 ? length : anchor,
-                                             end == 0 ? -length : end - anchor - 1);
+            line.parts().at(i)->setSelection(anchor, end - anchor - 1);
         else if (piece.contains(QLatin1Char('|')))
             line.parts().at(i)->setCursorPosition(piece.indexOf(QLatin1Char('|')));
     }
@@ -86,13 +82,12 @@ class TestIpLine : public QObject
 
 private slots:
     void init();
-    void cleanup();
+    void cleanup() { delete m_window; }
 
     void rules_data();
     void rules();
     void wholeAddresses_data();
     void wholeAddresses();
-    void emptyAndZero();
     void keys_data();
     void keys();
     void otherWaysIn_data();
@@ -117,12 +112,6 @@ void TestIpLine::init()
     new QVBoxLayout(m_window);
 }
 
-void TestIpLine::cleanup()
-{
-    delete m_window;
-    debugLog().setEnabled(QtDebugMsg, false);
-}
-
 IpLine *TestIpLine::show(IpLine::Form form)
 {
     auto *line = new IpLine(form);
@@ -133,22 +122,6 @@ IpLine *TestIpLine::show(IpLine::Form form)
         QVERIFY(QTest::qWaitForWindowActive(m_window));
     }();
     return line;
-}
-
-void TestIpLine::emptyAndZero()
-{
-    debugLog().setEnabled(QtDebugMsg, true);
-    IpLine ip(IpLine::Form::Ip);
-    QTest::ignoreMessage(QtDebugMsg, " the first part of the ipaddressn can not be 0");
-    QCOMPARE(ip.text(), QStringLiteral("0.0.0.0"));
-    ip.setText(QString());
-    QTest::ignoreMessage(QtDebugMsg, "ip is empty");
-    QCOMPARE(ip.text(), QString());
-    IpLine mac(IpLine::Form::Mac);
-    QCOMPARE(mac.value(), QStringLiteral("FF:FF:FF:FF:FF:FF"));
-    mac.setText(QString());
-    QTest::ignoreMessage(QtDebugMsg, "mac is empty.");
-    QCOMPARE(mac.text(), QString());
 }
 
 void TestIpLine::rules_data()
@@ -287,7 +260,6 @@ void TestIpLine::keys_data()
     row("mac with colons", "|:::::", "02:00:a7:a1:b2:c3", full);
     row("mac with dashes", "[FF]:EE:DD:CC:BB:AA", "02-00-A7-A1-B2-C3", full);
     row("clear and type", "02:[AB]:A7:::", "}1d", "02:1D:|A7:::");
-    row("selected backwards", "02:]AB[:A7:::", "c", "02:C|F:A7:::");
     row("back over emptied segments", "02:00:A7:::|", "{{{", "02:00:A7|:::");
 
     row("ip with dots", "|...", "10.0.0.1", "10.0.0.1|");
@@ -300,7 +272,6 @@ void TestIpLine::keys_data()
     row("dot in the last", "10.20.30.40|", ".", "10.20.30.40|");
 
     row("paste a mac", "[11]:22:33:44:55:66", "#", full, "0200a7a1b2c3");
-    row("paste a byte", "11:[22]:33:44:55:66", "#", "11:AB:|33:44:55:66", "ab");
     row("paste half a mac", "11:[22]:33:44:55:66", "#", "11:02:00:A7:|55:66", "0200A7");
     row("paste no mac", "11:[22]:33:44:55:66", "#", "11:[22]:33:44:55:66", "beef cake");
     row("paste an ip", "1.2.|.", "#", "192.168.1.20|", "192.168.001.20");
@@ -391,17 +362,14 @@ void TestIpLine::clickedSegment()
 
 void TestIpLine::reportsKeys()
 {
-    IpLine *line = show(IpLine::Form::Mac);
-    IpPart *part = line->parts().first();
+    IpPart *part = show(IpLine::Form::Mac)->parts().first();
     part->setFocus();
-    QSignalSpy spy(part, SIGNAL(sendMsg(QString)));
+    const QSignalSpy spy(part, &IpPart::sendMsg);
     type(QStringLiteral("a"));
     QCOMPARE(spy.first().at(0).toString(), QStringLiteral("a"));
     // A mnemonic is not typing.
     QTest::keyClick(part, Qt::Key_B, Qt::AltModifier);
     QCOMPARE(part->text(), QStringLiteral("AF"));
-    QVERIFY(QMetaObject::invokeMethod(part, "macModify", Q_ARG(QString, QStringLiteral("c"))));
-    QCOMPARE(part->text(), QStringLiteral("AC"));
 }
 
 void TestIpLine::programText()
@@ -445,6 +413,7 @@ void TestIpLine::textAndValue_data()
     row("ip missing pieces", Form::Ip, "192.168", "192.168..", half);
     row("mac with dots", Form::Mac, "0200.a7a1.b2c3", "02:00:A7:A1:B2:C3");
     row("ip out of range", Form::Ip, "10.0.0.256", "10.0.0.256");
+    row("ip empty", Form::Ip, "", "");
     row("ip all zero", Form::Ip, "0.0.0.0", "0.0.0.0");
     row("ip with leading zeros", Form::Ip, "010.001.0.07", "010.001.0.07");
     row("host name", Form::Ip, "host.example.com", "", "Stored: host.example.com");
@@ -489,10 +458,6 @@ void TestIpLine::valueAfterEdit()
     // Back to how it looked: the user has emptied the entry.
     type(QStringLiteral("{"));
     QCOMPARE(line->value(), QString());
-
-    line->setText(QStringLiteral("192.168"));
-    line->parts().at(2)->setText(QStringLiteral("1"));
-    QCOMPARE(line->value(), QStringLiteral("192.168.1."));
 
     IpLine *mac = show(IpLine::Form::Mac);
     setAppearance(*mac, QStringLiteral("0200A7A1B2C3"), QLatin1Char(':'));

@@ -28,8 +28,8 @@ constexpr std::array<Share, ContactModel::ColumnCount> shares = {{
     {56, 3},  // City
     {76, 5},  // Company
     {88, 4},  // Department
-    {60, 0},  // Detail
-    {60, 0},  // Delete
+    {58, 0},  // Detail
+    {58, 0},  // Delete
 }};
 
 /// Closer than the margins of a cell: nothing is cut off by it, and the smallest window holds the
