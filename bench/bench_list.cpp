@@ -229,6 +229,7 @@ double measureStarts(const QString &parent, int stored)
     Program program(parent);
     program.start();
     program.dataMgr->addContacts(benchDevices(stored));
+    program.settle();
     program.stop();
     Samples starts;
     double longest = 0;
@@ -264,6 +265,7 @@ void measureMemory(const QString &parent, int stored)
     program.start();
     const qint64 without = bytesHeld();
     program.dataMgr->addContacts(benchDevices(stored));
+    program.settle();
     program.stop();
     program.start();
     std::printf("%7d devices read from the store: %lld bytes each beyond an empty program\n",
