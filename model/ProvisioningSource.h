@@ -2,8 +2,8 @@
 
 #include <QString>
 
-/// What a connection thread may ask of the data manager. Both calls may be made on any thread and
-/// never wait for the user or for another connection.
+/// What a connection thread may ask of the data manager. The calls may be made on any thread
+/// and never wait for the user or for another connection.
 class ProvisioningSource
 {
 public:
@@ -20,4 +20,7 @@ public:
     /// fileName. False when there is nothing to write or the file cannot be written.
     virtual bool exportDevices(int type, const QString &codecName, const QString &fileName,
                                const QString &folder) = 0;
+
+    /// How many devices the current list has.
+    virtual int deviceCount() const = 0;
 };

@@ -6,20 +6,16 @@ namespace {
 constexpr std::chrono::milliseconds endPatience{250};
 }
 
-ConnectionHandle::ConnectionHandle(std::intptr_t descriptor)
-    : m_descriptor(SocketPlatform::duplicate(descriptor))
-{
-}
-
 ConnectionHandle::~ConnectionHandle()
 {
     if (m_descriptor >= 0)
         SocketPlatform::close(m_descriptor);
 }
 
-bool ConnectionHandle::isValid() const
+bool ConnectionHandle::open(std::intptr_t descriptor)
 {
     const std::lock_guard<std::mutex> guard(m_mutex);
+    m_descriptor = SocketPlatform::duplicate(descriptor);
     return m_descriptor >= 0;
 }
 
@@ -38,7 +34,7 @@ void ConnectionHandle::breakOff()
 
 void ConnectionHandle::finish()
 {
-    if (!isValid())
+    if (m_descriptor < 0)
         return;
     // Unlocked, so that breakOff() can cut the wait short; nobody else changes the descriptor.
     SocketPlatform::endStream(m_descriptor, endPatience);

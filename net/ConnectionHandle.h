@@ -3,27 +3,29 @@
 #include <cstdint>
 #include <mutex>
 
-/// A connection's second descriptor, by which it can be broken off from another thread.
+/// The second descriptor of a thread's connection, by which it can be broken off from another
+/// thread. One connection after the other.
 ///
 /// The socket's own descriptor will not do: the socket may close it at any moment, and its number
 /// may by then belong to somebody else. This one stays valid until finish().
 class ConnectionHandle
 {
 public:
-    /// Duplicates the descriptor, which stays the caller's.
-    explicit ConnectionHandle(std::intptr_t descriptor);
+    ConnectionHandle() = default;
     /// Closes the handle if that has not been done yet.
     ~ConnectionHandle();
     ConnectionHandle(const ConnectionHandle &) = delete;
     ConnectionHandle &operator=(const ConnectionHandle &) = delete;
 
-    /// False when no second descriptor was to be had, and after finish().
-    bool isValid() const;
+    /// Duplicates the descriptor, which stays the caller's. False when no second descriptor is to
+    /// be had. The connection's own thread, as finish().
+    bool open(std::intptr_t descriptor);
 
-    /// True when something waits to be read. Any thread; false after finish().
+    /// True when something waits to be read. Any thread; false before open() and after finish().
     bool hasInput() const;
 
-    /// Ends the connection in both directions. Any thread; nothing after finish().
+    /// Ends the connection in both directions. Any thread; nothing before open() and after
+    /// finish().
     void breakOff();
 
     /// Ends the connection as a normal end of stream. Call it on the connection's own thread once
@@ -32,5 +34,5 @@ public:
 
 private:
     mutable std::mutex m_mutex;
-    std::intptr_t m_descriptor; ///< guarded by m_mutex; only finish() changes it
+    std::intptr_t m_descriptor = -1; ///< guarded by m_mutex
 };

@@ -1,5 +1,6 @@
 #include "net/HttpRequest.h"
 
+#include <algorithm>
 #include <array>
 
 namespace {
@@ -78,8 +79,12 @@ bool HttpRequest::namesDocument() const
 
 bool HttpRequest::hasSafeFileName() const
 {
-    // A colon would name a second stream of a file on some file systems.
-    return !fileName.contains(QLatin1Char('/')) && !fileName.contains(QLatin1Char('\\')) &&
-           !fileName.contains(QLatin1Char(':')) && !fileName.contains(QLatin1String("..")) &&
-           !fileName.contains(QChar(QChar::Null));
+    // A colon would name a second stream of a file on some file systems; the others mean something
+    // else, or nothing, in a name on some. What is safe must not depend on where the program runs.
+    const auto isUnsafe = [](QChar c) {
+        return c < QLatin1Char(' ') || QStringLiteral("/\\:*?\"<>|").contains(c);
+    };
+    return std::none_of(fileName.begin(), fileName.end(), isUnsafe) &&
+           !fileName.contains(QLatin1String("..")) && !fileName.endsWith(QLatin1Char('.')) &&
+           !fileName.endsWith(QLatin1Char(' '));
 }

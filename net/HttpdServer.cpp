@@ -1,56 +1,67 @@
 #include "net/HttpdServer.h"
 
+#include "net/HttpdDoor.h"
 #include "net/HttpdThread.h"
 #include "net/SocketPlatform.h"
 
-#include <algorithm>
+#include <utility>
 
 namespace {
 
 /// What one connection opens: the socket, the handle on it, the thread's wake-up, a file.
 constexpr qint64 descriptorsPerConnection = 4;
 
+/// For each that is served so many may wait, with a descriptor each.
+constexpr int waitingPerConnection = 2;
+
 /// What is left to the rest of the program.
 constexpr qint64 descriptorsElsewhere = 256;
 
-/// A new connection is served only when this many descriptors are free, for it and for the threads
-/// that are just starting: one that cannot get its wake-up descriptor ends the whole process.
+/// A thread is started only when this many descriptors are free, for it and for those that are just
+/// starting: one that cannot get its wake-up descriptor ends the whole process.
 constexpr int descriptorReserve = 32;
-
-/// Connections taken at the limit while idle ones are made to end; several at a time, as each end
-/// takes the time of a few thread switches.
-constexpr int maxWaiting = 32;
 
 /// Connections that the system holds until they are accepted.
 constexpr int backlog = 2048;
 
-/// QTcpServer's own default; see pause().
-constexpr int normalPendingConnections = 30;
+/// Between two connections that are dropped for their descriptors.
+constexpr std::chrono::milliseconds roomInterval{50};
 
-/// Milliseconds until the server tries again to make room or, when the system refused, to accept.
-constexpr int retryInterval = 50;
+/// Milliseconds for which reports are gathered: soon for the eye, seldom for the event loop.
+constexpr int reportInterval = 100;
 
-/// A connection is not dropped as idle sooner than this after its last activity, in milliseconds:
-/// when many telephones start at once, each must get the time to send its request.
-constexpr qint64 idleGrace = 250;
+/// Reports kept while the GUI thread is busy; far more than anybody could read.
+constexpr int maxReports = 20000;
+
+qint64 descriptorsFor(int connections)
+{
+    return descriptorsElsewhere + connections * (descriptorsPerConnection + waitingPerConnection);
+}
+
+int affordableConnections()
+{
+    return HttpdServer::connectionLimit(
+        SocketPlatform::raiseDescriptorLimit(2 * descriptorsFor(HttpdServer::maxConnections)));
+}
 
 } // namespace
 
 HttpdServer::HttpdServer(ProvisioningSource &source, const QString &baseDir)
     : m_source(source)
     , m_baseDir(baseDir)
-    , m_limit(connectionLimit(SocketPlatform::raiseDescriptorLimit(
-          2 * (descriptorsElsewhere + maxConnections * descriptorsPerConnection))))
+    , m_folder(baseDir)
+    , m_pool(affordableConnections(), waitingPerConnection * affordableConnections())
 {
-    m_timer.setSingleShot(true);
-    connect(&m_timer, &QTimer::timeout, this, &HttpdServer::serveWaiting);
-    connect(this, &QTcpServer::acceptError, this, &HttpdServer::onAcceptError);
+    m_reportTimer.setSingleShot(true);
+    m_reportTimer.setInterval(reportInterval);
+    connect(&m_reportTimer, &QTimer::timeout, this, &HttpdServer::emitReports);
 }
 
 HttpdServer::~HttpdServer()
 {
     shutDown();
-    const QVector<HttpdThread *> threads = m_threads;
+    m_door.reset();
+    const QVector<HttpdThread *> threads = m_pool.threads();
     for (HttpdThread *thread : threads) {
         disconnect(thread, nullptr, this, nullptr);
         delete thread;
@@ -59,131 +70,102 @@ HttpdServer::~HttpdServer()
 
 bool HttpdServer::listen(const QHostAddress &address, quint16 port)
 {
-    if (!SocketPlatform::listenAlone(*this, address, port))
+    if (m_door || !SocketPlatform::listenAlone(*this, address, port))
         return false;
-    resume();
+    pauseAccepting(); // the door accepts
     SocketPlatform::setBacklog(socketDescriptor(), backlog);
-    return true;
+    HttpdDoor::Calls calls;
+    calls.accepted = [this](std::intptr_t descriptor) { incomingConnection(descriptor); };
+    calls.hasWaiting = [this] { return m_pool.hasWaiting(); };
+    calls.lookAfterLine = [this] { startThreads(m_pool.lookAfterLine()); };
+    calls.shortage = [this] { makeRoomForDescriptors(); };
+    m_door = std::make_unique<HttpdDoor>(socketDescriptor(), std::move(calls));
+    if (m_door->isUsable()) {
+        m_door->start();
+        return true;
+    }
+    m_door.reset();
+    close();
+    return false;
 }
 
 void HttpdServer::shutDown()
 {
+    if (m_door)
+        m_door->stop();
     close();
-    m_timer.stop();
-    closeWaiting();
-    for (HttpdThread *thread : qAsConst(m_threads))
-        thread->drop();
+    m_pool.stop();
 }
 
 int HttpdServer::connectionLimit(qint64 descriptors)
 {
-    const qint64 fitting = (descriptors - descriptorsElsewhere) / descriptorsPerConnection;
+    const qint64 fitting =
+        (descriptors - descriptorsElsewhere) / (descriptorsPerConnection + waitingPerConnection);
     return static_cast<int>(qBound<qint64>(1, fitting, maxConnections));
 }
 
 void HttpdServer::incomingConnection(qintptr socketDescriptor)
 {
-    // One connection in each turn of the event loop, and the next only when that is wanted. Qt
-    // would go on until there are no more, and its socket remembers that as its error for good:
-    // later it would not report a lack of descriptors, but try to accept again without a pause.
-    pause();
-    m_waiting.enqueue(socketDescriptor);
-    m_timer.start(0);
+    startThreads(m_pool.admit({socketDescriptor, SocketPlatform::peerAddress(socketDescriptor)}));
 }
 
-/// Gives threads to as many waiting connections as there is room for, and makes room for the rest.
-void HttpdServer::serveWaiting()
+void HttpdServer::startThreads(int count)
 {
-    while (!m_waiting.isEmpty() && m_threads.size() < m_limit && hasDescriptors())
-        startThread(m_waiting.dequeue());
-    makeRoom();
-    if (m_waiting.isEmpty() || (m_waiting.size() < maxWaiting && hasDescriptors()))
-        resume();
-}
-
-bool HttpdServer::hasDescriptors() const
-{
-    return SocketPlatform::canOpen(descriptorReserve);
-}
-
-void HttpdServer::startThread(qintptr socketDescriptor)
-{
-    auto *thread = new HttpdThread(socketDescriptor, m_source, m_baseDir, m_locks);
-    if (!thread->isUsable()) {
-        delete thread;
-        return;
+    for (; count > 0; --count) {
+        if (SocketPlatform::canOpen(descriptorReserve)) {
+            m_pool.started(startThread());
+        } else {
+            m_pool.started(nullptr);
+            makeRoomForDescriptors();
+        }
     }
-    m_threads.append(thread);
+}
+
+/// Null when the system has no room for another thread.
+HttpdThread *HttpdServer::startThread()
+{
+    auto *thread = new HttpdThread(m_pool, m_source, m_baseDir, m_folder);
     connect(thread, &QThread::finished, thread, &QObject::deleteLater);
-    // Once more, for what Qt does on the thread after run().
-    connect(thread, &QThread::finished, thread, &HttpdThread::markEnded, Qt::DirectConnection);
-    connect(thread, &HttpdThread::singleRequest, this, &HttpdServer::requestServer);
-    connect(thread, &QObject::destroyed, this, [this, thread] { onThreadGone(thread); });
+    connect(thread, &HttpdThread::singleRequest, this, &HttpdServer::addReport,
+            Qt::DirectConnection);
+    connect(thread, &QObject::destroyed, this, [this, thread] { m_pool.forget(thread); });
+    thread->moveToThread(this->thread());
     thread->start(QThread::InheritPriority);
-    if (!thread->isRunning() && !thread->isFinished())
-        delete thread; // the system has no room for another thread
+    if (thread->isRunning() || thread->isFinished())
+        return thread;
+    thread->deleteLater();
+    return nullptr;
 }
 
-/// Sees to it that as many connections are ending as are waiting. When there are not enough that
-/// have been idle for long enough, the timer looks again.
-void HttpdServer::makeRoom()
+/// Not at each call: those that were dropped take a moment to end.
+void HttpdServer::makeRoomForDescriptors()
 {
-    const auto ending = std::count_if(m_threads.cbegin(), m_threads.cend(),
-                                      [](const HttpdThread *thread) { return thread->isEnding(); });
-    for (auto missing = m_waiting.size() - ending; missing > 0; --missing) {
-        if (!dropLongestIdle()) {
-            m_timer.start(retryInterval);
-            return;
-        }
+    const auto now = std::chrono::steady_clock::now();
+    if (now < m_nextRoom)
+        return;
+    m_pool.dropLongestIdle();
+    m_nextRoom = now + roomInterval;
+}
+
+/// On a connection thread.
+void HttpdServer::addReport(const QString &report)
+{
+    const std::lock_guard<std::mutex> guard(m_reportMutex);
+    if (m_reports.size() >= maxReports)
+        m_reports.removeFirst();
+    m_reports.append(report);
+    if (m_reports.size() == 1)
+        QMetaObject::invokeMethod(
+            &m_reportTimer, [this] { m_reportTimer.start(); }, Qt::QueuedConnection);
+}
+
+void HttpdServer::emitReports()
+{
+    QStringList reports;
+    {
+        const std::lock_guard<std::mutex> guard(m_reportMutex);
+        reports.swap(m_reports);
     }
-}
-
-bool HttpdServer::dropLongestIdle()
-{
-    HttpdThread *longestIdle = nullptr;
-    qint64 longestTime = idleGrace;
-    for (HttpdThread *thread : qAsConst(m_threads)) {
-        const qint64 time = thread->idleTime();
-        if (time >= longestTime && !thread->isEnding() && !thread->isBusy()) {
-            longestIdle = thread;
-            longestTime = time + 1;
-        }
-    }
-    if (longestIdle)
-        longestIdle->drop();
-    return longestIdle != nullptr;
-}
-
-/// Accepts nothing more until resume(). Unlike pauseAccepting(), it also ends the server's loop
-/// over the connections that wait already.
-void HttpdServer::pause()
-{
-    setMaxPendingConnections(0);
-}
-
-void HttpdServer::resume()
-{
-    setMaxPendingConnections(normalPendingConnections);
-    resumeAccepting();
-}
-
-void HttpdServer::onThreadGone(HttpdThread *thread)
-{
-    m_threads.removeOne(thread);
-    if (!m_waiting.isEmpty())
-        serveWaiting();
-}
-
-void HttpdServer::onAcceptError()
-{
-    // Trying again at once would only fail again, for ever.
-    pause();
-    dropLongestIdle();
-    m_timer.start(retryInterval);
-}
-
-void HttpdServer::closeWaiting()
-{
-    while (!m_waiting.isEmpty())
-        SocketPlatform::close(m_waiting.dequeue());
+    for (const QString &report : qAsConst(reports))
+        emit requestServer(report);
 }

@@ -1,20 +1,27 @@
 #pragma once
 
-#include "net/FileNameLocks.h"
+#include "net/ConnectionPool.h"
+#include "net/DocumentFolder.h"
 
-#include <QQueue>
+#include <QStringList>
 #include <QTcpServer>
 #include <QTimer>
-#include <QVector>
 
+#include <chrono>
+#include <memory>
+#include <mutex>
+
+class HttpdDoor;
 class HttpdThread;
 class ProvisioningSource;
 
-/// Accepts the telephones' connections and gives each its own HttpdThread. GUI thread.
+/// Lets the telephones in, and has their requests answered by HttpdThread. GUI thread, but
+/// accepting and serving happen elsewhere, and go on while the GUI thread is busy: see
+/// docs/threads.md.
 ///
-/// There is a limit to the connections served at a time. At the limit, the one that has been idle
-/// longest makes room, so that idle clients cannot keep telephones out; while all are busy, new
-/// connections wait.
+/// There is a limit to the connections served at a time, and a share of it for each address. At the
+/// limit, the connection that has been idle longest makes room, so that idle clients cannot keep
+/// telephones out; while all are busy, new connections wait.
 class HttpdServer : public QTcpServer
 {
     Q_OBJECT
@@ -31,7 +38,7 @@ public:
     ~HttpdServer() override;
 
     /// As SocketPlatform::listenAlone(), with a queue long enough for a building full of telephones
-    /// that all start when the power comes back.
+    /// that all start when the power comes back. Not after shutDown().
     bool listen(const QHostAddress &address, quint16 port);
 
     /// Stops listening and cuts all connections. Their threads end soon, but are not waited for.
@@ -41,29 +48,27 @@ public:
     static int connectionLimit(qint64 descriptors);
 
 signals:
-    /// A telephone's request, as a text for the user.
+    /// A telephone's request, as a text for the user. A few times a second all that there are.
     void requestServer(const QString &report);
 
 protected:
+    /// Takes an accepted connection over, to be served when its turn comes. Any thread.
     void incomingConnection(qintptr socketDescriptor) override;
 
 private:
-    void serveWaiting();
-    bool hasDescriptors() const;
-    void startThread(qintptr socketDescriptor);
-    void makeRoom();
-    bool dropLongestIdle();
-    void pause();
-    void resume();
-    void onThreadGone(HttpdThread *thread);
-    void onAcceptError();
-    void closeWaiting();
+    void startThreads(int count);
+    HttpdThread *startThread();
+    void makeRoomForDescriptors();
+    void addReport(const QString &report);
+    void emitReports();
 
     ProvisioningSource &m_source;
     QString m_baseDir;
-    FileNameLocks m_locks;
-    int m_limit;
-    QVector<HttpdThread *> m_threads; ///< all that exist, until their destruction
-    QQueue<qintptr> m_waiting;        ///< accepted, but without a thread yet
-    QTimer m_timer;                   ///< looks for room and accepts again
+    DocumentFolder m_folder;
+    ConnectionPool m_pool;
+    std::unique_ptr<HttpdDoor> m_door;
+    std::chrono::steady_clock::time_point m_nextRoom; ///< the door thread's
+    std::mutex m_reportMutex;
+    QStringList m_reports; ///< guarded by m_reportMutex
+    QTimer m_reportTimer;
 };

@@ -2,19 +2,22 @@
 
 #include "model/ExportType.h"
 #include "model/ProvisioningSource.h"
-#include "net/FileNameLocks.h"
+#include "net/ConnectionPool.h"
+#include "net/DocumentFolder.h"
 #include "net/HttpRequest.h"
+#include "net/PrintableText.h"
 #include "net/SocketPlatform.h"
 
 #include <QDateTime>
 #include <QDeadlineTimer>
-#include <QDir>
 #include <QFile>
 #include <QLocale>
 #include <QTextStream>
 
 #include <array>
 #include <chrono>
+#include <memory>
+#include <utility>
 
 namespace {
 
@@ -44,13 +47,6 @@ bool isEmptyLine(const QString &line)
     return line == QLatin1String("\r\n") || line == QLatin1String("\n");
 }
 
-/// Makes the folder, for its owner only: the documents hold passwords.
-void makePrivateFolder(const QString &path)
-{
-    if (QDir().mkdir(path))
-        QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-}
-
 QString answerHeader()
 {
     // Telephones expect English names, whatever language the system speaks.
@@ -67,15 +63,13 @@ QString answerHeader()
 
 } // namespace
 
-HttpdThread::HttpdThread(qintptr socketDescriptor, ProvisioningSource &source,
-                         const QString &baseDir, FileNameLocks &locks)
-    : m_socketDescriptor(socketDescriptor)
-    , m_mutex(new QMutex)
+HttpdThread::HttpdThread(ConnectionPool &pool, ProvisioningSource &source, const QString &baseDir,
+                         DocumentFolder &folder)
+    : m_mutex(new QMutex)
     , m_baseDir(baseDir)
+    , m_pool(pool)
     , m_source(source)
-    , m_locks(locks)
-    , m_connection(socketDescriptor)
-    , m_lastActivity(steadyMilliseconds())
+    , m_folder(folder)
 {
     // Under the name by which the signal declares it, so that it can be queued.
     qRegisterMetaType<QTcpSocket::SocketError>("QTcpSocket::SocketError");
@@ -84,41 +78,44 @@ HttpdThread::HttpdThread(qintptr socketDescriptor, ProvisioningSource &source,
 HttpdThread::~HttpdThread()
 {
     wait();
-    if (!m_done)
-        SocketPlatform::close(m_socketDescriptor);
-    delete m_socket;
     delete m_mutex;
 }
 
-bool HttpdThread::isUsable() const
+void HttpdThread::take(const AcceptedConnection &connection)
 {
-    return m_connection.isValid();
+    m_socketDescriptor = connection.descriptor;
+    m_peer = connection.peer;
+    touch();
+    m_state = State::Idle;
 }
 
-void HttpdThread::markEnded()
+void HttpdThread::rest()
 {
-    m_done = true;
+    m_state = State::Resting;
 }
 
-void HttpdThread::drop()
+bool HttpdThread::drop()
 {
-    m_dropped = true;
+    if (!change(State::Idle, State::Dropped) && !change(State::Busy, State::Dropped))
+        return false;
     m_connection.breakOff();
+    return true;
 }
 
-bool HttpdThread::isEnding() const
+bool HttpdThread::isIdle() const
 {
-    return m_dropped || m_done;
-}
-
-bool HttpdThread::isBusy() const
-{
-    return m_busy || m_connection.hasInput();
+    return m_state == State::Idle && !m_connection.hasInput();
 }
 
 qint64 HttpdThread::idleTime() const
 {
     return steadyMilliseconds() - m_lastActivity;
+}
+
+/// False when another thread was faster.
+bool HttpdThread::change(State from, State to)
+{
+    return m_state.compare_exchange_strong(from, to);
 }
 
 void HttpdThread::touch()
@@ -128,10 +125,22 @@ void HttpdThread::touch()
 
 void HttpdThread::run()
 {
-    m_socket = new QTcpSocket;
+    while (m_pool.next(*this)) {
+        serveConnection();
+        m_folder.keepBound([this] { return m_source.deviceCount(); },
+                           [this] { return m_pool.isStopped(); });
+    }
+}
+
+void HttpdThread::serveConnection()
+{
+    const auto socket = std::make_unique<QTcpSocket>();
+    m_socket = socket.get();
     m_socket->setReadBufferSize(maxRequestSize);
-    if (m_socket->setSocketDescriptor(m_socketDescriptor, QAbstractSocket::ConnectedState,
-                                      QIODevice::ReadWrite)) {
+    if (!m_connection.open(m_socketDescriptor)) {
+        SocketPlatform::close(m_socketDescriptor);
+    } else if (m_socket->setSocketDescriptor(m_socketDescriptor, QAbstractSocket::ConnectedState,
+                                             QIODevice::ReadWrite)) {
         connect(
             m_socket, &QTcpSocket::bytesWritten, this, [this] { touch(); }, Qt::DirectConnection);
         if (waitFor(firstDataTimeout, &QTcpSocket::waitForReadyRead))
@@ -140,24 +149,41 @@ void HttpdThread::run()
         emit error(m_socket->error());
         SocketPlatform::close(m_socketDescriptor);
     }
-    // Closed here and not in the destructor: a socket is to be closed on its own thread.
     m_socket->abort();
+    m_socket = nullptr;
     m_connection.finish();
-    markEnded();
 }
 
-/// Waits with one of the socket's own waiting functions, and gives up when the connection is cut.
+/// Waits for the client with one of the socket's own waiting functions, and gives up when the
+/// connection is cut. Meanwhile somebody else's connection may be worked on.
 template <typename Condition>
 bool HttpdThread::waitFor(int timeout, Condition condition)
 {
     const QDeadlineTimer deadline(timeout);
+    bool done = (m_socket->*condition)(0);
+    if (done || isDropped())
+        return done;
+    m_pool.beginWait();
     do {
         const qint64 slice = qMin<qint64>(deadline.remainingTime(), SocketPlatform::longestWait());
-        if ((m_socket->*condition)(static_cast<int>(slice)))
-            return true;
-    } while (!m_dropped && m_socket->state() != QAbstractSocket::UnconnectedState &&
+        done = (m_socket->*condition)(static_cast<int>(slice));
+    } while (!done && !isDropped() && m_socket->state() != QAbstractSocket::UnconnectedState &&
              !deadline.hasExpired());
-    return false;
+    m_pool.endWait();
+    return done;
+}
+
+/// Waits for more of a request whose beginning has come. False when the time is over, or there is
+/// no more.
+bool HttpdThread::waitForRest(const QDeadlineTimer &deadline)
+{
+    const std::chrono::milliseconds time(deadline.remainingTime());
+    if (SocketPlatform::hasInput(m_socketDescriptor))
+        return SocketPlatform::waitForMoreInput(m_socketDescriptor, time);
+    m_pool.beginWait();
+    const bool more = SocketPlatform::waitForMoreInput(m_socketDescriptor, time);
+    m_pool.endWait();
+    return more;
 }
 
 HttpRequest HttpdThread::readRequest()
@@ -183,51 +209,58 @@ HttpRequest HttpdThread::readRequest()
             request.addLine(line);
         }
     } while (!complete && size + m_socket->bytesAvailable() < maxRequestSize &&
-             !deadline.hasExpired() &&
-             SocketPlatform::waitForMoreInput(
-                 m_socketDescriptor, std::chrono::milliseconds(deadline.remainingTime())) &&
+             !deadline.hasExpired() && waitForRest(deadline) &&
              m_socket->waitForReadyRead(static_cast<int>(deadline.remainingTime())));
     return request;
 }
 
 void HttpdThread::getMessage()
 {
-    m_busy = true; // for a quarter of a second at most, unless a document is made
+    // For a quarter of a second at most, unless a document is made.
+    if (!change(State::Idle, State::Busy))
+        return;
     const HttpRequest request = readRequest();
-    if (m_dropped)
+    if (isDropped())
         return;
     m_mac = request.mac;
     if (request.namesDocument()) {
         emit singleRequest(tr("One device request cfg.") + QLatin1Char('\n') + tr("Product:") +
-                           request.product + QLatin1Char('\n') + tr("FileName:") +
-                           request.fileName);
+                           printableText(request.product) + QLatin1Char('\n') + tr("FileName:") +
+                           printableText(request.fileName));
     }
     if (request.hasSafeFileName())
         serveRequest(request.fileName, request.product);
-    m_busy = false;
 }
 
 void HttpdThread::serveRequest(const QString &fileName, const QString &product)
 {
     const QMutexLocker locker(m_mutex);
-    const QString folder = m_baseDir + QLatin1String("HTTPD/MACCFG");
-    if (!QDir(folder).exists()) {
-        QDir().mkpath(m_baseDir);
-        makePrivateFolder(m_baseDir + QLatin1String("HTTPD"));
-        makePrivateFolder(folder);
-    }
+    m_folder.make();
     if (!fileName.contains(QLatin1String("xml")) || m_mac.isEmpty())
         return;
 
     m_source.saveList();
+    if (!m_pool.beginWork(*this))
+        return;
     // Two families may ask for one name at once: the file must not change between being written
     // for this telephone and being read for it.
-    std::unique_lock<std::mutex> nameLock = m_locks.lock(fileName);
-    if (m_dropped)
-        return;
+    std::unique_lock<std::mutex> nameLock = m_folder.lock(fileName);
+    const bool written = !isDropped() && writeDocument(fileName, product);
+    m_pool.endWork(*this);
+    if (written)
+        sendFile(m_folder.path() + QLatin1Char('/') + fileName, std::move(nameLock));
+}
+
+/// Under the name's lock.
+bool HttpdThread::writeDocument(const QString &fileName, const QString &product)
+{
     const int type = product == QLatin1String("DK") ? CordlessXml : DeskPhoneXml;
-    if (m_source.exportDevices(type, QStringLiteral("UTF-8"), fileName, folder))
-        sendFile(folder + QLatin1Char('/') + fileName, std::move(nameLock));
+    const bool isNew = !m_folder.has(fileName);
+    if (!m_source.exportDevices(type, QStringLiteral("UTF-8"), fileName, m_folder.path()))
+        return false;
+    if (isNew)
+        m_folder.added();
+    return true;
 }
 
 /// Reads the file, gives its name free and sends what was read; nobody waits for a slow client.
@@ -246,11 +279,14 @@ void HttpdThread::sendFile(const QString &path, std::unique_lock<std::mutex> nam
     nameLock.unlock();
 
     touch();
-    m_busy = false;
-    m_socket->write(answerHeader().toUtf8());
-    m_socket->write(body.toUtf8());
+    if (!change(State::Busy, State::Idle))
+        return;
+    m_socket->write(answerHeader().toUtf8() + body.toUtf8());
+    m_socket->flush();
     closeSocket();
-    connect(m_socket, &QTcpSocket::bytesWritten, this, &HttpdThread::disCurrentSocket);
+    // Direct: the socket is this thread's.
+    connect(m_socket, &QTcpSocket::bytesWritten, this, &HttpdThread::disCurrentSocket,
+            Qt::DirectConnection);
 }
 
 void HttpdThread::closeSocket()

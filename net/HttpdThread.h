@@ -8,42 +8,48 @@
 #include <QThread>
 
 #include <atomic>
-#include <memory>
 #include <mutex>
 
-class FileNameLocks;
+class ConnectionPool;
+class DocumentFolder;
 class ProvisioningSource;
+struct AcceptedConnection;
 struct HttpRequest;
+class QDeadlineTimer;
 
-/// One connection of a telephone: reads one request, has the provisioning file written, sends it
-/// and ends. There is no event loop; run() is the whole life of the connection.
+/// Serves the telephones' connections, one after the other: reads one request, has the provisioning
+/// file written, sends it, and takes the next connection. There is no event loop; run() is the
+/// whole life of the thread.
 ///
-/// The object belongs to the thread that created it (the server's). On the connection's own thread
-/// run: run(), getMessage(), serveRequest(), sendFile(). Shared between the two threads are the
-/// connection handle (which locks for itself) and the atomics below, nothing else.
+/// The object lives on the server's thread. On the connection thread run: run(), getMessage(),
+/// serveRequest(), sendFile(). Shared between threads are the connection handle (which locks for
+/// itself) and the atomics below, and, under the pool's mutex, which connection it is.
 class HttpdThread : public QThread
 {
     Q_OBJECT
 
 public:
-    /// Takes the accepted connection over. `source` and `locks` must outlive the thread; `baseDir`
-    /// ends in "/".
-    HttpdThread(qintptr socketDescriptor, ProvisioningSource &source, const QString &baseDir,
-                FileNameLocks &locks);
-    /// Waits for the thread. Closes the connection if it never ran.
+    /// Gets its connections from `pool`. That, `source` and `folder` must outlive the thread.
+    HttpdThread(ConnectionPool &pool, ProvisioningSource &source, const QString &baseDir,
+                DocumentFolder &folder);
+    /// Waits for the thread.
     ~HttpdThread() override;
 
-    /// False when the system had no descriptors left to keep a hold on the connection.
-    bool isUsable() const;
+    /// The four below are the pool's, under its mutex. The connection is this thread's from now on.
+    void take(const AcceptedConnection &connection);
+    /// The connection is over.
+    void rest();
+    bool hasConnection() const { return m_state != State::Resting; }
+    /// The client's address.
+    quint32 peer() const { return m_peer; }
 
-    /// Publishes all that was done on the connection's thread. Called at its end.
-    void markEnded();
-    /// Cuts the connection; a thread that waits for it wakes up and ends. Server's thread.
-    void drop();
-    /// True once drop() was called or run() is over: the thread needs no further push to end.
-    bool isEnding() const;
-    /// True while there is something to do: a request to be read, or a file being generated.
-    bool isBusy() const;
+    /// Cuts the connection; a thread that waits for it wakes up and goes on to the next. False when
+    /// there is none, or it is cut already. Any thread, under the pool's mutex.
+    bool drop();
+    /// True from drop() until the connection is over.
+    bool isDropped() const { return m_state == State::Dropped; }
+    /// True when the thread waits for its client, which has sent nothing.
+    bool isIdle() const;
     /// For how many milliseconds nothing has happened on the connection.
     qint64 idleTime() const;
 
@@ -62,25 +68,37 @@ protected:
     void run() override;
 
 private:
+    /// What the thread is at.
+    enum class State {
+        Resting, ///< no connection
+        Idle,    ///< the client's turn: to ask, or to take the answer
+        Busy,    ///< reading a request or making the answer
+        Dropped, ///< the connection is cut, and not over yet
+    };
+
+    void serveConnection();
     HttpRequest readRequest();
+    bool waitForRest(const QDeadlineTimer &deadline);
     void serveRequest(const QString &fileName, const QString &product);
+    bool writeDocument(const QString &fileName, const QString &product);
     void sendFile(const QString &path, std::unique_lock<std::mutex> nameLock);
     template <typename Condition>
     bool waitFor(int timeout, Condition condition);
     void closeSocket();
+    bool change(State from, State to);
     void touch();
 
-    qintptr m_socketDescriptor;
-    QTcpSocket *m_socket = nullptr;
+    qintptr m_socketDescriptor = -1;
+    QTcpSocket *m_socket = nullptr; ///< while there is a connection
     QMutex *m_mutex;
     QString m_baseDir;
     QString m_mac;
 
+    ConnectionPool &m_pool;
     ProvisioningSource &m_source;
-    FileNameLocks &m_locks;
+    DocumentFolder &m_folder;
     ConnectionHandle m_connection;
-    std::atomic<qint64> m_lastActivity;
-    std::atomic<bool> m_dropped{false};
-    std::atomic<bool> m_busy{false};
-    std::atomic<bool> m_done{false}; ///< see markEnded()
+    quint32 m_peer = 0;
+    std::atomic<qint64> m_lastActivity{0};
+    std::atomic<State> m_state{State::Resting};
 };

@@ -29,14 +29,30 @@ int longestWait();
 /// connection with unread input resets it, and a reset can overtake what was sent.
 void endStream(std::intptr_t descriptor, std::chrono::milliseconds patience);
 
-/// True when something to read, or the end of the input, waits on the connection.
-bool hasInput(std::intptr_t descriptor);
+/// True when something to read, or the end of the input, is there within the time; on a listening
+/// descriptor, a connection to accept.
+bool hasInput(std::intptr_t descriptor,
+              std::chrono::milliseconds time = std::chrono::milliseconds(0));
 
 /// Waits for something to read. False when the time is over or the input has ended: a peer that has
 /// sent all it will may still wait for the answer.
 bool waitForMoreInput(std::intptr_t descriptor, std::chrono::milliseconds time);
 
 void close(std::intptr_t descriptor);
+
+/// How an accept() ended.
+enum class Accept {
+    Done,
+    NoneWaits,
+    Refused, ///< the system lacks descriptors or memory
+};
+
+/// Accepts a connection, if one waits, from a listening descriptor that does not block. The new
+/// descriptor is the caller's.
+Accept accept(std::intptr_t listener, std::intptr_t &descriptor);
+
+/// The IPv4 address at the connection's other end; 0 when there is none.
+std::uint32_t peerAddress(std::intptr_t descriptor);
 
 /// Listens as QTcpServer::listen() does, and only when the port is wholly free: where another
 /// program has it, on whichever of the machine's addresses, this fails. Nobody can take the port

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include <fcntl.h>
+#include <netinet/in.h>
 #include <poll.h>
 #include <sys/resource.h>
 #include <sys/socket.h>
@@ -101,10 +102,10 @@ void endStream(std::intptr_t descriptor, std::chrono::milliseconds patience)
     }
 }
 
-bool hasInput(std::intptr_t descriptor)
+bool hasInput(std::intptr_t descriptor, std::chrono::milliseconds time)
 {
     pollfd waiting{number(descriptor), POLLIN, 0};
-    return poll(&waiting, 1, 0) > 0;
+    return poll(&waiting, 1, static_cast<int>(time.count())) > 0;
 }
 
 bool waitForMoreInput(std::intptr_t descriptor, std::chrono::milliseconds time)
@@ -118,6 +119,26 @@ bool waitForMoreInput(std::intptr_t descriptor, std::chrono::milliseconds time)
 void close(std::intptr_t descriptor)
 {
     ::close(number(descriptor));
+}
+
+Accept accept(std::intptr_t listener, std::intptr_t &descriptor)
+{
+    do {
+        descriptor = ::accept4(number(listener), nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK);
+    } while (descriptor < 0 && (errno == EINTR || errno == ECONNABORTED));
+    if (descriptor >= 0)
+        return Accept::Done;
+    return errno == EAGAIN ? Accept::NoneWaits : Accept::Refused;
+}
+
+std::uint32_t peerAddress(std::intptr_t descriptor)
+{
+    sockaddr_in address{};
+    socklen_t size = sizeof(address);
+    if (getpeername(number(descriptor), reinterpret_cast<sockaddr *>(&address), &size) != 0 ||
+        address.sin_family != AF_INET)
+        return 0;
+    return ntohl(address.sin_addr.s_addr);
 }
 
 bool listenAlone(QTcpServer &server, const QHostAddress &address, quint16 port)

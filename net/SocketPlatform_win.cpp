@@ -102,9 +102,9 @@ void endStream(std::intptr_t descriptor, std::chrono::milliseconds patience)
     }
 }
 
-bool hasInput(std::intptr_t descriptor)
+bool hasInput(std::intptr_t descriptor, std::chrono::milliseconds time)
 {
-    return waitForInput(descriptor, std::chrono::milliseconds(0));
+    return waitForInput(descriptor, time);
 }
 
 bool waitForMoreInput(std::intptr_t descriptor, std::chrono::milliseconds time)
@@ -116,6 +116,27 @@ bool waitForMoreInput(std::intptr_t descriptor, std::chrono::milliseconds time)
 void close(std::intptr_t descriptor)
 {
     closesocket(number(descriptor));
+}
+
+Accept accept(std::intptr_t listener, std::intptr_t &descriptor)
+{
+    const SOCKET connection = ::accept(number(listener), nullptr, nullptr);
+    if (connection != INVALID_SOCKET) {
+        descriptor = static_cast<std::intptr_t>(connection);
+        return Accept::Done;
+    }
+    const int error = WSAGetLastError();
+    return error == WSAEWOULDBLOCK || error == WSAECONNRESET ? Accept::NoneWaits : Accept::Refused;
+}
+
+std::uint32_t peerAddress(std::intptr_t descriptor)
+{
+    sockaddr_in address{};
+    int size = sizeof(address);
+    if (getpeername(number(descriptor), reinterpret_cast<sockaddr *>(&address), &size) != 0 ||
+        address.sin_family != AF_INET)
+        return 0;
+    return ntohl(address.sin_addr.s_addr);
 }
 
 bool listenAlone(QTcpServer &server, const QHostAddress &address, quint16 port)

@@ -346,6 +346,11 @@ bool DataMgr::exportDevices(int type, const QString &codecName, const QString &f
     return exporter->exportFile(codecName, filePath, devices);
 }
 
+int DataMgr::deviceCount() const
+{
+    return m_devices.snapshot().size();
+}
+
 void DataMgr::cleanUp()
 {
     QFile::remove(m_directory + databaseName);

@@ -88,6 +88,8 @@ public:
     /// See ProvisioningSource. Any thread. Takes no longer for a long list than for a short one.
     bool exportDevices(int type, const QString &codecName, const QString &fileName,
                        const QString &folder) override;
+    /// See ProvisioningSource. Any thread.
+    int deviceCount() const override;
 
     /// Removes the database file, the import's work files and the provisioning files. What cannot
     /// be removed stays, silently.

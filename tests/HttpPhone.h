@@ -53,6 +53,8 @@ public:
         return written;
     }
 
+    int deviceCount() const override { return 0; }
+
     static QByteArray document(int type, const QString &fileName)
     {
         QByteArray text = QByteArray::number(type) + ' ' + fileName.toUtf8() + " \xc3\xa9\n";

@@ -1,0 +1,273 @@
+#include "net/ConnectionPool.h"
+
+#include "net/HttpdThread.h"
+#include "net/SocketPlatform.h"
+
+#include <algorithm>
+#include <chrono>
+
+namespace {
+
+/// Connections worked on at a time while none of them takes long. Measured: with sixteen a storm
+/// takes a seventh longer.
+constexpr int usualLevel = 4;
+
+/// Threads that rest for good; more than these end when nobody called them for so long.
+constexpr int keptThreads = 4;
+constexpr std::chrono::seconds restTime{3};
+
+/// A connection is not dropped as idle sooner than this after its last activity, in milliseconds:
+/// when many telephones start at once, each must get the time to send its request.
+constexpr qint64 idleGrace = 250;
+
+} // namespace
+
+ConnectionPool::ConnectionPool(int limit, int maxWaiting)
+    : m_limit(limit)
+    , m_maxWaiting(maxWaiting)
+    , m_level(std::min(usualLevel, limit))
+{
+}
+
+ConnectionPool::~ConnectionPool()
+{
+    stop();
+}
+
+bool ConnectionPool::mayServe(quint32 peer) const
+{
+    const auto found = m_peers.constFind(peer);
+    return found == m_peers.constEnd() || found->served < peerShare;
+}
+
+int ConnectionPool::admit(const AcceptedConnection &connection)
+{
+    const std::lock_guard<std::mutex> guard(m_mutex);
+    if (m_stopped) {
+        SocketPlatform::close(connection.descriptor);
+        return 0;
+    }
+    m_line.add(connection);
+    if (m_line.size() > m_maxWaiting)
+        SocketPlatform::close(m_line.takeFromLongest().descriptor);
+    return callThreads();
+}
+
+int ConnectionPool::lookAfterLine()
+{
+    const std::lock_guard<std::mutex> guard(m_mutex);
+    const bool standsStill =
+        m_taken == m_takenAtLook && m_line.has([this](quint32 peer) { return mayServe(peer); });
+    m_takenAtLook = m_taken;
+    if (standsStill)
+        m_level = std::min(2 * m_level, m_limit);
+    else if (m_level > usualLevel)
+        m_level -= (m_level - usualLevel + 7) / 8;
+    makeRoom();
+    return callThreads();
+}
+
+bool ConnectionPool::hasWaiting() const
+{
+    const std::lock_guard<std::mutex> guard(m_mutex);
+    return !m_line.isEmpty();
+}
+
+/// Calls as many threads as may work on what waits. Returns how many have to be started for that.
+int ConnectionPool::callThreads()
+{
+    int wanted = std::min(m_level - m_working, m_line.size()) - m_called;
+    for (; wanted > 0 && m_resting > m_called; --wanted) {
+        ++m_called;
+        m_call.notify_one();
+    }
+    const int missing = std::clamp(wanted, 0, m_limit - m_alive);
+    m_called += missing;
+    m_alive += missing;
+    return missing;
+}
+
+/// The same without starting any.
+void ConnectionPool::callResting()
+{
+    if (m_working + m_called < m_level && m_line.size() > m_called && m_resting > m_called) {
+        ++m_called;
+        m_call.notify_one();
+    }
+}
+
+void ConnectionPool::started(HttpdThread *thread)
+{
+    const std::lock_guard<std::mutex> guard(m_mutex);
+    if (thread) {
+        m_threads.append(thread);
+    } else {
+        --m_called;
+        --m_alive;
+    }
+}
+
+void ConnectionPool::forget(HttpdThread *thread)
+{
+    const std::lock_guard<std::mutex> guard(m_mutex);
+    m_threads.removeOne(thread);
+}
+
+QVector<HttpdThread *> ConnectionPool::threads() const
+{
+    const std::lock_guard<std::mutex> guard(m_mutex);
+    return m_threads;
+}
+
+bool ConnectionPool::next(HttpdThread &thread)
+{
+    std::unique_lock<std::mutex> lock(m_mutex);
+    if (thread.hasConnection())
+        leave(thread);
+    else
+        --m_called; // it was started for a connection
+    while (!m_stopped) {
+        if (takeFor(thread))
+            return true;
+        const bool extra = m_resting >= keptThreads;
+        ++m_resting;
+        if (extra)
+            m_call.wait_for(lock, restTime);
+        else
+            m_call.wait(lock);
+        --m_resting;
+        if (m_called > 0)
+            --m_called;
+        else if (extra && m_line.isEmpty())
+            break;
+    }
+    --m_alive;
+    return false;
+}
+
+bool ConnectionPool::takeFor(HttpdThread &thread)
+{
+    if (m_working >= m_level)
+        return false;
+    const auto connection = m_line.take([this](quint32 peer) { return mayServe(peer); });
+    if (!connection)
+        return false;
+    ++m_peers[connection->peer].served;
+    ++m_served;
+    ++m_working;
+    ++m_taken;
+    thread.take(*connection);
+    return true;
+}
+
+void ConnectionPool::leave(HttpdThread &thread)
+{
+    const auto peer = m_peers.find(thread.peer());
+    if (--peer->served == 0)
+        m_peers.erase(peer);
+    --m_served;
+    --m_working;
+    thread.rest();
+}
+
+void ConnectionPool::beginWait()
+{
+    const std::lock_guard<std::mutex> guard(m_mutex);
+    --m_working;
+    callResting();
+}
+
+void ConnectionPool::endWait()
+{
+    const std::lock_guard<std::mutex> guard(m_mutex);
+    ++m_working;
+}
+
+bool ConnectionPool::beginWork(const HttpdThread &thread)
+{
+    std::unique_lock<std::mutex> lock(m_mutex);
+    const quint32 address = thread.peer();
+    if (m_peers[address].working >= peerWork) {
+        --m_working;
+        callResting();
+        m_workDone.wait(lock, [&] { return m_stopped || m_peers[address].working < peerWork; });
+        ++m_working;
+    }
+    if (m_stopped)
+        return false;
+    ++m_peers[address].working;
+    return true;
+}
+
+void ConnectionPool::endWork(const HttpdThread &thread)
+{
+    const std::lock_guard<std::mutex> guard(m_mutex);
+    if (--m_peers[thread.peer()].working == peerWork - 1)
+        m_workDone.notify_all();
+}
+
+/// Sees to it that as many connections are ending as wait for room.
+void ConnectionPool::makeRoom()
+{
+    QHash<quint32, int> leaving;
+    int allLeaving = 0;
+    for (const HttpdThread *thread : qAsConst(m_threads)) {
+        if (thread->isDropped()) {
+            ++leaving[thread->peer()];
+            ++allLeaving;
+        }
+    }
+    if (m_served >= m_limit) {
+        for (int missing = m_line.size() - allLeaving; missing > 0; --missing) {
+            if (!dropLongestIdle(nullptr))
+                return;
+        }
+        return;
+    }
+    for (const quint32 peer : m_line.peers()) {
+        int missing = mayServe(peer) ? 0 : m_line.waiting(peer) - leaving.value(peer);
+        while (missing > 0 && dropLongestIdle(&peer))
+            --missing;
+    }
+}
+
+bool ConnectionPool::dropLongestIdle()
+{
+    const std::lock_guard<std::mutex> guard(m_mutex);
+    return dropLongestIdle(nullptr);
+}
+
+/// Of this address or, without one, of all.
+bool ConnectionPool::dropLongestIdle(const quint32 *peer)
+{
+    HttpdThread *longestIdle = nullptr;
+    qint64 longestTime = idleGrace;
+    for (HttpdThread *thread : qAsConst(m_threads)) {
+        if (peer && thread->peer() != *peer)
+            continue;
+        const qint64 time = thread->idleTime();
+        if (time >= longestTime && thread->isIdle()) {
+            longestIdle = thread;
+            longestTime = time + 1;
+        }
+    }
+    return longestIdle && longestIdle->drop();
+}
+
+void ConnectionPool::stop()
+{
+    const std::lock_guard<std::mutex> guard(m_mutex);
+    m_stopped = true;
+    while (!m_line.isEmpty())
+        SocketPlatform::close(m_line.takeFromLongest().descriptor);
+    for (HttpdThread *thread : qAsConst(m_threads))
+        thread->drop();
+    m_call.notify_all();
+    m_workDone.notify_all();
+}
+
+bool ConnectionPool::isStopped() const
+{
+    const std::lock_guard<std::mutex> guard(m_mutex);
+    return m_stopped;
+}

@@ -1,0 +1,125 @@
+#include "net/DocumentFolder.h"
+
+#include <QDateTime>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+
+#include <algorithm>
+#include <limits>
+#include <utility>
+#include <vector>
+
+namespace {
+
+constexpr int documentsPerDevice = 4;
+
+/// Before the folder has been counted.
+constexpr int unknownCount = std::numeric_limits<int>::max() / 2;
+
+constexpr int prefixLength = 3; ///< of "cfg"
+constexpr int macLength = 12;
+
+struct Document
+{
+    bool isUsual;
+    qint64 time;
+    QString name;
+
+    /// What is removed first comes first.
+    bool operator<(const Document &other) const
+    {
+        return std::pair(isUsual, time) < std::pair(other.isUsual, other.time);
+    }
+};
+
+/// For its owner only.
+void makePrivate(const QString &path)
+{
+    if (QDir().mkdir(path))
+        QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+}
+
+std::vector<Document> documentsIn(const QString &path)
+{
+    std::vector<Document> documents;
+    const QFileInfoList files =
+        QDir(path).entryInfoList(QDir::Files | QDir::Hidden | QDir::System, QDir::NoSort);
+    documents.reserve(static_cast<std::size_t>(files.size()));
+    for (const QFileInfo &file : files) {
+        const QString name = file.fileName();
+        documents.push_back(
+            {DocumentFolder::isUsualName(name), file.lastModified().toMSecsSinceEpoch(), name});
+    }
+    return documents;
+}
+
+} // namespace
+
+DocumentFolder::DocumentFolder(const QString &baseDir)
+    : m_baseDir(baseDir)
+    , m_path(baseDir + QLatin1String("HTTPD/MACCFG"))
+    , m_count(unknownCount)
+{
+}
+
+void DocumentFolder::make() const
+{
+    if (QFileInfo::exists(m_path))
+        return;
+    QDir().mkpath(m_baseDir);
+    makePrivate(m_baseDir + QLatin1String("HTTPD"));
+    makePrivate(m_path);
+}
+
+bool DocumentFolder::has(const QString &fileName) const
+{
+    return QFileInfo::exists(m_path + QLatin1Char('/') + fileName);
+}
+
+bool DocumentFolder::isUsualName(const QString &fileName)
+{
+    const auto isHexDigit = [](QChar c) {
+        const QChar lower = c.toLower();
+        return (c >= QLatin1Char('0') && c <= QLatin1Char('9')) ||
+               (lower >= QLatin1Char('a') && lower <= QLatin1Char('f'));
+    };
+    const QString mac = fileName.mid(prefixLength, macLength);
+    return mac.size() == macLength && std::all_of(mac.begin(), mac.end(), isHexDigit) &&
+           fileName == QLatin1String("cfg") + mac + QLatin1String(".xml");
+}
+
+void DocumentFolder::keepBound(const std::function<int()> &deviceCount,
+                               const std::function<bool()> &stop)
+{
+    if (m_count <= usualBound)
+        return;
+    const int devices = std::min(deviceCount(), std::numeric_limits<int>::max() / 8);
+    const int bound = std::max(usualBound, documentsPerDevice * devices);
+    if (m_count <= bound || m_removing.exchange(true))
+        return;
+    removeBeyond(bound, stop);
+    m_removing = false;
+}
+
+void DocumentFolder::removeBeyond(int bound, const std::function<bool()> &stop)
+{
+    m_count = 0; // what comes while we look counts twice, which does no harm
+    std::vector<Document> documents = documentsIn(m_path);
+    const int found = static_cast<int>(documents.size());
+    // A tenth more than need be, so that not every new document has the folder read again.
+    const int superfluous = found > bound ? found - bound + bound / 10 : 0;
+    const auto end = documents.begin() + superfluous;
+    std::partial_sort(documents.begin(), end, documents.end());
+    for (auto document = documents.begin(); document != end && !stop(); ++document)
+        remove(document->name);
+    m_count += found - superfluous;
+}
+
+void DocumentFolder::remove(const QString &fileName)
+{
+    // A document in the making has its name with an ending of its own, and its lock.
+    const bool isWhole = fileName.endsWith(QLatin1String(".xml"));
+    const auto nameLock = lock(isWhole ? fileName : fileName.section(QLatin1Char('.'), 0, -2));
+    QFile::remove(m_path + QLatin1Char('/') + fileName);
+}

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "net/FileNameLocks.h"
+
+#include <QString>
+
+#include <atomic>
+#include <functional>
+
+/// The folder of the documents that telephones fetch, "HTTPD/MACCFG". Any thread.
+///
+/// Whoever may ask chooses the names, so the folder has a bound: beyond, documents under odd names
+/// are removed first, then the oldest. What was removed is made again when a telephone asks.
+class DocumentFolder
+{
+public:
+    /// So many documents may lie in the folder, or four for each device, whichever is more.
+    static constexpr int usualBound = 1000;
+
+    /// Below `baseDir`, which ends in "/".
+    explicit DocumentFolder(const QString &baseDir);
+
+    QString path() const { return m_path; }
+    /// Makes the folder if it is missing, for its owner only: the documents hold passwords.
+    void make() const;
+
+    /// Waits for the name's lock, under which its document is written, read and removed.
+    std::unique_lock<std::mutex> lock(const QString &fileName) { return m_locks.lock(fileName); }
+    bool has(const QString &fileName) const;
+    /// A document that was not here before has been written.
+    void added() { ++m_count; }
+
+    /// Removes documents beyond the bound; at once when there are none, or when another thread is
+    /// at it. Takes a while; holds no lock but, one after the other, those of the names removed.
+    void keepBound(const std::function<int()> &deviceCount, const std::function<bool()> &stop);
+
+    /// True for "cfg" + MAC + ".xml".
+    static bool isUsualName(const QString &fileName);
+
+private:
+    void removeBeyond(int bound, const std::function<bool()> &stop);
+    void remove(const QString &fileName);
+
+    QString m_baseDir;
+    QString m_path;
+    FileNameLocks m_locks;
+    std::atomic<int> m_count; ///< documents here, as far as known
+    std::atomic<bool> m_removing{false};
+};
