@@ -4,21 +4,38 @@
 #include "widgets/Grid.h"
 
 #include <QFontDatabase>
+#include <QHBoxLayout>
 #include <QLabel>
 #include <QPlainTextEdit>
+#include <QScrollBar>
 #include <QVBoxLayout>
+
+#include <limits>
 
 namespace {
 
-constexpr int keptLines = 5000;
+constexpr int keptLines = 2000;
+
+/// In each interval (milliseconds) so many reports show at once, the others together at its end:
+/// one by one, a few thousand would take seconds.
+constexpr int interval = 100;
+constexpr int shownAtOnce = 20;
+
+/// Reports that are kept until they show; more would not be left in the box anyway.
+constexpr int keptReports = keptLines / 5;
+
 constexpr int boxHeight = 168;
 
 } // namespace
 
 ReportBox::ReportBox(QWidget *parent)
     : QWidget(parent)
+    , m_service(new QLabel(this))
     , m_text(new QPlainTextEdit(this))
 {
+    m_timer.setInterval(interval);
+    connect(&m_timer, &QTimer::timeout, this, &ReportBox::showPending);
+
     auto *const title = new QLabel(tr("HTTPD server request informations"), this);
     title->setObjectName(QStringLiteral("reportTitle"));
     title->setProperty("class", QStringLiteral("ReportTitle"));
@@ -33,31 +50,77 @@ ReportBox::ReportBox(QWidget *parent)
     m_text->setHorizontalScrollBar(new EffectScrollBar(Qt::Horizontal));
     m_text->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
 
+    m_service->setObjectName(QStringLiteral("reportService"));
+    m_service->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    m_service->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    m_service->setWordWrap(true);
+
+    auto *const header = new QHBoxLayout;
+    header->addWidget(title);
+    header->addWidget(m_service, 1);
     auto *const column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(gridPx);
-    column->addWidget(title);
+    column->addLayout(header);
     column->addWidget(m_text);
     setFixedHeight(boxHeight);
 }
 
 void ReportBox::addLine(const QString &line)
 {
-    m_text->appendPlainText(line);
+    const QString before = m_service->text();
+    m_service->setText(before.isEmpty() ? line : before + QLatin1String("   ") + line);
+    append(line);
 }
 
 void ReportBox::addReport(const QString &report)
 {
-    addLine(QString());
-    addLine(report);
+    if (!m_timer.isActive()) {
+        m_shown = 0;
+        m_timer.start();
+    }
+    if (m_pending.isEmpty() && ++m_shown <= shownAtOnce) {
+        append(QLatin1Char('\n') + report);
+        return;
+    }
+    m_pending.append(report);
+    if (m_pending.size() > keptReports)
+        m_pending.removeFirst();
+}
+
+void ReportBox::append(const QString &text)
+{
+    m_text->appendPlainText(text);
+}
+
+void ReportBox::showPending()
+{
+    m_shown = 0;
+    if (m_pending.isEmpty()) {
+        m_timer.stop();
+        return;
+    }
+    // The text anew, as taking thousands of lines from its beginning costs far more.
+    QStringList lines = m_text->toPlainText().split(QLatin1Char('\n'));
+    for (const QString &report : qAsConst(m_pending))
+        lines += (QLatin1Char('\n') + report).split(QLatin1Char('\n'));
+    m_pending.clear();
+    QScrollBar &bar = *m_text->verticalScrollBar();
+    const int place = bar.value() < bar.maximum() ? bar.value() : std::numeric_limits<int>::max();
+    m_text->setPlainText(lines.mid(qMax(0, lines.size() - keptLines)).join(QLatin1Char('\n')));
+    bar.setValue(place);
 }
 
 void ReportBox::clear()
 {
+    m_timer.stop();
+    m_pending.clear();
+    m_service->clear();
     m_text->clear();
 }
 
-QString ReportBox::text() const
+QString ReportBox::text()
 {
+    showPending();
     return m_text->toPlainText();
 }

@@ -1,104 +1,341 @@
-// How long a telephone waits for its document, over a real connection, by the length of the list.
-//   bench_http [folder]         the folder decides which disk is measured
+// How the HTTP service stands beside nginx, which serves the same files: telephones ask each in
+// turn, round by round, so that whatever else the machine does hits both alike.
+//   bench_http [FOLDER [SECONDS]]     the folder decides which disk is measured; how long a round
+//   is
+//
+// The service runs as in the program, with a window on a stand-in for a screen and the report box
+// in it, in a process of its own.
+#include "HttpLoad.h"
 #include "Measure.h"
+#include "app/ReportBox.h"
 #include "net/HttpdServer.h"
 #include "storage/DBOperator.h"
 #include "storage/DataMgr.h"
 
-#include <QCoreApplication>
+#include <QApplication>
 #include <QDir>
 #include <QHostAddress>
 #include <QLoggingCategory>
+#include <QProcess>
+#include <QSocketNotifier>
+#include <QTcpServer>
 #include <QTemporaryDir>
+#include <QThread>
+#include <QTimer>
 
-#include <netinet/in.h>
-#include <sys/socket.h>
+#include <sys/resource.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdio>
-#include <cstring>
-#include <thread>
+#include <utility>
 
 namespace {
 
-constexpr int telephones = 100;
-constexpr int rounds = 21; // the first has every document written
-constexpr int requests = telephones * (rounds - 1);
+constexpr int rounds = 5;
+constexpr int clients = 32;
+constexpr int askedDevices = 1000;
+constexpr int stormDevices = 10000;
+constexpr int stormClients = 200;
+constexpr int storms = 10;
+constexpr int idleConnections = 1000;
 
-/// Connects, asks and reads until the connection ends. False when no whole document came.
-bool get(quint16 port, const QByteArray &name)
+/// What the process of the service tells.
+struct Report
 {
-    const int connection = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_port = htons(port);
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    sockaddr generic{};
-    static_assert(sizeof generic == sizeof address);
-    std::memcpy(&generic, &address, sizeof address);
-    const QByteArray request =
-        "GET /" + name + " HTTP/1.1\r\nHost: pc\r\nUser-Agent: KTP1601\r\n\r\n";
-    QByteArray answer;
-    if (::connect(connection, &generic, sizeof generic) == 0 &&
-        ::send(connection, request.constData(), static_cast<std::size_t>(request.size()),
-               MSG_NOSIGNAL) == request.size()) {
-        char buffer[16384];
-        ssize_t count = 0;
-        while ((count = ::recv(connection, buffer, sizeof buffer, 0)) > 0)
-            answer.append(buffer, static_cast<int>(count));
-    }
-    ::close(connection);
-    return answer.contains(" 200 ") && answer.endsWith("</vl_provision>\n");
+    std::uint16_t port = 0;
+    int silenceMs = 0; ///< longest time for which its event loop did nothing, since the last report
+    qint64 memoryKiB = 0;
+};
+
+qint64 memoryKiB()
+{
+    QFile file(QStringLiteral("/proc/self/statm"));
+    if (!file.open(QIODevice::ReadOnly))
+        return 0;
+    return file.readAll().split(' ').value(1).toLongLong() * ::sysconf(_SC_PAGESIZE) / 1024;
 }
 
-/// Returns the median.
-double measure(const QString &parent, int count)
+/// Processor time that a process and its children have used so far, in seconds.
+double processorTime(qint64 process)
 {
-    const QTemporaryDir folder(parent + QStringLiteral("/bench-XXXXXX"));
-    const QString path = folder.path() + QLatin1Char('/');
+    const QString folder = QStringLiteral("/proc/%1/").arg(process);
+    QFile stat(folder + QStringLiteral("stat"));
+    QFile children(folder + QStringLiteral("task/%1/children").arg(process));
+    if (!stat.open(QIODevice::ReadOnly) || !children.open(QIODevice::ReadOnly))
+        return 0;
+    const QList<QByteArray> fields = stat.readAll().split(' ');
+    double time = (fields.value(13).toDouble() + fields.value(14).toDouble()) /
+                  static_cast<double>(::sysconf(_SC_CLK_TCK));
+    const QList<QByteArray> processes = children.readAll().simplified().split(' ');
+    for (const QByteArray &child : processes) {
+        if (!child.isEmpty())
+            time += processorTime(child.toLongLong());
+    }
+    return time;
+}
+
+/// The process of the service: answers each byte of its input by a report, and ends with it.
+int serve(const QString &path, int devices)
+{
     DBOperator dbOperator(path);
     DataMgr mgr(dbOperator, path);
     HttpdServer server(mgr, path);
-    if (!mgr.openDatabase() || !server.listen(QHostAddress::LocalHost, 0)) {
-        std::printf("the server does not start\n");
-        return 0;
-    }
-    mgr.addContacts(benchDevices(count));
-    const quint16 port = server.serverPort();
+    if (!mgr.openDatabase() || !server.listen(QHostAddress::LocalHost, 0))
+        return 1;
+    mgr.addContacts(benchDevices(devices));
+    ReportBox box;
+    QObject::connect(&server, &HttpdServer::requestServer, &box, &ReportBox::addReport);
+    box.resize(1024, box.height());
+    box.show();
 
-    Samples first;
-    Samples later;
-    int failures = 0;
-    std::thread client([&] {
-        for (int round = 0; round < rounds; ++round) {
-            for (int i = 0; i < telephones; ++i) {
-                const QByteArray name =
-                    benchFileName(benchDevice(i * (count / telephones))).toLatin1();
-                (round == 0 ? first : later).measure([&] { failures += get(port, name) ? 0 : 1; });
-            }
-        }
-        QMetaObject::invokeMethod(QCoreApplication::instance(), &QCoreApplication::quit,
-                                  Qt::QueuedConnection);
+    int longestSilence = 0;
+    QElapsedTimer silence;
+    silence.start();
+    QTimer beat;
+    QObject::connect(&beat, &QTimer::timeout, [&] {
+        longestSilence = std::max(longestSilence, static_cast<int>(silence.restart()));
     });
-    QCoreApplication::exec();
-    client.join();
-    std::printf("%7d devices: first answer: median %7.1f us, p99 %7.1f us; then %d answers: "
-                "median %7.1f us, p99 %7.1f us\n",
-                count, first.median(), first.p99(), requests, later.median(), later.p99());
-    if (failures > 0)
-        std::printf("%d of %d requests brought no document\n", failures, telephones * rounds);
-    return later.median();
+    beat.start(5);
+    QSocketNotifier notifier(STDIN_FILENO, QSocketNotifier::Read);
+    QObject::connect(&notifier, &QSocketNotifier::activated, [&] {
+        char command = 0;
+        if (::read(STDIN_FILENO, &command, 1) != 1) {
+            QCoreApplication::quit();
+            return;
+        }
+        std::printf("%d %d %lld\n", server.serverPort(), std::exchange(longestSilence, 0),
+                    static_cast<long long>(memoryKiB()));
+        std::fflush(stdout);
+    });
+    return QCoreApplication::exec();
+}
+
+/// The service, from its start to its end.
+class Service
+{
+public:
+    Service(const QString &path, int devices)
+    {
+        m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+        m_process.start(QCoreApplication::applicationFilePath(),
+                        {QStringLiteral("--serve"), path, QString::number(devices)});
+    }
+    ~Service()
+    {
+        m_process.closeWriteChannel();
+        m_process.waitForFinished(-1);
+    }
+    Service(const Service &) = delete;
+    Service &operator=(const Service &) = delete;
+
+    /// Waits until the service runs.
+    Report report()
+    {
+        m_process.write("?");
+        while (!m_process.canReadLine()) {
+            if (!m_process.waitForReadyRead(-1))
+                qFatal("the service does not start");
+        }
+        const QList<QByteArray> words = m_process.readLine().simplified().split(' ');
+        return {words.value(0).toUShort(), words.value(1).toInt(), words.value(2).toLongLong()};
+    }
+
+    qint64 process() const { return m_process.processId(); }
+
+private:
+    QProcess m_process;
+};
+
+/// nginx over a folder of documents, set up as simply as it can be, with a process for each core.
+class Nginx
+{
+public:
+    Nginx(const QString &folder, const QString &documents)
+    {
+        {
+            QTcpServer free;
+            free.listen(QHostAddress::LocalHost, 0);
+            m_port = free.serverPort();
+        }
+        const QString user = ::geteuid() == 0 ? QStringLiteral("user root;\n") : QString();
+        const QString text =
+            user + QStringLiteral("daemon off; pid %1/nginx.pid; error_log %1/nginx.log;\n"
+                                  "worker_processes auto; worker_rlimit_nofile 8192;\n"
+                                  "events { worker_connections 4096; }\n"
+                                  "http { access_log off; keepalive_timeout 0; sendfile on;\n"
+                                  "client_body_temp_path %1/t; proxy_temp_path %1/t;\n"
+                                  "fastcgi_temp_path %1/t; uwsgi_temp_path %1/t; scgi_temp_path "
+                                  "%1/t;\n"
+                                  "server { listen 127.0.0.1:%2 backlog=2048; root %3; } }\n")
+                       .arg(folder)
+                       .arg(m_port)
+                       .arg(documents);
+        QFile file(folder + QStringLiteral("/nginx.conf"));
+        if (!file.open(QIODevice::WriteOnly) || file.write(text.toUtf8()) < 0)
+            qFatal("no room for nginx's settings");
+        file.close();
+        m_process.setProcessChannelMode(QProcess::ForwardedChannels);
+        m_process.start(QStringLiteral("nginx"), {QStringLiteral("-c"), file.fileName()});
+        if (!m_process.waitForStarted())
+            qFatal("nginx is missing: see scripts/packages.txt");
+        QThread::msleep(500);
+    }
+    ~Nginx()
+    {
+        m_process.terminate();
+        m_process.waitForFinished();
+    }
+    Nginx(const Nginx &) = delete;
+    Nginx &operator=(const Nginx &) = delete;
+
+    std::uint16_t port() const { return m_port; }
+    qint64 process() const { return m_process.processId(); }
+
+private:
+    QProcess m_process;
+    std::uint16_t m_port = 0;
+};
+
+/// The telephones of so many devices, spread over a list of `listed`.
+std::vector<LoadRequest> telephones(int count, int listed)
+{
+    std::vector<LoadRequest> requests;
+    for (int i = 0; i < count; ++i) {
+        const ContactInfo device = benchDevice(i * (listed / count));
+        requests.push_back({"GET /" + benchFileName(device).toLatin1() +
+                                " HTTP/1.1\r\nHost: pc\r\nUser-Agent: Velloran KTP1601\r\n\r\n",
+                            "<P35>" + device.sip_user_id.toLatin1() + "</P35>"});
+    }
+    return requests;
+}
+
+double median(std::vector<double> values)
+{
+    std::sort(values.begin(), values.end());
+    return values.at(values.size() / 2);
+}
+
+void tellFaults(const char *who, const LoadResult &result)
+{
+    if (result.faults > 0)
+        std::printf("    %s: %lld of %lld requests brought no whole right document\n", who,
+                    static_cast<long long>(result.faults),
+                    static_cast<long long>(result.faults + result.answers));
+}
+
+/// Answers a second, ours beside nginx's.
+void compareRates(const char *what, Service &service, const Nginx &nginx,
+                  const std::vector<LoadRequest> &requests, double seconds)
+{
+    const std::uint16_t port = service.report().port;
+    std::vector<double> ours;
+    std::vector<double> theirs;
+    std::vector<double> ownTime; // of the processor, for an answer
+    std::vector<double> otherTime;
+    for (int round = 0; round < rounds; ++round) {
+        const double ownBefore = processorTime(service.process());
+        const double otherBefore = processorTime(nginx.process());
+        const LoadResult own = playTelephones(port, requests, clients, seconds);
+        const LoadResult other = playTelephones(nginx.port(), requests, clients, seconds);
+        ownTime.push_back((processorTime(service.process()) - ownBefore) * 1e6 /
+                          static_cast<double>(own.answers));
+        otherTime.push_back((processorTime(nginx.process()) - otherBefore) * 1e6 /
+                            static_cast<double>(other.answers));
+        tellFaults("service", own);
+        tellFaults("nginx", other);
+        ours.push_back(own.perSecond());
+        theirs.push_back(other.perSecond());
+    }
+    const Report report = service.report();
+    std::printf(
+        "%-38s %6.0f answers/s, nginx %6.0f: ratio %.2f; processor %3.0f us each, nginx %3.0f; "
+        "longest silence %d ms\n",
+        what, median(ours), median(theirs), median(ours) / median(theirs), median(ownTime),
+        median(otherTime), report.silenceMs);
+    std::fflush(stdout);
+}
+
+void compareStorms(const QString &folder)
+{
+    const QString path = folder + QStringLiteral("/storm/");
+    const QString documents = path + QStringLiteral("HTTPD/MACCFG");
+    QDir().mkpath(documents);
+    Service service(path, stormDevices);
+    const std::uint16_t port = service.report().port;
+    const Nginx nginx(folder, documents);
+    const std::vector<LoadRequest> requests = telephones(stormDevices, stormDevices);
+
+    std::vector<double> missing;
+    for (int round = 0; round < rounds; ++round) {
+        QDir(documents).removeRecursively();
+        const LoadResult result = playTelephones(port, requests, stormClients);
+        tellFaults("service", result);
+        missing.push_back(result.seconds);
+    }
+    const Report first = service.report();
+    std::vector<double> present;
+    std::vector<double> theirs;
+    for (int round = 0; round < storms; ++round) {
+        const LoadResult own = playTelephones(port, requests, stormClients);
+        const LoadResult other = playTelephones(nginx.port(), requests, stormClients);
+        tellFaults("service", own);
+        tellFaults("nginx", other);
+        present.push_back(own.seconds);
+        theirs.push_back(other.seconds);
+    }
+    const Report last = service.report();
+    const double reference = median(theirs);
+    std::printf("10,000 different telephones, 200 at a time; nginx %.2f s:\n"
+                "  no document there yet                      %5.2f s, ratio %.2f; longest silence "
+                "%d ms, memory then %lld KiB\n"
+                "  all documents there                        %5.2f s, ratio %.2f; longest silence "
+                "%d ms, memory after %d more storms %lld KiB\n",
+                reference, median(missing), median(missing) / reference, first.silenceMs,
+                static_cast<long long>(first.memoryKiB), median(present),
+                median(present) / reference, last.silenceMs, storms,
+                static_cast<long long>(last.memoryKiB));
+    std::fflush(stdout);
+}
+
+void compareLists(const QString &folder, int devices, const char *what, double seconds)
+{
+    const QString path = folder + QStringLiteral("/%1/").arg(devices);
+    QDir().mkpath(path);
+    Service service(path, devices);
+    const std::vector<LoadRequest> requests = telephones(askedDevices, devices);
+    playTelephones(service.report().port, requests, clients); // has the documents made
+    const Nginx nginx(folder, path + QStringLiteral("HTTPD/MACCFG"));
+    service.report();
+    compareRates(what, service, nginx, requests, seconds);
+    if (devices > askedDevices)
+        return;
+    const IdleConnections idleHere(service.report().port, idleConnections);
+    const IdleConnections idleThere(nginx.port(), idleConnections);
+    QThread::sleep(3); // those for which there is no room have been turned away
+    compareRates("the same, 1,000 idle connections held", service, nginx, requests, seconds);
 }
 
 } // namespace
 
 int main(int argc, char *argv[])
 {
-    const QCoreApplication application(argc, argv);
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    const QApplication application(argc, argv);
     QLoggingCategory::setFilterRules(QStringLiteral("default.debug=false"));
-    const QString parent = QCoreApplication::arguments().value(1, QDir::tempPath());
-    const double few = measure(parent, 100);
-    const double many = measure(parent, 10000);
-    std::printf("10,000 devices against 100: %.2f times the time\n", many / few);
+    const QStringList arguments = QCoreApplication::arguments();
+    if (arguments.value(1) == QLatin1String("--serve"))
+        return serve(arguments.value(2), arguments.value(3).toInt());
+    const QTemporaryDir folder(arguments.value(1, QDir::tempPath()) +
+                               QStringLiteral("/bench-XXXXXX"));
+    const double seconds = arguments.value(2, QStringLiteral("2")).toDouble();
+    rlimit limit{};
+    getrlimit(RLIMIT_NOFILE, &limit);
+    limit.rlim_cur = std::min<rlim_t>(limit.rlim_max, 8192);
+    setrlimit(RLIMIT_NOFILE, &limit);
+
+    compareLists(folder.path(), askedDevices, "32 clients, 1,000 devices", seconds);
+    compareLists(folder.path(), 100000, "32 clients, 100,000 devices", seconds);
+    compareStorms(folder.path());
     return 0;
 }

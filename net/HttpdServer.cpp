@@ -155,8 +155,16 @@ void HttpdServer::addReport(const QString &report)
         m_reports.removeFirst();
     m_reports.append(report);
     if (m_reports.size() == 1)
-        QMetaObject::invokeMethod(
-            &m_reportTimer, [this] { m_reportTimer.start(); }, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(this, &HttpdServer::emitSoon, Qt::QueuedConnection);
+}
+
+/// At once, unless some have been emitted just now.
+void HttpdServer::emitSoon()
+{
+    if (m_reportTimer.isActive())
+        return;
+    emitReports();
+    m_reportTimer.start();
 }
 
 void HttpdServer::emitReports()

@@ -60,6 +60,7 @@ private:
     HttpdThread *startThread();
     void makeRoomForDescriptors();
     void addReport(const QString &report);
+    void emitSoon();
     void emitReports();
 
     ProvisioningSource &m_source;
