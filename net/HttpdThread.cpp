@@ -47,7 +47,7 @@ bool isEmptyLine(const QString &line)
     return line == QLatin1String("\r\n") || line == QLatin1String("\n");
 }
 
-QString answerHeader()
+QByteArray makeAnswerHeader()
 {
     // Telephones expect English names, whatever language the system speaks.
     const QString now = QLocale::c().toString(QDateTime::currentDateTime(),
@@ -58,7 +58,8 @@ QString answerHeader()
                           "Accept-Ranges: bytes\r\n"
                           "Content-Type: application/xml\r\n"
                           "\r\n")
-        .arg(now);
+        .arg(now)
+        .toUtf8();
 }
 
 } // namespace
@@ -281,12 +282,23 @@ void HttpdThread::sendFile(const QString &path, std::unique_lock<std::mutex> nam
     touch();
     if (!change(State::Busy, State::Idle))
         return;
-    m_socket->write(answerHeader().toUtf8() + body.toUtf8());
+    m_socket->write(answerHeader() + body.toUtf8());
     m_socket->flush();
     closeSocket();
     // Direct: the socket is this thread's.
     connect(m_socket, &QTcpSocket::bytesWritten, this, &HttpdThread::disCurrentSocket,
             Qt::DirectConnection);
+}
+
+/// Made once a second: for the local time the system asks its files, and has one lock for all.
+QByteArray HttpdThread::answerHeader()
+{
+    const qint64 second = QDateTime::currentSecsSinceEpoch();
+    if (second != m_headerSecond) {
+        m_header = makeAnswerHeader();
+        m_headerSecond = second;
+    }
+    return m_header;
 }
 
 void HttpdThread::closeSocket()

@@ -2,6 +2,7 @@
 
 #include "net/ConnectionHandle.h"
 
+#include <QByteArray>
 #include <QMutex>
 #include <QString>
 #include <QTcpSocket>
@@ -84,6 +85,7 @@ private:
     void sendFile(const QString &path, std::unique_lock<std::mutex> nameLock);
     template <typename Condition>
     bool waitFor(int timeout, Condition condition);
+    QByteArray answerHeader();
     void closeSocket();
     bool change(State from, State to);
     void touch();
@@ -93,6 +95,8 @@ private:
     QMutex *m_mutex;
     QString m_baseDir;
     QString m_mac;
+    QByteArray m_header;       ///< of an answer
+    qint64 m_headerSecond = 0; ///< since 1970, in which it was made
 
     ConnectionPool &m_pool;
     ProvisioningSource &m_source;
