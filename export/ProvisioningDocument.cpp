@@ -33,6 +33,9 @@ struct AddressGroup
     int firstElement; ///< number of the first of four consecutive elements
 };
 
+/// No document that real settings make is larger; spares growing it piece by piece.
+constexpr int usualSize = 4096;
+
 constexpr int staticIpElement = 8;
 constexpr AddressGroup ipGroup = {&ContactInfo::ip, 9};
 constexpr std::array<AddressGroup, 5> addressGroups = {{
@@ -123,6 +126,7 @@ QByteArray provisioningDocument(const ContactInfo &device, const AccountElements
     const QString version = QStringLiteral("version");
     const QString one = QStringLiteral("1");
     QByteArray document;
+    document.reserve(usualSize);
     QXmlStreamWriter xml(&document);
     xml.setAutoFormatting(true);
     xml.writeStartDocument();

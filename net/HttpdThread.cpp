@@ -5,6 +5,7 @@
 #include "net/ConnectionPool.h"
 #include "net/DocumentFolder.h"
 #include "net/HttpRequest.h"
+#include "net/NoEventDispatcher.h"
 #include "net/PrintableText.h"
 #include "net/SocketPlatform.h"
 
@@ -74,6 +75,7 @@ HttpdThread::HttpdThread(ConnectionPool &pool, ProvisioningSource &source, const
 {
     // Under the name by which the signal declares it, so that it can be queued.
     qRegisterMetaType<QTcpSocket::SocketError>("QTcpSocket::SocketError");
+    setEventDispatcher(new NoEventDispatcher); // the thread's from its start, which deletes it
 }
 
 HttpdThread::~HttpdThread()
