@@ -96,10 +96,11 @@ void DocumentFolder::keepBound(const std::function<int()> &deviceCount,
         return;
     const int devices = std::min(deviceCount(), std::numeric_limits<int>::max() / 8);
     const int bound = std::max(usualBound, documentsPerDevice * devices);
-    if (m_count <= bound || m_removing.exchange(true))
-        return;
-    removeBeyond(bound, stop);
-    m_removing = false;
+    // Again for what others, who found this thread at it, added meanwhile.
+    while (m_count > bound && !stop() && !m_removing.exchange(true)) {
+        removeBeyond(bound, stop);
+        m_removing = false;
+    }
 }
 
 void DocumentFolder::removeBeyond(int bound, const std::function<bool()> &stop)

@@ -13,7 +13,7 @@ using std::chrono::milliseconds;
 /// How often the line is looked after; a fraction of what a telephone would notice.
 constexpr milliseconds lookInterval{5};
 
-/// How long to wait, when the system refuses to accept, before trying again.
+/// How long to wait, when nothing can be accepted, before trying again.
 constexpr milliseconds retryInterval{50};
 
 /// Connections accepted in a row at most, so that a flood does not keep the line from being looked
@@ -68,10 +68,12 @@ void HttpdDoor::run()
     }
 }
 
-/// False when the system refuses.
+/// False when there is something to accept that cannot be.
 bool HttpdDoor::acceptAll()
 {
     for (int i = 0; i < batch && !m_stopped; ++i) {
+        if (!m_calls.canAccept())
+            return false;
         std::intptr_t descriptor = -1;
         switch (SocketPlatform::accept(m_listener, descriptor)) {
         case SocketPlatform::Accept::Done:

@@ -16,10 +16,11 @@ public:
     /// What happens here; called on this thread.
     struct Calls
     {
+        std::function<bool()> canAccept; ///< false when there is nothing left to serve one with
         std::function<void(std::intptr_t descriptor)> accepted; ///< takes the connection over
         std::function<bool()> hasWaiting;    ///< true while `lookAfterLine` has something to do
         std::function<void()> lookAfterLine; ///< every few milliseconds then
-        std::function<void()> shortage;      ///< the system refuses: make room
+        std::function<void()> shortage;      ///< nothing can be accepted: make room
     };
 
     /// Accepts from this listening descriptor, which stays the caller's.

@@ -8,8 +8,8 @@
 
 namespace {
 
-/// What one connection opens: the socket, the handle on it, the thread's wake-up, a file.
-constexpr qint64 descriptorsPerConnection = 4;
+/// What one connection opens: the socket, the handle on it, a file.
+constexpr qint64 descriptorsPerConnection = 3;
 
 /// For each that is served so many may wait, with a descriptor each.
 constexpr int waitingPerConnection = 2;
@@ -17,15 +17,12 @@ constexpr int waitingPerConnection = 2;
 /// What is left to the rest of the program.
 constexpr qint64 descriptorsElsewhere = 256;
 
-/// A thread is started only when this many descriptors are free, for it and for those that are just
-/// starting: one that cannot get its wake-up descriptor ends the whole process.
-constexpr int descriptorReserve = 32;
+/// A connection is accepted only when this many descriptors are free, as without any for the files
+/// it would go without its answer.
+constexpr int descriptorReserve = 16;
 
 /// Connections that the system holds until they are accepted.
 constexpr int backlog = 2048;
-
-/// Between two connections that are dropped for their descriptors.
-constexpr std::chrono::milliseconds roomInterval{50};
 
 /// Milliseconds for which reports are gathered: soon for the eye, seldom for the event loop.
 constexpr int reportInterval = 100;
@@ -75,10 +72,11 @@ bool HttpdServer::listen(const QHostAddress &address, quint16 port)
     pauseAccepting(); // the door accepts
     SocketPlatform::setBacklog(socketDescriptor(), backlog);
     HttpdDoor::Calls calls;
+    calls.canAccept = [] { return SocketPlatform::canOpen(descriptorReserve); };
     calls.accepted = [this](std::intptr_t descriptor) { incomingConnection(descriptor); };
     calls.hasWaiting = [this] { return m_pool.hasWaiting(); };
     calls.lookAfterLine = [this] { startThreads(m_pool.lookAfterLine()); };
-    calls.shortage = [this] { makeRoomForDescriptors(); };
+    calls.shortage = [this] { m_pool.dropLongestIdle(); };
     m_door = std::make_unique<HttpdDoor>(socketDescriptor(), std::move(calls));
     if (m_door->isUsable()) {
         m_door->start();
@@ -111,14 +109,8 @@ void HttpdServer::incomingConnection(qintptr socketDescriptor)
 
 void HttpdServer::startThreads(int count)
 {
-    for (; count > 0; --count) {
-        if (SocketPlatform::canOpen(descriptorReserve)) {
-            m_pool.started(startThread());
-        } else {
-            m_pool.started(nullptr);
-            makeRoomForDescriptors();
-        }
-    }
+    for (; count > 0; --count)
+        m_pool.started(startThread());
 }
 
 /// Null when the system has no room for another thread.
@@ -135,16 +127,6 @@ HttpdThread *HttpdServer::startThread()
         return thread;
     thread->deleteLater();
     return nullptr;
-}
-
-/// Not at each call: those that were dropped take a moment to end.
-void HttpdServer::makeRoomForDescriptors()
-{
-    const auto now = std::chrono::steady_clock::now();
-    if (now < m_nextRoom)
-        return;
-    m_pool.dropLongestIdle();
-    m_nextRoom = now + roomInterval;
 }
 
 /// On a connection thread.

@@ -7,7 +7,6 @@
 #include <QTcpServer>
 #include <QTimer>
 
-#include <chrono>
 #include <memory>
 #include <mutex>
 
@@ -58,7 +57,6 @@ protected:
 private:
     void startThreads(int count);
     HttpdThread *startThread();
-    void makeRoomForDescriptors();
     void addReport(const QString &report);
     void emitSoon();
     void emitReports();
@@ -68,7 +66,6 @@ private:
     DocumentFolder m_folder;
     ConnectionPool m_pool;
     std::unique_ptr<HttpdDoor> m_door;
-    std::chrono::steady_clock::time_point m_nextRoom; ///< the door thread's
     std::mutex m_reportMutex;
     QStringList m_reports; ///< guarded by m_reportMutex
     QTimer m_reportTimer;

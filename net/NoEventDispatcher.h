@@ -2,8 +2,8 @@
 
 #include <QAbstractEventDispatcher>
 
-/// Stands where a thread without an event loop would have its event dispatcher. Nobody is ever woken
-/// by it, so it costs neither a descriptor a thread nor system calls for each socket.
+/// Stands where a thread without an event loop would have its event dispatcher. Nobody is ever
+/// woken by it, so it costs neither a descriptor a thread nor system calls for each socket.
 class NoEventDispatcher : public QAbstractEventDispatcher
 {
 public:
@@ -17,7 +17,10 @@ public:
     QList<TimerInfo> registeredTimers(QObject *) const override { return {}; }
     int remainingTime(int) override { return 0; }
 #ifdef Q_OS_WIN
-    bool registerEventNotifier(QWinEventNotifier *) override { return false; }
+    bool registerEventNotifier(QWinEventNotifier *) override
+    {
+        return false;
+    }
     void unregisterEventNotifier(QWinEventNotifier *) override {}
 #endif
     void wakeUp() override {}

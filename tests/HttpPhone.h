@@ -3,18 +3,15 @@
 #include "TestSocket.h"
 #include "model/ExportType.h"
 #include "model/ProvisioningSource.h"
+#include "model/WholeFile.h"
 
 #include <QByteArray>
-#include <QElapsedTimer>
 #include <QFile>
-#include <QSaveFile>
 #include <QStringList>
 #include <QTest>
 
-#include <cerrno>
 #include <chrono>
 #include <condition_variable>
-#include <future>
 #include <mutex>
 #include <thread>
 #include <utility>
@@ -41,17 +38,18 @@ public:
         }
         if (fileName.contains(QLatin1String("unknown")))
             return false;
-        QSaveFile file(folder + QLatin1Char('/') + fileName);
-        if (!file.open(QIODevice::WriteOnly))
-            return false;
-        file.write(document(type, fileName));
-        const bool written = file.commit();
+        const QString path = folder + QLatin1Char('/') + fileName;
+        const bool written =
+            bool(writeWholeFile(path, document(type, fileName), Durability::Replaced));
         if (fileName.contains(QLatin1String("vanishing")))
-            QFile::remove(folder + QLatin1Char('/') + fileName);
-        // Room for another telephone's document to slip in before this one is read.
-        std::this_thread::sleep_for(std::chrono::milliseconds(2));
+            QFile::remove(path);
+        const std::lock_guard<std::mutex> disk(m_disk);
+        std::this_thread::sleep_for(m_writeTime);
         return written;
     }
+
+    /// The disk takes so long for a document, one after the other. Before the first request.
+    void setWriteTime(std::chrono::milliseconds time) { m_writeTime = time; }
 
     int deviceCount() const override { return 0; }
 
@@ -89,16 +87,22 @@ private:
     int m_saves = 0;
     QStringList m_exports;
     QString m_held;
+    std::mutex m_disk;
+    std::chrono::milliseconds m_writeTime{0};
 };
 
 /// A client's end of a connection, on plain sockets so that each byte and each kind of end shows.
 class Phone
 {
 public:
-    explicit Phone(quint16 port)
+    /// The last number of its address, 127.0.0.x, tells the telephone's host.
+    explicit Phone(quint16 port, int host = 1)
         : m_socket(TestSocket::open())
     {
-        connectTo(port);
+        const auto local = address(0, host);
+        ::bind(m_socket, &local, sizeof local);
+        const auto server = address(port, 1);
+        m_connected = ::connect(m_socket, &server, sizeof server) == 0;
     }
     ~Phone()
     {
@@ -148,50 +152,34 @@ public:
     bool hasNews() const { return TestSocket::hasInput(m_socket); }
 
 private:
-    void connectTo(quint16 port)
+    static sockaddr address(quint16 port, int host)
     {
         sockaddr_in address{};
         address.sin_family = AF_INET;
         address.sin_port = htons(port);
-        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        address.sin_addr.s_addr = htonl((INADDR_LOOPBACK & ~255U) | static_cast<unsigned>(host));
         sockaddr generic{};
         static_assert(sizeof generic == sizeof address);
         memcpy(&generic, &address, sizeof address);
-        m_connected = ::connect(m_socket, &generic, sizeof generic) == 0;
+        return generic;
     }
 
     TestSocket::Handle m_socket;
     bool m_connected = false;
 };
 
-/// Does the work on a thread of its own while this one's event loop runs.
-template <typename Work>
-auto inBackground(Work work, int timeout = 60000)
-{
-    auto result = std::async(std::launch::async, std::move(work));
-    QElapsedTimer timer;
-    timer.start();
-    while (result.wait_for(std::chrono::seconds(0)) != std::future_status::ready) {
-        if (timer.elapsed() > timeout)
-            qFatal("a client waited too long");
-        QTest::qWait(1);
-    }
-    return result.get();
-}
-
 inline QByteArray request(const QByteArray &name, const QByteArray &agent)
 {
     return "GET /" + name + " HTTP/1.1\r\nHost: pc\r\nUser-Agent: " + agent + "\r\n\r\n";
 }
 
-/// What the server answers to these bytes. The event loop runs meanwhile.
+/// What the server answers to these bytes, while nothing else happens on this thread: telephones
+/// are served also when the GUI thread is busy.
 inline QByteArray ask(quint16 port, const QByteArray &bytes, bool *reset = nullptr)
 {
-    return inBackground([=] {
-        Phone phone(port);
-        phone.send(bytes);
-        return phone.receiveAll(reset);
-    });
+    Phone phone(port);
+    phone.send(bytes);
+    return phone.receiveAll(reset);
 }
 
 inline QByteArray bodyOf(const QByteArray &answer)

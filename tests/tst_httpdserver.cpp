@@ -3,6 +3,8 @@
 #include "net/HttpdServer.h"
 
 #include <QDir>
+#include <QElapsedTimer>
+#include <QScopeGuard>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 
@@ -12,6 +14,7 @@
 #endif
 
 #include <ctime>
+#include <future>
 
 /// The server over real connections: what is on the wire, what happens to clients that do not
 /// behave, and how it ends.
@@ -36,6 +39,9 @@ private slots:
     void namesDoNotWaitForEachOther();
     void manyTelephonesAtOnce();
     void idleClientsMakeRoom();
+    void hostileHost_data();
+    void hostileHost();
+    void folderHasABound();
     void outOfDescriptors();
     void stopWithOpenConnections();
     void destroyWhileGenerating();
@@ -87,27 +93,29 @@ constexpr qint64 soon = 10000;
 
 const char docName[] = "cfg0200a7aabbcc.xml";
 
-int entryCount(const char *folder)
+int entryCount(const QString &folder)
 {
-    return QDir(QLatin1String(folder))
-        .entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot)
-        .size();
+    return QDir(folder).entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot).size();
 }
 
 int threadCount()
 {
-    return entryCount("/proc/self/task");
+    return entryCount(QStringLiteral("/proc/self/task"));
 }
 
-std::vector<Phone> connectMany(quint16 port, int count)
+[[maybe_unused]] int descriptorCount()
 {
-    return inBackground([=] {
-        std::vector<Phone> phones;
-        phones.reserve(static_cast<std::size_t>(count));
-        for (int i = 0; i < count; ++i)
-            phones.emplace_back(port);
-        return phones;
-    });
+    return entryCount(QStringLiteral("/proc/self/fd"));
+}
+
+/// From so many hosts by turns, the first of them 127.0.0.`firstHost`.
+std::vector<Phone> connectMany(quint16 port, int count, int firstHost = 1, int hosts = 1)
+{
+    std::vector<Phone> phones;
+    phones.reserve(static_cast<std::size_t>(count));
+    for (int i = 0; i < count; ++i)
+        phones.emplace_back(port, firstHost + i % hosts);
+    return phones;
 }
 
 [[maybe_unused]] double cpuSeconds()
@@ -213,7 +221,7 @@ void TestHttpdServer::noAnswer()
     QVERIFY(!reset);
     QVERIFY(timer.elapsed() < soon);
     QTEST(m_source->exports().size(), "exports");
-    // The report is posted before the connection is closed.
+    // The report is on its way before the connection is closed.
     QCoreApplication::processEvents();
     QCOMPARE(reports.size(), reported ? 1 : 0);
 
@@ -237,16 +245,14 @@ void TestHttpdServer::requestInSegments()
 {
     // The second client has closed its end, and never sends the empty line.
     for (const char *end : {"K715\r\n\r\n", "K715\r\n"}) {
-        const QByteArray answer = inBackground([this, end] {
-            Phone phone(m_port);
-            for (const char *part :
-                 {"GET /cfg0200a7", "aabbcc.xml HTTP/1.1\r\nHost: x\r", "\nUser-Agent: D", end}) {
-                phone.send(part);
-                std::this_thread::sleep_for(std::chrono::milliseconds(20));
-            }
-            phone.endInput();
-            return phone.receiveAll();
-        });
+        Phone phone(m_port);
+        for (const char *part :
+             {"GET /cfg0200a7", "aabbcc.xml HTTP/1.1\r\nHost: x\r", "\nUser-Agent: D", end}) {
+            phone.send(part);
+            std::this_thread::sleep_for(std::chrono::milliseconds(20));
+        }
+        phone.endInput();
+        const QByteArray answer = phone.receiveAll();
         QCOMPARE(bodyOf(answer), FakeSource::document(CordlessXml, QLatin1String(docName)));
     }
 }
@@ -283,17 +289,16 @@ void TestHttpdServer::slowClientIsClosed()
 {
     QElapsedTimer timer;
     timer.start();
-    inBackground([this] {
-        Phone phone(m_port);
-        while (!phone.hasNews() && phone.send("G"))
-            std::this_thread::sleep_for(std::chrono::milliseconds(100));
-        return true;
-    });
+    Phone phone(m_port);
+    while (!phone.hasNews() && phone.send("G"))
+        std::this_thread::sleep_for(std::chrono::milliseconds(100));
     QVERIFY(timer.elapsed() < soon);
 }
 
 void TestHttpdServer::oneNameTwoFamilies()
 {
+    // Room for the other telephone's document to slip in before this one is read.
+    m_source->setWriteTime(std::chrono::milliseconds(2));
     const auto fetch = [this](const char *agent, int type) {
         int right = 0;
         for (int i = 0; i < 30; ++i) {
@@ -304,12 +309,9 @@ void TestHttpdServer::oneNameTwoFamilies()
         }
         return right;
     };
-    const int right = inBackground([&] {
-        auto cordless = std::async(std::launch::async, fetch, "DK715", 14);
-        const int desk = fetch("KTP2140", 13);
-        return desk + cordless.get();
-    });
-    QCOMPARE(right, 60);
+    auto cordless = std::async(std::launch::async, fetch, "DK715", CordlessXml);
+    const int desk = fetch("KTP2140", DeskPhoneXml);
+    QCOMPARE(desk + cordless.get(), 60);
 }
 
 void TestHttpdServer::namesDoNotWaitForEachOther()
@@ -329,51 +331,102 @@ void TestHttpdServer::namesDoNotWaitForEachOther()
                               [](const Phone &phone) { return phone.hasNews(); }) >= 4);
     QVERIFY(!held.hasNews());
     m_source->hold(QString());
-    QVERIFY(!inBackground([&] { return held.receiveAll(); }).isEmpty());
+    QVERIFY(!held.receiveAll().isEmpty());
 }
 
 void TestHttpdServer::manyTelephonesAtOnce()
 {
     // More than may be served at a time: all are real, so none is turned away.
     const int count = HttpdServer::maxConnections + 100;
-    const int answered = inBackground(
-        [=] {
-            std::vector<Phone> phones;
-            for (int i = 0; i < count; ++i) {
-                phones.emplace_back(m_port);
-                phones.back().send(request("cfg" + QByteArray::number(i % 50) + ".xml", "KTP"));
-            }
-            int right = 0;
-            for (int i = 0; i < count; ++i) {
-                const QString name = QStringLiteral("cfg%1.xml").arg(i % 50);
-                if (bodyOf(phones[static_cast<std::size_t>(i)].receiveAll()) ==
-                    FakeSource::document(DeskPhoneXml, name))
-                    ++right;
-            }
-            return right;
-        },
-        30000);
+    std::vector<Phone> phones = connectMany(m_port, count);
+    for (int i = 0; i < count; ++i)
+        phones[static_cast<std::size_t>(i)].send(
+            request("cfg" + QByteArray::number(i % 50) + ".xml", "KTP"));
+    int answered = 0;
+    for (int i = 0; i < count; ++i) {
+        const QString name = QStringLiteral("cfg%1.xml").arg(i % 50);
+        if (bodyOf(phones[static_cast<std::size_t>(i)].receiveAll()) ==
+            FakeSource::document(DeskPhoneXml, name))
+            ++answered;
+    }
     QCOMPARE(answered, count);
 }
 
 void TestHttpdServer::idleClientsMakeRoom()
 {
     const int threadsBefore = threadCount();
-    const std::vector<Phone> idle = connectMany(m_port, 1000);
+    const std::vector<Phone> idle = connectMany(m_port, 1000, 2, 10);
     QVERIFY(std::all_of(idle.begin(), idle.end(), [](const Phone &p) { return p.isConnected(); }));
 
     const QByteArray answer = ask(m_port, request(docName, "KTP"));
     QCOMPARE(bodyOf(answer), FakeSource::document(DeskPhoneXml, QLatin1String(docName)));
 
     // The oldest have gone, the newest are still there: nobody waited for their time to run out.
-    // Threads that have just ended take a moment to leave the system.
-    QTRY_VERIFY(threadCount() - threadsBefore <= HttpdServer::maxConnections);
-    QTRY_VERIFY(idle.front().hasNews());
+    const auto open = [&] {
+        return std::count_if(idle.begin(), idle.end(),
+                             [](const Phone &phone) { return !phone.hasNews(); });
+    };
+    QTRY_VERIFY(open() <= HttpdServer::maxConnections);
+    QVERIFY(open() >= HttpdServer::maxConnections - 2);
+    QVERIFY(idle.front().hasNews());
     QVERIFY(!idle.back().hasNews());
-    const auto open = std::count_if(idle.begin(), idle.end(),
-                                    [](const Phone &phone) { return !phone.hasNews(); });
-    QVERIFY(open <= HttpdServer::maxConnections);
-    QVERIFY(open >= HttpdServer::maxConnections - 2);
+    QVERIFY(threadCount() - threadsBefore <= HttpdServer::maxConnections);
+}
+
+void TestHttpdServer::hostileHost_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::newRow("holds connections") << QByteArray();
+    QTest::newRow("asks at once for what is slow to write") << request("cfg%1.xml", "KTP");
+    QTest::newRow("asks at once for the telephone's document") << request(docName, "DK715");
+}
+
+void TestHttpdServer::hostileHost()
+{
+    QFETCH(QByteArray, bytes);
+    m_source->setWriteTime(std::chrono::milliseconds(20));
+    std::vector<Phone> hostile = connectMany(m_port, 900);
+    int number = 0;
+    for (Phone &phone : hostile)
+        phone.send(QByteArray(bytes).replace("%1", QByteArray::number(++number)));
+    QElapsedTimer timer;
+    timer.start();
+    Phone phone(m_port, 2);
+    phone.send(request(docName, "KTP"));
+    const QByteArray answer = phone.receiveAll();
+    QVERIFY2(timer.elapsed() < 1000, qPrintable(QString::number(timer.elapsed())));
+    QCOMPARE(bodyOf(answer), FakeSource::document(DeskPhoneXml, QLatin1String(docName)));
+}
+
+void TestHttpdServer::folderHasABound()
+{
+    const QString folder = m_folder->filePath(QStringLiteral("HTTPD/MACCFG/"));
+    const auto document = [&](int number) {
+        return folder + QStringLiteral("cfg%1.xml").arg(number, 12, 10, QLatin1Char('0'));
+    };
+    QDir().mkpath(folder);
+    for (int i = 0; i < 1200; ++i) {
+        QFile file(document(i));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        QVERIFY(file.setFileTime(QDateTime::currentDateTime().addDays(-1).addSecs(i),
+                                 QFileDevice::FileModificationTime));
+    }
+    ask(m_port, request("cfg0a.xml", "KTP"));
+    QTRY_VERIFY(entryCount(folder) <= 1000);
+    QVERIFY(!QFile::exists(folder + QStringLiteral("cfg0a.xml"))); // the only odd one
+    QVERIFY(!QFile::exists(document(0)));
+    QVERIFY(QFile::exists(document(1199)));
+
+    int number = 0;
+    while (number < 2000) {
+        std::vector<Phone> phones = connectMany(m_port, 100);
+        for (Phone &phone : phones)
+            phone.send(request("cfg0a.xml" + QByteArray::number(++number), "KTP"));
+        for (Phone &phone : phones)
+            QVERIFY(phone.receiveAll().startsWith("HTTP/1.0 200 Ok"));
+        QTRY_VERIFY(entryCount(folder) <= 1000);
+    }
+    QVERIFY(QFile::exists(document(1199)));
 }
 
 void TestHttpdServer::outOfDescriptors()
@@ -386,34 +439,35 @@ void TestHttpdServer::outOfDescriptors()
     rlimit small = original;
     small.rlim_cur = 400;
     QCOMPARE(setrlimit(RLIMIT_NOFILE, &small), 0);
-
-    const int openBefore = entryCount("/proc/self/fd");
-    std::vector<Phone> idle = connectMany(m_port, 30);
-    // Of each connection the client's end, and the server's socket, handle and wake-up.
-    QTRY_VERIFY(entryCount("/proc/self/fd") >= openBefore + 4 * 30);
-    Phone late(m_port);
-    late.send(request(docName, "KTP"));
-    // From here on the process has no descriptor left, while a connection waits to be accepted.
     std::vector<int> fillers;
+    const auto restore = qScopeGuard([&] {
+        for (const int fd : fillers)
+            ::close(fd);
+        setrlimit(RLIMIT_NOFILE, &original);
+    });
+
+    const int openBefore = descriptorCount();
+    const std::vector<Phone> idle = connectMany(m_port, 30);
+    // Of each connection the client's end, and the server's socket and handle.
+    QTRY_VERIFY(descriptorCount() >= openBefore + 3 * 30);
     for (int fd = 0; (fd = ::open("/dev/null", O_RDONLY | O_CLOEXEC)) >= 0;)
         fillers.push_back(fd);
+    // The last descriptor: now a connection waits that cannot be accepted.
+    ::close(fillers.back());
+    fillers.pop_back();
+    Phone late(m_port);
+    late.send(request(docName, "KTP"));
 
-    QSignalSpy refused(m_server.get(), &QTcpServer::acceptError);
     QElapsedTimer timer;
     const double cpu = cpuSeconds();
     timer.start();
     // Idle clients give way until there is enough for the telephone.
     QTRY_VERIFY(late.hasNews());
     const double load = (cpuSeconds() - cpu) * 1000 / static_cast<double>(timer.elapsed());
+    QVERIFY2(timer.elapsed() >= 40, "the shortage is not one");
     QVERIFY2(load < 0.5, qPrintable(QString::number(load)));
-    QVERIFY(!refused.isEmpty());
-    QVERIFY2(refused.size() <= 15, qPrintable(QString::number(refused.size())));
     QVERIFY(late.receiveAll().startsWith("HTTP/1.0 200 Ok"));
     QVERIFY(!idle.back().hasNews());
-
-    for (const int fd : fillers)
-        ::close(fd);
-    setrlimit(RLIMIT_NOFILE, &original);
 #endif
 }
 

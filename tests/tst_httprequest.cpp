@@ -1,6 +1,9 @@
 #include "net/HttpRequest.h"
+#include "net/PrintableText.h"
 
 #include <QTest>
+
+#include <array>
 
 class TestHttpRequest : public QObject
 {
@@ -9,6 +12,7 @@ class TestHttpRequest : public QObject
 private slots:
     void parse_data();
     void parse();
+    void unsafeNames();
 };
 
 namespace {
@@ -83,6 +87,22 @@ void TestHttpRequest::parse()
     QTEST(request.product, "product");
     QTEST(request.mac, "mac");
     QTEST(request.namesDocument(), "namesDocument");
+}
+
+void TestHttpRequest::unsafeNames()
+{
+    HttpRequest request;
+    request.fileName = QStringLiteral("cfg0a.xml.x y");
+    QVERIFY(request.hasSafeFileName());
+    for (const char *end :
+         {"/", "\\", "..a", ":a", "*", "?", "\"", "<", ">", "|", "\x1f", "\n", ".", " "}) {
+        request.fileName = QStringLiteral("cfg0a.xml") + QString::fromLatin1(end);
+        QVERIFY2(!request.hasSafeFileName(), end);
+    }
+    // Nor may a name forge lines of the report, or turn them round.
+    const std::array<ushort, 9> sent = {'\r', '\n', 0x85, 0x2028, 0x202e, 0x2066, 'a', ' ', 0x4e2d};
+    QCOMPARE(printableText(QString::fromUtf16(sent.data(), 9)),
+             QString(6, QChar::ReplacementCharacter) + QStringLiteral("a \u4e2d"));
 }
 
 QTEST_GUILESS_MAIN(TestHttpRequest)
