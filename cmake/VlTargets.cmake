@@ -34,12 +34,13 @@ target_compile_definitions(vl_options INTERFACE
 if(VL_SANITIZE)
     target_compile_options(vl_options INTERFACE -fsanitize=${VL_SANITIZE} -fno-omit-frame-pointer -g)
     target_link_options(vl_options INTERFACE -fsanitize=${VL_SANITIZE})
+    # Qt's own checks of how it is used as well, which release builds leave out.
+    target_compile_definitions(vl_options INTERFACE QT_FORCE_ASSERTS)
 endif()
 if(VL_FUZZ)
     # A fuzzer notices only what ends the process.
     target_compile_options(vl_options INTERFACE
         -fsanitize=fuzzer-no-link -fno-sanitize-recover=undefined)
-    target_compile_definitions(vl_options INTERFACE QT_FORCE_ASSERTS)
 endif()
 
 # vl_plugins(<executable>): of a static Qt, the plugins that the program uses, and the
