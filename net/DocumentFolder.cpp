@@ -40,6 +40,11 @@ void makePrivate(const QString &path)
         QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
 }
 
+qint64 changeTime(const QFileInfo &file)
+{
+    return file.lastModified().toMSecsSinceEpoch();
+}
+
 std::vector<Document> documentsIn(const QString &path)
 {
     std::vector<Document> documents;
@@ -72,9 +77,36 @@ void DocumentFolder::make() const
     makePrivate(m_path);
 }
 
+bool DocumentFolder::isCurrent(const QString &fileName, const Origin &origin)
+{
+    if (origin.version == 0)
+        return false;
+    Known known{};
+    {
+        const std::lock_guard<std::mutex> guard(m_knownMutex);
+        known = m_known.value(fileName);
+    }
+    if (known.origin.version != origin.version || known.origin.type != origin.type)
+        return false;
+    const QFileInfo file(filePath(fileName));
+    return file.isFile() && file.size() == known.size && changeTime(file) == known.time;
+}
+
 bool DocumentFolder::has(const QString &fileName) const
 {
-    return QFileInfo::exists(m_path + QLatin1Char('/') + fileName);
+    return QFileInfo::exists(filePath(fileName));
+}
+
+void DocumentFolder::written(const QString &fileName, const Origin &origin, bool isNew)
+{
+    if (isNew)
+        ++m_count;
+    if (origin.version == 0)
+        return;
+    const QFileInfo file(filePath(fileName));
+    const Known known{origin, changeTime(file), file.size()};
+    const std::lock_guard<std::mutex> guard(m_knownMutex);
+    m_known.insert(fileName, known);
 }
 
 bool DocumentFolder::isUsualName(const QString &fileName)
@@ -122,5 +154,7 @@ void DocumentFolder::remove(const QString &fileName)
     // A document in the making has its name with an ending of its own, and its lock.
     const bool isWhole = fileName.endsWith(QLatin1String(".xml"));
     const auto nameLock = lock(isWhole ? fileName : fileName.section(QLatin1Char('.'), 0, -2));
-    QFile::remove(m_path + QLatin1Char('/') + fileName);
+    QFile::remove(filePath(fileName));
+    const std::lock_guard<std::mutex> guard(m_knownMutex);
+    m_known.remove(fileName);
 }

@@ -2,6 +2,7 @@
 
 #include "net/FileNameLocks.h"
 
+#include <QHash>
 #include <QString>
 
 #include <atomic>
@@ -26,9 +27,19 @@ public:
 
     /// Waits for the name's lock, under which its document is written, read and removed.
     std::unique_lock<std::mutex> lock(const QString &fileName) { return m_locks.lock(fileName); }
+
+    /// What a document was made of.
+    struct Origin
+    {
+        int type = 0;        ///< the export's
+        quint64 version = 0; ///< the list's, or 0 for one that must not be used again
+    };
+    /// True when the document was made of just that and nobody has touched it since. Under the
+    /// name's lock, as the next two.
+    bool isCurrent(const QString &fileName, const Origin &origin);
     bool has(const QString &fileName) const;
-    /// A document that was not here before has been written.
-    void added() { ++m_count; }
+    /// A document was written; `isNew` when there was none of this name.
+    void written(const QString &fileName, const Origin &origin, bool isNew);
 
     /// Removes documents beyond the bound; at once when there are none, or when another thread is
     /// at it. Takes a while; holds no lock but, one after the other, those of the names removed.
@@ -38,6 +49,14 @@ public:
     static bool isUsualName(const QString &fileName);
 
 private:
+    struct Known
+    {
+        Origin origin;
+        qint64 time; ///< the file's last change
+        qint64 size;
+    };
+
+    QString filePath(const QString &fileName) const { return m_path + QLatin1Char('/') + fileName; }
     void removeBeyond(int bound, const std::function<bool()> &stop);
     void remove(const QString &fileName);
 
@@ -46,4 +65,6 @@ private:
     FileNameLocks m_locks;
     std::atomic<int> m_count; ///< documents here, as far as known
     std::atomic<bool> m_removing{false};
+    std::mutex m_knownMutex;
+    QHash<QString, Known> m_known; ///< documents that were written; guarded by m_knownMutex
 };

@@ -257,12 +257,14 @@ void HttpdThread::serveRequest(const QString &fileName, const QString &product)
 /// Under the name's lock.
 bool HttpdThread::writeDocument(const QString &fileName, const QString &product)
 {
-    const int type = product == QLatin1String("DK") ? CordlessXml : DeskPhoneXml;
+    const DocumentFolder::Origin origin{product == QLatin1String("DK") ? CordlessXml : DeskPhoneXml,
+                                        m_source.listVersion()};
+    if (m_folder.isCurrent(fileName, origin))
+        return true;
     const bool isNew = !m_folder.has(fileName);
-    if (!m_source.exportDevices(type, QStringLiteral("UTF-8"), fileName, m_folder.path()))
+    if (!m_source.exportDevices(origin.type, QStringLiteral("UTF-8"), fileName, m_folder.path()))
         return false;
-    if (isNew)
-        m_folder.added();
+    m_folder.written(fileName, origin, isNew);
     return true;
 }
 

@@ -351,6 +351,11 @@ int DataMgr::deviceCount() const
     return m_devices.snapshot().size();
 }
 
+quint64 DataMgr::listVersion() const
+{
+    return m_devices.version();
+}
+
 void DataMgr::cleanUp()
 {
     QFile::remove(m_directory + databaseName);

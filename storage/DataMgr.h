@@ -90,6 +90,8 @@ public:
                        const QString &folder) override;
     /// See ProvisioningSource. Any thread.
     int deviceCount() const override;
+    /// See ProvisioningSource. Any thread.
+    quint64 listVersion() const override;
 
     /// Removes the database file, the import's work files and the provisioning files. What cannot
     /// be removed stays, silently.

@@ -10,6 +10,7 @@
 #include <QStringList>
 #include <QTest>
 
+#include <atomic>
 #include <chrono>
 #include <condition_variable>
 #include <mutex>
@@ -52,6 +53,8 @@ public:
     void setWriteTime(std::chrono::milliseconds time) { m_writeTime = time; }
 
     int deviceCount() const override { return 0; }
+    quint64 listVersion() const override { return m_version; }
+    void setListVersion(quint64 version) { m_version = version; }
 
     static QByteArray document(int type, const QString &fileName)
     {
@@ -87,6 +90,7 @@ private:
     int m_saves = 0;
     QStringList m_exports;
     QString m_held;
+    std::atomic<quint64> m_version{0};
     std::mutex m_disk;
     std::chrono::milliseconds m_writeTime{0};
 };

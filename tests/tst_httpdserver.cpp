@@ -31,6 +31,7 @@ private slots:
     void noAnswer_data();
     void noAnswer();
     void foldersAreThePrivateOwners();
+    void unchangedDocument();
     void requestInSegments();
     void overlongRequest_data();
     void overlongRequest();
@@ -239,6 +240,31 @@ void TestHttpdServer::foldersAreThePrivateOwners()
     // Made anew when somebody cleans up between two requests.
     QVERIFY(QDir(m_folder->filePath(QStringLiteral("HTTPD"))).removeRecursively());
     QVERIFY(!ask(m_port, request(docName, "KTP")).isEmpty());
+}
+
+void TestHttpdServer::unchangedDocument()
+{
+    int exports = 0;
+    const auto fetch = [&](const char *agent, int type, int made) {
+        QCOMPARE(bodyOf(ask(m_port, request(docName, agent))),
+                 FakeSource::document(type, QLatin1String(docName)));
+        QCOMPARE(m_source->exports().size(), exports += made);
+    };
+    m_source->setListVersion(1);
+    fetch("KTP", DeskPhoneXml, 1);
+    fetch("KTP", DeskPhoneXml, 0);
+    fetch("DK", CordlessXml, 1);
+    fetch("KTP", DeskPhoneXml, 1);
+    m_source->setListVersion(2);
+    fetch("KTP", DeskPhoneXml, 1);
+    fetch("KTP", DeskPhoneXml, 0);
+    // Somebody else's change, or removal, is made good.
+    const QString path =
+        m_folder->filePath(QLatin1String("HTTPD/MACCFG/") + QLatin1String(docName));
+    QVERIFY(QFile::resize(path, 1));
+    fetch("KTP", DeskPhoneXml, 1);
+    QVERIFY(QFile::remove(path));
+    fetch("KTP", DeskPhoneXml, 1);
 }
 
 void TestHttpdServer::requestInSegments()
