@@ -29,11 +29,6 @@ ConnectionPool::ConnectionPool(int limit, int maxWaiting)
 {
 }
 
-ConnectionPool::~ConnectionPool()
-{
-    stop();
-}
-
 bool ConnectionPool::mayServe(quint32 peer) const
 {
     const auto found = m_peers.constFind(peer);

@@ -26,8 +26,8 @@ public:
     /// At most `limit` connections are served at a time, and at most `maxWaiting` wait; beyond, the
     /// address that has most of those loses one.
     ConnectionPool(int limit, int maxWaiting);
-    /// All threads have ended by now.
-    ~ConnectionPool();
+    /// Stopped, and all threads have ended.
+    ~ConnectionPool() = default;
     ConnectionPool(const ConnectionPool &) = delete;
     ConnectionPool &operator=(const ConnectionPool &) = delete;
 

@@ -6,7 +6,9 @@
 #include <QFileInfo>
 
 #include <algorithm>
+#include <filesystem>
 #include <limits>
+#include <system_error>
 #include <utility>
 #include <vector>
 
@@ -38,11 +40,6 @@ void makePrivate(const QString &path)
 {
     if (QDir().mkdir(path))
         QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-}
-
-qint64 changeTime(const QFileInfo &file)
-{
-    return file.lastModified().toMSecsSinceEpoch();
 }
 
 std::vector<Document> documentsIn(const QString &path)
@@ -77,6 +74,14 @@ void DocumentFolder::make() const
     makePrivate(m_path);
 }
 
+DocumentFolder::Look::Look(const QString &path)
+{
+    std::error_code ignored; // a file that is not there looks like no other
+    const std::filesystem::path file(path.toStdU16String());
+    time = std::filesystem::last_write_time(file, ignored).time_since_epoch().count();
+    size = std::filesystem::file_size(file, ignored);
+}
+
 bool DocumentFolder::isCurrent(const QString &fileName, const Origin &origin)
 {
     if (origin.version == 0)
@@ -88,8 +93,7 @@ bool DocumentFolder::isCurrent(const QString &fileName, const Origin &origin)
     }
     if (known.origin.version != origin.version || known.origin.type != origin.type)
         return false;
-    const QFileInfo file(filePath(fileName));
-    return file.isFile() && file.size() == known.size && changeTime(file) == known.time;
+    return Look(filePath(fileName)) == known.look;
 }
 
 bool DocumentFolder::has(const QString &fileName) const
@@ -103,8 +107,7 @@ void DocumentFolder::written(const QString &fileName, const Origin &origin, bool
         ++m_count;
     if (origin.version == 0)
         return;
-    const QFileInfo file(filePath(fileName));
-    const Known known{origin, changeTime(file), file.size()};
+    const Known known{origin, Look(filePath(fileName))};
     const std::lock_guard<std::mutex> guard(m_knownMutex);
     m_known.insert(fileName, known);
 }

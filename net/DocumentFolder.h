@@ -6,6 +6,7 @@
 #include <QString>
 
 #include <atomic>
+#include <cstdint>
 #include <functional>
 
 /// The folder of the documents that telephones fetch, "HTTPD/MACCFG". Any thread.
@@ -49,11 +50,24 @@ public:
     static bool isUsualName(const QString &fileName);
 
 private:
+    /// By what a file is seen to have been touched. Not by Qt, which has the system look up the
+    /// time zone each time, with one lock for all threads.
+    struct Look
+    {
+        Look() = default;
+        explicit Look(const QString &path);
+        bool operator==(const Look &other) const
+        {
+            return time == other.time && size == other.size;
+        }
+
+        std::int64_t time = 0; ///< of the last change, in the file system's own units
+        std::uintmax_t size = 0;
+    };
     struct Known
     {
         Origin origin;
-        qint64 time; ///< the file's last change
-        qint64 size;
+        Look look;
     };
 
     QString filePath(const QString &fileName) const { return m_path + QLatin1Char('/') + fileName; }

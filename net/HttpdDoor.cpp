@@ -26,12 +26,15 @@ HttpdDoor::HttpdDoor(std::intptr_t listener, Calls calls)
     : m_listener(SocketPlatform::duplicate(listener))
     , m_calls(std::move(calls))
 {
+    connect(
+        this, &QThread::finished, this, [this] { m_state = State::Ended; }, Qt::DirectConnection);
 }
 
 HttpdDoor::~HttpdDoor()
 {
     stop();
     wait();
+    Q_ASSERT(!isOpen());
     if (isUsable())
         SocketPlatform::close(m_listener);
 }
@@ -43,7 +46,8 @@ bool HttpdDoor::isUsable() const
 
 void HttpdDoor::stop()
 {
-    m_stopped = true;
+    State open = State::Open;
+    m_state.compare_exchange_strong(open, State::Closing);
     if (isUsable())
         SocketPlatform::breakOff(m_listener);
 }
@@ -51,7 +55,7 @@ void HttpdDoor::stop()
 void HttpdDoor::run()
 {
     Clock::time_point nextLook = Clock::now();
-    while (!m_stopped) {
+    while (isOpen()) {
         const bool waiting = m_calls.hasWaiting();
         if (waiting && Clock::now() >= nextLook) {
             m_calls.lookAfterLine();
@@ -60,7 +64,7 @@ void HttpdDoor::run()
         const milliseconds longest(SocketPlatform::longestWait());
         if (!SocketPlatform::hasInput(m_listener, waiting ? lookInterval : longest))
             continue;
-        if (!acceptAll() && !m_stopped) {
+        if (!acceptAll() && isOpen()) {
             // Trying again at once would only fail again, for ever.
             m_calls.shortage();
             QThread::msleep(static_cast<unsigned long>(retryInterval.count()));
@@ -71,7 +75,7 @@ void HttpdDoor::run()
 /// False when there is something to accept that cannot be.
 bool HttpdDoor::acceptAll()
 {
-    for (int i = 0; i < batch && !m_stopped; ++i) {
+    for (int i = 0; i < batch && isOpen(); ++i) {
         if (!m_calls.canAccept())
             return false;
         std::intptr_t descriptor = -1;

@@ -37,9 +37,16 @@ protected:
     void run() override;
 
 private:
+    enum class State {
+        Open,
+        Closing,
+        Ended, ///< run() is over; publishes what was done there
+    };
+
     bool acceptAll();
+    bool isOpen() const { return m_state == State::Open; }
 
     std::intptr_t m_listener; ///< a second descriptor of the listening socket
     Calls m_calls;
-    std::atomic<bool> m_stopped{false};
+    std::atomic<State> m_state{State::Open};
 };

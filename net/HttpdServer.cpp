@@ -118,6 +118,8 @@ HttpdThread *HttpdServer::startThread()
 {
     auto *thread = new HttpdThread(m_pool, m_source, m_baseDir, m_folder);
     connect(thread, &QThread::finished, thread, &QObject::deleteLater);
+    // After the one above, for what Qt does there.
+    connect(thread, &QThread::finished, thread, &HttpdThread::markEnded, Qt::DirectConnection);
     connect(thread, &HttpdThread::singleRequest, this, &HttpdServer::addReport,
             Qt::DirectConnection);
     connect(thread, &QObject::destroyed, this, [this, thread] { m_pool.forget(thread); });

@@ -81,7 +81,13 @@ HttpdThread::HttpdThread(ConnectionPool &pool, ProvisioningSource &source, const
 HttpdThread::~HttpdThread()
 {
     wait();
+    Q_ASSERT(m_state == State::Ended || m_state == State::Resting); // Resting: it never ran
     delete m_mutex;
+}
+
+void HttpdThread::markEnded()
+{
+    m_state = State::Ended;
 }
 
 void HttpdThread::take(const AcceptedConnection &connection)

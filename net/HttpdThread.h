@@ -36,6 +36,9 @@ public:
     /// Waits for the thread.
     ~HttpdThread() override;
 
+    /// Publishes all that was done on the connection thread. Called there, last of all.
+    void markEnded();
+
     /// The four below are the pool's, under its mutex. The connection is this thread's from now on.
     void take(const AcceptedConnection &connection);
     /// The connection is over.
@@ -75,6 +78,7 @@ private:
         Idle,    ///< the client's turn: to ask, or to take the answer
         Busy,    ///< reading a request or making the answer
         Dropped, ///< the connection is cut, and not over yet
+        Ended,   ///< run() is over; publishes what was done there
     };
 
     void serveConnection();
