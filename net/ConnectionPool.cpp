@@ -3,6 +3,8 @@
 #include "net/HttpdThread.h"
 #include "net/SocketPlatform.h"
 
+#include <QHash>
+
 #include <algorithm>
 #include <chrono>
 
@@ -29,10 +31,18 @@ ConnectionPool::ConnectionPool(int limit, int maxWaiting)
 {
 }
 
+bool ConnectionPool::hasShareLeft(quint32 peer) const
+{
+    const auto found = m_peers.find(peer);
+    return found == m_peers.end() || found->second.served < peerShare;
+}
+
+/// False also when its next request would only wait in beginWork().
 bool ConnectionPool::mayServe(quint32 peer) const
 {
-    const auto found = m_peers.constFind(peer);
-    return found == m_peers.constEnd() || found->served < peerShare;
+    const auto found = m_peers.find(peer);
+    return found == m_peers.end() ||
+           (found->second.served < peerShare && found->second.working < peerWork);
 }
 
 int ConnectionPool::admit(const AcceptedConnection &connection)
@@ -158,7 +168,7 @@ bool ConnectionPool::takeFor(HttpdThread &thread)
 void ConnectionPool::leave(HttpdThread &thread)
 {
     const auto peer = m_peers.find(thread.peer());
-    if (--peer->served == 0)
+    if (--peer->second.served == 0)
         m_peers.erase(peer);
     --m_served;
     --m_working;
@@ -181,24 +191,25 @@ void ConnectionPool::endWait()
 bool ConnectionPool::beginWork(const HttpdThread &thread)
 {
     std::unique_lock<std::mutex> lock(m_mutex);
-    const quint32 address = thread.peer();
-    if (m_peers[address].working >= peerWork) {
+    Peer &peer = m_peers[thread.peer()];
+    if (peer.working >= peerWork) {
         --m_working;
         callResting();
-        m_workDone.wait(lock, [&] { return m_stopped || m_peers[address].working < peerWork; });
+        peer.workDone.wait(lock, [&] { return m_stopped || peer.working < peerWork; });
         ++m_working;
     }
     if (m_stopped)
         return false;
-    ++m_peers[address].working;
+    ++peer.working;
     return true;
 }
 
 void ConnectionPool::endWork(const HttpdThread &thread)
 {
     const std::lock_guard<std::mutex> guard(m_mutex);
-    if (--m_peers[thread.peer()].working == peerWork - 1)
-        m_workDone.notify_all();
+    Peer &peer = m_peers[thread.peer()];
+    --peer.working;
+    peer.workDone.notify_one();
 }
 
 /// Sees to it that as many connections are ending as wait for room.
@@ -220,7 +231,7 @@ void ConnectionPool::makeRoom()
         return;
     }
     for (const quint32 peer : m_line.peers()) {
-        int missing = mayServe(peer) ? 0 : m_line.waiting(peer) - leaving.value(peer);
+        int missing = hasShareLeft(peer) ? 0 : m_line.waiting(peer) - leaving.value(peer);
         while (missing > 0 && dropLongestIdle(&peer))
             --missing;
     }
@@ -258,7 +269,8 @@ void ConnectionPool::stop()
     for (HttpdThread *thread : qAsConst(m_threads))
         thread->drop();
     m_call.notify_all();
-    m_workDone.notify_all();
+    for (auto &peer : m_peers)
+        peer.second.workDone.notify_all();
 }
 
 bool ConnectionPool::isStopped() const

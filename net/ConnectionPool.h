@@ -2,11 +2,11 @@
 
 #include "net/WaitingLine.h"
 
-#include <QHash>
 #include <QVector>
 
 #include <condition_variable>
 #include <mutex>
+#include <unordered_map>
 
 class HttpdThread;
 
@@ -68,8 +68,10 @@ private:
     {
         int served = 0;  ///< connections that have a thread
         int working = 0; ///< those of them between beginWork() and endWork()
+        std::condition_variable workDone;
     };
 
+    bool hasShareLeft(quint32 peer) const;
     bool mayServe(quint32 peer) const;
     bool takeFor(HttpdThread &thread);
     void leave(HttpdThread &thread);
@@ -80,9 +82,8 @@ private:
 
     mutable std::mutex m_mutex; ///< guards everything below
     std::condition_variable m_call;
-    std::condition_variable m_workDone;
     WaitingLine m_line;
-    QHash<quint32, Peer> m_peers;
+    std::unordered_map<quint32, Peer> m_peers; ///< those that are served
     QVector<HttpdThread *> m_threads;
     const int m_limit;
     const int m_maxWaiting;
