@@ -24,7 +24,7 @@ public:
     /// How many devices the current list has.
     virtual int deviceCount() const = 0;
 
-    /// Grows with every change of the list: what was exported under one version need not be exported
-    /// again under the same. 0 promises nothing.
+    /// Grows with every change of the list: what was exported under one version need not be
+    /// exported again under the same. 0 promises nothing.
     virtual quint64 listVersion() const = 0;
 };
