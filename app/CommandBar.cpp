@@ -2,6 +2,7 @@
 
 #include "widgets/Grid.h"
 
+#include <QEvent>
 #include <QHBoxLayout>
 #include <QIcon>
 #include <QLabel>
@@ -27,6 +28,9 @@ CommandBar::CommandBar(QWidget *parent)
     : QWidget(parent)
     , m_titleRow(new QHBoxLayout)
     , m_countLabel(new QLabel(this))
+    , m_buttonRows(new QHBoxLayout)
+    , m_listRow(new QHBoxLayout)
+    , m_serviceRow(new QHBoxLayout)
 {
     setObjectName(QStringLiteral("tool_bar"));
 
@@ -41,31 +45,53 @@ CommandBar::CommandBar(QWidget *parent)
     m_titleRow->addStretch();
     m_titleRow->addWidget(m_countLabel);
 
-    auto *const buttonRow = new QHBoxLayout;
-    buttonRow->setSpacing(gridPx);
-    m_newButton = addListButton(*buttonRow, tr("New"), "tool_newBtn", "tool_new.png", "CTRL+N",
+    m_listRow->setSpacing(gridPx);
+    m_newButton = addListButton(*m_listRow, tr("New"), "tool_newBtn", "tool_new.png", "CTRL+N",
                                 tr("New Device"));
-    m_newsButton = addListButton(*buttonRow, tr("News"), "tool_newsBtn", "tool_news.png", "CTRL+T",
+    m_newsButton = addListButton(*m_listRow, tr("News"), "tool_newsBtn", "tool_news.png", "CTRL+T",
                                  tr("New Devices"));
-    m_importButton = addListButton(*buttonRow, tr("Import"), "tool_importBtn", "tool_import.png",
+    m_importButton = addListButton(*m_listRow, tr("Import"), "tool_importBtn", "tool_import.png",
                                    "CTRL+I", tr("Import Device List"));
-    m_exportButton = addListButton(*buttonRow, tr("Export"), "tool_exportBtn", "tool_export.png",
+    m_exportButton = addListButton(*m_listRow, tr("Export"), "tool_exportBtn", "tool_export.png",
                                    "CTRL+E", tr("Export Device List"));
-    m_deleteAllButton = addListButton(*buttonRow, tr("Delete All"), "tool_deleteAllBtn",
+    m_deleteAllButton = addListButton(*m_listRow, tr("Delete All"), "tool_deleteAllBtn",
                                       "tool_delete_all.png", "CTRL+D", tr("Delete All Devices"));
-    buttonRow->addStretch();
-    m_httpButton = addButton(*buttonRow, "tool_httpButton");
+    m_serviceRow->setSpacing(gridPx);
+    m_httpButton = addButton(*m_serviceRow, "tool_httpButton");
     showHttpOpen(false);
-    m_pnpButton = addButton(*buttonRow, "tool_pnpButton");
+    m_pnpButton = addButton(*m_serviceRow, "tool_pnpButton");
     showPnpEnabled(false);
+
+    m_buttonRows->setSpacing(gridPx);
+    m_buttonRows->addLayout(m_listRow);
+    m_buttonRows->setAlignment(m_listRow, Qt::AlignLeft);
+    m_buttonRows->addLayout(m_serviceRow);
+    m_buttonRows->setAlignment(m_serviceRow, Qt::AlignRight);
 
     auto *const column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(gridPx);
     column->addLayout(m_titleRow);
-    column->addLayout(buttonRow);
+    column->addLayout(m_buttonRows);
 
     setDeviceCount(0);
+}
+
+QSize CommandBar::minimumSizeHint() const
+{
+    const int widest = std::max(m_listRow->minimumSize().width(),
+                                m_serviceRow->minimumSize().width());
+    return {widest, QWidget::minimumSizeHint().height()};
+}
+
+bool CommandBar::event(QEvent *event)
+{
+    if (event->type() == QEvent::Resize || event->type() == QEvent::LayoutRequest) {
+        const int both = m_listRow->sizeHint().width() + m_serviceRow->sizeHint().width();
+        m_buttonRows->setDirection(width() < both + 2 * gridPx ? QBoxLayout::TopToBottom
+                                                               : QBoxLayout::LeftToRight);
+    }
+    return QWidget::event(event);
 }
 
 void CommandBar::setDeviceCount(int count)

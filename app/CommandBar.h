@@ -2,19 +2,23 @@
 
 #include <QWidget>
 
+class QBoxLayout;
 class QHBoxLayout;
 class QKeySequence;
 class QLabel;
 class QPushButton;
 
 /// What stands above the list: its title with the device count, the buttons that work on the list,
-/// and the two buttons that switch the services. The buttons only exist here; what they do is
+/// and the two buttons that switch the services, which go below the others where the window is too
+/// narrow for all. The buttons only exist here; what they do is
 /// connected by the window.
 class CommandBar : public QWidget
 {
     Q_OBJECT
 public:
     explicit CommandBar(QWidget *parent = nullptr);
+
+    QSize minimumSizeHint() const override;
 
     void setDeviceCount(int count);
     /// Puts `note` beside the device count. The bar becomes its parent.
@@ -36,6 +40,9 @@ public:
     void showPnpEnabled(bool enabled);
     bool isPnpEnabled() const;
 
+protected:
+    bool event(QEvent *event) override;
+
 private:
     QPushButton *addListButton(QHBoxLayout &row, const QString &text, const char *name,
                                const char *icon, const char *shortcut, const QString &tip);
@@ -45,6 +52,9 @@ private:
 
     QHBoxLayout *m_titleRow;
     QLabel *m_countLabel;
+    QBoxLayout *m_buttonRows;
+    QHBoxLayout *m_listRow;
+    QHBoxLayout *m_serviceRow;
     QPushButton *m_newButton;
     QPushButton *m_newsButton;
     QPushButton *m_importButton;

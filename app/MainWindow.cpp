@@ -2,6 +2,7 @@
 
 #include "app/CommandBar.h"
 #include "app/ReportBox.h"
+#include "app/WindowPlace.h"
 #include "dialogs/ContactDialog.h"
 #include "dialogs/ContactsDialog.h"
 #include "model/DebugLog.h"
@@ -15,6 +16,7 @@
 #include "view/SearchEdit.h"
 #include "widgets/Grid.h"
 #include "widgets/Modal.h"
+#include "widgets/ScrollArea.h"
 #include "widgets/UserGuide.h"
 
 #include <QActionGroup>
@@ -29,8 +31,7 @@
 
 namespace {
 
-constexpr QSize firstSize(1200, 760);
-constexpr QSize smallestSize(1000, 600);
+constexpr int shortestListPx = 10 * gridPx; ///< two rows and what is scrolled with
 
 constexpr const char *programTitle =
     QT_TRANSLATE_NOOP("MainWindow", "Velloran Device Management Tool");
@@ -74,8 +75,8 @@ MainWindow::MainWindow(DataMgr &dataMgr, const QString &folder, QWidget *parent)
     setObjectName(QStringLiteral("main_window"));
     setWindowTitle(tr(programTitle));
     setWindowIcon(Modal::windowIcon());
-    setMinimumSize(smallestSize);
-    resize(firstSize);
+    auto *const place = new WindowPlace(*this, m_folder + QStringLiteral("window.xml"));
+    connect(this, &MainWindow::globalQuit, place, &WindowPlace::save);
 
     createActions();
     createMenus();
@@ -209,6 +210,7 @@ void MainWindow::createContent()
     m_commandBar->addNote(new HiddenNote(*m_view, *searchBar));
     listColumn->addWidget(searchBar);
     listColumn->addWidget(m_view);
+    m_view->setMinimumHeight(shortestListPx);
     QWidget::setTabOrder(searchBar->searchEdit(SearchEdit::boxCount - 1), m_view);
 
     m_reportBox = new ReportBox(content);
@@ -220,7 +222,14 @@ void MainWindow::createContent()
     column->addWidget(m_commandBar);
     column->addWidget(list, 1);
     column->addWidget(m_reportBox);
-    setCentralWidget(content);
+
+    // For the smallest windows.
+    auto *const area = new ScrollArea(this);
+    area->setObjectName(QStringLiteral("contentScrollArea"));
+    area->setFocusPolicy(Qt::NoFocus);
+    area->setWidgetResizable(true);
+    area->setWidget(content);
+    setCentralWidget(area);
 }
 
 void MainWindow::createDialogs()

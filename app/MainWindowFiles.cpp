@@ -6,6 +6,7 @@
 #include "storage/DataMgr.h"
 #include "widgets/LoadingWidget.h"
 #include "widgets/Modal.h"
+#include "widgets/ScreenRoom.h"
 
 #include <QFileDialog>
 #include <QFileInfo>
@@ -26,7 +27,7 @@ void useOwnDialog(QFileDialog &dialog, const QString &title)
     dialog.setWindowIcon(Modal::windowIcon());
     dialog.setWindowTitle(title);
     // As it comes, it cuts the dates off.
-    dialog.resize(dialogSize);
+    dialog.resize(dialogSize.boundedTo(screenRoom(dialog).size()));
     QHeaderView *const header = dialog.findChild<QTreeView *>()->header();
     header->setSectionResizeMode(QHeaderView::ResizeToContents);
     header->setSectionResizeMode(0, QHeaderView::Stretch);

@@ -25,6 +25,7 @@ constexpr int shownAtOnce = 20;
 constexpr int keptReports = keptLines / 5;
 
 constexpr int boxHeight = 168;
+constexpr int lowestBoxHeight = 96; ///< where the window has no room for more
 
 } // namespace
 
@@ -63,7 +64,8 @@ ReportBox::ReportBox(QWidget *parent)
     column->setSpacing(gridPx);
     column->addLayout(header);
     column->addWidget(m_text);
-    setFixedHeight(boxHeight);
+    setMinimumHeight(lowestBoxHeight);
+    setMaximumHeight(boxHeight);
 }
 
 void ReportBox::addLine(const QString &line)

@@ -23,6 +23,9 @@ int main(int argc, char *argv[])
 {
     quietDebugLog();
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+    // Rounded, 150% would be 200%, and the window too large for the screens that are set to it.
+    QGuiApplication::setHighDpiScaleFactorRoundingPolicy(
+        Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
 
     auto *const application = new SingleApplication(argc, argv);

@@ -5,12 +5,15 @@
 #include "widgets/Modal.h"
 #include "widgets/OpenWhereClosed.h"
 #include "widgets/ScrollArea.h"
+#include "widgets/ScreenRoom.h"
 #include "widgets/ToolTipWidget.h"
 
 #include <QHBoxLayout>
 #include <QPushButton>
 #include <QScrollBar>
 #include <QVBoxLayout>
+
+#include <algorithm>
 
 namespace {
 
@@ -97,6 +100,17 @@ void FormDialog::bringBack()
     show();
     raise();
     activateWindow();
+}
+
+void FormDialog::setVisible(bool visible)
+{
+    if (visible) {
+        const int others = sizeHint().height() - m_scrollArea->height();
+        m_scrollArea->setFixedHeight(
+            std::min(scrollAreaHeight, screenRoom(*this).height() - others));
+        layout()->activate();
+    }
+    QDialog::setVisible(visible);
 }
 
 void FormDialog::scrollToTop()

@@ -21,6 +21,9 @@ public:
     /// and the dialog then stays, or later, and it is shown again. Everything is as it was typed.
     void bringBack();
 
+    /// Opens no higher than the screen: the form scrolls in what is left of it.
+    void setVisible(bool visible) override;
+
 public slots:
     /// Hands over what was entered and closes, or says what is wrong with it and stays.
     virtual void doSaveAction() = 0;

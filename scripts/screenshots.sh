@@ -1,27 +1,31 @@
 #!/usr/bin/env bash
 # Pictures of every window, dialog, page, menu and message box of the real program, in both
-# languages: at the smallest size that it should bear, at a common one, and at 200% scaling.
-# They lie in build/screenshots/<language>-<width>x<height>@<scale>, for somebody to look at.
-#   scripts/screenshots.sh [LANGUAGE-WIDTHxHEIGHT@SCALE...]     these sets only
+# languages, on screens from the smallest that it should bear to 200% scaling. The window has the
+# size in which it opens there. They lie in build/screenshots/<language>-<width>x<height>@<percent>
+# (the screen's real pixels, and the scale that the desktop is set to), for somebody to look at.
+#   scripts/screenshots.sh [LANGUAGE-WIDTHxHEIGHT@PERCENT...]     these sets only
 set -euo pipefail
 . "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 shots="$root/build/screenshots"
 out="$shots"
 . "$root/scripts/tour/stage.sh"
 
-# take_set <set>: the window gets the set's size times its scale, on a screen of 1280x800 points.
+# take_set <set>
 take_set() {
-    local set="$1" language size scale
+    local set="$1" language size percent
     language="${set%%-*}" size="${set#*-}"
-    scale="${size#*@}" size="${size%@*}"
+    percent="${size#*@}" size="${size%@*}"
     out="$shots/$set"
     rm -rf "$out"
     lay_program "$out/program"
     printf '<root>\n    <Language>%s</Language>\n</root>\n' "$language" \
         >"$out/program/language/config.xml"
     started=()
-    set_stage "$network" "$((1280 * scale))x$((800 * scale))"
-    QT_SCALE_FACTOR="$scale" play "$root/scripts/tour/gallery.py" "$out" "$language" "$size" "$scale"
+    set_stage "$network" "$size"
+    # As a desktop tells programs its scale, with the tab that Qt looks for.
+    xprop -root -f RESOURCE_MANAGER 8s \
+        -set RESOURCE_MANAGER "$(printf 'Xft.dpi:\t%d' "$((96 * percent / 100))")"
+    play "$root/scripts/tour/gallery.py" "$out" "$language"
 }
 
 if [ "${1:-}" = --inside ]; then
@@ -33,7 +37,7 @@ fi
 need_packages build tour
 build release VlManager
 mkdir -p "$shots"
-[ "$#" -gt 0 ] || set -- {zh,en}-{1024x640@1,1280x800@1,1280x800@2}
+[ "$#" -gt 0 ] || set -- {zh,en}-{1024x600@100,1280x800@100,1366x768@125,1920x1080@150,1920x1080@175,2560x1600@200}
 status=0
 for set in "$@"; do
     say "$set"

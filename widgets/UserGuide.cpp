@@ -1,5 +1,6 @@
 #include "widgets/UserGuide.h"
 
+#include "widgets/ScreenRoom.h"
 #include "widgets/UserGuideControl.h"
 #include "widgets/UserGuideWidget.h"
 
@@ -7,11 +8,9 @@
 #include <QDomDocument>
 #include <QFile>
 #include <QGridLayout>
-#include <QGuiApplication>
 #include <QLabel>
 #include <QPainter>
 #include <QPushButton>
-#include <QScreen>
 #include <QShortcut>
 
 #include <algorithm>
@@ -19,9 +18,7 @@
 namespace {
 
 constexpr QSize firstSize(1000, 560);
-/// What a window frame and a task bar take of a small screen.
-constexpr QSize screenReserve(16, 64);
-constexpr int smallestPictureWidth = 400;
+constexpr int smallestPictureWidth = 200;
 constexpr int barMargin = 24;
 constexpr int barSpacing = 16;
 
@@ -179,23 +176,33 @@ void UserGuide::createLayout()
     row->addWidget(m_downButton);
     row->addStretch();
 
-    int textHeight = 0;
-    for (const GuidePage &page : qAsConst(m_pages))
-        textHeight = std::max(textHeight, UserGuideWidget::textHeight(page));
+    const QSize room = screenRoom(*this).size();
+    const int textRoom = room.height() - bar->sizeHint().height();
+    int textPx = UserGuideWidget::largestTextPx;
+    while (highestText(textPx) > textRoom && textPx > UserGuideWidget::smallestTextPx)
+        --textPx;
+    m_control->setTextPx(textPx);
 
     // The page lies below the bar and reaches over the whole window.
     auto *const grid = new QGridLayout(this);
     grid->setContentsMargins(0, 0, 0, 0);
     grid->setSpacing(0);
-    grid->setRowMinimumHeight(0, textHeight);
+    grid->setRowMinimumHeight(0, highestText(textPx));
     grid->setRowStretch(0, 1);
     grid->setColumnMinimumWidth(1, smallestPictureWidth);
     grid->setColumnStretch(1, 1);
     grid->addWidget(m_control, 0, 0, 2, 2);
     grid->addWidget(bar, 1, 0);
 
-    const QSize room = QGuiApplication::primaryScreen()->availableSize() - screenReserve;
     resize(firstSize.boundedTo(room).expandedTo(grid->minimumSize()));
+}
+
+int UserGuide::highestText(int textPx) const
+{
+    int height = 0;
+    for (const GuidePage &page : m_pages)
+        height = std::max(height, UserGuideWidget::textHeight(page, textPx));
+    return height;
 }
 
 void UserGuide::createShortcuts()

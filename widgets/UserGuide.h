@@ -46,6 +46,7 @@ private:
     void loadPictures(const QString &language);
     QPushButton *createArrow(const QString &name, const QString &text);
     void createLayout();
+    int highestText(int textPx) const;
     void createShortcuts();
     void goTo(int page);
     void showPosition();

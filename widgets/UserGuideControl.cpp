@@ -22,6 +22,12 @@ UserGuideControl::UserGuideControl(QWidget *parent)
     m_leaving->hide();
 }
 
+void UserGuideControl::setTextPx(int textPx)
+{
+    m_open->setTextPx(textPx);
+    m_leaving->setTextPx(textPx);
+}
+
 void UserGuideControl::showPage(const GuidePage &page)
 {
     stopRunning();

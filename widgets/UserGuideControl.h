@@ -22,6 +22,8 @@ public:
 
     explicit UserGuideControl(QWidget *parent = nullptr);
 
+    /// Height of the pages' letters, in logical pixels.
+    void setTextPx(int textPx);
     /// Shows `page` at once.
     void showPage(const GuidePage &page);
     /// Turns to `page`. A turn that is still under way is brought to its end first.

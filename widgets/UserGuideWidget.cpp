@@ -8,13 +8,13 @@
 namespace {
 
 constexpr int margin = 32;
-constexpr int titlePx = 26;
-constexpr int textPx = 18;
+constexpr qreal titleShare = 26.0 / 18; ///< size of the title to that of the text
 constexpr int ruleWidth = 48;
 constexpr int ruleHeight = 3;
 constexpr int ruleGap = 16;     ///< above and below the rule between title and text
-constexpr qreal titleLine = 32; ///< from one line of the title to the next
-constexpr qreal textLine = 26;
+/// From one line to the next, in sizes of the text.
+constexpr qreal titleLine = 32.0 / 18;
+constexpr qreal textLine = 26.0 / 18;
 
 const QString fontName = QStringLiteral("Times");
 
@@ -50,13 +50,13 @@ qreal layOut(QTextLayout &layout, qreal lineHeight)
 
 /// Title, rule and text, one below the other; draws them where there is a painter. Returns the
 /// height that they take.
-int composeText(const GuidePage &page, QPainter *painter)
+int composeText(const GuidePage &page, int textPx, QPainter *painter)
 {
-    QTextLayout title(page.title, pageFont(titlePx, QFont::Bold));
+    QTextLayout title(page.title, pageFont(qRound(textPx * titleShare), QFont::Bold));
     QTextLayout text(page.text, pageFont(textPx, QFont::Normal));
-    const qreal ruleTop = margin + layOut(title, titleLine) + ruleGap;
+    const qreal ruleTop = margin + layOut(title, qRound(textPx * titleLine)) + ruleGap;
     const qreal textTop = ruleTop + ruleHeight + ruleGap;
-    const qreal bottom = textTop + layOut(text, textLine);
+    const qreal bottom = textTop + layOut(text, qRound(textPx * textLine));
     if (painter) {
         painter->setPen(QColor(titleColor));
         title.draw(painter, QPointF(margin, margin));
@@ -84,9 +84,15 @@ void UserGuideWidget::setPage(const GuidePage &page)
     update();
 }
 
-int UserGuideWidget::textHeight(const GuidePage &page)
+void UserGuideWidget::setTextPx(int textPx)
 {
-    return composeText(page, nullptr);
+    m_textPx = textPx;
+    update();
+}
+
+int UserGuideWidget::textHeight(const GuidePage &page, int textPx)
+{
+    return composeText(page, textPx, nullptr);
 }
 
 /// Never larger than the picture's own pixels: it would only become blurred.
@@ -116,7 +122,7 @@ void UserGuideWidget::paintEvent(QPaintEvent * /*event*/)
 {
     QPainter painter(this);
     painter.fillRect(0, 0, columnWidth, height(), QColor(columnColor));
-    composeText(m_page, &painter);
+    composeText(m_page, m_textPx, &painter);
     if (m_picture.isNull() || pictureRect().isEmpty())
         return;
     scalePicture();

@@ -14,13 +14,17 @@ class UserGuideWidget : public QWidget
 public:
     /// Width of the column that holds the text.
     static constexpr int columnWidth = 320;
+    /// Of the letters of a page's text. The title is larger in proportion.
+    static constexpr int largestTextPx = 18;
+    static constexpr int smallestTextPx = 11;
 
     explicit UserGuideWidget(QWidget *parent = nullptr);
 
     /// Shows `page`. A picture that cannot be read leaves its place empty.
     void setPage(const GuidePage &page);
-    /// The height that title and text of `page` take, with the space around them.
-    static int textHeight(const GuidePage &page);
+    void setTextPx(int textPx);
+    /// The height that title and text of `page` take in that size, with the space around them.
+    static int textHeight(const GuidePage &page, int textPx);
 
 protected:
     void paintEvent(QPaintEvent *event) override;
@@ -29,6 +33,7 @@ private:
     QRect pictureRect() const;
     void scalePicture();
 
+    int m_textPx = largestTextPx;
     GuidePage m_page;
     QPixmap m_picture;
     QPixmap m_scaled; ///< m_picture in the size in which it was last painted

@@ -24,6 +24,8 @@ LONGEST_WALK_S = 540
 DIALOG_PATIENCE_S = 8
 MENU_COUNT = 7
 FULL_LIST = 60
+# In the list, however small the window and the scale.
+LIST_POINT = (350, 300)
 LONG_IMPORT = 100000
 CSV_HEAD = ("MAC,Product Model,Primary Account,SIP Server,SIP User ID,Authentication ID,Password,"
             "Speech Coding1,Speech Coding2,Username,language,Random Port,Keep-Alive,IP,Subnet,"
@@ -46,11 +48,9 @@ def device_row(number):
 
 
 class Gallery:
-    def __init__(self, out, language, size, scale):
+    def __init__(self, out, language):
         self.out = out
         self.texts = translations(language)
-        self.scale = scale
-        self.size = [int(side) * scale for side in size.split("x")]
         self.folder = out / "program"
         self.log = open(out / "program.log", "w", encoding="utf-8")
         self.screen = screen.Screen("VlManager", out)
@@ -68,9 +68,6 @@ class Gallery:
                                         stdout=self.log, stderr=self.log)
         title = self.tr("Velloran Device Management Tool")
         wait_for("the window", lambda: screen.windows(title))
-        window = screen.windows(title)[0]
-        xdotool("windowsize", window, *self.size)
-        xdotool("windowmove", window, 0, 0)
         wait_active(ready or title)
 
     def stop(self):
@@ -200,8 +197,8 @@ class Gallery:
         wait_gone(self.tr("New Devices"))
 
     def list(self):
-        x, y = self.size[0] // 3, self.size[1] * 2 // 3
-        xdotool("mousemove", x, y)
+        window = screen.windows(self.tr("Velloran Device Management Tool"))[0]
+        xdotool("mousemove", "--window", window, *LIST_POINT)
         self.shot("list-hover")
         xdotool("click", 1)
         keys("Down", "Down")
@@ -412,11 +409,11 @@ def stop(number, _frame):
 
 
 def main():
-    out, language, size, scale = sys.argv[1:5]
+    out, language = sys.argv[1:3]
     for number in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP, signal.SIGALRM):
         signal.signal(number, stop)
     signal.alarm(LONGEST_WALK_S)
-    gallery = Gallery(Path(out), language, size, int(scale))
+    gallery = Gallery(Path(out), language)
     try:
         gallery.run()
     except Exception:

@@ -1,0 +1,45 @@
+#include "app/WindowPlace.h"
+
+#include "app/SettingsFile.h"
+#include "widgets/ScreenRoom.h"
+
+#include <QDomDocument>
+#include <QMainWindow>
+
+namespace {
+
+constexpr QSize firstSize(1200, 760);
+/// What is still of use: the content scrolls in it.
+constexpr QSize smallestSize(560, 280);
+
+QString elementName()
+{
+    return QStringLiteral("Geometry");
+}
+
+} // namespace
+
+WindowPlace::WindowPlace(QMainWindow &window, const QString &filePath)
+    : QObject(&window)
+    , m_window(window)
+    , m_filePath(filePath)
+{
+    const QRect room = screenRoom(window);
+    window.setMinimumSize(smallestSize.boundedTo(room.size()));
+    QDomDocument document;
+    if (SettingsFile::read(m_filePath, QIODevice::ReadOnly, document))
+        m_stored = document.documentElement().firstChildElement(elementName()).text();
+    // Qt looks itself whether the screen is still the one of then, and pulls a window into it.
+    if (window.restoreGeometry(QByteArray::fromBase64(m_stored.toLatin1())))
+        return;
+    QRect place(QPoint(), firstSize.boundedTo(room.size()));
+    place.moveCenter(room.center());
+    window.setGeometry(place);
+}
+
+void WindowPlace::save()
+{
+    const QString place = QString::fromLatin1(m_window.saveGeometry().toBase64());
+    if (place != m_stored && SettingsFile::create(m_filePath, {{elementName(), place}}))
+        m_stored = place;
+}

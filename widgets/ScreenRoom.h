@@ -1,0 +1,11 @@
+#pragma once
+
+#include <QRect>
+
+class QWidget;
+
+/// Where the content of a window can be without any of the window being off the screen: the
+/// available area of its screen less the frame that a system draws around it. For a window that is
+/// not shown yet it is the screen of its parent, else the first. In logical pixels, as
+/// QWidget::geometry().
+QRect screenRoom(const QWidget &window);
