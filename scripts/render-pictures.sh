@@ -72,7 +72,7 @@ arrow disable 'none' '#4a5563' '#5d6a7a'
 for step in 0 1 2 3 4 5 6 7 8 9 10 11; do
     frame="$work/step_$(printf %02d "$step")"
     sed "s/@ANGLE@/$((step * 30))/" "$src/loading_animation.svg" >"$frame.svg"
-    rsvg-convert --width 64 --height 64 --output "$frame.png" "$frame.svg"
+    rsvg-convert --width 192 --height 192 --output "$frame.png" "$frame.svg"
     convert "$frame.png" \( +clone -alpha extract -threshold 15% \) \
         \( -clone 0 -background '#536070' -alpha remove \) \
         -delete 0 +swap -alpha off -compose CopyOpacity -composite "$frame.gif.png"

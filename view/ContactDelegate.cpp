@@ -3,6 +3,7 @@
 #include "view/ColumnLayout.h"
 #include "view/ContactModel.h"
 #include "view/RowPictures.h"
+#include "widgets/DevicePixels.h"
 
 #include <QHeaderView>
 #include <QLineEdit>
@@ -105,9 +106,9 @@ void ContactDelegate::paintAction(QPainter &painter, const QStyleOptionViewItem 
     }
 
     const QPixmap &icon = iconFor(picture, painter.device()->devicePixelRatioF());
-    QRect place(QPoint(), icon.size() / icon.devicePixelRatio());
-    place.moveCenter(option.rect.center());
-    painter.drawPixmap(place.topLeft(), icon);
+    QRectF place(QPointF(), QSizeF(icon.size()) / icon.devicePixelRatio());
+    place.moveCenter(QRectF(option.rect).center());
+    painter.drawPixmap(DevicePixels::snapped(painter, place).topLeft(), icon);
 }
 
 /// Scaled for the screen's real pixels, once for each picture.

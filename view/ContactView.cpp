@@ -7,12 +7,14 @@
 #include "view/ContactFilter.h"
 #include "view/ContactModel.h"
 #include "view/SearchEdit.h"
+#include "widgets/DevicePixels.h"
 #include "widgets/EffectScrollBar.h"
 
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QPainterPath>
 #include <QScopedValueRollback>
 
 #include <algorithm>
@@ -389,9 +391,14 @@ void ContactView::paintFocus(QPainter &painter)
     state.selected = selectionModel()->isSelected(currentIndex());
     QColor line = m_pictures.textColor(palette(), state);
     line.setAlpha(130);
-    painter.setPen(line);
-    painter.drawRect(columnViewportPosition(0), rowViewportPosition(currentIndex().row()),
-                     horizontalHeader()->length() - 1, rowPixels - 1);
+    const QRectF row = DevicePixels::snapped(
+        painter, QRect(columnViewportPosition(0), rowViewportPosition(currentIndex().row()),
+                       horizontalHeader()->length(), rowPixels));
+    const qreal thickness = DevicePixels::snapped(painter, 1.0);
+    QPainterPath frame;
+    frame.addRect(row);
+    frame.addRect(row.adjusted(thickness, thickness, -thickness, -thickness));
+    painter.fillPath(frame, line);
 }
 
 void ContactView::paintHint(QPainter &painter)

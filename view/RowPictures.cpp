@@ -1,5 +1,7 @@
 #include "view/RowPictures.h"
 
+#include "widgets/DevicePixels.h"
+
 #include <QImage>
 #include <QPainter>
 #include <QPalette>
@@ -63,16 +65,16 @@ void RowPictures::prepareSelectedRow()
         m_selectedSource.scaled(selectedRowSize, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
 }
 
-/// Scaled once for a whole row, so that a cell only copies its part.
-const QPixmap &RowPictures::backgroundFor(const QSize &size, qreal pixelRatio)
+/// Scaled once for a whole row, so that a cell only copies its part. At a fractional scale rows
+/// are of two heights, one pixel apart.
+const QPixmap &RowPictures::backgroundFor(const QSize &pixels)
 {
-    const QSize pixels = size * pixelRatio;
-    if (m_backgroundScaled.size() != pixels) {
-        m_backgroundScaled =
+    QPixmap &scaled = m_backgroundScaled[pixels.height() % 2];
+    if (scaled.size() != pixels) {
+        scaled =
             m_backgroundSource.scaled(pixels, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
     }
-    m_backgroundScaled.setDevicePixelRatio(pixelRatio);
-    return m_backgroundScaled;
+    return scaled;
 }
 
 void RowPictures::paintRow(QPainter &painter, const QRect &row, const QRect &part,
@@ -80,26 +82,29 @@ void RowPictures::paintRow(QPainter &painter, const QRect &row, const QRect &par
 {
     load();
     painter.save();
-    painter.setClipRect(part, Qt::IntersectClip);
+    const QRectF whole = DevicePixels::snapped(painter, row);
+    const QRectF cell = DevicePixels::snapped(painter, part);
+    painter.setClipRect(cell, Qt::IntersectClip);
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
 
-    if (m_backgroundSource.isNull())
-        painter.fillRect(part, palette.color(QPalette::Active, QPalette::Base));
-    else
-        painter.drawPixmap(row.topLeft(),
-                           backgroundFor(row.size(), painter.device()->devicePixelRatioF()));
+    if (m_backgroundSource.isNull()) {
+        painter.fillRect(cell, palette.color(QPalette::Active, QPalette::Base));
+    } else {
+        const QRectF pixels = painter.deviceTransform().mapRect(whole);
+        painter.drawPixmap(whole, backgroundFor(pixels.size().toSize()), QRectF());
+    }
 
     if (state.selected) {
         prepareSelectedRow();
         if (m_selectedScaled.isNull())
-            painter.fillRect(part, palette.color(QPalette::Active, QPalette::Highlight));
+            painter.fillRect(cell, palette.color(QPalette::Active, QPalette::Highlight));
         else
-            painter.drawPixmap(row, m_selectedScaled);
+            painter.drawPixmap(whole, m_selectedScaled, QRectF());
     }
     if (state.hovered) {
         QColor tint = palette.color(QPalette::Active, QPalette::Highlight);
         tint.setAlpha(hoverOpacity);
-        painter.fillRect(part, tint);
+        painter.fillRect(cell, tint);
     }
     painter.restore();
 }
@@ -107,15 +112,17 @@ void RowPictures::paintRow(QPainter &painter, const QRect &row, const QRect &par
 void RowPictures::paintSeparator(QPainter &painter, const QRect &row, const QPalette &palette)
 {
     load();
+    QRectF line = DevicePixels::snapped(painter, row);
+    line.setTop(line.bottom() -
+                DevicePixels::snapped(
+                    painter, qreal(qBound(1, m_separator.height(), maximumSeparatorHeight))));
     if (m_separator.isNull()) {
-        QColor line = palette.color(QPalette::Active, QPalette::Text);
-        line.setAlpha(40);
-        painter.fillRect(QRect(row.left(), row.bottom(), row.width(), 1), line);
+        QColor color = palette.color(QPalette::Active, QPalette::Text);
+        color.setAlpha(40);
+        painter.fillRect(line, color);
         return;
     }
-    const int height = std::min(m_separator.height(), maximumSeparatorHeight);
-    painter.drawPixmap(QRect(row.left(), row.bottom() + 1 - height, row.width(), height),
-                       m_separator);
+    painter.drawPixmap(line, m_separator, QRectF());
 }
 
 QColor RowPictures::textColor(const QPalette &palette, RowState state)

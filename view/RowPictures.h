@@ -6,6 +6,8 @@
 #include <QPixmap>
 #include <QSize>
 
+#include <array>
+
 class QPainter;
 class QPalette;
 class QRect;
@@ -45,13 +47,13 @@ public:
 
 private:
     void load();
-    const QPixmap &backgroundFor(const QSize &size, qreal pixelRatio);
+    const QPixmap &backgroundFor(const QSize &pixels);
 
     bool m_loaded = false;
     QPixmap m_selectedSource;
     QPixmap m_selectedScaled;
     QPixmap m_backgroundSource;
-    QPixmap m_backgroundScaled;
+    std::array<QPixmap, 2> m_backgroundScaled; ///< by whether the height is odd
     QPixmap m_separator;
     QHash<QPair<qint64, int>, QColor> m_textColors; ///< by palette and state
 };

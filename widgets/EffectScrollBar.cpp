@@ -1,5 +1,7 @@
 #include "widgets/EffectScrollBar.h"
 
+#include "widgets/DevicePixels.h"
+
 #include <QEvent>
 #include <QPainter>
 #include <QStyleOptionSlider>
@@ -75,5 +77,5 @@ void EffectScrollBar::paintEvent(QPaintEvent * /*event*/)
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
     painter.setBrush(between(m_restColor, m_activeColor, m_strength));
-    painter.drawRoundedRect(handle, thickness / 2, thickness / 2);
+    painter.drawRoundedRect(DevicePixels::snapped(painter, handle), thickness / 2, thickness / 2);
 }

@@ -9,6 +9,7 @@
 namespace {
 
 constexpr int gap = 16;
+constexpr int wheelPx = 64; ///< the picture has more, for screens that show more
 
 const QString coverStyle =
     QStringLiteral("QWidget {background: transparent url(%1); border: none}");
@@ -62,7 +63,13 @@ LoadingWidget::LoadingWidget(QWidget *parent)
     // The cover's picture is for the cover alone.
     wheel->setStyleSheet(labelStyle);
     wheel->setAlignment(Qt::AlignCenter);
-    wheel->setMovie(m_movie);
+    connect(m_movie, &QMovie::frameChanged, wheel, [this, wheel] {
+        const qreal ratio = devicePixelRatioF();
+        QPixmap frame = QPixmap::fromImage(m_movie->currentImage().scaled(
+            QSize(wheelPx, wheelPx) * ratio, Qt::KeepAspectRatio, Qt::SmoothTransformation));
+        frame.setDevicePixelRatio(ratio);
+        wheel->setPixmap(frame);
+    });
     auto *const text = new QLabel(tr("Operating,please wait."), this);
     text->setObjectName(QStringLiteral("loadingTextLabel"));
     text->setStyleSheet(labelStyle);

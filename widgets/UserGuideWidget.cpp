@@ -1,5 +1,7 @@
 #include "widgets/UserGuideWidget.h"
 
+#include "widgets/DevicePixels.h"
+
 #include <QApplication>
 #include <QPainter>
 #include <QTextLayout>
@@ -95,11 +97,11 @@ int UserGuideWidget::textHeight(const GuidePage &page, int textPx)
     return composeText(page, textPx, nullptr);
 }
 
-/// Never larger than the picture's own pixels: it would only become blurred.
+/// Never with more of the screen's pixels than the picture has: it would only become blurred.
 QRect UserGuideWidget::pictureRect() const
 {
     const QRect room = rect().adjusted(columnWidth + margin, margin, -margin, -margin);
-    QSize size = m_picture.size();
+    QSize size = m_picture.size() / devicePixelRatioF();
     if (size.width() > room.width() || size.height() > room.height())
         size.scale(room.size(), Qt::KeepAspectRatio);
     QRect picture(QPoint(), size);
@@ -107,15 +109,10 @@ QRect UserGuideWidget::pictureRect() const
     return picture;
 }
 
-/// In the screen's own pixels, so that it stays sharp at every scale.
-void UserGuideWidget::scalePicture()
+void UserGuideWidget::scalePicture(const QSize &pixels)
 {
-    const qreal ratio = devicePixelRatioF();
-    const QSize wanted = (QSizeF(pictureRect().size()) * ratio).toSize();
-    if (m_scaled.size() == wanted && qFuzzyCompare(m_scaled.devicePixelRatio(), ratio))
-        return;
-    m_scaled = m_picture.scaled(wanted, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
-    m_scaled.setDevicePixelRatio(ratio);
+    if (m_scaled.size() != pixels)
+        m_scaled = m_picture.scaled(pixels, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
 }
 
 void UserGuideWidget::paintEvent(QPaintEvent * /*event*/)
@@ -125,9 +122,10 @@ void UserGuideWidget::paintEvent(QPaintEvent * /*event*/)
     composeText(m_page, m_textPx, &painter);
     if (m_picture.isNull() || pictureRect().isEmpty())
         return;
-    scalePicture();
-    const QRect picture = pictureRect();
-    painter.drawPixmap(picture.topLeft(), m_scaled);
-    painter.setPen(QColor(frameColor));
-    painter.drawRect(picture.adjusted(-1, -1, 0, 0));
+    const QRect place = pictureRect();
+    const QRectF picture = DevicePixels::snapped(painter, place);
+    painter.fillRect(DevicePixels::snapped(painter, place.adjusted(-1, -1, 1, 1)),
+                     QColor(frameColor));
+    scalePicture(painter.deviceTransform().mapRect(picture).size().toSize());
+    painter.drawPixmap(picture, m_scaled, QRectF());
 }

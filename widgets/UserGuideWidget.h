@@ -31,7 +31,7 @@ protected:
 
 private:
     QRect pictureRect() const;
-    void scalePicture();
+    void scalePicture(const QSize &pixels);
 
     int m_textPx = largestTextPx;
     GuidePage m_page;
