@@ -1,7 +1,10 @@
-// Whether the windows can be used by keyboard and by ear, in both languages: each is opened as a
-// user opens it and looked at through what Qt tells a screen reader, and with the Tab key.
+// Whether the windows can be used by keyboard, by ear and on every screen, in both languages: each
+// is opened as a user opens it and looked at through what Qt tells a screen reader, with the Tab
+// key, and by the places of what it shows.
+#include "app/Appearance.h"
 #include "app/ReportBox.h"
 #include "net/NetCardSelectDialog.h"
+#include "tests/Geometry.h"
 #include "tests/WindowFixture.h"
 #include "view/ContactModel.h"
 #include "view/ContactView.h"
@@ -17,6 +20,9 @@
 #include <QMessageBox>
 #include <QRegularExpression>
 #include <QScrollArea>
+
+// The only way to have another screen than the one that the platform stands in for.
+#include <qpa/qwindowsysteminterface.h>
 
 namespace {
 
@@ -161,10 +167,13 @@ class TestAccessibility : public QObject, WindowFixture
     Q_OBJECT
 
 private slots:
-    void initTestCase() { registerContactTypes(); }
+    void initTestCase();
     void init() { setUpFolder(); }
     void cleanup();
 
+    void everythingHasItsPlace_data() { windows(); }
+    void everythingHasItsPlace();
+    void boxesFitTheScreen();
     void everyStopHasANameOfItsOwn_data() { windows(); }
     void everyStopHasANameOfItsOwn();
     void tabGoesAsOneReads_data() { windows(); }
@@ -177,6 +186,7 @@ private slots:
 
 private:
     static void windows();
+    static void useScreen(const QSize &pixels);
     QWidget *open(const QString &language = QStringLiteral("en"));
     void openIn(const QString &language);
     void addDevices();
@@ -194,6 +204,13 @@ private:
 
     std::unique_ptr<QWidget> m_alone;
 };
+
+void TestAccessibility::initTestCase()
+{
+    registerContactTypes();
+    QDir::setCurrent(QStringLiteral(VL_SOURCE_DIR));
+    applyAppearance(*qApp);
+}
 
 void TestAccessibility::cleanup()
 {
@@ -294,6 +311,56 @@ void TestAccessibility::addDevices()
         contact.product = QStringLiteral("KTP16XX");
         m_window->onContactDialogAddFinished(contact);
     }
+}
+
+void TestAccessibility::useScreen(const QSize &pixels)
+{
+    QScreen *const screen = QGuiApplication::primaryScreen();
+    const QRect place(QPoint(), pixels);
+    QWindowSystemInterface::handleScreenGeometryChange(screen, place, place);
+    QTRY_COMPARE(screen->size(), (QSizeF(pixels) / screen->devicePixelRatio()).toSize());
+}
+
+/// At the scale that the process is started with.
+void TestAccessibility::everythingHasItsPlace()
+{
+    for (const QSize &pixels : {QSize(1024, 600), QSize(1366, 768), QSize(1920, 1080)}) {
+        if (pixels.width() == 1024 && qApp->devicePixelRatio() > 1)
+            continue; // is not what such a screen is set to
+        useScreen(pixels);
+        for (const char *const language : {"en", "zh"}) {
+            const QWidget *const window = open(QLatin1String(language));
+            QCoreApplication::processEvents();
+            const QString faults = Geometry::faults(*window);
+            QVERIFY2(faults.isEmpty(), qPrintable(QStringLiteral("%1, %2 pixels wide:%3")
+                                                      .arg(QLatin1String(language))
+                                                      .arg(pixels.width())
+                                                      .arg(faults)));
+            m_alone.reset();
+        }
+    }
+}
+
+void TestAccessibility::boxesFitTheScreen()
+{
+    useScreen(QSize(1366, 768));
+    QString faults;
+    m_whileAsking = [&faults] {
+        const auto all = QApplication::topLevelWidgets();
+        for (QWidget *const box : all) {
+            if (qobject_cast<QMessageBox *>(box) || box->inherits("QFileDialog")) {
+                box->show();
+                faults += Geometry::faults(*box);
+            }
+        }
+    };
+    openIn(QStringLiteral("en"));
+    m_window->selectLocalFile();
+    m_window->selectExportPath();
+    m_window->about();
+    m_window->onDeleteAll();
+    QCOMPARE(m_shown.size(), 4);
+    QVERIFY2(faults.isEmpty(), qPrintable(faults));
 }
 
 void TestAccessibility::everyStopHasANameOfItsOwn()
