@@ -16,6 +16,7 @@
 #include "view/SearchEdit.h"
 #include "widgets/Grid.h"
 #include "widgets/Modal.h"
+#include "widgets/ScreenRoom.h"
 #include "widgets/ScrollArea.h"
 #include "widgets/UserGuide.h"
 
@@ -24,7 +25,6 @@
 #include <QCloseEvent>
 #include <QMenuBar>
 #include <QPushButton>
-#include <QScreen>
 #include <QShortcut>
 #include <QStatusBar>
 #include <QVBoxLayout>
@@ -37,14 +37,16 @@ constexpr const char *programTitle =
     QT_TRANSLATE_NOOP("MainWindow", "Velloran Device Management Tool");
 const QString programVersion = QStringLiteral("1.0.0.10");
 
-/// For a window without a parent, which the system would put anywhere. Its title bar stays on the
-/// screen.
+/// For a window without a parent, which the system would put anywhere. It stays on the screen.
 void centreOver(QWidget &window, const QWidget &other)
 {
     QRect place(QPoint(), window.size());
     place.moveCenter(other.geometry().center());
-    const QRect room = other.screen()->availableGeometry();
-    window.move(std::max(place.left(), room.left()), std::max(place.top(), room.top()));
+    const QRect room = screenRoom(other);
+    const QPoint last = room.bottomRight() - place.bottomRight() + place.topLeft();
+    place.moveLeft(std::max(std::min(place.left(), last.x()), room.left()));
+    place.moveTop(std::max(std::min(place.top(), last.y()), room.top()));
+    window.setGeometry(place);
 }
 
 void showInFront(QWidget &window)

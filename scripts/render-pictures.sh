@@ -64,7 +64,7 @@ arrow() {
 }
 arrow unpressed '#2d3743' '#8ee0ff' '#8ee0ff'
 arrow pressed '#8ee0ff' '#8ee0ff' '#22272e'
-arrow disable 'none' '#4a5563' '#5d6a7a'
+arrow disable 'none' '#5d6a7a' '#76859a'
 
 # The busy animation: one turn of the wheel in twelve steps. A GIF pixel is either
 # opaque or clear, so the bars are blended with the colour that the busy window
