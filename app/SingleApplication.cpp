@@ -1,6 +1,7 @@
 #include "app/SingleApplication.h"
 
 #include "app/Foreground.h"
+#include "app/InstanceNames.h"
 
 #include <QLocalServer>
 #include <QLocalSocket>
@@ -36,7 +37,7 @@ public:
 
 bool SingleApplicationPrivate::claimKey(const QString &key)
 {
-    sharedMemory = std::make_unique<QSharedMemory>(key);
+    sharedMemory = std::make_unique<QSharedMemory>(InstanceNames::segment(key));
     // Where a segment outlives a process that was killed, leaving it as the last one removes it; a
     // running copy's segment stays.
     if (sharedMemory->attach())
@@ -47,9 +48,10 @@ bool SingleApplicationPrivate::claimKey(const QString &key)
 void SingleApplicationPrivate::listenForKnocks(const QString &key)
 {
     localServer = std::make_unique<QLocalServer>();
-    QLocalServer::removeServer(key);
+    const QString name = InstanceNames::server(key);
+    QLocalServer::removeServer(name);
     // Without a listener later copies still end, they only cannot wake this one.
-    localServer->listen(key);
+    localServer->listen(name);
     QObject::connect(localServer.get(), &QLocalServer::newConnection, q,
                      &SingleApplication::slotConnectionEstablished);
 }
@@ -58,7 +60,7 @@ void SingleApplicationPrivate::knock(const QString &key)
 {
     letOthersComeToFront();
     localSocket = std::make_unique<QLocalSocket>();
-    localSocket->connectToServer(key, QIODevice::ReadWrite);
+    localSocket->connectToServer(InstanceNames::server(key), QIODevice::ReadWrite);
     if (!localSocket->waitForConnected(knockTimeoutMs))
         sharedMemory.reset();
 }

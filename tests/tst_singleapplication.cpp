@@ -1,6 +1,8 @@
 #include "app/SingleApplication.h"
 
+#include <QFile>
 #include <QProcess>
+#include <QTemporaryDir>
 #include <QTest>
 
 namespace {
@@ -40,6 +42,8 @@ class TestSingleApplication : public QObject
 private slots:
     void init()
     {
+        QVERIFY(m_runtimeFolder.isValid());
+        qputenv("XDG_RUNTIME_DIR", m_runtimeFolder.path().toLocal8Bit());
         m_name = QStringLiteral("vl-test-%1-%2")
                      .arg(QCoreApplication::applicationPid())
                      .arg(QLatin1String(QTest::currentTestFunction()));
@@ -60,6 +64,10 @@ private slots:
     {
         Copy first(m_name);
         QTRY_COMPARE_WITH_TIMEOUT(first.count("first"), 1, patienceMs);
+#ifdef Q_OS_UNIX
+        // Out of other users' reach.
+        QVERIFY(QFile::exists(m_runtimeFolder.filePath(m_name)));
+#endif
         for (int knocks = 1; knocks <= 3; ++knocks) {
             Copy later(m_name);
             QVERIFY(later.waitForFinished(patienceMs));
@@ -92,6 +100,7 @@ private slots:
     }
 
 private:
+    QTemporaryDir m_runtimeFolder;
     QString m_name;
 };
 

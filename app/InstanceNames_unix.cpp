@@ -1,0 +1,21 @@
+#include "app/InstanceNames.h"
+
+#include <QStandardPaths>
+
+#include <unistd.h>
+
+namespace InstanceNames {
+
+QString segment(const QString &key)
+{
+    return key + QLatin1Char('-') + QString::number(::getuid());
+}
+
+QString server(const QString &key)
+{
+    // Readable by its user only, other than the folder for temporary files.
+    const QString folder = QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation);
+    return folder.isEmpty() ? segment(key) : folder + QLatin1Char('/') + key;
+}
+
+} // namespace InstanceNames
