@@ -42,11 +42,7 @@ void centreOver(QWidget &window, const QWidget &other)
 {
     QRect place(QPoint(), window.size());
     place.moveCenter(other.geometry().center());
-    const QRect room = screenRoom(other);
-    const QPoint last = room.bottomRight() - place.bottomRight() + place.topLeft();
-    place.moveLeft(std::max(std::min(place.left(), last.x()), room.left()));
-    place.moveTop(std::max(std::min(place.top(), last.y()), room.top()));
-    window.setGeometry(place);
+    window.setGeometry(pulledInto(screenRoom(other), place));
 }
 
 void showInFront(QWidget &window)

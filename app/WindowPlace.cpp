@@ -5,6 +5,7 @@
 
 #include <QDomDocument>
 #include <QMainWindow>
+#include <QScreen>
 
 namespace {
 
@@ -29,12 +30,15 @@ WindowPlace::WindowPlace(QMainWindow &window, const QString &filePath)
     QDomDocument document;
     if (SettingsFile::read(m_filePath, QIODevice::ReadOnly, document))
         m_stored = document.documentElement().firstChildElement(elementName()).text();
-    // Qt looks itself whether the screen is still the one of then, and pulls a window into it.
-    if (window.restoreGeometry(QByteArray::fromBase64(m_stored.toLatin1())))
-        return;
-    QRect place(QPoint(), firstSize.boundedTo(room.size()));
-    place.moveCenter(room.center());
-    window.setGeometry(place);
+    if (!window.restoreGeometry(QByteArray::fromBase64(m_stored.toLatin1()))) {
+        QRect place(QPoint(), firstSize);
+        place.moveCenter(room.center());
+        window.setGeometry(pulledInto(room, place));
+    } else if (!window.isMaximized() &&
+               !window.screen()->availableGeometry().contains(window.geometry())) {
+        // The screen was a larger one then.
+        window.setGeometry(pulledInto(screenRoom(window), window.geometry()));
+    }
 }
 
 void WindowPlace::save()

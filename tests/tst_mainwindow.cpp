@@ -10,6 +10,7 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QMovie>
+#include <QScreen>
 #include <QPlainTextEdit>
 #include <QRadioButton>
 #include <QSet>
@@ -43,6 +44,7 @@ private slots:
     void servicesThatAreNotOpened();
     void closingInTheMiddleOfAQuestionEndsCleanly();
     void closesOnce();
+    void comesBackWhereItWas();
     void pagesSayWhatTheyDo();
     void takesTheListOutAndIn();
     void aLongImportMovesAndEndsBeforeTheWindow();
@@ -322,6 +324,36 @@ void TestMainWindow::closesOnce()
     QCOMPARE(quit.count(), 1);
     QCOMPARE(QDir(m_folder->path()).entryList({QStringLiteral("*.csv")}),
              QStringList{QStringLiteral("other.csv")});
+}
+
+void TestMainWindow::comesBackWhereItWas()
+{
+    const auto openAgain = [this] {
+        if (m_window)
+            m_window->close();
+        openWindow();
+    };
+    const auto isOnTheScreen = [this] {
+        return m_window->screen()->availableGeometry().contains(m_window->geometry());
+    };
+    openAgain();
+    QVERIFY(isOnTheScreen());
+    const QRect place(40, 50, 640, 400);
+    m_window->setGeometry(place);
+    openAgain();
+    QCOMPARE(m_window->geometry(), place);
+    m_window->showMaximized();
+    openAgain();
+    QVERIFY(m_window->isMaximized());
+    QCOMPARE(m_window->normalGeometry(), place);
+    m_window->showNormal();
+    m_window->setGeometry(-300, -200, 2000, 1500);
+    openAgain();
+    QVERIFY(isOnTheScreen());
+    m_window->close();
+    writeFile(m_folder->filePath(QStringLiteral("window.xml")), "<root><Geometry>AdnQywAD");
+    openAgain();
+    QVERIFY(isOnTheScreen());
 }
 
 void TestMainWindow::pagesSayWhatTheyDo()

@@ -4,6 +4,8 @@
 #include <QScreen>
 #include <QWidget>
 
+#include <algorithm>
+
 namespace {
 
 /// The frame is not known before the window is shown. No usual one takes more than this.
@@ -16,4 +18,14 @@ QRect screenRoom(const QWidget &window)
     const QWidget *const parent = window.parentWidget();
     const QWidget &placed = window.isVisible() || !parent ? window : *parent;
     return placed.screen()->availableGeometry().marginsRemoved(thickestFrame);
+}
+
+QRect pulledInto(const QRect &room, QRect place)
+{
+    place.setSize(place.size().boundedTo(room.size()));
+    place.moveRight(std::min(place.right(), room.right()));
+    place.moveBottom(std::min(place.bottom(), room.bottom()));
+    place.moveLeft(std::max(place.left(), room.left()));
+    place.moveTop(std::max(place.top(), room.top()));
+    return place;
 }

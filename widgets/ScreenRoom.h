@@ -9,3 +9,6 @@ class QWidget;
 /// not shown yet it is the screen of its parent, else the first. In logical pixels, as
 /// QWidget::geometry().
 QRect screenRoom(const QWidget &window);
+
+/// `place` moved, and made smaller where that is not enough, so that all of it lies in `room`.
+QRect pulledInto(const QRect &room, QRect place);
