@@ -1296,7 +1296,7 @@
     </message>
     <message>
         <source>Select the menu option button, tool provides some config options include startup boot, edit recovery and auto httpd server. Startup boot means Start up tool with your pc. Edit recovery means recovery the status of the tool&apos;s last save and exit. Automaticly Open httpd server when you pitch on the menu of auto httpd server.</source>
-        <translation>在“选项”菜单中，本工具提供开机自动启动、恢复数据和自动开启HTTPD等配置选项。“开机自动启动”表示本工具随电脑一起启动；“恢复数据”表示恢复到本工具上次保存并退出时的状态；选中“自动开启HTTPD”后，将自动开启HTTPD服务器。</translation>
+        <translation>在“选项”菜单中，本工具提供开机自动启动、自动开启HTTPD和配置HTTPD端口等选项。“开机自动启动”表示本工具随电脑一起启动；选中“自动开启HTTPD”后，将自动开启HTTPD服务器。本工具启动时会恢复上次保存的设备列表，无需选择菜单项。</translation>
     </message>
     <message>
         <source>Httpd Server and PNP Server</source>
