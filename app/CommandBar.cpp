@@ -79,8 +79,8 @@ CommandBar::CommandBar(QWidget *parent)
 
 QSize CommandBar::minimumSizeHint() const
 {
-    const int widest = std::max(m_listRow->minimumSize().width(),
-                                m_serviceRow->minimumSize().width());
+    const int widest =
+        std::max(m_listRow->minimumSize().width(), m_serviceRow->minimumSize().width());
     return {widest, QWidget::minimumSizeHint().height()};
 }
 

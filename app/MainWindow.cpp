@@ -221,13 +221,18 @@ void MainWindow::createContent()
     column->addWidget(list, 1);
     column->addWidget(m_reportBox);
 
-    // For the smallest windows.
-    auto *const area = new ScrollArea(this);
+    // In the smallest windows it scrolls. The pages lie over all of it, and a screen reader finds
+    // them beside the area, not in it.
+    auto *const middle = new QWidget(this);
+    auto *const area = new ScrollArea(middle);
     area->setObjectName(QStringLiteral("contentScrollArea"));
     area->setFocusPolicy(Qt::NoFocus);
     area->setWidgetResizable(true);
     area->setWidget(content);
-    setCentralWidget(area);
+    auto *const whole = new QVBoxLayout(middle);
+    whole->setContentsMargins(0, 0, 0, 0);
+    whole->addWidget(area);
+    setCentralWidget(middle);
 }
 
 void MainWindow::createDialogs()

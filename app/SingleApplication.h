@@ -16,8 +16,8 @@ public:
     /// Releases the key, so that the next start is the first copy again.
     ~SingleApplication() override;
 
-    /// What names the shared-memory segment and the local server of this program: both names joined,
-    /// without what is neither a word character nor "-", "." or a blank.
+    /// What names the shared-memory segment and the local server of this program: both names
+    /// joined, without what is neither a word character nor "-", "." or a blank.
     static QString instanceKey(const QString &applicationName, const QString &organizationName);
 
 signals:

@@ -4,8 +4,8 @@
 #include "dialogs/IpLine.h"
 #include "widgets/Modal.h"
 #include "widgets/OpenWhereClosed.h"
-#include "widgets/ScrollArea.h"
 #include "widgets/ScreenRoom.h"
+#include "widgets/ScrollArea.h"
 #include "widgets/ToolTipWidget.h"
 
 #include <QHBoxLayout>

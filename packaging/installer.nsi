@@ -7,7 +7,7 @@
 ; uninstaller knows /S, and /DEVICES to remove the device list as well.
 ;
 ; What belongs to the user is never overwritten: the settings in language\ are laid down
-; once, and phonebook.db, backup\ and port.xml are not the installer's at all.
+; once, and phonebook.db, backup\, port.xml and window.xml are not the installer's at all.
 Target amd64-unicode
 !include MUI2.nsh
 !include FileFunc.nsh
@@ -197,6 +197,7 @@ Section Uninstall
     Delete "$INSTDIR\LICENSE.txt"
     Delete "$INSTDIR\VLManager.ini"
     Delete "$INSTDIR\port.xml"
+    Delete "$INSTDIR\window.xml"
     Delete "$INSTDIR\tmp.csv"
     Delete "$INSTDIR\tmp1.csv"
     Delete "$INSTDIR\tmp2.csv"

@@ -12,7 +12,21 @@
 #include <QTableView>
 #include <QToolButton>
 
+// The only way to have another screen than the one that the platform stands in for.
+#include <qpa/qwindowsysteminterface.h>
+
+#include <QGuiApplication>
+#include <QTest>
+
 namespace Geometry {
+
+inline void useScreen(const QSize &pixels)
+{
+    QScreen *const screen = QGuiApplication::primaryScreen();
+    const QRect place(QPoint(), pixels);
+    QWindowSystemInterface::handleScreenGeometryChange(screen, place, place);
+    QTRY_COMPARE(screen->size(), (QSizeF(pixels) / screen->devicePixelRatio()).toSize());
+}
 
 /// Whether one can scroll to what is outside the parent: what lies in the viewport of an area, and
 /// the labels and boxes that go with the columns of the list.
@@ -22,7 +36,8 @@ inline bool isScrolled(const QWidget &widget)
     const auto *const area = qobject_cast<const QAbstractScrollArea *>(parent->parentWidget());
     if (area && area->viewport() == parent)
         return true;
-    const auto *const list = widget.window()->findChild<QTableView *>(QStringLiteral("contact_view"));
+    const auto *const list =
+        widget.window()->findChild<QTableView *>(QStringLiteral("contact_view"));
     return (parent->inherits("ContactTitle") || parent->inherits("SearchBar")) && list &&
            list->horizontalScrollBar()->maximum() > 0;
 }

@@ -21,9 +21,6 @@
 #include <QRegularExpression>
 #include <QScrollArea>
 
-// The only way to have another screen than the one that the platform stands in for.
-#include <qpa/qwindowsysteminterface.h>
-
 namespace {
 
 using Widgets = QList<QWidget *>;
@@ -186,7 +183,6 @@ private slots:
 
 private:
     static void windows();
-    static void useScreen(const QSize &pixels);
     QWidget *open(const QString &language = QStringLiteral("en"));
     void openIn(const QString &language);
     void addDevices();
@@ -313,21 +309,13 @@ void TestAccessibility::addDevices()
     }
 }
 
-void TestAccessibility::useScreen(const QSize &pixels)
-{
-    QScreen *const screen = QGuiApplication::primaryScreen();
-    const QRect place(QPoint(), pixels);
-    QWindowSystemInterface::handleScreenGeometryChange(screen, place, place);
-    QTRY_COMPARE(screen->size(), (QSizeF(pixels) / screen->devicePixelRatio()).toSize());
-}
-
 /// At the scale that the process is started with.
 void TestAccessibility::everythingHasItsPlace()
 {
     for (const QSize &pixels : {QSize(1024, 600), QSize(1366, 768), QSize(1920, 1080)}) {
         if (pixels.width() == 1024 && qApp->devicePixelRatio() > 1)
             continue; // is not what such a screen is set to
-        useScreen(pixels);
+        Geometry::useScreen(pixels);
         for (const char *const language : {"en", "zh"}) {
             const QWidget *const window = open(QLatin1String(language));
             QCoreApplication::processEvents();
@@ -343,7 +331,7 @@ void TestAccessibility::everythingHasItsPlace()
 
 void TestAccessibility::boxesFitTheScreen()
 {
-    useScreen(QSize(1366, 768));
+    Geometry::useScreen(QSize(1366, 768));
     QString faults;
     m_whileAsking = [&faults] {
         const auto all = QApplication::topLevelWidgets();
@@ -375,6 +363,9 @@ void TestAccessibility::everyStopHasANameOfItsOwn()
         QVERIFY2(!named.contains(name),
                  describe(stop) + " is called as " + describe(named.value(name)));
         named.insert(name, stop);
+        // One goes down to it from the window, and not only up from it.
+        for (auto *told = toldOf(stop); told->object() != window->window(); told = told->parent())
+            QVERIFY2(told->parent()->indexOfChild(told) >= 0, describe(stop));
         // The search boxes have their column's name inside, and an address one label for its parts.
         const bool isField =
             qobject_cast<const QLineEdit *>(stop) || qobject_cast<const QComboBox *>(stop);

@@ -10,9 +10,9 @@
 #include <QMenu>
 #include <QMenuBar>
 #include <QMovie>
-#include <QScreen>
 #include <QPlainTextEdit>
 #include <QRadioButton>
+#include <QScreen>
 #include <QSet>
 #include <QSignalSpy>
 #include <QTcpSocket>

@@ -71,8 +71,7 @@ const QPixmap &RowPictures::backgroundFor(const QSize &pixels)
 {
     QPixmap &scaled = m_backgroundScaled[pixels.height() % 2];
     if (scaled.size() != pixels) {
-        scaled =
-            m_backgroundSource.scaled(pixels, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+        scaled = m_backgroundSource.scaled(pixels, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
     }
     return scaled;
 }

@@ -13,7 +13,7 @@ constexpr int margin = 32;
 constexpr qreal titleShare = 26.0 / 18; ///< size of the title to that of the text
 constexpr int ruleWidth = 48;
 constexpr int ruleHeight = 3;
-constexpr int ruleGap = 16;     ///< above and below the rule between title and text
+constexpr int ruleGap = 16; ///< above and below the rule between title and text
 /// From one line to the next, in sizes of the text.
 constexpr qreal titleLine = 32.0 / 18;
 constexpr qreal textLine = 26.0 / 18;
