@@ -367,6 +367,7 @@ class Gallery:
             backup = self.folder / "backup"
             backup.rename(self.folder / "backup-aside")
             backup.write_text("no folder")
+            wait_active(self.tr("Velloran Device Management Tool"))
             keys("alt+F4")
             self.box("Save Error", "save-error-at-end", None)
             self.press("Yes", "Save Error")
