@@ -25,7 +25,7 @@ take_set() {
     # As a desktop tells programs its scale, with the tab that Qt looks for.
     xprop -root -f RESOURCE_MANAGER 8s \
         -set RESOURCE_MANAGER "$(printf 'Xft.dpi:\t%d' "$((96 * percent / 100))")"
-    play "$root/scripts/tour/gallery.py" "$out" "$language"
+    play "$root/scripts/tour/gallery.py" "$out" "$language" "$percent"
 }
 
 if [ "${1:-}" = --inside ]; then

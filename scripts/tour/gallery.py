@@ -24,7 +24,7 @@ LONGEST_WALK_S = 540
 DIALOG_PATIENCE_S = 8
 MENU_COUNT = 7
 FULL_LIST = 60
-# In the list, however small the window and the scale.
+# In the list, however small the window; as the program counts.
 LIST_POINT = (350, 300)
 LONG_IMPORT = 100000
 CSV_HEAD = ("MAC,Product Model,Primary Account,SIP Server,SIP User ID,Authentication ID,Password,"
@@ -48,9 +48,10 @@ def device_row(number):
 
 
 class Gallery:
-    def __init__(self, out, language):
+    def __init__(self, out, language, percent):
         self.out = out
         self.texts = translations(language)
+        self.percent = percent
         self.folder = out / "program"
         self.log = open(out / "program.log", "w", encoding="utf-8")
         self.screen = screen.Screen("VlManager", out)
@@ -198,7 +199,8 @@ class Gallery:
 
     def list(self):
         window = screen.windows(self.tr("Velloran Device Management Tool"))[0]
-        xdotool("mousemove", "--window", window, *LIST_POINT)
+        xdotool("mousemove", "--window", window,
+                *(part * self.percent // 100 for part in LIST_POINT))
         self.shot("list-hover")
         xdotool("click", 1)
         keys("Down", "Down")
@@ -410,11 +412,11 @@ def stop(number, _frame):
 
 
 def main():
-    out, language = sys.argv[1:3]
+    out, language, percent = sys.argv[1:4]
     for number in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP, signal.SIGALRM):
         signal.signal(number, stop)
     signal.alarm(LONGEST_WALK_S)
-    gallery = Gallery(Path(out), language)
+    gallery = Gallery(Path(out), language, int(percent))
     try:
         gallery.run()
     except Exception:
