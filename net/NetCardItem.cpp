@@ -2,7 +2,9 @@
 
 #include <QLabel>
 #include <QMouseEvent>
+#include <QPainter>
 #include <QRadioButton>
+#include <QStyleOptionButton>
 
 namespace {
 
@@ -12,14 +14,62 @@ QString buttonText(QString text)
     return text.replace(QLatin1Char('&'), QLatin1String("&&"));
 }
 
+/// Shortens a name that is longer than its place; the tool tip has all of it.
+class NameButton : public QRadioButton
+{
+public:
+    using QRadioButton::QRadioButton;
+
+protected:
+    void paintEvent(QPaintEvent * /*event*/) override
+    {
+        QStyleOptionButton option;
+        initStyleOption(&option);
+        const QRect room = style()->subElementRect(QStyle::SE_RadioButtonContents, &option, this);
+        option.text = fontMetrics().elidedText(option.text, Qt::ElideRight, room.width(),
+                                               Qt::TextShowMnemonic);
+        QPainter painter(this);
+        style()->drawControl(QStyle::CE_RadioButton, &option, &painter, this);
+    }
+};
+
+/// Breaks a list of addresses after a comma, where word wrap would find no place to. Shortens what
+/// does not fit two lines; the tool tip has all of it.
+class AddressLabel : public QLabel
+{
+public:
+    using QLabel::QLabel;
+
+protected:
+    void paintEvent(QPaintEvent * /*event*/) override
+    {
+        const QFontMetrics metrics = fontMetrics();
+        QString first = text();
+        QString second;
+        while (metrics.horizontalAdvance(first) > width()) {
+            const int comma = first.lastIndexOf(QLatin1Char(','), -2);
+            if (comma < 0)
+                break;
+            second.prepend(first.mid(comma + 1));
+            first.truncate(comma + 1);
+        }
+        if (!second.isEmpty())
+            first += QLatin1Char('\n') + metrics.elidedText(second, Qt::ElideRight, width());
+        QPainter painter(this);
+        style()->drawItemText(&painter, rect(), static_cast<int>(alignment()), palette(),
+                              isEnabled(), first, foregroundRole());
+    }
+};
+
 } // namespace
 
 NetCardItem::NetCardItem(const QString &name, const QStringList &ipList, QWidget *parent)
     : QWidget(parent)
     , m_name(name)
     , m_ipList(ipList)
-    , m_radioButton(new QRadioButton(buttonText(name), this))
-    , m_ipLabel(new QLabel(ipList.isEmpty() ? tr("No IP") : ipList.join(QLatin1Char(',')), this))
+    , m_radioButton(new NameButton(buttonText(name), this))
+    , m_ipLabel(
+          new AddressLabel(ipList.isEmpty() ? tr("No IP") : ipList.join(QLatin1Char(',')), this))
 {
     setFixedSize(460, 30);
     m_radioButton->setObjectName(QStringLiteral("netCardRadioButton"));

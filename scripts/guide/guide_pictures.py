@@ -27,8 +27,9 @@ WIDTH, HEIGHT = 1040, 650
 PART_WIDTH = 800
 MENU_WIDTH, MENU_HEIGHT = 600, 488
 DIALOG_TOP = 180
-# Of the screen's pixels the pictures keep what is sharp in the guide at double scale.
-KEPT = 0.75
+# Of the screen's pixels README's pictures keep what it shows. The guide's keep all: it never shows
+# more than they have, and is large on a large screen.
+README_PART = 0.75
 COLORS = 96
 ROLES = {"Password": "password text"}
 RING = "#f97316"
@@ -157,7 +158,7 @@ class Pictures:
 
     # What is made of it
 
-    def take(self, path, part=None, ring=None):
+    def take(self, path, part=None, ring=None, kept=1.0):
         """Keeps the screen, or part of it (x, y, width, height), with a ring round a place."""
         xdotool("mousemove", 0, HEIGHT * SCALE - 1)  # no hover, no pointer
         time.sleep(0.8)
@@ -173,7 +174,7 @@ class Pictures:
         if part:
             x, y, width, height = (int(value * SCALE) for value in part)
             command += ["-crop", f"{width}x{height}+{x}+{y}", "+repage"]
-        command += ["-filter", "Lanczos", "-resize", f"{KEPT * 100}%", "-dither", "None",
+        command += ["-filter", "Lanczos", "-resize", f"{kept * 100}%", "-dither", "None",
                     "-colors", str(COLORS), "-strip", "-define", "png:compression-level=9",
                     "-define", "png:exclude-chunks=date,time", f"PNG8:{path}"]
         subprocess.run(command, check=True)
@@ -182,7 +183,7 @@ class Pictures:
         self.take(self.guide / f"{name}.png", (left, 0, width, height), ring)
 
     def readme_picture(self, name):
-        self.take(self.readme / f"{name}-{self.language}.png")
+        self.take(self.readme / f"{name}-{self.language}.png", kept=README_PART)
 
     # The walk
 
