@@ -10,8 +10,7 @@ class QPushButton;
 
 /// What stands above the list: its title with the device count, the buttons that work on the list,
 /// and the two buttons that switch the services, which go below the others where the window is too
-/// narrow for all. The buttons only exist here; what they do is
-/// connected by the window.
+/// narrow for all. The buttons only exist here; what they do is connected by the window.
 class CommandBar : public QWidget
 {
     Q_OBJECT

@@ -69,7 +69,7 @@ void RowPictures::prepareSelectedRow()
 /// are of two heights, one pixel apart.
 const QPixmap &RowPictures::backgroundFor(const QSize &pixels)
 {
-    QPixmap &scaled = m_backgroundScaled[pixels.height() % 2];
+    QPixmap &scaled = m_backgroundScaled[static_cast<std::size_t>(pixels.height()) % 2];
     if (scaled.size() != pixels) {
         scaled = m_backgroundSource.scaled(pixels, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
     }

@@ -11,7 +11,7 @@ namespace DevicePixels {
 /// coordinates. Neighbours still meet. The painter neither turns nor shears.
 inline QRectF snapped(const QPainter &painter, const QRectF &rect)
 {
-    const QTransform toDevice = painter.deviceTransform();
+    const QTransform &toDevice = painter.deviceTransform();
     const QRectF exact = toDevice.mapRect(rect);
     const QPointF topLeft(qRound(exact.left()), qRound(exact.top()));
     const QPointF bottomRight(qRound(exact.right()), qRound(exact.bottom()));
