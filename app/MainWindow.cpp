@@ -302,6 +302,14 @@ void MainWindow::onJobEnded(const ListJob &job)
     case ListJob::Kind::Import:
         onImportEnded(job);
         break;
+    case ListJob::Kind::Insert:
+        if (!job.hasChangedList() && m_state != State::Closed)
+            m_contactDialog->bringBack();
+        break;
+    case ListJob::Kind::Edit:
+        if (!job.hasChangedList() && m_state != State::Closed)
+            m_contactDialog->bringBackFor(&m_editedContact);
+        break;
     case ListJob::Kind::Add:
     case ListJob::Kind::Clear:
     case ListJob::Kind::Save:
@@ -350,11 +358,14 @@ void MainWindow::constructNewFiles()
 
 void MainWindow::onContactsDialogAddFinished(const QList<ContactInfo> &contacts)
 {
+    if (!contacts.isEmpty())
+        m_view->showDevice(contacts.constFirst().mac);
     m_dataMgr.addContacts(contacts);
 }
 
 void MainWindow::onContactDialogAddFinished(const ContactInfo &contact)
 {
+    m_view->showDevice(contact.mac);
     m_dataMgr.insertContactNode(contact);
 }
 
@@ -417,8 +428,11 @@ void MainWindow::onRemoveContact()
 void MainWindow::onDeleteAll()
 {
     qCDebug(debugLog) << "onDeleteAll.";
-    if (Modal::question(this, tr("Delete All Devices"), tr("Do you want to delete all devices?")) ==
-        Modal::Answer::Yes)
+    const int hidden = m_view->hiddenCount();
+    const QString note =
+        hidden > 0 ? tr("%n of them are hidden by the search.", nullptr, hidden) : QString();
+    if (Modal::question(this, tr("Delete All Devices"), tr("Do you want to delete all devices?"),
+                        note) == Modal::Answer::Yes)
         m_dataMgr.deleteAllContacts();
 }
 

@@ -109,12 +109,9 @@ void MainWindow::onImportEnded(const ListJob &job)
     m_importPage->slideOut();
     if (job.phase() != ListJob::Phase::Failed || m_state == State::Closed)
         return;
-    QMessageBox box(QMessageBox::Warning, tr("Import Box"),
-                    tr("Import is failed, please check the file format and encoding."),
-                    QMessageBox::Ok, this);
-    box.setWindowIcon(Modal::windowIcon());
-    box.setInformativeText(job.reason());
-    Modal::run(box);
+    Modal::message(this, QMessageBox::Warning, tr("Import Box"),
+                   tr("Import is failed, please check the file format and encoding."),
+                   job.reason());
     // With its path, for another try.
     if (m_state != State::Closed)
         m_importPage->slideIn();
@@ -138,6 +135,7 @@ void MainWindow::selectExportPath()
 {
     QFileDialog dialog(this);
     useOwnDialog(dialog, tr("Select a folder to export"));
+    dialog.setDirectory(m_exportPage->startFolder());
     dialog.setFileMode(QFileDialog::Directory);
     dialog.setOption(QFileDialog::ShowDirsOnly);
     dialog.setLabelText(QFileDialog::LookIn, tr("Look in:"));
@@ -162,7 +160,7 @@ void MainWindow::exportBegin()
     if (QFileInfo::exists(target) &&
         Modal::question(this, tr("Replace action"),
                         target + tr("has already exist") + tr(",") +
-                            tr("do you want to replace it?")) == Modal::Answer::No)
+                            tr("do you want to replace it?")) != Modal::Answer::Yes)
         return;
     const int type = m_language == QLatin1String("zh") ? CsvChinese : CsvEnglish;
     if (m_dataMgr.exportDevices(type, QStringLiteral("UTF-8"), exportName, folder)) {

@@ -1103,6 +1103,13 @@
         <source>The device list is being read...</source>
         <translation>The device list is being read...</translation>
     </message>
+    <message numerus="yes">
+        <source>%n of them are hidden by the search.</source>
+        <translation>
+            <numerusform>%n of them is hidden by the search.</numerusform>
+            <numerusform>%n of them are hidden by the search.</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>Modal</name>

@@ -1103,6 +1103,12 @@
         <source>The device list is being read...</source>
         <translation>正在读取设备列表…</translation>
     </message>
+    <message numerus="yes">
+        <source>%n of them are hidden by the search.</source>
+        <translation>
+            <numerusform>其中 %n 台被搜索条件隐藏。</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>Modal</name>

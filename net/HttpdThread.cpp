@@ -12,6 +12,7 @@
 #include <QDateTime>
 #include <QDeadlineTimer>
 #include <QFile>
+#include <QFileInfo>
 #include <QLocale>
 #include <QTextStream>
 
@@ -254,10 +255,22 @@ void HttpdThread::serveRequest(const QString &fileName, const QString &product)
     // Two families may ask for one name at once: the file must not change between being written
     // for this telephone and being read for it.
     std::unique_lock<std::mutex> nameLock = m_folder.lock(fileName);
-    const bool written = !isDropped() && writeDocument(fileName, product);
+    QFile file(m_folder.path() + QLatin1Char('/') + fileName);
+    bool written = false;
+    bool again = false;
+    do {
+        const quint64 version = m_source.listVersion();
+        m_folder.make();
+        written = !isDropped() && writeDocument(fileName, product) &&
+                  file.open(QIODevice::ReadOnly);
+        // An import that replaces the list moves the whole folder away, also from between writing
+        // and reading: then once more, from the new list.
+        again = !written && !again &&
+                (m_source.listVersion() != version || !QFileInfo::exists(m_folder.path()));
+    } while (again);
     m_pool.endWork(*this);
     if (written)
-        sendFile(m_folder.path() + QLatin1Char('/') + fileName, std::move(nameLock));
+        sendFile(file, std::move(nameLock));
 }
 
 /// Under the name's lock.
@@ -275,19 +288,18 @@ bool HttpdThread::writeDocument(const QString &fileName, const QString &product)
 }
 
 /// Reads the file, gives its name free and sends what was read; nobody waits for a slow client.
-void HttpdThread::sendFile(const QString &path, std::unique_lock<std::mutex> nameLock)
+void HttpdThread::sendFile(QFile &file, std::unique_lock<std::mutex> nameLock)
 {
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
-        nameLock.unlock();
+    QTextStream stream(&file);
+    stream.setCodec("UTF-8");
+    const QString body = file.isOpen() ? stream.readAll() : QString();
+    const bool whole = file.isOpen() && file.error() == QFile::NoError;
+    file.close();
+    nameLock.unlock();
+    if (!whole) {
         closeSocket();
         return;
     }
-    QTextStream stream(&file);
-    stream.setCodec("UTF-8");
-    const QString body = stream.readAll();
-    file.close();
-    nameLock.unlock();
 
     touch();
     if (!change(State::Busy, State::Idle))

@@ -12,6 +12,7 @@
 #include <mutex>
 
 class ConnectionPool;
+class QFile;
 class DocumentFolder;
 class ProvisioningSource;
 struct AcceptedConnection;
@@ -86,7 +87,7 @@ private:
     bool waitForRest(const QDeadlineTimer &deadline);
     void serveRequest(const QString &fileName, const QString &product);
     bool writeDocument(const QString &fileName, const QString &product);
-    void sendFile(const QString &path, std::unique_lock<std::mutex> nameLock);
+    void sendFile(QFile &file, std::unique_lock<std::mutex> nameLock);
     template <typename Condition>
     bool waitFor(int timeout, Condition condition);
     QByteArray answerHeader();

@@ -4,8 +4,10 @@
 #include "export/ExportFactory.h"
 #include "export/ProvisioningDocument.h"
 #include "model/ExportType.h"
+#include "model/FreeMemory.h"
 #include "storage/DBOperator.h"
 #include "storage/DatabaseLayer.h"
+#include "storage/EditedDevice.h"
 #include "storage/ImportedDevices.h"
 #include "storage/StoredDevices.h"
 #include "widgets/Modal.h"
@@ -20,6 +22,7 @@ namespace {
 
 const QString databaseName = QStringLiteral("phonebook.db");
 const QString provisioningRoot = QStringLiteral("HTTPD");
+constexpr int longList = 10000; // what making one leaves in the heap is worth giving back
 constexpr int retryPauseMilliseconds = 60 * 1000;
 
 /// No list at all, in place of the one before.
@@ -150,15 +153,20 @@ void DataMgr::recoverPreviousData()
 
 void DataMgr::insertContactNode(const ContactInfo &contact)
 {
-    addContacts({contact});
+    add(ListJob::Kind::Insert, {contact});
 }
 
 void DataMgr::addContacts(const QList<ContactInfo> &contacts)
 {
-    if (m_worker.putOff([=] { addContacts(contacts); }))
+    add(ListJob::Kind::Add, contacts);
+}
+
+void DataMgr::add(ListJob::Kind kind, const QList<ContactInfo> &contacts)
+{
+    if (m_worker.putOff([=] { add(kind, contacts); }))
         return;
     ListJob::Order order;
-    order.kind = ListJob::Kind::Add;
+    order.kind = kind;
     order.source = std::make_unique<MergedDevices>(m_devices.snapshot(), contacts);
     start(std::move(order));
 }
@@ -173,10 +181,15 @@ void DataMgr::updateContact(const ContactInfo &contact)
 
 void DataMgr::updateAt(int row, const ContactInfo &contact)
 {
-    if (row >= 0)
-        m_devices.replaceAt(row, contact);
-    emit updateModel();
-    startSave();
+    if (row < 0) {
+        emit updateModel();
+        startSave();
+        return;
+    }
+    ListJob::Order order;
+    order.kind = ListJob::Kind::Edit;
+    order.source = std::make_unique<EditedDevice>(m_devices.snapshot(), row, contact);
+    start(std::move(order));
 }
 
 /// Where the device is that had this number when its change had to wait: the changes before it may
@@ -246,8 +259,9 @@ ListJob::Answer DataMgr::askAboutListed(const ListJob::Question &question)
 {
     const QString text = QLatin1String("MAC:") + question.mac + tr(" has already exist") + tr(",") +
                          tr("do you want to replace it?");
-    const auto ask = question.several ? Modal::questionOfMany : Modal::question;
-    switch (ask(nullptr, tr("Replace action"), text)) {
+    const QString title = tr("Replace action");
+    switch (question.several ? Modal::questionOfMany(nullptr, title, text)
+                             : Modal::question(nullptr, title, text)) {
     case Modal::Answer::Yes:
         return ListJob::Answer::Yes;
     case Modal::Answer::YesToAll:
@@ -266,6 +280,8 @@ void DataMgr::tellEnd(const ListJob &job)
     if (job.kind() == ListJob::Kind::Load)
         m_busy = false;
     m_store.setWaitsForLocks(true);
+    if (job.hasChangedList() && m_devices.size() > longList)
+        giveBackFreeMemory();
     const bool quiet = m_closed || job.questions() == ListJob::Questions::Refused;
     m_retryWanted = m_store.isBehind();
     if (isSaved())

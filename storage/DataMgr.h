@@ -72,7 +72,8 @@ public:
     /// When several are listed already, the question offers an answer for all of them.
     void addContacts(const QList<ContactInfo> &contacts);
     /// Replaces the device whose running number equals the record's id. One that has moved on until
-    /// its turn comes is found by its MAC.
+    /// its turn comes is found by its MAC. When another device has the record's MAC, asks whether
+    /// to replace that one; "No" changes nothing.
     void updateContact(const ContactInfo &contact);
     /// Removes the device at `row`; a row out of range changes nothing.
     void deleteContactAt(int row);
@@ -147,6 +148,7 @@ public slots:
 
 private:
     void start(ListJob::Order order);
+    void add(ListJob::Kind kind, const QList<ContactInfo> &contacts);
     void startSave(ListJob::Questions questions = ListJob::Questions::Allowed);
     void handOver(DeviceList &made, bool isOtherList);
     void updateAt(int row, const ContactInfo &contact);

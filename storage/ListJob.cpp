@@ -101,6 +101,7 @@ ListJob::Phase ListJob::backUp()
     if (m_order.dropsList && m_store.hasToKeep())
         return keepRows();
     m_effects.handOver(m_order.source->list());
+    m_handedOver = true;
     if (m_order.kind != Kind::Load)
         return Phase::Writing;
     m_store.setRead(m_devices.version());

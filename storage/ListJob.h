@@ -24,7 +24,9 @@ class ListJob
 public:
     enum class Kind {
         Load,   ///< the stored list takes the place of the list; nothing is saved
+        Insert, ///< one device is added
         Add,    ///< devices are added
+        Edit,   ///< one device is edited
         Import, ///< the devices of a file are added, or take the place of the list
         Clear,  ///< the list is emptied
         Save    ///< the list stays as it is
@@ -83,6 +85,8 @@ public:
     Questions questions() const { return m_order.questions; }
     Phase phase() const { return m_phase; }
     bool isOver() const;
+    /// Whether there is another list than before.
+    bool hasChangedList() const { return m_handedOver; }
     /// Why the job failed, for the user; empty when there is nothing to add to that it did.
     QString reason() const { return m_reason; }
 
@@ -112,6 +116,7 @@ private:
     Effects m_effects;
     Order m_order;
     Phase m_phase = Phase::Reading;
+    bool m_handedOver = false;
     QString m_reason;
     Question m_question = {};
     Phase m_askedIn = Phase::Reading;

@@ -26,6 +26,8 @@ namespace Sql {
 // In KiB. A long list's pages are written once, at the end of the transaction, where the small
 // cache that is usual would spill them while they still change.
 const QString useLargeCache = QStringLiteral("pragma cache_size=-65536");
+// After a long list was read: what is in the cache is not looked at again.
+const QString freeCache = QStringLiteral("pragma shrink_memory");
 // Milliseconds. The window stands still meanwhile.
 const QString waitForLocks = QStringLiteral("pragma busy_timeout=2000");
 const QString failOnLocks = QStringLiteral("pragma busy_timeout=0");
@@ -163,7 +165,10 @@ private:
             contacts.append(m_current);
         m_current.id = 0;
         m_database.m_lastErrorText.clear();
-        m_database.succeeded(m_query);
+        if (m_database.succeeded(m_query)) {
+            m_query.finish();
+            m_database.execute(Sql::freeCache);
+        }
         return false;
     }
 

@@ -173,11 +173,17 @@ void TestDataMgr::updatesByRunningNumber()
     QCOMPARE(run.mgr.devices().rowOfMac(QStringLiteral("b.mac")), -1);
     QCOMPARE(difference(run), QString());
 
-    // An edit may give a device the MAC of another: nobody asks then.
+    // The MAC of another device: asks as a new device does, and replaces that one.
     edited.mac = QStringLiteral("c.mac");
+    const QList<ContactInfo> kept = run.contacts();
+    m_user->answers = QStringList{no, yes};
     run.mgr.updateContact(edited);
+    QVERIFY(run.contacts() == kept);
+    run.mgr.updateContact(edited);
+    QCOMPARE(run.stamps(), QStringLiteral("a c"));
+    QCOMPARE(run.contacts().at(1).city, edited.city);
     QCOMPARE(difference(run), QString());
-    QVERIFY(m_user->boxes.isEmpty());
+    QCOMPARE(m_user->titles(), QStringList({replaceAction, replaceAction}));
 
     const QList<ContactInfo> before = run.contacts();
     edited.id = 4;

@@ -52,11 +52,13 @@ void centreWhenShown(QDialog &dialog)
     });
 }
 
-Modal::Answer ask(QWidget *parent, const QString &title, const QString &text, bool ofMany)
+Modal::Answer ask(QWidget *parent, const QString &title, const QString &text, bool ofMany,
+                  const QString &note = {})
 {
     using Modal::Answer;
     QMessageBox box(parent);
     setUp(box, QMessageBox::Question, title, text);
+    box.setInformativeText(note);
     QHash<const QAbstractButton *, Answer> answers;
     const auto add = [&](const QString &label, QMessageBox::ButtonRole role, Answer answer) {
         QPushButton *const button = box.addButton(label, role);
@@ -102,17 +104,19 @@ QIcon windowIcon()
     return QIcon(QStringLiteral("./resource/logo.png"));
 }
 
-void message(QWidget *parent, QMessageBox::Icon icon, const QString &title, const QString &text)
+void message(QWidget *parent, QMessageBox::Icon icon, const QString &title, const QString &text,
+             const QString &note)
 {
     QMessageBox box(parent);
     setUp(box, icon, title, text);
+    box.setInformativeText(note);
     box.setStandardButtons(QMessageBox::Ok);
     run(box);
 }
 
-Answer question(QWidget *parent, const QString &title, const QString &text)
+Answer question(QWidget *parent, const QString &title, const QString &text, const QString &note)
 {
-    return ask(parent, title, text, false);
+    return ask(parent, title, text, false, note);
 }
 
 Answer questionOfMany(QWidget *parent, const QString &title, const QString &text)

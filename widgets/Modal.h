@@ -25,9 +25,10 @@ void setRunner(Runner runner);
 QIcon windowIcon();
 
 /// Shows a message with a single Ok button.
-void message(QWidget *parent, QMessageBox::Icon icon, const QString &title, const QString &text);
+/// `note`, if any, stands below the text.
+void message(QWidget *parent, QMessageBox::Icon icon, const QString &title, const QString &text,
+             const QString &note = {});
 
-/// Asks a question with the buttons "Yes" and "No".
 enum class Answer {
     Yes,
     No,
@@ -35,7 +36,9 @@ enum class Answer {
     NoToAll,
     Dismissed, ///< the box was closed without either button
 };
-Answer question(QWidget *parent, const QString &title, const QString &text);
+/// Asks a question with the buttons "Yes" and "No". `note`, if any, stands below the question.
+Answer question(QWidget *parent, const QString &title, const QString &text,
+                const QString &note = {});
 
 /// The same with two more buttons, "Yes to All" and "No to All".
 Answer questionOfMany(QWidget *parent, const QString &title, const QString &text);

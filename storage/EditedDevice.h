@@ -1,0 +1,27 @@
+#pragma once
+
+#include "storage/ListSource.h"
+
+/// A list in which one device was edited. Where another device has the new MAC, the user is asked,
+/// and the edited one takes its place.
+class EditedDevice : public ListSource
+{
+public:
+    /// `row` must exist in `list`.
+    EditedDevice(const DeviceListSnapshot &list, int row, const ContactInfo &edited);
+
+    Step step() override;
+    DeviceList &list() override { return m_list; }
+    QString listedMac() const override { return m_edited.mac; }
+    void answer(DuplicateAnswer answer) override;
+    bool hasChanged() const override { return m_next != Next::Nothing; }
+
+private:
+    enum class Next { Ask, Replace, Nothing };
+
+    DeviceList m_list;
+    int m_row;
+    ContactInfo m_edited;
+    int m_otherRow; ///< of the first other device that has the MAC, or -1
+    Next m_next;
+};
