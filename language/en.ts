@@ -1103,12 +1103,9 @@
         <source>The device list is being read...</source>
         <translation>The device list is being read...</translation>
     </message>
-    <message numerus="yes">
-        <source>%n of them are hidden by the search.</source>
-        <translation>
-            <numerusform>%n of them is hidden by the search.</numerusform>
-            <numerusform>%n of them are hidden by the search.</numerusform>
-        </translation>
+    <message>
+        <source>Hidden by the search: %1</source>
+        <translation>Hidden by the search: %1</translation>
     </message>
 </context>
 <context>

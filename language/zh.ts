@@ -1103,11 +1103,9 @@
         <source>The device list is being read...</source>
         <translation>正在读取设备列表…</translation>
     </message>
-    <message numerus="yes">
-        <source>%n of them are hidden by the search.</source>
-        <translation>
-            <numerusform>其中 %n 台被搜索条件隐藏。</numerusform>
-        </translation>
+    <message>
+        <source>Hidden by the search: %1</source>
+        <translation>被搜索条件隐藏：%1</translation>
     </message>
 </context>
 <context>
