@@ -61,8 +61,8 @@ public:
 
     /// What queryContacts() reads, in steps. Other programs cannot write until the reader is gone.
     virtual std::unique_ptr<ContactReader> readContacts() = 0;
-    /// Settles these rows of a batch inserted into an empty table, of which `first` counts from 0:
-    /// mergeNewRecords() for a long list, in steps. It must still be called at the end.
+    /// mergeNewRecords() in steps, for a long list that is inserted into an emptied table: settles
+    /// these rows, of which `first` counts from 0.
     virtual bool settleRows(int first, int count) = 0;
 
     /// Transactions nest: only the outermost one begins and ends one in the database, and a

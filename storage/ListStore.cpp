@@ -10,6 +10,12 @@ namespace {
 const QString lockName = QStringLiteral("phonebook.db.lock");
 constexpr int rowsReadAtOnce = 200;
 
+bool isLong(const DeviceListSnapshot &list)
+{
+    constexpr int rowsMergedAtOnce = 2000;
+    return list.size() > rowsMergedAtOnce;
+}
+
 } // namespace
 
 ListStore::ListStore(DBOperator &dbOperator, const QString &directory)
@@ -269,14 +275,17 @@ ListStore::Step ListStore::writeRows(const DeviceListSnapshot &list)
     }
     const int first = m_writtenRows;
     m_writtenRows += DBOperator::rowsAtOnce;
-    const bool written = m_dbOperator.saveRows(list, first, DBOperator::rowsAtOnce) &&
-                         database().settleRows(first, DBOperator::rowsAtOnce);
+    const bool written =
+        m_dbOperator.saveRows(list, first, DBOperator::rowsAtOnce) &&
+        (!isLong(list) || database().settleRows(first, DBOperator::rowsAtOnce));
     return written ? Step::More : databaseFailed();
 }
 
 ListStore::Step ListStore::finish(const DeviceListSnapshot &list)
 {
-    if (!database().mergeNewRecords())
+    // A long list is merged with each batch, as looking at all of it at once takes too long. No
+    // other rows are there that it could replace.
+    if (!isLong(list) && !database().mergeNewRecords())
         return databaseFailed();
     m_writing = Writing::No;
     if (!database().commitTransaction())
