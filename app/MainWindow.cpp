@@ -429,8 +429,7 @@ void MainWindow::onDeleteAll()
 {
     qCDebug(debugLog) << "onDeleteAll.";
     const int hidden = m_view->hiddenCount();
-    const QString note =
-        hidden > 0 ? tr("Hidden by the search: %1").arg(hidden) : QString();
+    const QString note = hidden > 0 ? tr("Hidden by the search: %1").arg(hidden) : QString();
     if (Modal::question(this, tr("Delete All Devices"), tr("Do you want to delete all devices?"),
                         note) == Modal::Answer::Yes)
         m_dataMgr.deleteAllContacts();

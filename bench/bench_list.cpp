@@ -176,9 +176,8 @@ void measureChanges(const QString &parent, int listed)
         program.dataMgr->updateContact(edited);
     });
     measure("one deleted", [&](int row) { program.dataMgr->deleteContactAt(row); });
-    measure("one added", [&](int row) {
-        program.dataMgr->insertContactNode(benchDevice(listed + row));
-    });
+    measure("one added",
+            [&](int row) { program.dataMgr->insertContactNode(benchDevice(listed + row)); });
 }
 
 void measureKeys(const QString &parent, int listed)

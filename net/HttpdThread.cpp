@@ -261,8 +261,8 @@ void HttpdThread::serveRequest(const QString &fileName, const QString &product)
     do {
         const quint64 version = m_source.listVersion();
         m_folder.make();
-        written = !isDropped() && writeDocument(fileName, product) &&
-                  file.open(QIODevice::ReadOnly);
+        written =
+            !isDropped() && writeDocument(fileName, product) && file.open(QIODevice::ReadOnly);
         // An import that replaces the list moves the whole folder away, also from between writing
         // and reading: then once more, from the new list.
         again = !written && !again &&

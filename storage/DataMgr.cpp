@@ -14,6 +14,7 @@
 
 #include <QFile>
 #include <QThread>
+#include <QTimer>
 
 #include <memory>
 #include <utility>
@@ -281,7 +282,7 @@ void DataMgr::tellEnd(const ListJob &job)
         m_busy = false;
     m_store.setWaitsForLocks(true);
     if (job.hasChangedList() && m_devices.size() > longList)
-        giveBackFreeMemory();
+        QTimer::singleShot(0, this, &giveBackFreeMemory);
     const bool quiet = m_closed || job.questions() == ListJob::Questions::Refused;
     m_retryWanted = m_store.isBehind();
     if (isSaved())

@@ -46,8 +46,8 @@ public:
 
     /// The store, for whoever only keeps the pointer.
     DatabaseLayer *database();
-    /// Opens the store, creating it on first use. False when it cannot be opened or read, or another
-    /// program has the list open; it is then left untouched for the rest of the run and
+    /// Opens the store, creating it on first use. False when it cannot be opened or read, or
+    /// another program has the list open; it is then left untouched for the rest of the run and
     /// lastErrorText() tells why.
     bool openDatabase();
     /// Before the program ends: a list that could not be saved so far is saved, or written to a
@@ -125,8 +125,8 @@ public:
     /// See DeviceLookup.
     bool macExists(const QString &mac) const override;
 
-    /// Set by whoever makes a change, and read by whoever shows the list. The list is whole at every
-    /// moment, so that nothing here asks for it.
+    /// Set by whoever makes a change, and read by whoever shows the list. The list is whole at
+    /// every moment, so that nothing here asks for it.
     bool isBusy() const { return m_busy; }
     void setBusy(bool busy) { m_busy = busy; }
 

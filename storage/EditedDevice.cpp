@@ -33,6 +33,7 @@ ListSource::Step EditedDevice::step()
 
 void EditedDevice::answer(DuplicateAnswer answer)
 {
-    const bool replace = answer == DuplicateAnswer::Replace || answer == DuplicateAnswer::ReplaceAll;
+    const bool replace =
+        answer == DuplicateAnswer::Replace || answer == DuplicateAnswer::ReplaceAll;
     m_next = replace ? Next::Replace : Next::Nothing;
 }

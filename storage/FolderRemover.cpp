@@ -42,10 +42,10 @@ void FolderRemover::removeSome()
     time.start();
     while (!m_folders.isEmpty() && time.elapsed() < sliceMilliseconds) {
         if (!m_files) {
-            m_files = std::make_unique<QDirIterator>(
-                m_folders.constFirst(),
-                QDir::Files | QDir::System | QDir::Hidden | QDir::NoDotAndDotDot,
-                QDirIterator::Subdirectories);
+            m_files = std::make_unique<QDirIterator>(m_folders.constFirst(),
+                                                     QDir::Files | QDir::System | QDir::Hidden |
+                                                         QDir::NoDotAndDotDot,
+                                                     QDirIterator::Subdirectories);
         }
         if (m_files->hasNext()) {
             QFile::remove(m_files->next());

@@ -32,7 +32,7 @@ ListSource::Step ImportedDevices::step()
     case ParseBase::Reading::More:
         break;
     case ParseBase::Reading::Done:
-        addContacts(m_parser->takeDevices());
+        setDevices(m_parser->takeDevices());
         m_parser.reset();
         break;
     case ParseBase::Reading::Failed:

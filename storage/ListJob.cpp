@@ -6,6 +6,8 @@
 
 namespace {
 
+constexpr int longList = 2000;
+
 DuplicateAnswer duplicateAnswer(ListJob::Answer answer)
 {
     switch (answer) {
@@ -46,9 +48,11 @@ bool ListJob::isOver() const
 
 void ListJob::work(const QDeadlineTimer &until)
 {
-    do
+    do {
+        m_pause = false;
         step();
-    while (!isOver() && m_phase != Phase::Asking && !until.hasExpired());
+    } while (!isOver() && m_phase != Phase::Asking && !until.hasExpired() &&
+             (!m_pause || until.isForever()));
 }
 
 void ListJob::step()
@@ -102,6 +106,7 @@ ListJob::Phase ListJob::backUp()
         return keepRows();
     m_effects.handOver(m_order.source->list());
     m_handedOver = true;
+    m_pause = m_devices.size() > longList; // the views have enough to do
     if (m_order.kind != Kind::Load)
         return Phase::Writing;
     m_store.setRead(m_devices.version());
@@ -153,6 +158,9 @@ ListJob::Phase ListJob::write()
     if (!m_store.isWriting() && m_store.hasToKeep())
         return keepRows();
     switch (m_store.writeOn(m_devices.snapshot())) {
+    case ListStore::Step::Pause:
+        m_pause = true;
+        return Phase::Writing;
     case ListStore::Step::More:
         return Phase::Writing;
     case ListStore::Step::Done:

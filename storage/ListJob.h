@@ -90,8 +90,9 @@ public:
     /// Why the job failed, for the user; empty when there is nothing to add to that it did.
     QString reason() const { return m_reason; }
 
-    /// Works until there is nothing to do, a question to be answered, or the time is over. At least
-    /// one step is made.
+    /// Works until there is nothing to do, a question to be answered, or the time is over; also
+    /// until a long list was handed over and before it is committed, unless there is no limit. At
+    /// least one step is made.
     void work(const QDeadlineTimer &until);
 
     const Question &question() const { return m_question; }
@@ -117,6 +118,7 @@ private:
     Order m_order;
     Phase m_phase = Phase::Reading;
     bool m_handedOver = false;
+    bool m_pause = false; ///< events should be handled before the next step
     QString m_reason;
     Question m_question = {};
     Phase m_askedIn = Phase::Reading;

@@ -66,11 +66,10 @@ bool ListStore::lock()
     QString host;
     QString program;
     m_lock.getLockInfo(&process, &host, &program);
-    const QString reason =
-        QCoreApplication::translate("ListStore",
-                                    "the list is in use by the program \"%1\" on the computer "
-                                    "\"%2\" (process %3). If that program no longer runs, remove "
-                                    "the file %4");
+    const QString reason = QCoreApplication::translate(
+        "ListStore", "the list is in use by the program \"%1\" on the computer "
+                     "\"%2\" (process %3). If that program no longer runs, remove "
+                     "the file %4");
     return makeUnusable(reason.arg(program, host, QString::number(process), lockName), true);
 }
 
@@ -241,7 +240,7 @@ ListStore::Step ListStore::writeOn(const DeviceListSnapshot &list)
 {
     switch (m_writing) {
     case Writing::No:
-        return begin();
+        return begin(list);
     case Writing::Rows:
         return writeRows(list);
     case Writing::Merge:
@@ -251,7 +250,7 @@ ListStore::Step ListStore::writeOn(const DeviceListSnapshot &list)
 }
 
 /// Clearing first settles that rows of earlier saves bear the same ids: the list is the authority.
-ListStore::Step ListStore::begin()
+ListStore::Step ListStore::begin(const DeviceListSnapshot &list)
 {
     if (!isUsable())
         return Step::Failed;
@@ -264,20 +263,21 @@ ListStore::Step ListStore::begin()
     }
     m_writing = Writing::Rows;
     m_writtenRows = 0;
-    return database().deleteAll() ? Step::More : databaseFailed();
+    if (!database().deleteAll())
+        return databaseFailed();
+    return isLong(list) ? Step::Pause : Step::More;
 }
 
 ListStore::Step ListStore::writeRows(const DeviceListSnapshot &list)
 {
     if (m_writtenRows >= list.size()) {
         m_writing = Writing::Merge;
-        return Step::More;
+        return isLong(list) ? Step::Pause : Step::More;
     }
     const int first = m_writtenRows;
     m_writtenRows += DBOperator::rowsAtOnce;
-    const bool written =
-        m_dbOperator.saveRows(list, first, DBOperator::rowsAtOnce) &&
-        (!isLong(list) || database().settleRows(first, DBOperator::rowsAtOnce));
+    const bool written = m_dbOperator.saveRows(list, first, DBOperator::rowsAtOnce) &&
+                         (!isLong(list) || database().settleRows(first, DBOperator::rowsAtOnce));
     return written ? Step::More : databaseFailed();
 }
 

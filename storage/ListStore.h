@@ -26,7 +26,12 @@ public:
         Behind,  ///< the last save failed, for reason()
         Unusable ///< cannot be opened or read, for reason(); left untouched until it is reopened
     };
-    enum class Step { More, Done, Failed };
+    enum class Step {
+        More,
+        Pause, ///< more, but events should be handled first: a step of a long list takes longer
+        Done,
+        Failed
+    };
 
     /// `dbOperator` must outlive this object. The lock file stands, and backups go, below
     /// `directory`, which ends in "/".
@@ -99,7 +104,7 @@ private:
     Step keepDevices();
     Step backUpKept();
     Step keepFile();
-    Step begin();
+    Step begin(const DeviceListSnapshot &list);
     Step writeRows(const DeviceListSnapshot &list);
     Step finish(const DeviceListSnapshot &list);
     Step databaseFailed();

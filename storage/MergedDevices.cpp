@@ -29,8 +29,16 @@ ListSource::Step MergedDevices::step()
             return Step::Ask;
         }
         addOrReplace(device, m_answerForAll.value_or(DuplicateAnswer::Replace));
+        letGoOf(m_next);
     }
     return m_next == m_devices.size() ? Step::Done : Step::More;
+}
+
+/// Bit by bit, as all at the end would make the window wait. What others hold as well is theirs.
+void MergedDevices::letGoOf(int device)
+{
+    if (m_devices.isDetached())
+        m_devices[device] = ContactInfo();
 }
 
 QString MergedDevices::listedMac() const

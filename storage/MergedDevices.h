@@ -5,6 +5,7 @@
 #include <QList>
 
 #include <optional>
+#include <utility>
 
 /// A list with devices added to it: those whose MAC is not listed at the end, the others in place
 /// of the listed ones or not at all, as the user answers.
@@ -23,12 +24,13 @@ public:
 
 protected:
     /// Takes what there is to add, where it was not known from the start.
-    void setDevices(const QList<ContactInfo> &devices) { m_devices = devices; }
+    void setDevices(QList<ContactInfo> devices) { m_devices = std::move(devices); }
 
 private:
     bool isAnswered() const { return m_answerForAll.has_value(); }
     bool areSeveralListed() const;
     void addOrReplace(const ContactInfo &device, DuplicateAnswer answer);
+    void letGoOf(int device);
 
     DeviceList m_list;
     QList<ContactInfo> m_devices;

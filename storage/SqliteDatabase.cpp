@@ -56,8 +56,8 @@ const QString dropReplaced = QStringLiteral(
     "delete from contact1 where id in(select p1.id as contact_id from contact1 p1,contact1 p2 "
     "where p1.id<>p2.id and p1.mac=p2.mac and p1.flag<>p2.flag and p1.flag=0)");
 const QString settleNew = QStringLiteral("update contact1 set flag = 0 where flag = 1");
-const QString settleSome = QStringLiteral(
-    "update contact1 set flag = 0 where flag = 1 and rowid between ? and ?");
+const QString settleSome =
+    QStringLiteral("update contact1 set flag = 0 where flag = 1 and rowid between ? and ?");
 const QString selectAll = QStringLiteral(
     "SELECT contact1.id, contact1.mac, contact1.product, contact1.sip_server, "
     "contact1.sip_user_id, contact1.first_account, contact1.ip, contact1.username, "

@@ -7,6 +7,7 @@ ListSource::Step StoredDevices::step()
 {
     switch (m_store.readOn(m_list)) {
     case ListStore::Step::More:
+    case ListStore::Step::Pause:
         return Step::More;
     case ListStore::Step::Done:
         qCDebug(debugLog) << "queryData contact list size = " << m_list.size();

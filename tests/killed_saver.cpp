@@ -63,7 +63,8 @@ int changeForEver(const QString &mode, const QString &folder)
         if (mode == QLatin1String("import"))
             mgr.importFile(files[i]);
         else
-            mgr.addContacts(thousandDevices(i == 0 ? QStringLiteral("one") : QStringLiteral("two")));
+            mgr.addContacts(
+                thousandDevices(i == 0 ? QStringLiteral("one") : QStringLiteral("two")));
         if (!mgr.isSaved() || isListOne(mgr) != (i == 0))
             return 2;
     }

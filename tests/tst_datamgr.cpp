@@ -664,7 +664,7 @@ void TestDataMgr::changesWaitForALongJob()
     ContactInfo edited = stampedDevice(QStringLiteral("edited"));
     edited.id = 1;
     run.mgr.insertContactNode(stampedDevice(QStringLiteral("one more")));
-    run.mgr.updateContact(edited);  // of a device that may be another one's by then
+    run.mgr.updateContact(edited); // of a device that may be another one's by then
     run.mgr.deleteContactAt(1);
     QCOMPARE(run.mgr.devices().size(), before);
     sizes.remove(before);
@@ -675,8 +675,7 @@ void TestDataMgr::changesWaitForALongJob()
     const int made = isBatch ? before + count : count;
     QCOMPARE(sizes, isBatch ? (QSet<int>{made, made + 1, made}) : (QSet<int>{made, made + 1}));
     QCOMPARE(run.mgr.devices().size(), isBatch ? made : made + 1);
-    QCOMPARE(run.mgr.devices().at(0).info.mac,
-             isBatch ? edited.mac : QStringLiteral("0.mac"));
+    QCOMPARE(run.mgr.devices().at(0).info.mac, isBatch ? edited.mac : QStringLiteral("0.mac"));
     QCOMPARE(difference(run), QString());
     QVERIFY(m_user->boxes.isEmpty());
 }
@@ -685,8 +684,7 @@ void TestDataMgr::changesWaitForALongJob()
 void TestDataMgr::anEditDuringAQuestionWaits()
 {
     Run run(m_folder->path(), "a b");
-    writeFile(at(QStringLiteral("list.csv")),
-              DeviceBackup::csv(stampedDevices("x y x")));
+    writeFile(at(QStringLiteral("list.csv")), DeviceBackup::csv(stampedDevices("x y x")));
     ContactInfo edited = stampedDevice(QStringLiteral("edited"));
     edited.id = 2;
     m_user->answers = QStringList{no};
@@ -799,9 +797,9 @@ void TestDataMgr::aSecondProgramIsKeptOff()
     Run first(m_folder->path(), "a");
     Run second(m_folder->path());
     QVERIFY(!second.mgr.openDatabase());
-    QVERIFY2(second.mgr.lastErrorText().contains(
-                 QString::number(QCoreApplication::applicationPid())),
-             qPrintable(second.mgr.lastErrorText()));
+    QVERIFY2(
+        second.mgr.lastErrorText().contains(QString::number(QCoreApplication::applicationPid())),
+        qPrintable(second.mgr.lastErrorText()));
     second.mgr.insertContactNode(stampedDevice(QStringLiteral("b")));
     second.mgr.close();
     QCOMPARE(difference(first), QString());

@@ -1,5 +1,5 @@
-// Kills the program in the middle of its changes. Twenty rounds of each kind, or as many as the environment's
-// VL_KILL_ROUNDS says.
+// Kills the program in the middle of its changes. Twenty rounds of each kind, or as many as the
+// environment's VL_KILL_ROUNDS says.
 #include "RawDatabase.h"
 #include "TestDevices.h"
 #include "storage/DBOperator.h"

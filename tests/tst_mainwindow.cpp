@@ -372,9 +372,10 @@ void TestMainWindow::pagesSayWhatTheyDo()
     };
     QCOMPARE(texts("exportPage"),
              QStringLiteral("Export file|Export to|Select path|Export|Cancel"));
-    QCOMPARE(texts("importPage"),
-             QStringLiteral("Import file|The devices of the file replace the present list, which is "
-                            "kept in the folder backup/.|Select File|Import|Cancel|Clear list"));
+    QCOMPARE(
+        texts("importPage"),
+        QStringLiteral("Import file|The devices of the file replace the present list, which is "
+                       "kept in the folder backup/.|Select File|Import|Cancel|Clear list"));
     m_window->findChild<QAbstractButton *>(QStringLiteral("clearListCheckBox"))->click();
     QVERIFY(texts("importPage").contains(QStringLiteral("are added to the present list.")));
 }
