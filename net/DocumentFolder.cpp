@@ -127,13 +127,13 @@ bool DocumentFolder::isUsualName(const QString &fileName)
 void DocumentFolder::keepBound(const std::function<int()> &deviceCount,
                                const std::function<bool()> &stop)
 {
-    if (m_count <= usualBound)
+    if (m_count <= usualBound && !m_isToBeCleared)
         return;
     const int devices = std::min(deviceCount(), std::numeric_limits<int>::max() / 8);
     const int bound = std::max(usualBound, documentsPerDevice * devices);
     // Again for what others, who found this thread at it, added meanwhile.
-    while (m_count > bound && !stop() && !m_removing.exchange(true)) {
-        removeBeyond(bound, stop);
+    while ((m_count > bound || m_isToBeCleared) && !stop() && !m_removing.exchange(true)) {
+        removeBeyond(m_isToBeCleared.exchange(false) ? 0 : bound, stop);
         m_removing = false;
     }
 }

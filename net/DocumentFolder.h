@@ -46,6 +46,9 @@ public:
     /// at it. Takes a while; holds no lock but, one after the other, those of the names removed.
     void keepBound(const std::function<int()> &deviceCount, const std::function<bool()> &stop);
 
+    /// Has the next keepBound() remove all documents there are.
+    void clear() { m_isToBeCleared = true; }
+
     /// True for "cfg" + MAC + ".xml".
     static bool isUsualName(const QString &fileName);
 
@@ -79,6 +82,7 @@ private:
     FileNameLocks m_locks;
     std::atomic<int> m_count; ///< documents here, as far as known
     std::atomic<bool> m_removing{false};
+    std::atomic<bool> m_isToBeCleared{false};
     std::mutex m_knownMutex;
     QHash<QString, Known> m_known; ///< documents that were written; guarded by m_knownMutex
 };

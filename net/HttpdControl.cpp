@@ -1,7 +1,5 @@
 #include "net/HttpdControl.h"
 
-#include "net/HttpdService.h"
-
 #include <QTime>
 
 #include <cstdlib>
@@ -25,6 +23,8 @@ bool HttpdControl::open()
         return m_state == State::Open;
     m_state = State::Opening;
     m_service = std::make_unique<HttpdService>(m_source, m_baseDir);
+    if (m_interfaces)
+        m_service->setInterfaceSource(m_interfaces);
     connect(m_service.get(), &HttpdService::httpdMsg, this, &HttpdControl::httpdMsg);
     connect(m_service.get(), &HttpdService::httpdAddressChanged, this,
             &HttpdControl::httpdAddressChanged);
@@ -54,6 +54,14 @@ void HttpdControl::close()
     case State::Closing:
         break;
     }
+}
+
+bool HttpdControl::clearDocuments()
+{
+    if (m_state != State::Open)
+        return false;
+    m_service->clearDocuments();
+    return true;
 }
 
 QStringList HttpdControl::addresses() const

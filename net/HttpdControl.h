@@ -1,11 +1,12 @@
 #pragma once
 
+#include "net/HttpdService.h"
+
 #include <QObject>
 #include <QStringList>
 
 #include <memory>
 
-class HttpdService;
 class ProvisioningSource;
 
 /// Opens and closes the HTTP service, and is the one place that knows whether it is open. Makes a
@@ -38,6 +39,13 @@ public:
     /// Port of the open service; 80 when none is.
     quint16 port() const;
 
+    /// Has the open service remove all its documents, which only it knows when to; false when none
+    /// is open.
+    bool clearDocuments();
+
+    /// Replaces where the machine's interfaces come from. For tests.
+    void setInterfaceSource(const HttpdService::InterfaceSource &source) { m_interfaces = source; }
+
 signals:
     /// A report of the service for the user.
     void httpdMsg(const QString &text);
@@ -49,4 +57,5 @@ private:
     QString m_baseDir;
     State m_state = State::Closed;
     std::unique_ptr<HttpdService> m_service;
+    HttpdService::InterfaceSource m_interfaces;
 };

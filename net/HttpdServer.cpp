@@ -139,7 +139,7 @@ void HttpdServer::addReport(const QString &report)
         m_reports.removeFirst();
     m_reports.append(report);
     if (m_reports.size() == 1)
-        QMetaObject::invokeMethod(this, &HttpdServer::emitSoon, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(this, "emitSoon", Qt::QueuedConnection);
 }
 
 /// At once, unless some have been emitted just now.

@@ -43,6 +43,9 @@ public:
     /// Stops listening and cuts all connections. Their threads end soon, but are not waited for.
     void shutDown();
 
+    /// Has every document removed, soon and on a connection thread: the list is another one.
+    void clearDocuments() { m_folder.clear(); }
+
     /// How many connections fit when the process may open this many descriptors.
     static int connectionLimit(qint64 descriptors);
 
@@ -58,7 +61,7 @@ private:
     void startThreads(int count);
     HttpdThread *startThread();
     void addReport(const QString &report);
-    void emitSoon();
+    Q_INVOKABLE void emitSoon();
     void emitReports();
 
     ProvisioningSource &m_source;

@@ -62,6 +62,12 @@ void HttpdService::stop()
     m_ipList.clear();
 }
 
+void HttpdService::clearDocuments()
+{
+    if (m_server)
+        m_server->clearDocuments();
+}
+
 quint16 HttpdService::port() const
 {
     return m_server ? m_server->serverPort() : 0;

@@ -35,6 +35,9 @@ public:
     /// question is open: then this returns false.
     bool start();
 
+    /// See HttpdServer::clearDocuments().
+    void clearDocuments();
+
     /// Ends the service at once, also in the middle of start().
     void stop();
 

@@ -256,18 +256,9 @@ void HttpdThread::serveRequest(const QString &fileName, const QString &product)
     // for this telephone and being read for it.
     std::unique_lock<std::mutex> nameLock = m_folder.lock(fileName);
     QFile file(m_folder.path() + QLatin1Char('/') + fileName);
-    bool written = false;
-    bool again = false;
-    do {
-        const quint64 version = m_source.listVersion();
-        m_folder.make();
-        written =
-            !isDropped() && writeDocument(fileName, product) && file.open(QIODevice::ReadOnly);
-        // An import that replaces the list moves the whole folder away, also from between writing
-        // and reading: then once more, from the new list.
-        again = !written && !again &&
-                (m_source.listVersion() != version || !QFileInfo::exists(m_folder.path()));
-    } while (again);
+    const bool written = !isDropped() && writeDocument(fileName, product);
+    if (written)
+        file.open(QIODevice::ReadOnly);
     m_pool.endWork(*this);
     if (written)
         sendFile(file, std::move(nameLock));

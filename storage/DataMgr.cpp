@@ -136,7 +136,7 @@ void DataMgr::startSave(ListJob::Questions questions)
 void DataMgr::handOver(DeviceList &made, bool isOtherList)
 {
     m_devices.adopt(made);
-    if (isOtherList)
+    if (isOtherList && !m_httpd.clearDocuments())
         m_oldDocuments.remove(m_directory + provisioningRoot);
     emit updateModel();
 }
@@ -324,7 +324,7 @@ void DataMgr::saveList()
         save();
     } else if (m_retryWanted.exchange(false)) {
         // Never written from here: the connection to the database belongs to the GUI thread.
-        QMetaObject::invokeMethod(this, &DataMgr::retrySave, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(this, "retrySave", Qt::QueuedConnection);
     }
 }
 
@@ -377,7 +377,8 @@ void DataMgr::cleanUp()
 {
     QFile::remove(m_directory + databaseName);
     removeWorkFiles();
-    m_oldDocuments.remove(m_directory + provisioningRoot);
+    if (!m_httpd.clearDocuments())
+        m_oldDocuments.remove(m_directory + provisioningRoot);
 }
 
 void DataMgr::removeWorkFiles()

@@ -112,6 +112,8 @@ public:
     /// Ends the service and every open connection. True also when none runs.
     bool stopHttpService();
     HttpdControl::State httpState() const { return m_httpd.state(); }
+    /// Who opens and closes it.
+    HttpdControl &httpd() { return m_httpd; }
     /// Addresses on which the running service can be reached; empty when none runs.
     QStringList serverAddresses() const { return m_httpd.addresses(); }
     /// Port of the running service; 80 when none runs.
@@ -157,7 +159,7 @@ private:
     ListJob::Answer askAboutListed(const ListJob::Question &question);
     void tellEnd(const ListJob &job);
     void tellSaveFailure();
-    void retrySave();
+    Q_INVOKABLE void retrySave();
     void tellCopy();
 
     QString m_directory;

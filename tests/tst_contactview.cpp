@@ -122,7 +122,6 @@ private slots:
     void deleteAndEditKeepPlaceAndSelection();
     void replacedListKeepsTheDevice();
     void changesThatTheSearchHides();
-    void busyViewCatchesUp();
 
     void selectedRowIsReadable_data();
     void selectedRowIsReadable();
@@ -516,21 +515,6 @@ void TestContactView::changesThatTheSearchHides()
     note.findChild<QAbstractButton *>()->click();
     QVERIFY(note.isHidden());
     QCOMPARE(f.proxy().rowCount(), 29);
-}
-
-void TestContactView::busyViewCatchesUp()
-{
-    Fixture f(3);
-    QSignalSpy updated(f.view, &ContactView::viewUpdated);
-    f.view->setBusy(true);
-    f.list.append(Fixture::numbered(4));
-    f.view->updateContactModel();
-    f.view->updateContactModel();
-    QCOMPARE(f.proxy().rowCount(), 3);
-    QCOMPARE(updated.size(), 0);
-    f.view->setBusy(false);
-    QCOMPARE(f.proxy().rowCount(), 4);
-    QCOMPARE(updated.size(), 1);
 }
 
 void TestContactView::selectedRowIsReadable_data()

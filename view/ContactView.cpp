@@ -73,13 +73,6 @@ void ContactView::layOutColumns()
         setColumnWidth(column, widths[static_cast<std::size_t>(column)]);
 }
 
-void ContactView::setBusy(bool busy)
-{
-    m_busy = busy;
-    if (!m_busy && m_updateMissed)
-        updateContactModel();
-}
-
 void ContactView::addSearchEdit(SearchEdit *edit)
 {
     m_searchEdits.append(edit);
@@ -224,10 +217,6 @@ void ContactView::showWantedDevice()
 void ContactView::updateContactModel()
 {
     qCDebug(debugLog) << "updateContactModel.";
-    m_updateMissed = m_busy;
-    if (m_busy)
-        return;
-
     const QPoint scrolled(horizontalScrollBar()->value(), verticalScrollBar()->value());
     keepDevice([this] { m_model->refresh(); });
     layOutColumns();

@@ -33,10 +33,6 @@ public:
     explicit ContactView(const DeviceList &list, QWidget *parent = nullptr);
     ~ContactView() override;
 
-    /// While busy, the list is being rebuilt: updates are put off, and the last one is made up for
-    /// as soon as the view is not busy any more.
-    void setBusy(bool busy);
-
     /// Takes the keywords of this box. It is not owned.
     void addSearchEdit(SearchEdit *edit);
 
@@ -96,7 +92,7 @@ public slots:
     void addNewContact();
     /// Brings the rows from `first` to `last` of the list into view and selects the first.
     void showGroupContacts(int first, int last);
-    /// Brings the view up to date with the list; see setBusy().
+    /// Brings the view up to date with the list.
     void updateContactModel();
     /// The view has been scrolled down to this pixel.
     void changeScrollValue(int value);
@@ -138,8 +134,6 @@ private:
     CellHover *m_hover;
     QVector<QPointer<SearchEdit>> m_searchEdits;
 
-    bool m_busy = false;
-    bool m_updateMissed = false;
 
     /// The device that the user is at, in the model. The search may hide it: then no row is
     /// current.
