@@ -15,6 +15,7 @@
 #include "view/SearchBar.h"
 #include "view/SearchEdit.h"
 #include "widgets/Grid.h"
+#include "widgets/LoadingWidget.h"
 #include "widgets/Modal.h"
 #include "widgets/ScreenRoom.h"
 #include "widgets/ScrollArea.h"
@@ -303,11 +304,11 @@ void MainWindow::onJobEnded(const ListJob &job)
         onImportEnded(job);
         break;
     case ListJob::Kind::Insert:
-        if (!job.hasChangedList() && m_state != State::Closed)
+        if (!job.hasChangedList() && m_state == State::Open && m_submitted == m_opened)
             m_contactDialog->bringBack();
         break;
     case ListJob::Kind::Edit:
-        if (!job.hasChangedList() && m_state != State::Closed)
+        if (!job.hasChangedList() && m_state == State::Open && m_submitted == m_opened)
             m_contactDialog->bringBackFor(&m_editedContact);
         break;
     case ListJob::Kind::Add:
@@ -338,13 +339,15 @@ void MainWindow::finishStart()
                           "The file is left untouched and nothing will be saved in this run.")
                            .arg(m_startError));
     }
-    if (m_autoHttpdAction->isChecked())
-        selectHttpdService();
+    if (m_autoHttpdAction->isChecked() && m_state == State::Open &&
+        m_dataMgr.httpState() == HttpdControl::State::Closed)
+        openHttpd();
 }
 
 void MainWindow::constructNewFile()
 {
     m_contactDialog->setWindowTitle(tr("New Device"));
+    ++m_opened;
     m_contactDialog->loadContact(true, nullptr);
     m_contactDialog->show();
 }
@@ -365,6 +368,7 @@ void MainWindow::onContactsDialogAddFinished(const QList<ContactInfo> &contacts)
 
 void MainWindow::onContactDialogAddFinished(const ContactInfo &contact)
 {
+    m_submitted = m_opened;
     m_view->showDevice(contact.mac);
     m_dataMgr.insertContactNode(contact);
 }
@@ -377,16 +381,19 @@ void MainWindow::showContactViewDetail(int index)
     const DeviceNode node = m_dataMgr.devices().at(index);
     m_editedContact = node.info;
     m_editedContact.id = node.number;
+    m_editedMac = node.info.mac;
     // A title bar knows no shortcuts, and would show both.
     m_contactDialog->setWindowTitle(
         tr("Overview && Edit").replace(QLatin1String("&&"), QLatin1String("&")));
+    ++m_opened;
     m_contactDialog->loadContact(false, &m_editedContact);
     m_contactDialog->show();
 }
 
 void MainWindow::onContactDialogEditFinished(ContactInfo *contact)
 {
-    m_dataMgr.updateContact(*contact);
+    m_submitted = m_opened;
+    m_dataMgr.updateContact(*contact, m_editedMac);
 }
 
 void MainWindow::deleteOneContact(int index)
@@ -473,21 +480,22 @@ void MainWindow::closeEvent(QCloseEvent *event)
 
 void MainWindow::closeWindow()
 {
-    if (m_state == State::Closed)
+    if (m_state == State::Ending || m_state == State::Closed)
         return;
     // A list in the making is finished first; a question that nobody answers is not waited for.
     if (m_dataMgr.worker().phase() == ListWorker::Phase::Working) {
         m_state = State::Closing;
         return;
     }
+    m_state = State::Ending;
     // First, as a list that could not be saved on a full disk may need the room.
     m_dataMgr.removeWorkFiles();
     if (!m_dataMgr.keepUnsavedList()) {
         m_state = State::Open;
+        m_dataMgr.setBusy(false);
+        m_loading->hide(); // of an import that was given up
         return;
     }
-    if (m_state == State::Closed)
-        return; // by another way, while a box was open
     m_state = State::Closed;
     m_dataMgr.close();
     emit globalQuit();

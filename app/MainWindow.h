@@ -122,6 +122,7 @@ private:
         Starting, ///< the stored list is being read
         Open,
         Closing, ///< as soon as what is under way on the list is done
+        Ending,  ///< the list is being made safe, which may ask the user
         Closed
     };
 
@@ -186,6 +187,9 @@ private:
     ContactsDialog *m_contactsDialog = nullptr;
     /// What the edit dialog works on: a copy, as the list may change while the dialog is open.
     ContactInfo m_editedContact;
+    QString m_editedMac;  ///< as it was when the dialog was opened
+    int m_opened = 0;     ///< how often the dialog was, and at which of these the last device
+    int m_submitted = 0;  ///< was handed over: only then it still holds what was typed
     Options m_options;    ///< as they are stored
     QString m_startError; ///< why the stored list could not be read
     State m_state = State::Starting;

@@ -22,7 +22,7 @@ constexpr int interval = 100;
 constexpr int shownAtOnce = 20;
 
 /// Reports that are kept until they show; more would not be left in the box anyway.
-constexpr int keptReports = keptLines / 5;
+constexpr int keptReports = keptLines / 4;
 
 constexpr int boxHeight = 168;
 constexpr int lowestBoxHeight = 96; ///< where the window has no room for more

@@ -439,6 +439,10 @@
         <source>phonebook.db held rows that are not in this list. The list is saved over them, and the file as it was is kept in %1.</source>
         <translation>phonebook.db held rows that are not in this list. The list is saved over them, and the file as it was is kept in %1.</translation>
     </message>
+    <message>
+        <source>The device list can not be changed: %1.</source>
+        <translation>The device list can not be changed: %1.</translation>
+    </message>
 </context>
 <context>
     <name>ExportPage</name>

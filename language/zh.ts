@@ -439,6 +439,10 @@
         <source>phonebook.db held rows that are not in this list. The list is saved over them, and the file as it was is kept in %1.</source>
         <translation>phonebook.db 中有不在此列表中的记录。保存列表时它们已被覆盖，原文件保留在 %1。</translation>
     </message>
+    <message>
+        <source>The device list can not be changed: %1.</source>
+        <translation>无法更改设备列表：%1。</translation>
+    </message>
 </context>
 <context>
     <name>ExportPage</name>

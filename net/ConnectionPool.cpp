@@ -106,6 +106,8 @@ void ConnectionPool::started(HttpdThread *thread)
     const std::lock_guard<std::mutex> guard(m_mutex);
     if (thread) {
         m_threads.append(thread);
+        if (m_stopped)
+            thread->drop(); // it may have taken a connection before it was known here
     } else {
         --m_called;
         --m_alive;

@@ -76,10 +76,12 @@ void DocumentFolder::make() const
 
 DocumentFolder::Look::Look(const QString &path)
 {
-    std::error_code ignored; // a file that is not there looks like no other
+    std::error_code noTime;
+    std::error_code noSize;
     const std::filesystem::path file(path.toStdU16String());
-    time = std::filesystem::last_write_time(file, ignored).time_since_epoch().count();
-    size = std::filesystem::file_size(file, ignored);
+    time = std::filesystem::last_write_time(file, noTime).time_since_epoch().count();
+    size = std::filesystem::file_size(file, noSize);
+    isThere = !noTime && !noSize;
 }
 
 bool DocumentFolder::isCurrent(const QString &fileName, const Origin &origin)
@@ -105,9 +107,9 @@ void DocumentFolder::written(const QString &fileName, const Origin &origin, bool
 {
     if (isNew)
         ++m_count;
-    if (origin.version == 0)
-        return;
     const Known known{origin, Look(filePath(fileName))};
+    if (origin.version == 0 || !known.look.isThere)
+        return;
     const std::lock_guard<std::mutex> guard(m_knownMutex);
     m_known.insert(fileName, known);
 }
@@ -149,6 +151,8 @@ void DocumentFolder::removeBeyond(int bound, const std::function<bool()> &stop)
     std::partial_sort(documents.begin(), end, documents.end());
     for (auto document = documents.begin(); document != end && !stop(); ++document)
         remove(document->name);
+    if (bound == 0 && stop())
+        m_isToBeCleared = true; // not all of it was
     m_count += found - superfluous;
 }
 

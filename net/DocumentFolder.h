@@ -48,6 +48,7 @@ public:
 
     /// Has the next keepBound() remove all documents there are.
     void clear() { m_isToBeCleared = true; }
+    bool isToBeCleared() const { return m_isToBeCleared; }
 
     /// True for "cfg" + MAC + ".xml".
     static bool isUsualName(const QString &fileName);
@@ -61,11 +62,12 @@ private:
         explicit Look(const QString &path);
         bool operator==(const Look &other) const
         {
-            return time == other.time && size == other.size;
+            return isThere && other.isThere && time == other.time && size == other.size;
         }
 
         std::int64_t time = 0; ///< of the last change, in the file system's own units
         std::uintmax_t size = 0;
+        bool isThere = false;
     };
     struct Known
     {

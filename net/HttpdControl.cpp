@@ -46,10 +46,14 @@ void HttpdControl::close()
         m_state = State::Closing;
         m_service->stop(); // open(), up the stack, still uses it
         break;
-    case State::Open:
+    case State::Open: {
+        const bool documentsAreLeft = m_service->hasDocumentsToClear();
         m_service.reset();
         m_state = State::Closed;
+        if (documentsAreLeft)
+            emit documentsLeft();
         break;
+    }
     case State::Closed:
     case State::Closing:
         break;

@@ -49,6 +49,8 @@ public:
 signals:
     /// A report of the service for the user.
     void httpdMsg(const QString &text);
+    /// The service is closed before it has done what clearDocuments() asks for.
+    void documentsLeft();
     /// Where telephones find the service, after each successful start.
     void httpdAddressChanged(const QString &address, const QString &port);
 

@@ -45,6 +45,8 @@ public:
 
     /// Has every document removed, soon and on a connection thread: the list is another one.
     void clearDocuments() { m_folder.clear(); }
+    /// Whether that is still to be done.
+    bool hasDocumentsToClear() const { return m_folder.isToBeCleared(); }
 
     /// How many connections fit when the process may open this many descriptors.
     static int connectionLimit(qint64 descriptors);

@@ -68,6 +68,11 @@ void HttpdService::clearDocuments()
         m_server->clearDocuments();
 }
 
+bool HttpdService::hasDocumentsToClear() const
+{
+    return m_server && m_server->hasDocumentsToClear();
+}
+
 quint16 HttpdService::port() const
 {
     return m_server ? m_server->serverPort() : 0;

@@ -37,6 +37,7 @@ public:
 
     /// See HttpdServer::clearDocuments().
     void clearDocuments();
+    bool hasDocumentsToClear() const;
 
     /// Ends the service at once, also in the middle of start().
     void stop();

@@ -20,8 +20,8 @@ constexpr int mostAddresses = 1024;
 
 /// An answer is at most so many times as long as its request...
 constexpr int growth = 3;
-/// ...but for one that says each thing as briefly as SIP allows. The answers' own lines are longer
-/// than that then.
+/// ...but for one that says each thing as briefly as SIP allows, and asks for itself. The answers'
+/// own lines are longer than that then.
 constexpr int briefRequest = 200; // bytes
 constexpr int briefAnswer = 1100;
 
@@ -42,11 +42,12 @@ bool isBroadcast(const QHostAddress &address, const QNetworkAddressEntry &own)
             address.isInSubnet(own.ip(), own.prefixLength()));
 }
 
-bool isTooLong(int requestSize, int answerSize)
+bool isTooLong(const PnPGuard::Exchange &exchange)
 {
-    const int allowed =
-        requestSize < briefRequest ? 0 : std::max(growth * requestSize, briefAnswer);
-    return answerSize > allowed;
+    if (exchange.requestSize < briefRequest)
+        return true;
+    const int brief = exchange.sender == exchange.address ? briefAnswer : 0;
+    return exchange.answerSize > std::max(growth * exchange.requestSize, brief);
 }
 
 } // namespace
@@ -74,7 +75,7 @@ PnPGuard::Verdict PnPGuard::judge(const Exchange &exchange, Time now)
         return ComesBack;
     if (!isNear(exchange.sender, exchange.address))
         return OtherNetwork;
-    if (isTooLong(exchange.requestSize, exchange.answerSize))
+    if (isTooLong(exchange))
         return TooLong;
     return spend(exchange, now) ? Allowed : TooOften;
 }

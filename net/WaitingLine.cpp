@@ -30,8 +30,9 @@ std::optional<AcceptedConnection> WaitingLine::take(const MayServe &mayServe)
 
 AcceptedConnection WaitingLine::takeFromLongest()
 {
+    // Of queues of one length the one whose turn is furthest off.
     const quint32 peer =
-        *std::max_element(m_turns.begin(), m_turns.end(),
+        *std::max_element(m_turns.rbegin(), m_turns.rend(),
                           [this](quint32 a, quint32 b) { return waiting(a) < waiting(b); });
     const AcceptedConnection connection{m_queues[peer].takeLast(), peer};
     ended(peer);

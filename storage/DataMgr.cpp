@@ -57,6 +57,8 @@ DataMgr::DataMgr(DBOperator &dbOperator, const QString &directory, QObject *pare
     , m_httpd(*this, directory)
 {
     connect(&m_httpd, &HttpdControl::httpdMsg, this, &DataMgr::httpdMsg);
+    connect(&m_httpd, &HttpdControl::documentsLeft, this,
+            [this] { m_oldDocuments.remove(m_directory + provisioningRoot); });
     connect(&m_httpd, &HttpdControl::httpdAddressChanged, &m_pnpServer,
             &PnPServer::setHttpdAddress);
 }
@@ -172,10 +174,12 @@ void DataMgr::add(ListJob::Kind kind, const QList<ContactInfo> &contacts)
     start(std::move(order));
 }
 
-void DataMgr::updateContact(const ContactInfo &contact)
+void DataMgr::updateContact(const ContactInfo &contact, const QString &macBefore)
 {
-    const int row = m_devices.rowOfNumber(contact.id);
-    const QString mac = row < 0 ? QString() : m_devices.at(row).info.mac;
+    const int numbered = m_devices.rowOfNumber(contact.id);
+    const QString macThere = numbered < 0 ? QString() : m_devices.at(numbered).info.mac;
+    const QString mac = macBefore.isNull() ? macThere : macBefore;
+    const int row = rowNow(contact.id, mac);
     if (!m_worker.putOff([=] { updateAt(rowNow(contact.id, mac), contact); }))
         updateAt(row, contact);
 }
@@ -234,7 +238,11 @@ void DataMgr::save()
 
 void DataMgr::importFile(const QString &path)
 {
-    if (m_worker.putOff([=] { importFile(path); }))
+    const bool flag = m_importFlag;
+    if (m_worker.putOff([=] {
+            setImportFlag(flag);
+            importFile(path);
+        }))
         return;
     ListJob::Order order;
     order.kind = ListJob::Kind::Import;
@@ -289,6 +297,11 @@ void DataMgr::tellEnd(const ListJob &job)
         m_failureTold = false;
     else if (!quiet && job.phase() == ListJob::Phase::Done)
         tellSaveFailure();
+    const bool isToldElsewhere =
+        job.kind() == ListJob::Kind::Load || job.kind() == ListJob::Kind::Import;
+    if (!quiet && job.phase() == ListJob::Phase::Failed && !isToldElsewhere)
+        Modal::message(nullptr, QMessageBox::Warning, tr("Save Error"),
+                       tr("The device list can not be changed: %1.").arg(job.reason()));
     if (!quiet)
         tellCopy();
 }

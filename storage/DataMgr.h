@@ -71,10 +71,10 @@ public:
     /// Adds each device as insertContactNode() does, with one save for all.
     /// When several are listed already, the question offers an answer for all of them.
     void addContacts(const QList<ContactInfo> &contacts);
-    /// Replaces the device whose running number equals the record's id. One that has moved on until
-    /// its turn comes is found by its MAC. When another device has the record's MAC, asks whether
-    /// to replace that one; "No" changes nothing.
-    void updateContact(const ContactInfo &contact);
+    /// Replaces the device whose running number equals the record's id and whose MAC is
+    /// `macBefore`, if given. One that has moved meanwhile is found by that MAC. When another
+    /// device has the record's MAC, asks whether to replace that one; "No" changes nothing.
+    void updateContact(const ContactInfo &contact, const QString &macBefore = {});
     /// Removes the device at `row`; a row out of range changes nothing.
     void deleteContactAt(int row);
     /// Removes every device, after writing them to a backup. When that fails the user decides.

@@ -147,7 +147,7 @@ ListJob::Phase ListJob::keepRows()
         return m_phase;
     // What cannot even be read now can be neither kept nor replaced.
     if (!m_store.isUsable() || m_store.isHeld())
-        return m_phase == Phase::Writing ? Phase::Done : fail(m_store.reason());
+        return m_phase == Phase::Writing ? notSaved() : fail(m_store.reason());
     return ask({About::MissingBackup, QString(), false, m_store.reason()});
 }
 
@@ -170,6 +170,13 @@ ListJob::Phase ListJob::write()
     return Phase::Done;
 }
 
+ListJob::Phase ListJob::notSaved()
+{
+    if (m_store.isUsable())
+        m_store.setBehind();
+    return Phase::Done;
+}
+
 ListJob::Phase ListJob::ask(const Question &question)
 {
     m_question = question;
@@ -189,7 +196,7 @@ void ListJob::answer(Answer answer)
     else if (answer == Answer::Yes)
         m_phase = goOnWithoutBackup();
     else
-        m_phase = m_askedIn == Phase::Writing ? Phase::Done : Phase::GivenUp;
+        m_phase = m_askedIn == Phase::Writing ? notSaved() : Phase::GivenUp;
 }
 
 ListJob::Phase ListJob::goOnWithoutBackup()

@@ -108,6 +108,7 @@ private:
     Phase replaceStore();
     Phase keepRows();
     Phase write();
+    Phase notSaved();
     Phase ask(const Question &question);
     Phase goOnWithoutBackup();
     Phase fail(const QString &reason);

@@ -44,8 +44,9 @@ bool ListStore::open(const DeviceListSnapshot &list)
     if (!lock())
         return false;
     const bool opened = database().openDatabase();
-    const int stored = opened ? database().countContacts() : -1;
+    // In this order: what somebody writes in between counts as written later.
     m_dataVersion = opened ? database().dataVersion() : -1;
+    const int stored = opened ? database().countContacts() : -1;
     if (stored < 0 || m_dataVersion < 0)
         return makeUnusable(database().lastErrorText(), database().lastErrorIsLock());
     m_unlisted = stored == 0 ? Unlisted::Nothing : Unlisted::Devices;
@@ -111,9 +112,9 @@ bool ListStore::makeUnusable(const QString &reason, bool held)
     return false;
 }
 
-ListStore::Step ListStore::fallBehind(const QString &reason, bool held)
+/// The list is as it was, and so is what the table holds of it.
+ListStore::Step ListStore::keepingFailed(const QString &reason, bool held)
 {
-    m_state = State::Behind;
     m_reason = reason;
     m_held = held;
     return Step::Failed;
@@ -122,9 +123,11 @@ ListStore::Step ListStore::fallBehind(const QString &reason, bool held)
 /// Takes back what is open of a transaction.
 ListStore::Step ListStore::databaseFailed()
 {
-    const Step failed = fallBehind(database().lastErrorText(), database().lastErrorIsLock());
+    m_reason = database().lastErrorText();
+    m_held = database().lastErrorIsLock();
+    setBehind();
     stop();
-    return failed;
+    return Step::Failed;
 }
 
 void ListStore::setWaitsForLocks(bool wait)
@@ -137,8 +140,10 @@ ListStore::Step ListStore::readOn(DeviceList &list)
 {
     if (!isUsable())
         return Step::Failed;
-    if (!m_reader)
+    if (!m_reader) {
+        m_readVersion = database().dataVersion();
         m_reader = database().readContacts();
+    }
     QList<ContactInfo> contacts;
     const bool more = m_reader->readOn(rowsReadAtOnce, contacts);
     for (const ContactInfo &contact : qAsConst(contacts))
@@ -151,7 +156,7 @@ ListStore::Step ListStore::readOn(DeviceList &list)
         makeUnusable(database().lastErrorText(), database().lastErrorIsLock());
         return Step::Failed;
     }
-    m_dataVersion = database().dataVersion();
+    m_dataVersion = m_readVersion;
     return Step::Done;
 }
 
@@ -188,13 +193,15 @@ ListStore::Step ListStore::keepDevices()
         return backUpKept();
     if (!m_kept)
         m_kept = std::make_unique<DeviceList>();
+    const State before = m_state;
     const Step step = readOn(*m_kept);
     if (step == Step::More)
         return step;
     const std::unique_ptr<DeviceList> kept = std::move(m_kept);
     if (step == Step::Failed) {
-        // A lock goes by, unlike damage.
-        return m_held ? fallBehind(m_reason, m_held) : step;
+        if (m_held)
+            m_state = before; // a lock goes by, unlike damage
+        return step;
     }
     m_listBackup = backUp(kept->snapshot());
     return Step::More;
@@ -207,7 +214,7 @@ ListStore::Step ListStore::backUpKept()
         return Step::More;
     m_listBackup.reset();
     if (step == ListBackup::Step::Failed)
-        return fallBehind(m_backup.errorText());
+        return keepingFailed(m_backup.errorText());
     m_unlisted = m_leftOut;
     return m_unlisted == Unlisted::Nothing ? Step::Done : Step::More;
 }
@@ -217,9 +224,9 @@ ListStore::Step ListStore::keepFile()
 {
     ScopedTransaction reading(database(), ScopedTransaction::For::Reading);
     if (!reading.isOpen())
-        return fallBehind(database().lastErrorText(), database().lastErrorIsLock());
+        return keepingFailed(database().lastErrorText(), database().lastErrorIsLock());
     if (!m_backup.copyDatabase(database().filePath()))
-        return fallBehind(m_backup.errorText());
+        return keepingFailed(m_backup.errorText());
     m_copyPath = m_backup.lastPath();
     skipKeeping();
     return Step::Done;

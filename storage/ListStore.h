@@ -23,7 +23,7 @@ public:
         Closed,
         NotRead, ///< open; the stored rows, if any, were never in the list
         InStep,  ///< the table holds the list as it was at version()
-        Behind,  ///< the last save failed, for reason()
+        Behind,  ///< a save failed, for reason(), and the table holds an older list
         Unusable ///< cannot be opened or read, for reason(); left untouched until it is reopened
     };
     enum class Step {
@@ -76,6 +76,8 @@ public:
     bool isWriting() const { return m_writing != Writing::No; }
     /// Gives up what readOn(), keepOn() or writeOn() have begun; the file is as before.
     void stop();
+    /// A save was given up before it could be written, for reason().
+    void setBehind() { m_state = State::Behind; }
     /// Whether writing waits for a moment when another program holds the database.
     void setWaitsForLocks(bool wait);
     /// Backs up a list that is about to be dropped, in steps.
@@ -100,7 +102,7 @@ private:
 
     bool lock();
     bool makeUnusable(const QString &reason, bool held);
-    Step fallBehind(const QString &reason, bool held = false);
+    Step keepingFailed(const QString &reason, bool held = false);
     Step keepDevices();
     Step backUpKept();
     Step keepFile();
@@ -118,6 +120,7 @@ private:
     QString m_copyPath;
     bool m_held = false;   ///< the reason is that another program holds the database
     quint64 m_version = 0; ///< of the list at which nothing is to be saved
+    int m_readVersion = 0; ///< before the reading that is under way
     int m_dataVersion = 0; ///< of the database, as it was read or written last
 
     Unlisted m_unlisted = Unlisted::Nothing;

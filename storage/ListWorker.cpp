@@ -15,6 +15,11 @@ ListWorker::ListWorker(Ask ask, Tell tell, QObject *parent)
 {
     m_turn.setSingleShot(true);
     connect(&m_turn, &QTimer::timeout, this, &ListWorker::turn);
+    m_idle.setSingleShot(true);
+    connect(&m_idle, &QTimer::timeout, this, [this] {
+        if (isIdle())
+            emit idle();
+    });
 }
 
 void ListWorker::start(std::unique_ptr<ListJob> job)
@@ -59,8 +64,7 @@ void ListWorker::end()
     emit ended(*job);
     if (!m_waiting.empty())
         m_turn.start();
-    else if (!m_job)
-        emit idle();
+    m_idle.start();
     m_tell(*job);
 }
 
@@ -82,8 +86,7 @@ void ListWorker::catchUp()
         if (m_phase == Phase::CatchingUp)
             m_phase = Phase::Idle;
     }
-    if (isIdle())
-        emit idle();
+    m_idle.start();
 }
 
 void ListWorker::finish()

@@ -52,7 +52,7 @@ public:
 signals:
     /// A job is over. Not for queued connections.
     void ended(const ListJob &job);
-    /// Nothing is under way any more, and nothing waits.
+    /// Nothing is under way any more, and nothing waits. From the event loop.
     void idle();
 
 private:
@@ -67,5 +67,6 @@ private:
     std::shared_ptr<ListJob> m_job; ///< shared with the calls that work on it
     std::deque<std::function<void()>> m_waiting;
     QTimer m_turn;
+    QTimer m_idle; ///< tells once, however many jobs have just ended
     int m_slice;
 };
