@@ -388,7 +388,9 @@ quint64 DataMgr::listVersion() const
 
 void DataMgr::cleanUp()
 {
-    QFile::remove(m_directory + databaseName);
+    // With what SQLite may have left beside it, which it would play into the next one.
+    for (const char *const part : {"", "-journal", "-wal"})
+        QFile::remove(m_directory + databaseName + QLatin1String(part));
     removeWorkFiles();
     if (!m_httpd.clearDocuments())
         m_oldDocuments.remove(m_directory + provisioningRoot);

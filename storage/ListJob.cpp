@@ -205,7 +205,10 @@ ListJob::Phase ListJob::goOnWithoutBackup()
         m_listBackup.reset();
     } else if (m_store.isUsable()) {
         m_store.skipKeeping();
-    } else {
+    } else if (!m_store.open(m_devices.snapshot())) { // while the box was open, it may have changed
+        if (m_store.isHeld())
+            return fail(m_store.reason());
+        m_store.close();
         m_effects.removeStore();
         if (!m_store.open(m_devices.snapshot()))
             return fail(m_store.reason());
