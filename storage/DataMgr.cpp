@@ -57,8 +57,7 @@ DataMgr::DataMgr(DBOperator &dbOperator, const QString &directory, QObject *pare
     , m_httpd(*this, directory)
 {
     connect(&m_httpd, &HttpdControl::httpdMsg, this, &DataMgr::httpdMsg);
-    connect(&m_httpd, &HttpdControl::documentsLeft, this,
-            [this] { m_oldDocuments.remove(m_directory + provisioningRoot); });
+    connect(&m_httpd, &HttpdControl::documentsLeft, this, &DataMgr::removeDocuments);
     connect(&m_httpd, &HttpdControl::httpdAddressChanged, &m_pnpServer,
             &PnPServer::setHttpdAddress);
 }
@@ -138,8 +137,8 @@ void DataMgr::startSave(ListJob::Questions questions)
 void DataMgr::handOver(DeviceList &made, bool isOtherList)
 {
     m_devices.adopt(made);
-    if (isOtherList && !m_httpd.clearDocuments())
-        m_oldDocuments.remove(m_directory + provisioningRoot);
+    if (isOtherList)
+        removeDocuments();
     emit updateModel();
 }
 
@@ -392,6 +391,12 @@ void DataMgr::cleanUp()
     for (const char *const part : {"", "-journal", "-wal"})
         QFile::remove(m_directory + databaseName + QLatin1String(part));
     removeWorkFiles();
+    removeDocuments();
+}
+
+/// By the service while it is open: only it knows which of them is being sent.
+void DataMgr::removeDocuments()
+{
     if (!m_httpd.clearDocuments())
         m_oldDocuments.remove(m_directory + provisioningRoot);
 }

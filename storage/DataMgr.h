@@ -159,6 +159,7 @@ private:
     ListJob::Answer askAboutListed(const ListJob::Question &question);
     void tellEnd(const ListJob &job);
     void tellSaveFailure();
+    void removeDocuments();
     Q_INVOKABLE void retrySave();
     void tellCopy();
 

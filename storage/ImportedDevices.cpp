@@ -5,7 +5,7 @@
 
 namespace {
 
-/// For an importer that imports nothing.
+/// For an importer that only reads, or removes its files.
 struct NoTarget : ImportTarget
 {
     bool clearOld() override { return false; }
@@ -17,7 +17,8 @@ struct NoTarget : ImportTarget
 ImportedDevices::ImportedDevices(const DeviceListSnapshot &list, const QString &workFolder,
                                  const QString &path)
     : MergedDevices(list, {})
-    , m_parser(ParseFactory().createParser(*this, workFolder))
+    , m_nobody(std::make_unique<NoTarget>())
+    , m_parser(ParseFactory().createParser(*m_nobody, workFolder))
 {
     m_parser->begin(path);
 }

@@ -8,7 +8,7 @@
 class ParseBase;
 
 /// A list with the devices of a file added to it.
-class ImportedDevices : public MergedDevices, public ImportTarget
+class ImportedDevices : public MergedDevices
 {
 public:
     /// The importer makes its work files in `workFolder`, which ends in "/".
@@ -18,14 +18,11 @@ public:
     Step step() override;
     QString reason() const override { return m_reason; }
 
-    /// See ImportTarget. The list aside is already the one to be added to.
-    bool clearOld() override { return true; }
-    void addContacts(const QList<ContactInfo> &contacts) override { setDevices(contacts); }
-
     /// Removes the importer's work files.
     static void removeWorkFiles(const QString &workFolder);
 
 private:
-    std::unique_ptr<ParseBase> m_parser; ///< until the file is read
+    std::unique_ptr<ImportTarget> m_nobody; ///< what an import in one go would change
+    std::unique_ptr<ParseBase> m_parser;    ///< until the file is read
     QString m_reason;
 };
