@@ -26,7 +26,7 @@ public:
     template <typename Same>
     int find(uint hash, Same &&same) const
     {
-        for (std::size_t place = hash; !m_slots.empty(); ++place) {
+        for (std::size_t place = mixed(hash); !m_slots.empty(); ++place) {
             const Slot &slot = m_slots[place & (m_slots.size() - 1)];
             if (slot.row < 0 || (slot.hash == hash && same(slot.row)))
                 return slot.row;
@@ -53,7 +53,7 @@ public:
         const std::size_t mask = m_slots.size() - 1;
         for (std::size_t place = (gap + 1) & mask; m_slots[place].row >= 0;
              place = (place + 1) & mask) {
-            const std::size_t wanted = m_slots[place].hash & mask;
+            const std::size_t wanted = mixed(m_slots[place].hash) & mask;
             if (((place - wanted) & mask) >= ((place - gap) & mask)) {
                 m_slots[gap] = m_slots[place];
                 gap = place;
@@ -80,9 +80,17 @@ private:
     };
     static constexpr std::size_t smallestSize = 16; ///< a power of two, as every size
 
+    /// Addresses that follow each other have hashes that do so, too, and would all crowd into one
+    /// stretch of the table.
+    static std::size_t mixed(uint hash)
+    {
+        constexpr quint64 goldenRatio = 0x9E3779B97F4A7C15U;
+        return static_cast<std::size_t>((hash * goldenRatio) >> 32U);
+    }
+
     std::size_t placeOf(uint hash, int row) const
     {
-        std::size_t place = hash & (m_slots.size() - 1);
+        std::size_t place = mixed(hash) & (m_slots.size() - 1);
         while (m_slots[place].row != row)
             place = (place + 1) & (m_slots.size() - 1);
         return place;
@@ -100,7 +108,7 @@ private:
 
     void put(const Slot &slot)
     {
-        std::size_t place = slot.hash & (m_slots.size() - 1);
+        std::size_t place = mixed(slot.hash) & (m_slots.size() - 1);
         while (m_slots[place].row >= 0)
             place = (place + 1) & (m_slots.size() - 1);
         m_slots[place] = slot;

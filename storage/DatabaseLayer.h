@@ -61,6 +61,9 @@ public:
 
     /// What queryContacts() reads, in steps. Other programs cannot write until the reader is gone.
     virtual std::unique_ptr<ContactReader> readContacts() = 0;
+    /// deleteAll() in steps, for a long table: deletes some rows, at most so many. Says how many,
+    /// or -1.
+    virtual int deleteSome(int count) = 0;
     /// mergeNewRecords() in steps, for a long list that is inserted into an emptied table: settles
     /// these rows, of which `first` counts from 0.
     virtual bool settleRows(int first, int count) = 0;

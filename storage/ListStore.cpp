@@ -9,6 +9,7 @@ namespace {
 
 const QString lockName = QStringLiteral("phonebook.db.lock");
 constexpr int rowsReadAtOnce = 200;
+constexpr int rowsDeletedAtOnce = 1000;
 
 bool isLong(const DeviceListSnapshot &list)
 {
@@ -247,7 +248,9 @@ ListStore::Step ListStore::writeOn(const DeviceListSnapshot &list)
 {
     switch (m_writing) {
     case Writing::No:
-        return begin(list);
+        return begin();
+    case Writing::Clearing:
+        return clear();
     case Writing::Rows:
         return writeRows(list);
     case Writing::Merge:
@@ -256,8 +259,7 @@ ListStore::Step ListStore::writeOn(const DeviceListSnapshot &list)
     return Step::Failed;
 }
 
-/// Clearing first settles that rows of earlier saves bear the same ids: the list is the authority.
-ListStore::Step ListStore::begin(const DeviceListSnapshot &list)
+ListStore::Step ListStore::begin()
 {
     if (!isUsable())
         return Step::Failed;
@@ -268,11 +270,21 @@ ListStore::Step ListStore::begin(const DeviceListSnapshot &list)
         database().rollbackTransaction();
         return Step::More;
     }
+    m_writing = Writing::Clearing;
+    return Step::More;
+}
+
+/// First of all, as rows of earlier saves bear the same ids: the list is the authority.
+ListStore::Step ListStore::clear()
+{
+    const int deleted = database().deleteSome(rowsDeletedAtOnce);
+    if (deleted > 0)
+        return Step::More;
+    if (deleted < 0 || !database().deleteAll())
+        return databaseFailed();
     m_writing = Writing::Rows;
     m_writtenRows = 0;
-    if (!database().deleteAll())
-        return databaseFailed();
-    return isLong(list) ? Step::Pause : Step::More;
+    return Step::More;
 }
 
 ListStore::Step ListStore::writeRows(const DeviceListSnapshot &list)

@@ -96,7 +96,7 @@ public:
     bool isHeld() const { return m_held; }
 
 private:
-    enum class Writing { No, Rows, Merge };
+    enum class Writing { No, Clearing, Rows, Merge };
     /// What the file holds that the list does not.
     enum class Unlisted { Nothing, Devices, Rows };
 
@@ -106,7 +106,8 @@ private:
     Step keepDevices();
     Step backUpKept();
     Step keepFile();
-    Step begin(const DeviceListSnapshot &list);
+    Step begin();
+    Step clear();
     Step writeRows(const DeviceListSnapshot &list);
     Step finish(const DeviceListSnapshot &list);
     Step databaseFailed();

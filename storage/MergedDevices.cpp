@@ -22,13 +22,14 @@ ListSource::Step MergedDevices::step()
     const int end = std::min(m_next + devicesAtOnce, m_devices.size());
     for (; m_next < end; ++m_next) {
         const ContactInfo &device = m_devices.at(m_next);
-        if (!isAnswered() && m_list.rowOfMac(device.mac) >= 0) {
+        const int row = m_list.rowOfMac(device.mac);
+        if (!isAnswered() && row >= 0) {
             // None before the first that is listed was, so what follows it tells of all.
             if (!std::exchange(m_asked, true))
                 m_severalListed = areSeveralListed();
             return Step::Ask;
         }
-        addOrReplace(device, m_answerForAll.value_or(DuplicateAnswer::Replace));
+        addOrReplace(row, device, m_answerForAll.value_or(DuplicateAnswer::Replace));
         letGoOf(m_next);
     }
     return m_next == m_devices.size() ? Step::Done : Step::More;
@@ -64,13 +65,13 @@ void MergedDevices::answer(DuplicateAnswer answer)
 {
     if (answer == DuplicateAnswer::KeepAll || answer == DuplicateAnswer::ReplaceAll)
         m_answerForAll = answer;
-    addOrReplace(m_devices.at(m_next++), answer);
+    const ContactInfo &device = m_devices.at(m_next++);
+    addOrReplace(m_list.rowOfMac(device.mac), device, answer);
 }
 
-void MergedDevices::addOrReplace(const ContactInfo &device, DuplicateAnswer answer)
+void MergedDevices::addOrReplace(int row, const ContactInfo &device, DuplicateAnswer answer)
 {
     qCDebug(debugLog) << "insertContactNode.";
-    const int row = m_list.rowOfMac(device.mac);
     if (row < 0)
         m_list.append(device);
     else if (answer == DuplicateAnswer::Replace || answer == DuplicateAnswer::ReplaceAll)

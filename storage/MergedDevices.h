@@ -29,7 +29,8 @@ protected:
 private:
     bool isAnswered() const { return m_answerForAll.has_value(); }
     bool areSeveralListed() const;
-    void addOrReplace(const ContactInfo &device, DuplicateAnswer answer);
+    /// `row` is that of the listed device with its MAC, or -1.
+    void addOrReplace(int row, const ContactInfo &device, DuplicateAnswer answer);
     void letGoOf(int device);
 
     DeviceList m_list;

@@ -23,9 +23,9 @@ constexpr int primaryCode = 0xff;    // of an error; what is above it only says 
 constexpr int rowsReadAtOnce = 1000; // where nobody waits
 
 namespace Sql {
-// In KiB. A long list's pages are written once, at the end of the transaction, where the small
-// cache that is usual would spill them while they still change.
-const QString useLargeCache = QStringLiteral("pragma cache_size=-65536");
+// In KiB. Pages of a long list that change no more are written while the rest is made, so that the
+// commit is short; the small cache that is usual would also spill those that still change.
+const QString useLargeCache = QStringLiteral("pragma cache_size=-8192");
 // After a long list was read: what is in the cache is not looked at again.
 const QString freeCache = QStringLiteral("pragma shrink_memory");
 // Milliseconds. The window stands still meanwhile.
@@ -45,6 +45,8 @@ const QString createTable = QStringLiteral(
     "random_port VERCHAR, keep_alive VERCHAR, subnet VERCHAR, gateway_ip VERCHAR, "
     "dns_server1 VERCHAR, dns_server2 VERCHAR, phonebook_path VERCHAR, flag INT)");
 const QString deleteAll = QStringLiteral("delete from contact1");
+const QString deleteSome =
+    QStringLiteral("delete from contact1 where rowid < (select min(rowid) from contact1) + ?");
 const QString insertRow = QStringLiteral(
     "INSERT INTO contact1 values (?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?)");
 const QString updateField = QStringLiteral("update %1 set %2=%3 where %4=%5");
@@ -303,6 +305,15 @@ bool SqliteDatabase::mergeNewRecords()
     if (settled != 0 && fresh != 0)
         execute(Sql::dropReplaced);
     return execute(Sql::settleNew);
+}
+
+int SqliteDatabase::deleteSome(int count)
+{
+    QSqlQuery query = newQuery();
+    query.prepare(Sql::deleteSome);
+    query.addBindValue(count);
+    query.exec();
+    return succeeded(query) ? query.numRowsAffected() : -1;
 }
 
 bool SqliteDatabase::settleRows(int first, int count)

@@ -31,6 +31,7 @@ public:
     bool insertContacts(const QList<ContactInfo> &contacts) override;
 
     std::unique_ptr<ContactReader> readContacts() override;
+    int deleteSome(int count) override;
     bool settleRows(int first, int count) override;
     bool beginTransaction() override;
     bool beginReading() override;
