@@ -163,12 +163,17 @@ void MainWindow::exportBegin()
                             tr("do you want to replace it?")) != Modal::Answer::Yes)
         return;
     const int type = m_language == QLatin1String("zh") ? CsvChinese : CsvEnglish;
-    if (m_dataMgr.exportDevices(type, QStringLiteral("UTF-8"), exportName, folder)) {
+    QString reason;
+    if (m_dataMgr.exportDevices(type, QStringLiteral("UTF-8"), exportName, folder, reason)) {
         Modal::message(this, QMessageBox::Information, tr("Export Box"),
                        tr("File has been exported successfully!"));
         m_exportPage->slideOut();
     } else {
+        const QString note =
+            reason.isEmpty()
+                ? QString()
+                : tr("%1 can not be written: %2.").arg(QDir::toNativeSeparators(target), reason);
         Modal::message(this, QMessageBox::Warning, tr("Export Box"),
-                       tr("File export failed, please check directory!"));
+                       tr("File export failed, please check directory!"), note);
     }
 }

@@ -6,5 +6,6 @@
 bool CSVOutlookCNExport::exportFile(const QString &codecName, const QString &filePath,
                                     QList<ContactInfo> &devices)
 {
-    return writeDeviceCsv(codecName, filePath, devices, chineseCsvHeader(), QStringLiteral("\r\n"));
+    return writeDeviceCsv(codecName, filePath, devices, chineseCsvHeader(), QStringLiteral("\r\n"),
+                          m_reason);
 }

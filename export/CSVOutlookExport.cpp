@@ -8,5 +8,6 @@ bool CSVOutlookExport::exportFile(const QString &codecName, const QString &fileP
 {
     // Rows end in a bare LF here, though the header line does not; readers of these files rely on
     // it.
-    return writeDeviceCsv(codecName, filePath, devices, englishCsvHeader(), QStringLiteral("\n"));
+    return writeDeviceCsv(codecName, filePath, devices, englishCsvHeader(), QStringLiteral("\n"),
+                          m_reason);
 }

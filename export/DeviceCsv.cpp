@@ -7,7 +7,8 @@
 #include <QTextStream>
 
 bool writeDeviceCsv(const QString &codecName, const QString &filePath,
-                    const QList<ContactInfo> &devices, const QString &header, const QString &rowEnd)
+                    const QList<ContactInfo> &devices, const QString &header, const QString &rowEnd,
+                    QString &reason)
 {
     QTextCodec *const codec = QTextCodec::codecForName(codecName.toUtf8());
     if (!codec || !codec->canEncode(header) || filePath.isEmpty())
@@ -26,5 +27,7 @@ bool writeDeviceCsv(const QString &codecName, const QString &filePath,
         stream << rowEnd;
     }
     stream.flush();
-    return bool(writeWholeFile(filePath + QLatin1String(".csv"), content));
+    const WriteResult result = writeWholeFile(filePath + QLatin1String(".csv"), content);
+    reason = result.reason();
+    return bool(result);
 }

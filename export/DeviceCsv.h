@@ -8,7 +8,7 @@
 ///
 /// ".csv" is appended to `filePath`, also where it stands already. No byte-order mark is written.
 /// False for an unknown codec, an empty path, or when the file cannot be written, which then stays
-/// as it was.
+/// as it was; `reason` then says why, for the user.
 bool writeDeviceCsv(const QString &codecName, const QString &filePath,
-                    const QList<ContactInfo> &devices, const QString &header,
-                    const QString &rowEnd);
+                    const QList<ContactInfo> &devices, const QString &header, const QString &rowEnd,
+                    QString &reason);

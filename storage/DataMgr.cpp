@@ -357,6 +357,13 @@ void DataMgr::retrySave()
 bool DataMgr::exportDevices(int type, const QString &codecName, const QString &fileName,
                             const QString &folder)
 {
+    QString unused;
+    return exportDevices(type, codecName, fileName, folder, unused);
+}
+
+bool DataMgr::exportDevices(int type, const QString &codecName, const QString &fileName,
+                            const QString &folder, QString &reason) const
+{
     const std::unique_ptr<ExportBase> exporter(ExportFactory::instance()->createExporter(type));
     if (!exporter)
         return false;
@@ -372,7 +379,9 @@ bool DataMgr::exportDevices(int type, const QString &codecName, const QString &f
     } else {
         devices = list.contacts();
     }
-    return exporter->exportFile(codecName, filePath, devices);
+    const bool exported = exporter->exportFile(codecName, filePath, devices);
+    reason = exporter->reason();
+    return exported;
 }
 
 int DataMgr::deviceCount() const

@@ -89,6 +89,9 @@ public:
     /// See ProvisioningSource. Any thread. Takes no longer for a long list than for a short one.
     bool exportDevices(int type, const QString &codecName, const QString &fileName,
                        const QString &folder) override;
+    /// The same; also says why it failed, for the user, where that is known.
+    bool exportDevices(int type, const QString &codecName, const QString &fileName,
+                       const QString &folder, QString &reason) const;
     /// See ProvisioningSource. Any thread.
     int deviceCount() const override;
     /// See ProvisioningSource. Any thread.

@@ -65,10 +65,9 @@ QString port(const QString &folder, int size)
 QString exported(const QString &folder, int size)
 {
     QList<ContactInfo> devices = devicesWith(size, QString::number(size));
-    return CSVOutlookExport().exportFile(QStringLiteral("UTF-8"), folder + QLatin1String("devices"),
-                                         devices)
-               ? QString()
-               : diskFull;
+    CSVOutlookExport exporter;
+    exporter.exportFile(QStringLiteral("UTF-8"), folder + QLatin1String("devices"), devices);
+    return exporter.reason();
 }
 
 QString document(const QString &folder, int size)
