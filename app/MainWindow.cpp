@@ -33,6 +33,7 @@
 namespace {
 
 constexpr int shortestListPx = 10 * gridPx; ///< two rows and what is scrolled with
+constexpr int smallScreenPx = 1000;         ///< less leaves the list no width to spare
 
 constexpr const char *programTitle =
     QT_TRANSLATE_NOOP("MainWindow", "Velloran Device Management Tool");
@@ -216,7 +217,8 @@ void MainWindow::createContent()
     m_reportBox->hide();
 
     auto *const column = new QVBoxLayout(content);
-    column->setContentsMargins(2 * gridPx, 2 * gridPx, 2 * gridPx, gridPx);
+    const int side = screenRoom(*this).width() < smallScreenPx ? gridPx : 2 * gridPx;
+    column->setContentsMargins(side, 2 * gridPx, side, gridPx);
     column->setSpacing(2 * gridPx);
     column->addWidget(m_commandBar);
     column->addWidget(list, 1);

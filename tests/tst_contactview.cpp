@@ -170,10 +170,10 @@ void TestContactView::initTestCase()
 void TestContactView::columnWidths()
 {
     QFont font;
-    const ColumnLayout::Widths least = ColumnLayout::minimums(QFontMetrics(font), 9999);
+    const ColumnLayout::Widths least = ColumnLayout::minimums(font, 9999);
     const int minimum = std::accumulate(least.begin(), least.end(), 0);
-    // No scrolling sideways in the smallest window that is supported, beside its scroll bar.
-    QVERIFY2(minimum <= 954, qPrintable(QString::number(minimum)));
+    // No scrolling sideways on a screen of 1366 pixels at 150%, beside the list's scroll bar.
+    QVERIFY2(minimum <= 864, qPrintable(QString::number(minimum)));
     for (const int viewport : {0, 500, 1007, 1008, 1009, 3840}) {
         const ColumnLayout::Widths widths = ColumnLayout::widths(viewport, least);
         QCOMPARE(std::accumulate(widths.begin(), widths.end(), 0), std::max(viewport, minimum));

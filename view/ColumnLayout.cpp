@@ -1,8 +1,10 @@
 #include "view/ColumnLayout.h"
 
+#include "model/ValueTables.h"
 #include "view/ContactTitle.h"
 #include "view/SearchEdit.h"
 
+#include <QFont>
 #include <QFontMetrics>
 
 #include <algorithm>
@@ -20,43 +22,58 @@ struct Share
 // Number and actions never need more; a server name or a company may be long.
 constexpr std::array<Share, ContactModel::ColumnCount> shares = {{
     {56, 0},  // Number
-    {140, 1}, // Mac
-    {72, 2},  // Product
-    {96, 6},  // SipServer
-    {76, 4},  // FirstAccount
-    {88, 4},  // SipUserId
-    {56, 3},  // City
-    {76, 5},  // Company
-    {88, 4},  // Department
-    {58, 0},  // Detail
-    {58, 0},  // Delete
+    {130, 1}, // Mac
+    {66, 2},  // Product
+    {82, 6},  // SipServer
+    {66, 4},  // FirstAccount
+    {80, 4},  // SipUserId
+    {50, 3},  // City
+    {66, 5},  // Company
+    {80, 4},  // Department
+    {48, 0},  // Detail
+    {48, 0},  // Delete
 }};
 
 /// Closer than the margins of a cell: nothing is cut off by it, and the smallest window holds the
 /// words of a large font.
-constexpr int headerMargins = textMargin + 4;
-/// Beside the word in a search box: its margins, its frame and the magnifier.
-constexpr int searchBoxMargins = textMargin + 22;
-/// Beside what is typed there: its margins, its frame and the cursor.
-constexpr int searchTextMargins = 22;
+constexpr int headerMargins = textMargin + 2;
+/// The words over the buttons stand in the middle.
+constexpr int actionMargins = 6;
+/// Beside the word in a search box: its margins and its frame. The magnifier comes on top where the
+/// column is wider.
+constexpr int searchBoxMargins = 17;
+/// Beside what is typed there: the same, and the cursor.
+constexpr int searchTextMargins = 19;
 constexpr int fewestNumberDigits = 5;
 
 } // namespace
 
-Widths minimums(const QFontMetrics &metrics, int highestNumber)
+Widths minimums(const QFont &font, int highestNumber)
 {
+    QFont headerFont = font;
+    headerFont.setWeight(QFont::DemiBold);
+    const QFontMetrics headerMetrics(headerFont);
+    const QFontMetrics metrics(font);
     Widths result = {};
     for (std::size_t column = 0; column < shares.size(); ++column) {
         const QString word = ContactTitle::columnName(static_cast<int>(column));
-        const int margins = column < SearchEdit::boxCount ? searchBoxMargins : headerMargins;
-        result[column] =
-            std::max(shares[column].minimum, metrics.horizontalAdvance(word) + margins);
+        result[column] = shares[column].minimum;
+        const auto makeRoom = [&](int width) { result[column] = std::max(result[column], width); };
+        if (column >= ContactModel::Product)
+            makeRoom(headerMetrics.horizontalAdvance(word) +
+                     (ContactModel::isAction(static_cast<int>(column)) ? actionMargins
+                                                                       : headerMargins));
+        if (column < SearchEdit::boxCount)
+            makeRoom(metrics.horizontalAdvance(word) + searchBoxMargins);
     }
-    const auto makeRoom = [&](ContactModel::Column column, const QString &text) {
-        result[column] = std::max(result[column], metrics.horizontalAdvance(text) + 2 * textMargin);
+    const auto makeRoomFor = [&](std::size_t column, const QString &text) {
+        result[column] =
+            std::max(result[column], textMargin + metrics.horizontalAdvance(text) + textEnd);
     };
     // Of the widest digit, so that no address is ever cut short.
-    makeRoom(ContactModel::Mac, QStringLiteral("DD:DD:DD:DD:DD:DD"));
+    makeRoomFor(ContactModel::Mac, QStringLiteral("DD:DD:DD:DD:DD:DD"));
+    for (const QString &model : productModels())
+        makeRoomFor(ContactModel::Product, model);
     const int digits = std::max(QString::number(highestNumber).size(), fewestNumberDigits);
     const int digitsWidth = metrics.horizontalAdvance(QString(digits, QLatin1Char('8')));
     result[ContactModel::Number] =

@@ -68,7 +68,7 @@ void ContactView::setUpLook()
 void ContactView::layOutColumns()
 {
     const ColumnLayout::Widths widths = ColumnLayout::widths(
-        viewport()->width(), ColumnLayout::minimums(fontMetrics(), deviceCount()));
+        viewport()->width(), ColumnLayout::minimums(font(), deviceCount()));
     for (int column = 0; column < ContactModel::ColumnCount; ++column)
         setColumnWidth(column, widths[static_cast<std::size_t>(column)]);
 }

@@ -83,11 +83,12 @@ void RowPictures::paintRow(QPainter &painter, const QRect &row, const QRect &par
     painter.save();
     const QRectF whole = DevicePixels::snapped(painter, row);
     const QRectF cell = DevicePixels::snapped(painter, part);
+    // What follows is the whole row's: rectangles side by side would leave seams.
     painter.setClipRect(cell, Qt::IntersectClip);
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
 
     if (m_backgroundSource.isNull()) {
-        painter.fillRect(cell, palette.color(QPalette::Active, QPalette::Base));
+        painter.fillRect(whole, palette.color(QPalette::Active, QPalette::Base));
     } else {
         const QRectF pixels = painter.deviceTransform().mapRect(whole);
         painter.drawPixmap(whole, backgroundFor(pixels.size().toSize()), QRectF());
@@ -96,14 +97,14 @@ void RowPictures::paintRow(QPainter &painter, const QRect &row, const QRect &par
     if (state.selected) {
         prepareSelectedRow();
         if (m_selectedScaled.isNull())
-            painter.fillRect(cell, palette.color(QPalette::Active, QPalette::Highlight));
+            painter.fillRect(whole, palette.color(QPalette::Active, QPalette::Highlight));
         else
             painter.drawPixmap(whole, m_selectedScaled, QRectF());
     }
     if (state.hovered) {
         QColor tint = palette.color(QPalette::Active, QPalette::Highlight);
         tint.setAlpha(hoverOpacity);
-        painter.fillRect(cell, tint);
+        painter.fillRect(whole, tint);
     }
     painter.restore();
 }

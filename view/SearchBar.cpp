@@ -9,6 +9,12 @@
 #include <QHBoxLayout>
 #include <QLabel>
 
+namespace {
+
+constexpr int boxMargin = 1; ///< on each side, between the box and its column
+
+} // namespace
+
 SearchBar::SearchBar(ContactView &view, QWidget *parent)
     : QWidget(parent)
     , m_edits(SearchEdit::boxCount, nullptr)
@@ -27,7 +33,7 @@ SearchBar::SearchBar(ContactView &view, QWidget *parent)
         auto *base = new QLabel(this);
         base->setProperty("class", QStringLiteral("SearchEditBaseLabel"));
         auto *layout = new QHBoxLayout(base);
-        layout->setContentsMargins(2, 4, 2, 4);
+        layout->setContentsMargins(boxMargin, 4, boxMargin, 4);
         m_edits[index] = createBox(view, index, base);
         layout->addWidget(m_edits.at(index));
         base->setBuddy(m_edits.at(index));

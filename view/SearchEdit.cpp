@@ -12,6 +12,7 @@ namespace {
 
 constexpr int magnifierSize = 12;
 constexpr int magnifierMargin = 5;
+constexpr int textMargin = 7; ///< of the frame, the padding and the line edit itself
 
 } // namespace
 
@@ -86,7 +87,9 @@ void SearchEdit::paintEvent(QPaintEvent *event)
     QLineEdit::paintEvent(event);
     // Not an action of the line edit: that would keep its room when the box is filled, and the
     // narrow boxes have none to spare.
-    if (!text().isEmpty())
+    if (!text().isEmpty() ||
+        fontMetrics().horizontalAdvance(placeholderText()) + 2 * textMargin + magnifierSize >
+            width())
         return;
     const QRect place(width() - magnifierMargin - magnifierSize, (height() - magnifierSize) / 2,
                       magnifierSize, magnifierSize);
