@@ -452,8 +452,12 @@ void MainWindow::onViewUpdated()
 
 void MainWindow::showUserGuide()
 {
-    if (!m_userGuide) {
+    const bool isNew = !m_userGuide;
+    if (isNew)
         m_userGuide = std::make_unique<UserGuide>(m_language);
+    const bool isElsewhere = !m_userGuide->isVisible() && m_userGuide->screen() != screen();
+    if (isNew || isElsewhere) {
+        m_userGuide->fitInto(screenRoom(*this));
         centreOver(*m_userGuide, *this);
     }
     showInFront(*m_userGuide);

@@ -113,6 +113,7 @@ UserGuide::UserGuide(const QString &language, QWidget *parent)
     createPages();
     loadPictures(language);
     createLayout();
+    fitInto(screenRoom(*this));
     createShortcuts();
     connect(m_upButton, &QPushButton::released, this, &UserGuide::leftPressed);
     connect(m_downButton, &QPushButton::released, this, &UserGuide::rightPressed);
@@ -165,6 +166,7 @@ void UserGuide::createLayout()
 
     // Painted, so that a page on its way does not show through.
     auto *const bar = new QWidget(this);
+    bar->setObjectName(QStringLiteral("guideBar"));
     bar->setFixedWidth(UserGuideWidget::columnWidth);
     bar->setAutoFillBackground(true);
     bar->setPalette(QColor(windowColor));
@@ -176,25 +178,29 @@ void UserGuide::createLayout()
     row->addWidget(m_downButton);
     row->addStretch();
 
-    const QSize room = screenRoom(*this).size();
-    const int textRoom = room.height() - bar->sizeHint().height();
-    int textPx = UserGuideWidget::largestTextPx;
-    while (highestText(textPx) > textRoom && textPx > UserGuideWidget::smallestTextPx)
-        --textPx;
-    m_control->setTextPx(textPx);
-
     // The page lies below the bar and reaches over the whole window.
     auto *const grid = new QGridLayout(this);
     grid->setContentsMargins(0, 0, 0, 0);
     grid->setSpacing(0);
-    grid->setRowMinimumHeight(0, highestText(textPx));
     grid->setRowStretch(0, 1);
     grid->setColumnMinimumWidth(1, smallestPictureWidth);
     grid->setColumnStretch(1, 1);
     grid->addWidget(m_control, 0, 0, 2, 2);
     grid->addWidget(bar, 1, 0);
+}
 
-    resize(firstSize.boundedTo(room).expandedTo(grid->minimumSize()));
+void UserGuide::fitInto(const QRect &room)
+{
+    const auto *const bar = findChild<QWidget *>(QStringLiteral("guideBar"));
+    const int textRoom = room.height() - bar->sizeHint().height();
+    int textPx = UserGuideWidget::largestTextPx;
+    while (highestText(textPx) > textRoom && textPx > UserGuideWidget::smallestTextPx)
+        --textPx;
+    m_control->setTextPx(textPx);
+    auto *const grid = static_cast<QGridLayout *>(layout());
+    grid->setRowMinimumHeight(0, highestText(textPx));
+    grid->activate();
+    resize(firstSize.boundedTo(room.size()).expandedTo(grid->minimumSize()));
 }
 
 int UserGuide::highestText(int textPx) const

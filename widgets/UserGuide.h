@@ -23,6 +23,10 @@ public:
     /// pictures.
     explicit UserGuide(const QString &language, QWidget *parent = nullptr);
 
+    /// Takes its first size, and letters that go with it, for a screen with `room` for its content.
+    /// It begins with the first screen's.
+    void fitInto(const QRect &room);
+
     const QVector<GuidePage> &pages() const { return m_pages; }
     /// Index of the open page, from 0.
     int currentPage() const { return m_current; }

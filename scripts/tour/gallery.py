@@ -156,7 +156,8 @@ class Gallery:
         self.press("Show Advance Settings", "New Device")
         self.node("push button", "Hide Advance Settings")
         self.shot("new-device-advanced")
-        self.focus("Proxy Server", "New Device")
+        self.focus("Department", "New Device")
+        keys("Tab")  # which brings the next field into view
         self.shot("new-device-advanced-end")
         self.focus("Username", "New Device")
         keys("Tab", "Down", "space")
@@ -173,6 +174,7 @@ class Gallery:
         type_text("a1b2c3")
         keys("Return")
         self.box("Replace action", "replace-device", "Escape")
+        self.box("New Device", "new-device-again", "Escape")
         wait_active(self.tr("Velloran Device Management Tool"))
 
     def focus_mac(self, label, window):
@@ -229,7 +231,8 @@ class Gallery:
         self.box("Import Box", "import-failed")
         again = self.out / "again.csv"
         again.write_text("\n".join([CSV_HEAD, device_row(16), device_row(17)]), encoding="utf-8")
-        self.open_import()
+        self.node("text", "Import file")  # which came back for another try
+        time.sleep(0.5)  # it slides in
         self.fill("Import file", str(again))
         self.press("Clear list", role="check box")
         self.shot("import-adding")
@@ -238,12 +241,6 @@ class Gallery:
         self.shot("import-replace-many")
         self.press("No to All", "Replace action")
         wait_gone(self.tr("Replace action"))
-
-    def open_import(self):
-        wait_for("the import page to go away",
-                 lambda: not self.screen.sees("text", self.tr("Import file")))
-        keys("ctrl+i")
-        self.node("text", "Import file")
 
     def long_import(self):
         """The cover that is shown while an import runs. It is the end of the program: looking
