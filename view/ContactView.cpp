@@ -67,8 +67,8 @@ void ContactView::setUpLook()
 
 void ContactView::layOutColumns()
 {
-    const ColumnLayout::Widths widths = ColumnLayout::widths(
-        viewport()->width(), ColumnLayout::minimums(font(), deviceCount()));
+    const ColumnLayout::Widths widths =
+        ColumnLayout::widths(viewport()->width(), ColumnLayout::minimums(font(), deviceCount()));
     for (int column = 0; column < ContactModel::ColumnCount; ++column)
         setColumnWidth(column, widths[static_cast<std::size_t>(column)]);
 }

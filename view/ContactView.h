@@ -134,7 +134,6 @@ private:
     CellHover *m_hover;
     QVector<QPointer<SearchEdit>> m_searchEdits;
 
-
     /// The device that the user is at, in the model. The search may hide it: then no row is
     /// current.
     QPersistentModelIndex m_device;
