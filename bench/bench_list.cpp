@@ -223,6 +223,28 @@ void measureKeys(const QString &parent, int listed)
     }
 }
 
+/// The list with texts far longer than anybody can read.
+void measureLongTexts(const QString &parent, int characters)
+{
+    Program program(parent);
+    program.start();
+    constexpr int cells = 30;
+    QList<ContactInfo> devices = benchDevices(cells);
+    for (ContactInfo &device : devices)
+        device.company = QString(characters, QLatin1Char('w'));
+    program.dataMgr->addContacts(devices);
+    program.window->resize(1920, 1300);
+    program.settle();
+    auto *const view = program.window->findChild<ContactView *>();
+    if (view->rowAt(view->viewport()->height() - 1) >= 0)
+        std::printf("not all of the list was shown\n");
+    Samples paints;
+    for (int round = 0; round < 20; ++round)
+        paints.measure([view] { view->viewport()->repaint(); });
+    std::printf("%7d cells of %d characters: painted in %.1f ms, at the longest %.1f ms\n", cells,
+                characters, paints.median() / 1000, paints.quantile(1) / 1000);
+}
+
 double measureStarts(const QString &parent, int stored)
 {
     Program program(parent);
@@ -286,6 +308,7 @@ int main(int argc, char *argv[])
     measureBatch(parent, 100000, 10000);
     measureChanges(parent, 100000);
     measureKeys(parent, 100000);
+    measureLongTexts(parent, 100000);
     const double none = measureStarts(parent, 0);
     const double many = measureStarts(parent, 100000);
     std::printf("100,000 devices against none: %.2f times the time of a start\n", many / none);
