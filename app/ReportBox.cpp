@@ -3,6 +3,7 @@
 #include "widgets/EffectScrollBar.h"
 #include "widgets/Grid.h"
 
+#include <QElapsedTimer>
 #include <QFontDatabase>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -16,10 +17,15 @@ namespace {
 
 constexpr int keptLines = 2000;
 
-/// In each interval (milliseconds) so many reports show at once, the others together at its end:
-/// one by one, a few thousand would take seconds.
-constexpr int interval = 100;
+/// Of many reports so many show at once, the others together at the end of each interval
+/// (milliseconds): one by one, a few thousand would take seconds.
 constexpr int shownAtOnce = 20;
+constexpr qint64 shortestInterval = 100;
+constexpr qint64 longestInterval = 1000;
+
+/// An interval is so many times as long as it took to show what came in the last one, so that a
+/// storm leaves the window its time, and the phones theirs.
+constexpr qint64 restFactor = 20;
 
 /// Reports that are kept until they show; more would not be left in the box anyway.
 constexpr int keptReports = keptLines / 4;
@@ -34,7 +40,7 @@ ReportBox::ReportBox(QWidget *parent)
     , m_service(new QLabel(this))
     , m_text(new QPlainTextEdit(this))
 {
-    m_timer.setInterval(interval);
+    m_timer.setInterval(shortestInterval);
     connect(&m_timer, &QTimer::timeout, this, &ReportBox::showPending);
 
     auto *const title = new QLabel(tr("HTTPD server request informations"), this);
@@ -79,7 +85,7 @@ void ReportBox::addReport(const QString &report)
 {
     if (!m_timer.isActive()) {
         m_shown = 0;
-        m_timer.start();
+        m_timer.start(shortestInterval);
     }
     if (m_pending.isEmpty() && ++m_shown <= shownAtOnce) {
         append(QLatin1Char('\n') + report);
@@ -97,13 +103,17 @@ void ReportBox::append(const QString &text)
 
 void ReportBox::showPending()
 {
-    m_shown = 0;
     if (m_pending.isEmpty()) {
         m_timer.stop();
         return;
     }
+    QElapsedTimer effort;
+    effort.start();
+    m_shown = m_pending.size() <= shownAtOnce ? 0 : shownAtOnce;
     // The text anew, as taking thousands of lines from its beginning costs far more.
-    QStringList lines = m_text->toPlainText().split(QLatin1Char('\n'));
+    QStringList lines;
+    if (m_pending.size() < keptReports)
+        lines = m_text->toPlainText().split(QLatin1Char('\n'));
     for (const QString &report : qAsConst(m_pending))
         lines += (QLatin1Char('\n') + report).split(QLatin1Char('\n'));
     m_pending.clear();
@@ -111,6 +121,8 @@ void ReportBox::showPending()
     const int place = bar.value() < bar.maximum() ? bar.value() : std::numeric_limits<int>::max();
     m_text->setPlainText(lines.mid(qMax(0, lines.size() - keptLines)).join(QLatin1Char('\n')));
     bar.setValue(place);
+    m_timer.start(static_cast<int>(
+        qBound(shortestInterval, restFactor * effort.elapsed(), longestInterval)));
 }
 
 void ReportBox::clear()

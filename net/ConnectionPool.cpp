@@ -6,9 +6,11 @@
 #include <QHash>
 
 #include <algorithm>
-#include <chrono>
+#include <utility>
 
 namespace {
+
+using std::chrono::milliseconds;
 
 /// Connections worked on at a time while none of them takes long. Measured: with sixteen a storm
 /// takes a seventh longer.
@@ -22,6 +24,9 @@ constexpr std::chrono::seconds restTime{3};
 /// when many telephones start at once, each must get the time to send its request.
 constexpr qint64 idleGrace = 250;
 
+/// How often the line is looked after; a fraction of what a telephone would notice.
+constexpr milliseconds lookInterval{5};
+
 } // namespace
 
 ConnectionPool::ConnectionPool(int limit, int maxWaiting)
@@ -29,6 +34,11 @@ ConnectionPool::ConnectionPool(int limit, int maxWaiting)
     , m_maxWaiting(maxWaiting)
     , m_level(std::min(usualLevel, limit))
 {
+}
+
+void ConnectionPool::open(Entrance entrance)
+{
+    m_entrance = std::move(entrance);
 }
 
 bool ConnectionPool::hasShareLeft(quint32 peer) const
@@ -53,18 +63,24 @@ int ConnectionPool::admit(const AcceptedConnection &connection)
         return 0;
     }
     m_line.add(connection);
-    if (m_line.size() > m_maxWaiting)
+    if (m_line.size() > m_maxWaiting && m_line.longest() > peerShare)
         SocketPlatform::close(m_line.takeFromLongest().descriptor);
     return callThreads();
+}
+
+/// Where nobody has more than a share waiting, what finds no room here waits where the system
+/// keeps it.
+bool ConnectionPool::hasRoom() const
+{
+    return m_line.size() < m_maxWaiting || m_line.longest() > peerShare;
 }
 
 int ConnectionPool::lookAfterLine()
 {
     const std::lock_guard<std::mutex> guard(m_mutex);
-    const bool standsStill =
-        m_taken == m_takenAtLook && m_line.has([this](quint32 peer) { return mayServe(peer); });
+    m_isQuiet = m_taken == m_takenAtLook;
     m_takenAtLook = m_taken;
-    if (standsStill)
+    if (m_isQuiet && m_line.has([this](quint32 peer) { return mayServe(peer); }))
         m_level = std::min(2 * m_level, m_limit);
     else if (m_level > usualLevel)
         m_level -= (m_level - usualLevel + 7) / 8;
@@ -72,30 +88,53 @@ int ConnectionPool::lookAfterLine()
     return callThreads();
 }
 
-bool ConnectionPool::hasWaiting() const
+bool ConnectionPool::needsDoor() const
 {
     const std::lock_guard<std::mutex> guard(m_mutex);
-    return !m_line.isEmpty();
+    return !m_isWatched && hasRoom();
+}
+
+void ConnectionPool::restAtDoor()
+{
+    Lock lock(m_mutex);
+    const bool isQuiet = m_isQuiet && m_line.isEmpty();
+    if (isQuiet && m_isWatched) {
+        m_doorRests = true;
+        m_doorCall.wait(lock, [this] { return m_stopped || !m_doorRests; });
+    } else if (isQuiet && m_working + onTheWay() == 0) {
+        watch(lock);
+    } else {
+        m_doorCall.wait_for(lock, lookInterval, [this] { return m_stopped; });
+    }
 }
 
 /// Calls as many threads as may work on what waits. Returns how many have to be started for that.
 int ConnectionPool::callThreads()
 {
-    int wanted = std::min(m_level - m_working, m_line.size()) - m_called;
+    int wanted = std::min(m_level - m_working, m_line.size()) - onTheWay();
     for (; wanted > 0 && m_resting > m_called; --wanted) {
         ++m_called;
         m_call.notify_one();
     }
     const int missing = std::clamp(wanted, 0, m_limit - m_alive);
-    m_called += missing;
+    m_starting += missing;
     m_alive += missing;
     return missing;
 }
 
 /// The same without starting any.
-void ConnectionPool::callResting()
+void ConnectionPool::callForLine()
 {
-    if (m_working + m_called < m_level && m_line.size() > m_called && m_resting > m_called) {
+    if (m_working + onTheWay() < m_level && m_line.size() > onTheWay() && m_resting > m_called) {
+        ++m_called;
+        m_call.notify_one();
+    }
+}
+
+/// Calls a thread to the entrance when nobody is there or about to come.
+void ConnectionPool::callForEntrance()
+{
+    if (!m_isWatched && onTheWay() == 0 && m_working < m_level && m_resting > 0) {
         ++m_called;
         m_call.notify_one();
     }
@@ -104,12 +143,12 @@ void ConnectionPool::callResting()
 void ConnectionPool::started(HttpdThread *thread)
 {
     const std::lock_guard<std::mutex> guard(m_mutex);
+    --m_starting;
     if (thread) {
         m_threads.append(thread);
         if (m_stopped)
             thread->drop(); // it may have taken a connection before it was known here
     } else {
-        --m_called;
         --m_alive;
     }
 }
@@ -126,30 +165,107 @@ QVector<HttpdThread *> ConnectionPool::threads() const
     return m_threads;
 }
 
-bool ConnectionPool::next(HttpdThread &thread)
+ConnectionPool::Next ConnectionPool::next(HttpdThread &thread)
 {
-    std::unique_lock<std::mutex> lock(m_mutex);
+    Lock lock(m_mutex);
     if (thread.hasConnection())
         leave(thread);
-    else
-        --m_called; // it was started for a connection
     while (!m_stopped) {
-        if (takeFor(thread))
-            return true;
-        const bool extra = m_resting >= keptThreads;
-        ++m_resting;
-        if (extra)
-            m_call.wait_for(lock, restTime);
-        else
-            m_call.wait(lock);
-        --m_resting;
-        if (m_called > 0)
-            --m_called;
-        else if (extra && m_line.isEmpty())
+        if (takeFor(thread)) {
+            callForLine();
+            return Next::Connection;
+        }
+        if (std::exchange(m_hasErrand, false))
+            return Next::Errand;
+        if (!m_line.isEmpty())
+            callDoor();
+        if (!goToEntrance(lock) && !rest(lock))
             break;
     }
     --m_alive;
-    return false;
+    return Next::End;
+}
+
+int ConnectionPool::callForErrand()
+{
+    const std::lock_guard<std::mutex> guard(m_mutex);
+    m_hasErrand = !m_stopped;
+    if (m_stopped || m_working + m_starting + m_called > 0 || m_alive == m_limit)
+        return 0; // somebody comes by
+    if (m_resting > 0) {
+        ++m_called;
+        m_call.notify_one();
+        return 0;
+    }
+    ++m_starting;
+    ++m_alive;
+    return 1;
+}
+
+/// Accepts a connection. Waits for one if nobody else does; false if somebody does, or there is no
+/// room for what comes.
+bool ConnectionPool::goToEntrance(Lock &lock)
+{
+    using SocketPlatform::Accept;
+    if (m_working + onTheWay() >= m_level || !hasRoom())
+        return false;
+    const Accept result = accept(lock);
+    if (result == Accept::NoneWaits && !m_isWatched && !m_stopped) {
+        watch(lock);
+        const bool more = accept(lock) == Accept::Done && m_entrance.wait(milliseconds(0));
+        callDoor();
+        if (more)
+            callForEntrance();
+        return true;
+    }
+    return result == Accept::Done;
+}
+
+void ConnectionPool::callDoor()
+{
+    if (std::exchange(m_doorRests, false))
+        m_doorCall.notify_one();
+}
+
+SocketPlatform::Accept ConnectionPool::accept(Lock &lock)
+{
+    ++m_accepting;
+    lock.unlock();
+    const SocketPlatform::Accept result = m_entrance.accept();
+    lock.lock();
+    --m_accepting;
+    return result;
+}
+
+/// Waits until somebody comes, or the service ends.
+void ConnectionPool::watch(Lock &lock)
+{
+    m_isWatched = true;
+    do {
+        lock.unlock();
+        const bool hasCome = m_entrance.wait(milliseconds(SocketPlatform::longestWait()));
+        lock.lock();
+        if (hasCome)
+            break;
+    } while (!m_stopped);
+    m_isWatched = false;
+}
+
+/// Waits until the thread is called. False when it has not been for so long that it may end.
+bool ConnectionPool::rest(Lock &lock)
+{
+    const bool extra = m_resting >= keptThreads;
+    ++m_resting;
+    if (extra)
+        m_call.wait_for(lock, restTime);
+    else
+        m_call.wait(lock);
+    --m_resting;
+    if (m_called > 0)
+        --m_called;
+    else if (extra && m_line.isEmpty())
+        return false;
+    return true;
 }
 
 bool ConnectionPool::takeFor(HttpdThread &thread)
@@ -181,7 +297,8 @@ void ConnectionPool::beginWait()
 {
     const std::lock_guard<std::mutex> guard(m_mutex);
     --m_working;
-    callResting();
+    callForLine();
+    callForEntrance();
 }
 
 void ConnectionPool::endWait()
@@ -196,7 +313,8 @@ bool ConnectionPool::beginWork(const HttpdThread &thread)
     Peer &peer = m_peers[thread.peer()];
     if (peer.working >= peerWork) {
         --m_working;
-        callResting();
+        callForLine();
+        callForEntrance();
         peer.workDone.wait(lock, [&] { return m_stopped || peer.working < peerWork; });
         ++m_working;
     }
@@ -259,7 +377,7 @@ bool ConnectionPool::dropLongestIdle(const quint32 *peer)
             longestTime = time + 1;
         }
     }
-    return longestIdle && longestIdle->drop();
+    return longestIdle && longestIdle->evict();
 }
 
 void ConnectionPool::stop()
@@ -271,6 +389,7 @@ void ConnectionPool::stop()
     for (HttpdThread *thread : qAsConst(m_threads))
         thread->drop();
     m_call.notify_all();
+    m_doorCall.notify_all();
     for (auto &peer : m_peers)
         peer.second.workDone.notify_all();
 }

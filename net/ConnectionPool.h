@@ -1,10 +1,13 @@
 #pragma once
 
+#include "net/SocketPlatform.h"
 #include "net/WaitingLine.h"
 
 #include <QVector>
 
+#include <chrono>
 #include <condition_variable>
+#include <functional>
 #include <mutex>
 #include <unordered_map>
 
@@ -23,6 +26,15 @@ public:
     /// of another address that needs the same disk, or the same document, does not.
     static constexpr int peerWork = 8;
 
+    /// Where connections come from. Any thread.
+    struct Entrance
+    {
+        /// Accepts one that waits, and hands it to admit().
+        std::function<SocketPlatform::Accept()> accept;
+        /// True once one waits or nothing more can come; false when the time is over.
+        std::function<bool(std::chrono::milliseconds time)> wait;
+    };
+
     /// At most `limit` connections are served at a time, and at most `maxWaiting` wait; beyond, the
     /// address that has most of those loses one.
     ConnectionPool(int limit, int maxWaiting);
@@ -31,14 +43,26 @@ public:
     ConnectionPool(const ConnectionPool &) = delete;
     ConnectionPool &operator=(const ConnectionPool &) = delete;
 
+    /// To be called before there is a thread. Once stopped, nobody waits for the entrance any more
+    /// than it takes to tell that nothing can come.
+    void open(Entrance entrance);
+
     /// Puts a connection, which becomes the pool's, into the line and calls a thread that rests.
     /// Returns how many threads the caller has to start for it: see started().
     int admit(const AcceptedConnection &connection);
-    /// To be called every few milliseconds while connections wait: lets more be worked on when the
-    /// line stands still, and drops idle connections where there is no room. Returns how many
-    /// threads the caller has to start.
+    /// To be called before each rest of the door thread: lets more be worked on when the line stands
+    /// still, and drops idle connections where there is no room. Returns how many threads the
+    /// caller has to start.
     int lookAfterLine();
-    bool hasWaiting() const;
+    /// Whether the door thread is to accept: no other thread waits at the entrance, and there is
+    /// room in the line.
+    bool needsDoor() const;
+    /// The door thread waits until there may be something for it to do: for a few milliseconds
+    /// while connections come, else until one comes for which no other thread waits.
+    void restAtDoor();
+    /// Calls a thread for an errand, unless one is at work and comes by anyway. Returns how many
+    /// threads the caller has to start.
+    int callForErrand();
     /// Drops the connection that has been idle longest; false when there is none.
     bool dropLongestIdle();
     /// A thread that was to be started exists, or, with null, could not be had.
@@ -48,9 +72,14 @@ public:
     /// All thread objects there are.
     QVector<HttpdThread *> threads() const;
 
-    /// Ends the thread's connection, if it had one, and waits for the next. False when the thread
-    /// is no longer needed. The thread itself.
-    bool next(HttpdThread &thread);
+    /// What a thread does next.
+    enum class Next {
+        Connection, ///< serves the one that it has been given
+        Errand,     ///< what is to be done between two connections, without one
+        End,        ///< it is no longer needed
+    };
+    /// Ends the thread's connection, if it had one, and waits for what comes. The thread itself.
+    Next next(HttpdThread &thread);
     /// Around each wait for the client, in which another connection may be worked on.
     void beginWait();
     void endWait();
@@ -71,17 +100,30 @@ private:
         std::condition_variable workDone;
     };
 
+    using Lock = std::unique_lock<std::mutex>;
+
     bool hasShareLeft(quint32 peer) const;
     bool mayServe(quint32 peer) const;
+    bool hasRoom() const;
+    /// Threads that will take a connection, or find that there is none.
+    int onTheWay() const { return m_called + m_starting + m_accepting; }
     bool takeFor(HttpdThread &thread);
     void leave(HttpdThread &thread);
+    bool goToEntrance(Lock &lock);
+    SocketPlatform::Accept accept(Lock &lock);
+    void watch(Lock &lock);
+    bool rest(Lock &lock);
     int callThreads();
-    void callResting();
+    void callForLine();
+    void callForEntrance();
+    void callDoor();
     void makeRoom();
     bool dropLongestIdle(const quint32 *peer);
 
     mutable std::mutex m_mutex; ///< guards everything below
     std::condition_variable m_call;
+    std::condition_variable m_doorCall;
+    Entrance m_entrance; ///< does not change once there are threads
     WaitingLine m_line;
     std::unordered_map<quint32, Peer> m_peers; ///< those that are served
     QVector<HttpdThread *> m_threads;
@@ -92,8 +134,14 @@ private:
     int m_working = 0;   ///< those of them that do not wait for their client
     int m_alive = 0;     ///< threads that are to be started or have not left next() for good
     int m_resting = 0;   ///< threads that wait in next()
-    int m_called = 0;    ///< threads on their way to a connection: woken, or being started
+    int m_called = 0;    ///< those of them that have been called, and are on their way
+    int m_starting = 0;  ///< threads that are being started
+    int m_accepting = 0; ///< threads that accept a connection, for themselves
     quint64 m_taken = 0; ///< connections that were given to a thread so far
     quint64 m_takenAtLook = 0;
+    bool m_isQuiet = true;    ///< none was given to one between the last two looks
+    bool m_hasErrand = false;
+    bool m_isWatched = false; ///< a thread waits at the entrance
+    bool m_doorRests = false; ///< until it is called
     bool m_stopped = false;
 };

@@ -149,18 +149,19 @@ void DocumentFolder::removeBeyond(int bound, const std::function<bool()> &stop)
     const int superfluous = found > bound ? found - bound + bound / 10 : 0;
     const auto end = documents.begin() + superfluous;
     std::partial_sort(documents.begin(), end, documents.end());
-    for (auto document = documents.begin(); document != end && !stop(); ++document)
+    auto document = documents.begin();
+    for (; document != end && !stop(); ++document)
         remove(document->name);
-    if (bound == 0 && stop())
+    if (bound == 0 && document != end)
         m_isToBeCleared = true; // not all of it was
-    m_count += found - superfluous;
+    m_count += static_cast<int>(documents.end() - document);
 }
 
 void DocumentFolder::remove(const QString &fileName)
 {
-    // A document in the making has its name with an ending of its own, and its lock.
-    const bool isWhole = fileName.endsWith(QLatin1String(".xml"));
-    const auto nameLock = lock(isWhole ? fileName : fileName.section(QLatin1Char('.'), 0, -2));
+    // It may be one in the making, which has its document's name with an ending of its own, and is
+    // under that one's lock.
+    const auto nameLocks = m_locks.lock(fileName, fileName.section(QLatin1Char('.'), 0, -2));
     QFile::remove(filePath(fileName));
     const std::lock_guard<std::mutex> guard(m_knownMutex);
     m_known.remove(fileName);

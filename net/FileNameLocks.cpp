@@ -2,10 +2,19 @@
 
 #include <QHash>
 
-#include <QHash>
-
-std::unique_lock<std::mutex> FileNameLocks::lock(const QString &fileName)
+std::mutex &FileNameLocks::mutex(const QString &fileName)
 {
-    const std::size_t stripe = qHash(fileName.toLower()) % m_mutexes.size();
-    return std::unique_lock<std::mutex>(m_mutexes[stripe]);
+    return m_mutexes[qHash(fileName.toLower()) % m_mutexes.size()];
+}
+
+std::pair<FileNameLocks::Lock, FileNameLocks::Lock> FileNameLocks::lock(const QString &fileName,
+                                                                        const QString &otherName)
+{
+    Lock first(mutex(fileName), std::defer_lock);
+    Lock second(mutex(otherName), std::defer_lock);
+    if (first.mutex() == second.mutex())
+        first.lock();
+    else
+        std::lock(first, second);
+    return {std::move(first), std::move(second)};
 }

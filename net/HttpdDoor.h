@@ -1,13 +1,15 @@
 #pragma once
 
+#include "net/SocketPlatform.h"
+
 #include <QThread>
 
 #include <atomic>
-#include <cstdint>
 #include <functional>
 
-/// The thread on which connections are accepted, so that telephones get in while the GUI thread is
-/// busy. Only accepts and tells; nothing here takes long.
+/// The thread that sees to it that telephones get in whatever the other threads do: it starts
+/// connection threads, lets more be worked on when the line stands still, and accepts while none of
+/// them is free to. Nothing here takes long.
 class HttpdDoor : public QThread
 {
     Q_OBJECT
@@ -16,21 +18,18 @@ public:
     /// What happens here; called on this thread.
     struct Calls
     {
-        std::function<bool()> canAccept; ///< false when there is nothing left to serve one with
-        std::function<void(std::intptr_t descriptor)> accepted; ///< takes the connection over
-        std::function<bool()> hasWaiting;    ///< true while `lookAfterLine` has something to do
-        std::function<void()> lookAfterLine; ///< every few milliseconds then
-        std::function<void()> shortage;      ///< nothing can be accepted: make room
+        std::function<void()> lookAfterLine;
+        std::function<bool()> mayAccept; ///< false while others accept, or there is no room
+        std::function<SocketPlatform::Accept()> accept;
+        std::function<void()> shortage; ///< nothing can be accepted: make room
+        std::function<void()> rest;     ///< waits until there may be something to do
     };
 
-    /// Accepts from this listening descriptor, which stays the caller's.
-    HttpdDoor(std::intptr_t listener, Calls calls);
-    /// Waits for the thread.
+    explicit HttpdDoor(Calls calls);
+    /// Waits for the thread, which has been stopped.
     ~HttpdDoor() override;
 
-    /// False when the system had no descriptor left for it.
-    bool isUsable() const;
-    /// Ends the thread soon, without waiting for it. The port is free when it has ended.
+    /// Ends the thread once it no longer rests, without waiting for it.
     void stop();
 
 protected:
@@ -46,7 +45,6 @@ private:
     bool acceptAll();
     bool isOpen() const { return m_state == State::Open; }
 
-    std::intptr_t m_listener; ///< a second descriptor of the listening socket
     Calls m_calls;
     std::atomic<State> m_state{State::Open};
 };

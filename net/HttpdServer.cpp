@@ -2,6 +2,7 @@
 
 #include "net/HttpdDoor.h"
 #include "net/HttpdThread.h"
+#include "net/Listener.h"
 #include "net/SocketPlatform.h"
 
 #include <utility>
@@ -16,10 +17,6 @@ constexpr int waitingPerConnection = 2;
 
 /// What is left to the rest of the program.
 constexpr qint64 descriptorsElsewhere = 256;
-
-/// A connection is accepted only when this many descriptors are free, as without any for the files
-/// it would go without its answer.
-constexpr int descriptorReserve = 16;
 
 /// Connections that the system holds until they are accepted.
 constexpr int backlog = 2048;
@@ -71,28 +68,50 @@ bool HttpdServer::listen(const QHostAddress &address, quint16 port)
         return false;
     pauseAccepting(); // the door accepts
     SocketPlatform::setBacklog(socketDescriptor(), backlog);
-    HttpdDoor::Calls calls;
-    calls.canAccept = [] { return SocketPlatform::canOpen(descriptorReserve); };
-    calls.accepted = [this](std::intptr_t descriptor) { incomingConnection(descriptor); };
-    calls.hasWaiting = [this] { return m_pool.hasWaiting(); };
-    calls.lookAfterLine = [this] { startThreads(m_pool.lookAfterLine()); };
-    calls.shortage = [this] { m_pool.dropLongestIdle(); };
-    m_door = std::make_unique<HttpdDoor>(socketDescriptor(), std::move(calls));
-    if (m_door->isUsable()) {
-        m_door->start();
-        return true;
+    m_listener = std::make_unique<Listener>(socketDescriptor());
+    if (!m_listener->isUsable()) {
+        m_listener.reset();
+        close();
+        return false;
     }
-    m_door.reset();
-    close();
-    return false;
+    m_pool.open({[this] { return acceptConnection(); },
+                 [this](std::chrono::milliseconds time) { return m_listener->wait(time); }});
+    HttpdDoor::Calls calls;
+    calls.lookAfterLine = [this] { startThreads(m_pool.lookAfterLine()); };
+    calls.mayAccept = [this] { return m_pool.needsDoor(); };
+    calls.accept = [this] { return acceptConnection(); };
+    calls.shortage = [this] { m_pool.dropLongestIdle(); };
+    calls.rest = [this] { m_pool.restAtDoor(); };
+    m_door = std::make_unique<HttpdDoor>(std::move(calls));
+    m_door->start();
+    return true;
 }
 
 void HttpdServer::shutDown()
 {
     if (m_door)
         m_door->stop();
-    close();
     m_pool.stop();
+    if (m_listener)
+        m_listener->close();
+    close();
+}
+
+void HttpdServer::clearDocuments()
+{
+    m_folder.clear();
+    if (m_listener)
+        startThreads(m_pool.callForErrand());
+}
+
+/// On any thread.
+SocketPlatform::Accept HttpdServer::acceptConnection()
+{
+    std::intptr_t descriptor = -1;
+    const SocketPlatform::Accept result = m_listener->accept(descriptor);
+    if (result == SocketPlatform::Accept::Done)
+        incomingConnection(descriptor);
+    return result;
 }
 
 int HttpdServer::connectionLimit(qint64 descriptors)

@@ -12,6 +12,7 @@
 
 class HttpdDoor;
 class HttpdThread;
+class Listener;
 class ProvisioningSource;
 
 /// Lets the telephones in, and has their requests answered by HttpdThread. GUI thread, but
@@ -44,7 +45,7 @@ public:
     void shutDown();
 
     /// Has every document removed, soon and on a connection thread: the list is another one.
-    void clearDocuments() { m_folder.clear(); }
+    void clearDocuments();
     /// Whether that is still to be done.
     bool hasDocumentsToClear() const { return m_folder.isToBeCleared(); }
 
@@ -60,6 +61,7 @@ protected:
     void incomingConnection(qintptr socketDescriptor) override;
 
 private:
+    SocketPlatform::Accept acceptConnection();
     void startThreads(int count);
     HttpdThread *startThread();
     void addReport(const QString &report);
@@ -70,6 +72,7 @@ private:
     QString m_baseDir;
     DocumentFolder m_folder;
     ConnectionPool m_pool;
+    std::unique_ptr<Listener> m_listener; ///< outlives the threads
     std::unique_ptr<HttpdDoor> m_door;
     std::mutex m_reportMutex;
     QStringList m_reports; ///< guarded by m_reportMutex

@@ -112,6 +112,14 @@ bool HttpdThread::drop()
     return true;
 }
 
+bool HttpdThread::evict()
+{
+    if (!isIdle() || !change(State::Idle, State::Dropped))
+        return false;
+    m_connection.breakOff();
+    return true;
+}
+
 bool HttpdThread::isIdle() const
 {
     return m_state == State::Idle && !m_connection.hasInput();
@@ -135,8 +143,10 @@ void HttpdThread::touch()
 
 void HttpdThread::run()
 {
-    while (m_pool.next(*this)) {
-        serveConnection();
+    using Next = ConnectionPool::Next;
+    for (Next next = m_pool.next(*this); next != Next::End; next = m_pool.next(*this)) {
+        if (next == Next::Connection)
+            serveConnection();
         m_folder.keepBound([this] { return m_source.deviceCount(); },
                            [this] { return m_pool.isStopped(); });
     }

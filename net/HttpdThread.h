@@ -51,6 +51,8 @@ public:
     /// Cuts the connection; a thread that waits for it wakes up and goes on to the next. False when
     /// there is none, or it is cut already. Any thread, under the pool's mutex.
     bool drop();
+    /// The same for a client that has sent nothing; false also when it just has.
+    bool evict();
     /// True from drop() until the connection is over.
     bool isDropped() const { return m_state == State::Dropped; }
     /// True when the thread waits for its client, which has sent nothing.

@@ -39,6 +39,14 @@ AcceptedConnection WaitingLine::takeFromLongest()
     return connection;
 }
 
+int WaitingLine::longest() const
+{
+    int most = 0;
+    for (const QQueue<std::intptr_t> &queue : m_queues)
+        most = std::max(most, queue.size());
+    return most;
+}
+
 int WaitingLine::waiting(quint32 peer) const
 {
     const auto queue = m_queues.constFind(peer);

@@ -34,6 +34,8 @@ public:
     std::optional<AcceptedConnection> take(const MayServe &mayServe);
     /// The newest connection of the address that has most here. Not while the line is empty.
     AcceptedConnection takeFromLongest();
+    /// How many connections the address has that has most here.
+    int longest() const;
     /// Each address here, in turn.
     const QVector<quint32> &peers() const { return m_turns; }
     /// How many of this address's connections are here.

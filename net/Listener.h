@@ -1,0 +1,30 @@
+#pragma once
+
+#include "net/SocketPlatform.h"
+
+/// A listening socket, at which any number of threads may wait and accept. Any thread.
+class Listener
+{
+public:
+    /// A second descriptor of the listening socket, which stays the caller's. It must not block.
+    explicit Listener(std::intptr_t listening);
+    ~Listener();
+    Listener(const Listener &) = delete;
+    Listener &operator=(const Listener &) = delete;
+
+    /// False when the system had no descriptor left for it.
+    bool isUsable() const { return m_descriptor >= 0; }
+
+    /// Accepts a connection if one waits; the new descriptor is the caller's. Refused also when the
+    /// process has too few descriptors left to serve it.
+    SocketPlatform::Accept accept(std::intptr_t &descriptor);
+
+    /// True once a connection waits, or the listener was closed; false when the time is over.
+    bool wait(std::chrono::milliseconds time) const;
+
+    /// Ends every wait; nothing can be accepted any more.
+    void close();
+
+private:
+    const std::intptr_t m_descriptor;
+};
