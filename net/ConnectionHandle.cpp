@@ -2,44 +2,40 @@
 
 #include "net/SocketPlatform.h"
 
-namespace {
-constexpr std::chrono::milliseconds endPatience{250};
-}
-
 ConnectionHandle::~ConnectionHandle()
 {
-    if (m_descriptor >= 0)
-        SocketPlatform::close(m_descriptor);
+    finish();
 }
 
 bool ConnectionHandle::open(std::intptr_t descriptor)
 {
+    if (isOpen())
+        return true;
     const std::lock_guard<std::mutex> guard(m_mutex);
     m_descriptor = SocketPlatform::duplicate(descriptor);
-    return m_descriptor >= 0;
+    return isOpen();
 }
 
-bool ConnectionHandle::hasInput() const
+void ConnectionHandle::finish()
+{
+    if (!isOpen())
+        return;
+    // Unlocked, so that breakOff() can cut the wait short; nobody else changes the descriptor.
+    SocketPlatform::endStream(m_descriptor);
+    const std::lock_guard<std::mutex> guard(m_mutex);
+    SocketPlatform::close(m_descriptor);
+    m_descriptor = -1;
+}
+
+bool ConnectionHandle::hasNoInput() const
 {
     const std::lock_guard<std::mutex> guard(m_mutex);
-    return m_descriptor >= 0 && SocketPlatform::hasInput(m_descriptor);
+    return isOpen() && !SocketPlatform::hasInput(m_descriptor);
 }
 
 void ConnectionHandle::breakOff()
 {
     const std::lock_guard<std::mutex> guard(m_mutex);
-    if (m_descriptor >= 0)
+    if (isOpen())
         SocketPlatform::breakOff(m_descriptor);
-}
-
-void ConnectionHandle::finish()
-{
-    if (m_descriptor < 0)
-        return;
-    // Unlocked, so that breakOff() can cut the wait short; nobody else changes the descriptor.
-    SocketPlatform::endStream(m_descriptor, endPatience);
-
-    const std::lock_guard<std::mutex> guard(m_mutex);
-    SocketPlatform::close(m_descriptor);
-    m_descriptor = -1;
 }

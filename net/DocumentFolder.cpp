@@ -6,9 +6,7 @@
 #include <QFileInfo>
 
 #include <algorithm>
-#include <filesystem>
 #include <limits>
-#include <system_error>
 #include <utility>
 #include <vector>
 
@@ -74,44 +72,25 @@ void DocumentFolder::make() const
     makePrivate(m_path);
 }
 
-DocumentFolder::Look::Look(const QString &path)
-{
-    std::error_code noTime;
-    std::error_code noSize;
-    const std::filesystem::path file(path.toStdU16String());
-    time = std::filesystem::last_write_time(file, noTime).time_since_epoch().count();
-    size = std::filesystem::file_size(file, noSize);
-    isThere = !noTime && !noSize;
-}
-
-bool DocumentFolder::isCurrent(const QString &fileName, const Origin &origin)
+bool DocumentFolder::isCurrent(const QString &fileName, const Origin &origin, const FileLook &look)
 {
     if (origin.version == 0)
         return false;
-    Known known{};
-    {
-        const std::lock_guard<std::mutex> guard(m_knownMutex);
-        known = m_known.value(fileName);
-    }
-    if (known.origin.version != origin.version || known.origin.type != origin.type)
-        return false;
-    return Look(filePath(fileName)) == known.look;
+    const std::lock_guard<std::mutex> guard(m_knownMutex);
+    const auto known = m_known.constFind(fileName);
+    return known != m_known.constEnd() && known->origin.version == origin.version &&
+           known->origin.type == origin.type && known->look == look;
 }
 
-bool DocumentFolder::has(const QString &fileName) const
-{
-    return QFileInfo::exists(filePath(fileName));
-}
-
-void DocumentFolder::written(const QString &fileName, const Origin &origin, bool isNew)
+void DocumentFolder::written(const QString &fileName, const Origin &origin, const FileLook &look,
+                             bool isNew)
 {
     if (isNew)
         ++m_count;
-    const Known known{origin, Look(filePath(fileName))};
-    if (origin.version == 0 || !known.look.isThere)
+    if (origin.version == 0)
         return;
     const std::lock_guard<std::mutex> guard(m_knownMutex);
-    m_known.insert(fileName, known);
+    m_known.insert(fileName, {origin, look});
 }
 
 bool DocumentFolder::isUsualName(const QString &fileName)

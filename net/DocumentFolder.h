@@ -1,5 +1,6 @@
 #pragma once
 
+#include "net/FileLook.h"
 #include "net/FileNameLocks.h"
 
 #include <QHash>
@@ -35,12 +36,11 @@ public:
         int type = 0;        ///< the export's
         quint64 version = 0; ///< the list's, or 0 for one that must not be used again
     };
-    /// True when the document was made of just that and nobody has touched it since. Under the
-    /// name's lock, as the next two.
-    bool isCurrent(const QString &fileName, const Origin &origin);
-    bool has(const QString &fileName) const;
-    /// A document was written; `isNew` when there was none of this name.
-    void written(const QString &fileName, const Origin &origin, bool isNew);
+    /// True when the document, which looks so, was made of just that and nobody has touched it
+    /// since. Under the name's lock, as the next.
+    bool isCurrent(const QString &fileName, const Origin &origin, const FileLook &look);
+    /// A document was written, and looks so; `isNew` when there was none of this name.
+    void written(const QString &fileName, const Origin &origin, const FileLook &look, bool isNew);
 
     /// Removes documents beyond the bound; at once when there are none, or when another thread is
     /// at it. Takes a while; holds no lock but, one after the other, those of the names removed.
@@ -54,25 +54,10 @@ public:
     static bool isUsualName(const QString &fileName);
 
 private:
-    /// By what a file is seen to have been touched. Not by Qt, which has the system look up the
-    /// time zone each time, with one lock for all threads.
-    struct Look
-    {
-        Look() = default;
-        explicit Look(const QString &path);
-        bool operator==(const Look &other) const
-        {
-            return isThere && other.isThere && time == other.time && size == other.size;
-        }
-
-        std::int64_t time = 0; ///< of the last change, in the file system's own units
-        std::uintmax_t size = 0;
-        bool isThere = false;
-    };
     struct Known
     {
         Origin origin;
-        Look look;
+        FileLook look;
     };
 
     QString filePath(const QString &fileName) const { return m_path + QLatin1Char('/') + fileName; }

@@ -44,6 +44,12 @@ qint64 steadyMilliseconds()
     return duration_cast<milliseconds>(steady_clock::now().time_since_epoch()).count();
 }
 
+/// Unbuffered, as all of it is read at once.
+bool openToRead(QFile &file)
+{
+    return file.open(QIODevice::ReadOnly | QIODevice::Unbuffered);
+}
+
 bool isEmptyLine(const QString &line)
 {
     return line == QLatin1String("\r\n") || line == QLatin1String("\n");
@@ -122,7 +128,7 @@ bool HttpdThread::evict()
 
 bool HttpdThread::isIdle() const
 {
-    return m_state == State::Idle && !m_connection.hasInput();
+    return m_state == State::Idle && m_connection.hasNoInput();
 }
 
 qint64 HttpdThread::idleTime() const
@@ -157,21 +163,20 @@ void HttpdThread::serveConnection()
     const auto socket = std::make_unique<QTcpSocket>();
     m_socket = socket.get();
     m_socket->setReadBufferSize(maxRequestSize);
-    if (!m_connection.open(m_socketDescriptor)) {
-        SocketPlatform::close(m_socketDescriptor);
-    } else if (m_socket->setSocketDescriptor(m_socketDescriptor, QAbstractSocket::ConnectedState,
-                                             QIODevice::ReadWrite)) {
+    if (m_socket->setSocketDescriptor(m_socketDescriptor, QAbstractSocket::ConnectedState,
+                                      QIODevice::ReadWrite)) {
         connect(
             m_socket, &QTcpSocket::bytesWritten, this, [this] { touch(); }, Qt::DirectConnection);
         if (waitFor(firstDataTimeout, &QTcpSocket::waitForReadyRead))
             getMessage();
+        endStream();
+        m_socket->abort();
+        m_connection.finish();
     } else {
         emit error(m_socket->error());
         SocketPlatform::close(m_socketDescriptor);
     }
-    m_socket->abort();
     m_socket = nullptr;
-    m_connection.finish();
 }
 
 /// Waits for the client with one of the socket's own waiting functions, and gives up when the
@@ -181,9 +186,9 @@ bool HttpdThread::waitFor(int timeout, Condition condition)
 {
     const QDeadlineTimer deadline(timeout);
     bool done = (m_socket->*condition)(0);
-    if (done || isDropped())
+    // Whoever drops the connection from here on finds the handle, and wakes this thread.
+    if (done || !beginWait())
         return done;
-    m_pool.beginWait();
     do {
         const qint64 slice = qMin<qint64>(deadline.remainingTime(), SocketPlatform::longestWait());
         done = (m_socket->*condition)(static_cast<int>(slice));
@@ -193,6 +198,16 @@ bool HttpdThread::waitFor(int timeout, Condition condition)
     return done;
 }
 
+/// False when there is nobody to wait for, or no handle for others to end the wait by.
+bool HttpdThread::beginWait()
+{
+    const qintptr descriptor = m_socket->socketDescriptor();
+    if (descriptor < 0 || !m_connection.open(descriptor) || isDropped())
+        return false;
+    m_pool.beginWait();
+    return true;
+}
+
 /// Waits for more of a request whose beginning has come. False when the time is over, or there is
 /// no more.
 bool HttpdThread::waitForRest(const QDeadlineTimer &deadline)
@@ -200,7 +215,8 @@ bool HttpdThread::waitForRest(const QDeadlineTimer &deadline)
     const std::chrono::milliseconds time(deadline.remainingTime());
     if (SocketPlatform::hasInput(m_socketDescriptor))
         return SocketPlatform::waitForMoreInput(m_socketDescriptor, time);
-    m_pool.beginWait();
+    if (!beginWait())
+        return false;
     const bool more = SocketPlatform::waitForMoreInput(m_socketDescriptor, time);
     m_pool.endWait();
     return more;
@@ -255,9 +271,10 @@ void HttpdThread::getMessage()
 void HttpdThread::serveRequest(const QString &fileName, const QString &product)
 {
     const QMutexLocker locker(m_mutex);
-    m_folder.make();
-    if (!fileName.contains(QLatin1String("xml")) || m_mac.isEmpty())
+    if (!fileName.contains(QLatin1String("xml")) || m_mac.isEmpty()) {
+        m_folder.make();
         return;
+    }
 
     m_source.saveList();
     if (!m_pool.beginWork(*this))
@@ -266,25 +283,27 @@ void HttpdThread::serveRequest(const QString &fileName, const QString &product)
     // for this telephone and being read for it.
     std::unique_lock<std::mutex> nameLock = m_folder.lock(fileName);
     QFile file(m_folder.path() + QLatin1Char('/') + fileName);
-    const bool written = !isDropped() && writeDocument(fileName, product);
-    if (written)
-        file.open(QIODevice::ReadOnly);
+    const bool written = !isDropped() && openDocument(file, fileName, product);
     m_pool.endWork(*this);
     if (written)
         sendFile(file, std::move(nameLock));
 }
 
-/// Under the name's lock.
-bool HttpdThread::writeDocument(const QString &fileName, const QString &product)
+/// Opens the document, which is written before unless it is as it should be. Under the name's lock.
+/// False when it cannot be written.
+bool HttpdThread::openDocument(QFile &file, const QString &fileName, const QString &product)
 {
     const DocumentFolder::Origin origin{product == QLatin1String("DK") ? CordlessXml : DeskPhoneXml,
                                         m_source.listVersion()};
-    if (m_folder.isCurrent(fileName, origin))
+    const bool isThere = openToRead(file);
+    if (isThere && m_folder.isCurrent(fileName, origin, FileLook(file)))
         return true;
-    const bool isNew = !m_folder.has(fileName);
+    file.close();
+    m_folder.make();
     if (!m_source.exportDevices(origin.type, QStringLiteral("UTF-8"), fileName, m_folder.path()))
         return false;
-    m_folder.written(fileName, origin, isNew);
+    if (openToRead(file))
+        m_folder.written(fileName, origin, FileLook(file), !isThere);
     return true;
 }
 
@@ -326,9 +345,23 @@ QByteArray HttpdThread::answerHeader()
 
 void HttpdThread::closeSocket()
 {
+    endStream();
     m_socket->close();
     if (m_socket->state() != QAbstractSocket::UnconnectedState)
         waitFor(disconnectTimeout, &QTcpSocket::waitForDisconnected);
+}
+
+/// While the socket still has its descriptor. When not all is sent yet, the handle is left to end
+/// the stream with.
+void HttpdThread::endStream()
+{
+    const qintptr descriptor = m_socket->socketDescriptor();
+    if (descriptor < 0)
+        return;
+    if (m_socket->bytesToWrite() == 0)
+        SocketPlatform::endStream(descriptor);
+    else
+        m_connection.open(descriptor);
 }
 
 void HttpdThread::disCurrentSocket(qint64 bytes)

@@ -88,12 +88,14 @@ private:
     HttpRequest readRequest();
     bool waitForRest(const QDeadlineTimer &deadline);
     void serveRequest(const QString &fileName, const QString &product);
-    bool writeDocument(const QString &fileName, const QString &product);
+    bool openDocument(QFile &file, const QString &fileName, const QString &product);
     void sendFile(QFile &file, std::unique_lock<std::mutex> nameLock);
     template <typename Condition>
     bool waitFor(int timeout, Condition condition);
     QByteArray answerHeader();
+    bool beginWait();
     void closeSocket();
+    void endStream();
     bool change(State from, State to);
     void touch();
 

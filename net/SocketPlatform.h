@@ -24,10 +24,11 @@ void breakOff(std::intptr_t descriptor);
 /// broken off meanwhile: not every system wakes such a thread reliably.
 int longestWait();
 
-/// Tells the peer that nothing more will be sent, then discards what the peer still sends: all
-/// that has arrived and, if there was anything, what else comes within `patience`. Closing a
-/// connection with unread input resets it, and a reset can overtake what was sent.
-void endStream(std::intptr_t descriptor, std::chrono::milliseconds patience);
+/// To be called before a connection is closed, when all is sent. Discards what has arrived; if
+/// there was anything, tells the peer that nothing more will be sent, and discards what else comes
+/// within a quarter of a second. Closing a connection with unread input resets it, and a reset can
+/// overtake what was sent.
+void endStream(std::intptr_t descriptor);
 
 /// True when something to read, or the end of the input, is there within the time; on a listening
 /// descriptor, a connection to accept.

@@ -18,6 +18,8 @@
 
 namespace {
 
+constexpr std::chrono::milliseconds endPatience{250};
+
 /// More than this is not discarded: such a peer may as well be reset.
 constexpr std::size_t discardLimit = std::size_t(1024) * 1024;
 
@@ -36,12 +38,11 @@ rlimit descriptorLimit()
     return limit;
 }
 
-/// How many of these numbers are no open descriptors. Asked without opening any: another thread may
-/// need the last ones at this very moment.
-std::ptrdiff_t freeNumbers(int from, int to)
+/// How many of the numbers from `next` on are no open descriptors, of as many as fit in `numbers`.
+/// Asked without opening any: another thread may need the last ones at this very moment.
+template <typename Numbers>
+std::ptrdiff_t countFree(Numbers &numbers, int next)
 {
-    std::vector<pollfd> numbers(static_cast<std::size_t>(to - from));
-    int next = from;
     for (pollfd &entry : numbers)
         entry.fd = next++;
     poll(numbers.data(), numbers.size(), 0);
@@ -78,23 +79,27 @@ int longestWait()
     return INT_MAX; // shutdown() ends every wait at once
 }
 
-void endStream(std::intptr_t descriptor, std::chrono::milliseconds patience)
+void endStream(std::intptr_t descriptor)
 {
     using Clock = std::chrono::steady_clock;
-    ::shutdown(number(descriptor), SHUT_WR);
-
-    const Clock::time_point end = Clock::now() + patience;
+    Clock::time_point end;
     std::array<char, 16384> buffer; // NOLINT(cppcoreguidelines-pro-type-member-init)
     std::size_t discarded = 0;
     while (discarded < discardLimit) {
         const ssize_t count = receive(descriptor, buffer);
+        if (count == 0 || (count < 0 && discarded == 0))
+            return;
         if (count > 0) {
+            if (discarded == 0) {
+                ::shutdown(number(descriptor), SHUT_WR);
+                end = Clock::now() + endPatience;
+            }
             discarded += static_cast<std::size_t>(count);
             continue;
         }
         const auto left =
             std::chrono::duration_cast<std::chrono::milliseconds>(end - Clock::now()).count();
-        if (count == 0 || discarded == 0 || left <= 0)
+        if (left <= 0)
             return;
         pollfd waiting{number(descriptor), POLLIN, 0};
         if (poll(&waiting, 1, static_cast<int>(left)) == 0)
@@ -168,8 +173,11 @@ bool canOpen(int count)
     // The lowest free number is always given out first, so the last ones are free unless there has
     // been a shortage before; only then are all numbers looked at.
     const auto limit = static_cast<int>(std::min<rlim_t>(descriptorLimit().rlim_cur, INT_MAX));
-    return freeNumbers(std::max(0, limit - 2 * count), limit) >= count ||
-           freeNumbers(0, std::min(limit, mostProbed)) >= count;
+    std::array<pollfd, 16> last{};
+    if (count <= static_cast<int>(last.size()) && countFree(last, limit - static_cast<int>(last.size())) >= count)
+        return true;
+    std::vector<pollfd> all(static_cast<std::size_t>(std::min(limit, mostProbed)));
+    return countFree(all, 0) >= count;
 }
 
 } // namespace SocketPlatform

@@ -11,6 +11,8 @@
 
 namespace {
 
+constexpr std::chrono::milliseconds endPatience{250};
+
 /// More than this is not discarded: such a peer may as well be reset.
 constexpr std::size_t discardLimit = std::size_t(1024) * 1024;
 
@@ -80,13 +82,13 @@ int longestWait()
     return 100; // who waits to send, or is in a select(), does not notice shutdown()
 }
 
-void endStream(std::intptr_t descriptor, std::chrono::milliseconds patience)
+void endStream(std::intptr_t descriptor)
 {
     using Clock = std::chrono::steady_clock;
     using std::chrono::milliseconds;
     ::shutdown(number(descriptor), SD_SEND);
 
-    const Clock::time_point end = Clock::now() + patience;
+    const Clock::time_point end = Clock::now() + endPatience;
     std::array<char, 16384> buffer;
     std::size_t discarded = 0;
     while (discarded < discardLimit) {
