@@ -310,9 +310,8 @@ bool HttpdThread::openDocument(QFile &file, const QString &fileName, const QStri
 /// Reads the file, gives its name free and sends what was read; nobody waits for a slow client.
 void HttpdThread::sendFile(QFile &file, std::unique_lock<std::mutex> nameLock)
 {
-    QTextStream stream(&file);
-    stream.setCodec("UTF-8");
-    const QString body = file.isOpen() ? stream.readAll() : QString();
+    const qint64 size = file.isOpen() ? file.size() : 0;
+    const QString body = QString::fromUtf8(file.isOpen() ? file.read(size) : QByteArray());
     const bool whole = file.isOpen() && file.error() == QFile::NoError;
     file.close();
     nameLock.unlock();
