@@ -84,7 +84,7 @@ int serve(const QString &path, int devices)
     if (!mgr.openDatabase() || !server.listen(QHostAddress::LocalHost, 0))
         return 1;
     mgr.addContacts(benchDevices(devices));
-    while (mgr.devices().size() < devices)
+    while (mgr.isBusy() || mgr.devices().size() < devices)
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     ReportBox box;
     QObject::connect(&server, &HttpdServer::requestServer, &box, &ReportBox::addReport);

@@ -11,6 +11,7 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr int burst = 200;
+constexpr int burstForOthers = burst / 2; ///< of the answers to an address for which others ask
 constexpr PnPGuard::Time refillForOne = 50ms; // for each datagram
 constexpr PnPGuard::Time refillForAll = 5ms;
 
@@ -25,9 +26,11 @@ constexpr int growth = 3;
 constexpr int briefRequest = 200; // bytes
 constexpr int briefAnswer = 1100;
 
-bool holds(PnPGuard::Time fullAt, PnPGuard::Time refill, int datagrams, PnPGuard::Time now)
+/// Whether a bucket holds so many, of which `usable` datagrams may be taken when it is full.
+bool holds(PnPGuard::Time fullAt, PnPGuard::Time refill, int datagrams, PnPGuard::Time now,
+           int usable = burst)
 {
-    return std::max(fullAt, now) + datagrams * refill <= now + burst * refill;
+    return std::max(fullAt, now) + datagrams * refill <= now + usable * refill;
 }
 
 /// Whether `address` means every host of the network that `own` is an address of. Some systems
@@ -104,13 +107,14 @@ bool PnPGuard::isNear(const QHostAddress &sender, const QHostAddress &address) c
 /// Takes the answer out of every bucket that it counts for, or out of none.
 bool PnPGuard::spend(const Exchange &exchange, Time now)
 {
-    const std::array<quint32, 2> payers = {exchange.sender.toIPv4Address(),
-                                           exchange.address.toIPv4Address()};
-    const bool isAllowed =
-        holds(m_fullAt, refillForAll, exchange.datagrams, now) &&
-        std::all_of(payers.begin(), payers.end(), [&](quint32 payer) {
-            return holds(m_addressFullAt.value(payer), refillForOne, exchange.datagrams, now);
-        });
+    const quint32 sender = exchange.sender.toIPv4Address();
+    const quint32 address = exchange.address.toIPv4Address();
+    const auto has = [&](quint32 payer, int usable) {
+        return holds(m_addressFullAt.value(payer), refillForOne, exchange.datagrams, now, usable);
+    };
+    const bool isAllowed = holds(m_fullAt, refillForAll, exchange.datagrams, now) &&
+                           has(sender, burst) &&
+                           has(address, sender == address ? burst : burstForOthers);
     if (!isAllowed)
         return false;
 
@@ -122,8 +126,8 @@ bool PnPGuard::spend(const Exchange &exchange, Time now)
         fullAt = std::max(fullAt, now) + exchange.datagrams * refill;
     };
     take(m_fullAt, refillForAll);
-    take(m_addressFullAt[payers.front()], refillForOne);
-    if (payers.front() != payers.back())
-        take(m_addressFullAt[payers.back()], refillForOne);
+    take(m_addressFullAt[sender], refillForOne);
+    if (sender != address)
+        take(m_addressFullAt[address], refillForOne);
     return true;
 }

@@ -13,7 +13,8 @@
 ///
 /// An address gets 200 datagrams at once and 20 a second after that. All addresses together get 200
 /// at once and 200 a second, so in no second more than 400. A request counts for the address that
-/// gets the answer and for its sender, who may name a neighbour in it.
+/// gets the answer and for its sender, who may name a neighbour in it. Half of what an address gets
+/// is kept for what it asks itself, so that nobody else can use up its answers.
 class PnPGuard
 {
 public:
