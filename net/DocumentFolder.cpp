@@ -108,18 +108,24 @@ bool DocumentFolder::isUsualName(const QString &fileName)
 void DocumentFolder::keepBound(const std::function<int()> &deviceCount,
                                const std::function<bool()> &stop)
 {
-    if (m_count <= usualBound && !m_isToBeCleared)
+    if (m_count <= usualBound && m_clearing != Clearing::Wanted)
         return;
     const int devices = std::min(deviceCount(), std::numeric_limits<int>::max() / 8);
     const int bound = std::max(usualBound, documentsPerDevice * devices);
     // Again for what others, who found this thread at it, added meanwhile.
-    while ((m_count > bound || m_isToBeCleared) && !stop() && !m_removing.exchange(true)) {
-        removeBeyond(m_isToBeCleared.exchange(false) ? 0 : bound, stop);
+    while ((m_count > bound || m_clearing == Clearing::Wanted) && !stop() &&
+           !m_removing.exchange(true)) {
+        Clearing clearing = Clearing::Wanted;
+        const bool all = m_clearing.compare_exchange_strong(clearing, Clearing::UnderWay);
+        const bool done = removeBeyond(all ? 0 : bound, stop);
+        clearing = Clearing::UnderWay; // unless it is wanted anew
+        m_clearing.compare_exchange_strong(clearing, done ? Clearing::None : Clearing::Wanted);
         m_removing = false;
     }
 }
 
-void DocumentFolder::removeBeyond(int bound, const std::function<bool()> &stop)
+/// False when it was stopped before all was done.
+bool DocumentFolder::removeBeyond(int bound, const std::function<bool()> &stop)
 {
     m_count = 0; // what comes while we look counts twice, which does no harm
     std::vector<Document> documents = documentsIn(m_path);
@@ -131,9 +137,8 @@ void DocumentFolder::removeBeyond(int bound, const std::function<bool()> &stop)
     auto document = documents.begin();
     for (; document != end && !stop(); ++document)
         remove(document->name);
-    if (bound == 0 && document != end)
-        m_isToBeCleared = true; // not all of it was
     m_count += static_cast<int>(documents.end() - document);
+    return document == end;
 }
 
 void DocumentFolder::remove(const QString &fileName)

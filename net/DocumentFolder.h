@@ -47,13 +47,15 @@ public:
     void keepBound(const std::function<int()> &deviceCount, const std::function<bool()> &stop);
 
     /// Has the next keepBound() remove all documents there are.
-    void clear() { m_isToBeCleared = true; }
-    bool isToBeCleared() const { return m_isToBeCleared; }
+    void clear() { m_clearing = Clearing::Wanted; }
+    /// True until all that there were then are gone.
+    bool isToBeCleared() const { return m_clearing != Clearing::None; }
 
     /// True for "cfg" + MAC + ".xml".
     static bool isUsualName(const QString &fileName);
 
 private:
+    enum class Clearing { None, Wanted, UnderWay };
     struct Known
     {
         Origin origin;
@@ -61,7 +63,7 @@ private:
     };
 
     QString filePath(const QString &fileName) const { return m_path + QLatin1Char('/') + fileName; }
-    void removeBeyond(int bound, const std::function<bool()> &stop);
+    bool removeBeyond(int bound, const std::function<bool()> &stop);
     void remove(const QString &fileName);
 
     QString m_baseDir;
@@ -69,7 +71,7 @@ private:
     FileNameLocks m_locks;
     std::atomic<int> m_count; ///< documents here, as far as known
     std::atomic<bool> m_removing{false};
-    std::atomic<bool> m_isToBeCleared{false};
+    std::atomic<Clearing> m_clearing{Clearing::None};
     std::mutex m_knownMutex;
     QHash<QString, Known> m_known; ///< documents that were written; guarded by m_knownMutex
 };
