@@ -210,7 +210,10 @@ bool ConnectionPool::goToEntrance(Lock &lock)
     if (m_working + onTheWay() >= m_level || !hasRoom())
         return false;
     const Accept result = accept(lock);
-    if (result == Accept::NoneWaits && !m_isWatched && !m_stopped) {
+    // Meanwhile, unlocked, the service may have ended, or the door have accepted one.
+    if (m_stopped || m_line.has([this](quint32 peer) { return mayServe(peer); }))
+        return true;
+    if (result == Accept::NoneWaits && !m_isWatched) {
         watch(lock);
         const bool more = accept(lock) == Accept::Done && m_entrance.wait(milliseconds(0));
         callDoor();
@@ -218,7 +221,7 @@ bool ConnectionPool::goToEntrance(Lock &lock)
             callForEntrance();
         return true;
     }
-    return result == Accept::Done;
+    return result == Accept::Done; // though its address may have to wait
 }
 
 void ConnectionPool::callDoor()
