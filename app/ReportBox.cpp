@@ -121,8 +121,8 @@ void ReportBox::showPending()
     const int place = bar.value() < bar.maximum() ? bar.value() : std::numeric_limits<int>::max();
     m_text->setPlainText(lines.mid(qMax(0, lines.size() - keptLines)).join(QLatin1Char('\n')));
     bar.setValue(place);
-    m_timer.start(static_cast<int>(
-        qBound(shortestInterval, restFactor * effort.elapsed(), longestInterval)));
+    m_timer.start(
+        static_cast<int>(qBound(shortestInterval, restFactor * effort.elapsed(), longestInterval)));
 }
 
 void ReportBox::clear()

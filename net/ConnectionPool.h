@@ -50,9 +50,9 @@ public:
     /// Puts a connection, which becomes the pool's, into the line and calls a thread that rests.
     /// Returns how many threads the caller has to start for it: see started().
     int admit(const AcceptedConnection &connection);
-    /// To be called before each rest of the door thread: lets more be worked on when the line stands
-    /// still, and drops idle connections where there is no room. Returns how many threads the
-    /// caller has to start.
+    /// To be called before each rest of the door thread: lets more be worked on when the line
+    /// stands still, and drops idle connections where there is no room. Returns how many threads
+    /// the caller has to start.
     int lookAfterLine();
     /// Whether the door thread is to accept: no other thread waits at the entrance, and there is
     /// room in the line.
@@ -139,7 +139,7 @@ private:
     int m_accepting = 0; ///< threads that accept a connection, for themselves
     quint64 m_taken = 0; ///< connections that were given to a thread so far
     quint64 m_takenAtLook = 0;
-    bool m_isQuiet = true;    ///< none was given to one between the last two looks
+    bool m_isQuiet = true; ///< none was given to one between the last two looks
     bool m_hasErrand = false;
     bool m_isWatched = false; ///< a thread waits at the entrance
     bool m_doorRests = false; ///< until it is called

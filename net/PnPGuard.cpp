@@ -11,7 +11,7 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr int burst = 200;
-constexpr int burstForOthers = burst / 2; ///< of the answers to an address for which others ask
+constexpr int burstForOthers = burst / 2;     ///< of the answers to an address for which others ask
 constexpr PnPGuard::Time refillForOne = 50ms; // for each datagram
 constexpr PnPGuard::Time refillForAll = 5ms;
 

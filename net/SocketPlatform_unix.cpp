@@ -174,7 +174,8 @@ bool canOpen(int count)
     // been a shortage before; only then are all numbers looked at.
     const auto limit = static_cast<int>(std::min<rlim_t>(descriptorLimit().rlim_cur, INT_MAX));
     std::array<pollfd, 16> last{};
-    if (count <= static_cast<int>(last.size()) && countFree(last, limit - static_cast<int>(last.size())) >= count)
+    if (count <= static_cast<int>(last.size()) &&
+        countFree(last, limit - static_cast<int>(last.size())) >= count)
         return true;
     std::vector<pollfd> all(static_cast<std::size_t>(std::min(limit, mostProbed)));
     return countFree(all, 0) >= count;
