@@ -2,6 +2,7 @@
 
 #include "app/CommandBar.h"
 #include "app/ReportBox.h"
+#include "app/UndoBar.h"
 #include "app/WindowPlace.h"
 #include "dialogs/ContactDialog.h"
 #include "dialogs/ContactsDialog.h"
@@ -188,7 +189,7 @@ void MainWindow::createMenus()
     addMenu(tr("&Options"), "", {m_autoStartAction, m_autoHttpdAction, m_httpdPortAction});
     addMenu(tr("&Help"), "HelpMenu", {m_helpAction});
     addMenu(tr("&About"), "aboutMenu", {m_aboutAction});
-    // Where the actions' status tips appear.
+    // Where the actions' status tips appear, beside the last change.
     statusBar()->setObjectName(QStringLiteral("status_bar"));
 }
 
@@ -236,6 +237,7 @@ void MainWindow::createContent()
     whole->setContentsMargins(0, 0, 0, 0);
     whole->addWidget(area);
     setCentralWidget(middle);
+    statusBar()->addPermanentWidget(new UndoBar(m_dataMgr, *m_view, this));
 }
 
 void MainWindow::createDialogs()
@@ -315,6 +317,8 @@ void MainWindow::onJobEnded(const ListJob &job)
         break;
     case ListJob::Kind::Add:
     case ListJob::Kind::Clear:
+    case ListJob::Kind::Undo:
+    case ListJob::Kind::Redo:
     case ListJob::Kind::Save:
         break;
     }

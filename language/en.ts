@@ -1241,6 +1241,61 @@
     </message>
 </context>
 <context>
+    <name>UndoBar</name>
+    <message>
+        <source>%1, %2 replaced</source>
+        <translation>%1, %2 replaced</translation>
+    </message>
+    <message>
+        <source>Added %1</source>
+        <translation>Added %1</translation>
+    </message>
+    <message>
+        <source>Replaced %1</source>
+        <translation>Replaced %1</translation>
+    </message>
+    <message>
+        <source>%1 devices added</source>
+        <translation>%1 devices added</translation>
+    </message>
+    <message>
+        <source>Changed %1</source>
+        <translation>Changed %1</translation>
+    </message>
+    <message>
+        <source>A device changed, another replaced</source>
+        <translation>A device changed, another replaced</translation>
+    </message>
+    <message>
+        <source>Deleted %1</source>
+        <translation>Deleted %1</translation>
+    </message>
+    <message>
+        <source>All devices deleted: %1</source>
+        <translation>All devices deleted: %1</translation>
+    </message>
+    <message>
+        <source>Imported %1</source>
+        <translation>Imported %1</translation>
+    </message>
+    <message>
+        <source>%1 devices imported</source>
+        <translation>%1 devices imported</translation>
+    </message>
+    <message>
+        <source>Undo</source>
+        <translation>Undo</translation>
+    </message>
+    <message>
+        <source>Undone: %1</source>
+        <translation>Undone: %1</translation>
+    </message>
+    <message>
+        <source>Redo</source>
+        <translation>Redo</translation>
+    </message>
+</context>
+<context>
     <name>UserGuide</name>
     <message>
         <source>Create single device</source>

@@ -1241,6 +1241,61 @@
     </message>
 </context>
 <context>
+    <name>UndoBar</name>
+    <message>
+        <source>%1, %2 replaced</source>
+        <translation>%1，其中替换 %2 台</translation>
+    </message>
+    <message>
+        <source>Added %1</source>
+        <translation>已添加 %1</translation>
+    </message>
+    <message>
+        <source>Replaced %1</source>
+        <translation>已替换 %1</translation>
+    </message>
+    <message>
+        <source>%1 devices added</source>
+        <translation>已添加 %1 台设备</translation>
+    </message>
+    <message>
+        <source>Changed %1</source>
+        <translation>已修改 %1</translation>
+    </message>
+    <message>
+        <source>A device changed, another replaced</source>
+        <translation>已修改一台设备，并替换另一台</translation>
+    </message>
+    <message>
+        <source>Deleted %1</source>
+        <translation>已删除 %1</translation>
+    </message>
+    <message>
+        <source>All devices deleted: %1</source>
+        <translation>已删除全部设备：%1 台</translation>
+    </message>
+    <message>
+        <source>Imported %1</source>
+        <translation>已导入 %1</translation>
+    </message>
+    <message>
+        <source>%1 devices imported</source>
+        <translation>已导入 %1 台设备</translation>
+    </message>
+    <message>
+        <source>Undo</source>
+        <translation>撤销</translation>
+    </message>
+    <message>
+        <source>Undone: %1</source>
+        <translation>已撤销：%1</translation>
+    </message>
+    <message>
+        <source>Redo</source>
+        <translation>重做</translation>
+    </message>
+</context>
+<context>
     <name>UserGuide</name>
     <message>
         <source>Create single device</source>

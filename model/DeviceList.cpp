@@ -80,6 +80,11 @@ void removeKey(RowIndex &rows, int row, const Records &records, KeyOf keyOf)
 
 } // namespace
 
+struct DeviceRows::Records
+{
+    ::Records rows;
+};
+
 struct DeviceListSnapshot::State
 {
     quint64 version = 0;
@@ -104,9 +109,9 @@ struct DeviceListSnapshot::State
     const Record &at(int row) const { return *records[static_cast<std::size_t>(row)]; }
     DeviceNode nodeAt(int row) const { return {row + 1, at(row).info}; }
 
-    void append(const ContactInfo &info)
+    void append(RecordPointer record)
     {
-        records.emplace_back(new Record(info));
+        records.push_back(std::move(record));
         addKeysOf(size() - 1);
     }
 
@@ -168,6 +173,16 @@ private:
     }
 };
 
+int DeviceRows::size() const
+{
+    return m_records ? static_cast<int>(m_records->rows.size()) : 0;
+}
+
+const ContactInfo &DeviceRows::infoAt(int row) const
+{
+    return m_records->rows[static_cast<std::size_t>(row)]->info;
+}
+
 DeviceListSnapshot::DeviceListSnapshot()
     : m_state(std::make_shared<const State>())
 {
@@ -217,6 +232,15 @@ int DeviceListSnapshot::rowOfBareMac(const QString &bare) const
 quint64 DeviceListSnapshot::version() const
 {
     return m_state->version;
+}
+
+DeviceRows DeviceListSnapshot::rows(int first, int count) const
+{
+    const auto begin = m_state->records.begin() + first;
+    DeviceRows rows;
+    rows.m_records =
+        std::make_shared<const DeviceRows::Records>(DeviceRows::Records{{begin, begin + count}});
+    return rows;
 }
 
 QList<ContactInfo> DeviceListSnapshot::contacts() const
@@ -302,7 +326,19 @@ void DeviceList::append(const ContactInfo &info)
 {
     ContactInfo own = info;
     m_texts.share(own);
-    change([&](State &state) { state.append(own); });
+    change([&](State &state) { state.append(RecordPointer(new Record(own))); });
+}
+
+void DeviceList::append(const DeviceListSnapshot &from, int row)
+{
+    change(
+        [&](State &state) { state.append(from.m_state->records[static_cast<std::size_t>(row)]); });
+}
+
+void DeviceList::append(const DeviceRows &from, int row)
+{
+    change(
+        [&](State &state) { state.append(from.m_records->rows[static_cast<std::size_t>(row)]); });
 }
 
 void DeviceList::replaceAt(int row, const ContactInfo &info)
@@ -330,7 +366,7 @@ void DeviceList::assign(const QList<ContactInfo> &contacts)
         for (const ContactInfo &info : contacts) {
             ContactInfo own = info;
             m_texts.share(own);
-            state.append(own);
+            state.append(RecordPointer(new Record(own)));
         }
     });
 }

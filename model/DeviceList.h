@@ -16,6 +16,23 @@ struct DeviceNode
     const ContactInfo &info;
 };
 
+/// Some rows of a list as they were at one moment. Copying is O(1); shares the records with the
+/// lists that have them.
+class DeviceRows
+{
+public:
+    DeviceRows() = default;
+
+    int size() const;
+    const ContactInfo &infoAt(int row) const;
+
+private:
+    friend class DeviceList;
+    friend class DeviceListSnapshot;
+    struct Records;
+    std::shared_ptr<const Records> m_records;
+};
+
 /// The device list as it was at one moment. Copying is O(1) and the contents never change, so a
 /// snapshot may be read on any thread without a lock. Snapshots share the records that no change
 /// between them has touched.
@@ -45,6 +62,8 @@ public:
     /// contents.
     quint64 version() const;
 
+    /// Rows of this list, which must exist. O(count).
+    DeviceRows rows(int first, int count) const;
     /// The records alone, in list order; each record's id is its running number. O(n).
     QList<ContactInfo> contacts() const;
 
@@ -87,6 +106,9 @@ public:
 
     /// Appends a record under the next running number.
     void append(const ContactInfo &info);
+    /// Appends a row of another list, sharing the record.
+    void append(const DeviceListSnapshot &from, int row);
+    void append(const DeviceRows &from, int row);
     /// Replaces the record at `row` (must exist), keeping the entry's place; its running number
     /// becomes its position plus one.
     void replaceAt(int row, const ContactInfo &info);

@@ -9,6 +9,7 @@
 #include "storage/DatabaseLayer.h"
 #include "storage/EditedDevice.h"
 #include "storage/ImportedDevices.h"
+#include "storage/RestoredDevices.h"
 #include "storage/StoredDevices.h"
 #include "widgets/Modal.h"
 
@@ -120,8 +121,8 @@ void DataMgr::close()
 void DataMgr::start(ListJob::Order order)
 {
     ListJob::Effects effects;
-    effects.handOver = [this, isOtherList = order.dropsList](DeviceList &made) {
-        handOver(made, isOtherList);
+    effects.handOver = [this, kind = order.kind, isOtherList = order.dropsList](DeviceList &made) {
+        handOver(kind, made, isOtherList);
     };
     effects.removeStore = [this] { cleanUp(); };
     m_worker.start(std::make_unique<ListJob>(m_devices, m_store, effects, std::move(order)));
@@ -134,12 +135,49 @@ void DataMgr::startSave(ListJob::Questions questions)
     start(std::move(order));
 }
 
-void DataMgr::handOver(DeviceList &made, bool isOtherList)
+void DataMgr::handOver(ListJob::Kind kind, DeviceList &made, bool isOtherList)
 {
+    const DeviceListSnapshot before = m_devices.snapshot();
     m_devices.adopt(made);
     if (isOtherList)
         removeDocuments();
+    note(kind, isOtherList, before);
     emit updateModel();
+    emit historyChanged();
+}
+
+/// Keeps what takes the change back.
+void DataMgr::note(ListJob::Kind kind, bool isOtherList, const DeviceListSnapshot &before)
+{
+    const auto add = [&](ListChange::Kind change) {
+        m_history.add(ListChange::between(change, before, m_devices.snapshot()));
+    };
+    switch (kind) {
+    case ListJob::Kind::Load:
+        m_history.clear();
+        break;
+    case ListJob::Kind::Insert:
+    case ListJob::Kind::Add:
+        add(ListChange::Kind::Add);
+        break;
+    case ListJob::Kind::Edit:
+        add(ListChange::Kind::Edit);
+        break;
+    case ListJob::Kind::Import:
+        add(isOtherList ? ListChange::Kind::ImportCleared : ListChange::Kind::Import);
+        break;
+    case ListJob::Kind::Clear:
+        add(ListChange::Kind::Clear);
+        break;
+    case ListJob::Kind::Undo:
+        m_history.undone();
+        break;
+    case ListJob::Kind::Redo:
+        m_history.redone();
+        break;
+    case ListJob::Kind::Save:
+        break;
+    }
 }
 
 void DataMgr::recoverPreviousData()
@@ -213,8 +251,11 @@ void DataMgr::deleteContactAt(int row)
     const QString mac = m_devices.at(row).info.mac;
     if (m_worker.putOff([=] { deleteContactAt(rowNow(row + 1, mac)); }))
         return;
+    const DeviceListSnapshot before = m_devices.snapshot();
     m_devices.removeAt(row);
+    m_history.add(ListChange::between(ListChange::Kind::Delete, before, m_devices.snapshot()));
     emit updateModel();
+    emit historyChanged();
     startSave();
 }
 
@@ -226,6 +267,32 @@ void DataMgr::deleteAllContacts()
     order.kind = ListJob::Kind::Clear;
     order.source = std::make_unique<NoDevices>();
     order.dropsList = true;
+    start(std::move(order));
+}
+
+void DataMgr::undo()
+{
+    if (m_worker.putOff([=] { undo(); }))
+        return;
+    if (const ListChange *const change = m_history.toUndo())
+        startRestore(ListJob::Kind::Undo, *change, change->after.size(), change->before);
+}
+
+void DataMgr::redo()
+{
+    if (m_worker.putOff([=] { redo(); }))
+        return;
+    if (const ListChange *const change = m_history.toRedo())
+        startRestore(ListJob::Kind::Redo, *change, change->before.size(), change->after);
+}
+
+void DataMgr::startRestore(ListJob::Kind kind, const ListChange &change, int gone,
+                           const DeviceRows &put)
+{
+    ListJob::Order order;
+    order.kind = kind;
+    order.dropsList = change.dropsList();
+    order.source = std::make_unique<RestoredDevices>(m_devices.snapshot(), change.row, gone, put);
     start(std::move(order));
 }
 

@@ -7,6 +7,7 @@
 #include "net/HttpdControl.h"
 #include "net/PnPServer.h"
 #include "storage/FolderRemover.h"
+#include "storage/ListHistory.h"
 #include "storage/ListStore.h"
 #include "storage/ListWorker.h"
 
@@ -80,6 +81,13 @@ public:
     /// Removes every device, after writing them to a backup. When that fails the user decides.
     void deleteAllContacts();
 
+    /// Takes the last change of the list back, or makes it again: a change like any other, but for
+    /// the questions. Nothing happens when there is none.
+    void undo();
+    void redo();
+    /// The changes of this run.
+    const ListHistory &history() const { return m_history; }
+
     /// Makes the store hold exactly the list, in one transaction; does nothing when it does
     /// already.
     void save();
@@ -143,6 +151,8 @@ public:
 signals:
     /// The device list has changed.
     void updateModel();
+    /// history() has changed: after updateModel(), which tells of the list.
+    void historyChanged();
     void giveBack(const QString &text);
     /// A report of the HTTP service for the user.
     void httpdMsg(const QString &text);
@@ -155,7 +165,10 @@ private:
     void start(ListJob::Order order);
     void add(ListJob::Kind kind, const QList<ContactInfo> &contacts);
     void startSave(ListJob::Questions questions = ListJob::Questions::Allowed);
-    void handOver(DeviceList &made, bool isOtherList);
+    void handOver(ListJob::Kind kind, DeviceList &made, bool isOtherList);
+    void note(ListJob::Kind kind, bool isOtherList, const DeviceListSnapshot &before);
+    void startRestore(ListJob::Kind kind, const ListChange &change, int gone,
+                      const DeviceRows &put);
     void updateAt(int row, const ContactInfo &contact);
     int rowNow(qint32 number, const QString &mac) const;
     ListJob::Answer ask(const ListJob::Question &question);
@@ -169,6 +182,7 @@ private:
     QString m_directory;
     DBOperator &m_dbOperator;
     DeviceList m_devices;
+    ListHistory m_history;
     ListStore m_store;
     ListWorker m_worker;
     FolderRemover m_oldDocuments;

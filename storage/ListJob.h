@@ -29,6 +29,8 @@ public:
         Edit,   ///< one device is edited
         Import, ///< the devices of a file are added, or take the place of the list
         Clear,  ///< the list is emptied
+        Undo,   ///< the last change is taken back
+        Redo,   ///< a change that was taken back is made again
         Save    ///< the list stays as it is
     };
     enum class Phase {

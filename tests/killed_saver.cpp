@@ -2,6 +2,7 @@
 // "two", list "two" becomes list "one".
 //   killed_saver batch <folder>    by a batch that replaces every device
 //   killed_saver import <folder>   by importing a file in place of the list
+//   killed_saver undo <folder>     by taking such a batch back and making it again
 //   killed_saver create <folder>   creates one store after the other in new folders 0, 1, 2, ...
 #include "TestDevices.h"
 #include "storage/DBOperator.h"
@@ -59,9 +60,12 @@ int changeForEver(const QString &mode, const QString &folder)
     const QString files[] = {listFile(folder, QStringLiteral("one")),
                              listFile(folder, QStringLiteral("two"))};
     tell("ready\n");
+    int made = 0;
     for (int i = isListOne(mgr) ? 1 : 0;; i = 1 - i) {
         if (mode == QLatin1String("import"))
             mgr.importFile(files[i]);
+        else if (mode == QLatin1String("undo") && made++ >= 2)
+            made % 2 == 1 ? mgr.undo() : mgr.redo();
         else
             mgr.addContacts(
                 thousandDevices(i == 0 ? QStringLiteral("one") : QStringLiteral("two")));

@@ -6,8 +6,12 @@
 #include <QTemporaryDir>
 #include <QtTest>
 
+#include <functional>
 #include <memory>
 #include <thread>
+
+using Change = std::function<void(Run &)>;
+Q_DECLARE_METATYPE(Change)
 
 class TestDataMgr : public QObject
 {
@@ -22,6 +26,9 @@ private slots:
     void batchIsSavedOnce();
     void updatesByRunningNumber();
     void deletesAtRow();
+    void changesAreTakenBack_data();
+    void changesAreTakenBack();
+    void fiftyStepsAreKept();
     void unchangedListIsNotWritten();
     void deleteAllKeepsABackup();
     void newestThirtyBackupsStay();
@@ -222,6 +229,71 @@ void TestDataMgr::deletesAtRow()
     run.mgr.insertContactNode(ContactInfo());
     QCOMPARE(run.mgr.devices().at(2).number, 3);
     QCOMPARE(difference(run), QString());
+}
+
+void TestDataMgr::changesAreTakenBack_data()
+{
+    QTest::addColumn<Change>("change");
+    QTest::addColumn<QString>("stamps");
+    const auto row = [](const char *name, const char *stamps, const Change &change) {
+        QTest::newRow(name) << change << QString::fromLatin1(stamps);
+    };
+    row("new", "a b c d e",
+        [](Run &run) { run.mgr.insertContactNode(stampedDevice(QStringLiteral("e"))); });
+    row("batch", "a b c d e f", [](Run &run) { run.mgr.addContacts(stampedDevices("e f")); });
+    row("edit", "a x c d", [](Run &run) {
+        ContactInfo edited = stampedDevice(QStringLiteral("x"));
+        edited.id = 2;
+        run.mgr.updateContact(edited);
+    });
+    row("edit that takes another's MAC", "a d c", [](Run &run) {
+        ContactInfo edited = stampedDevice(QStringLiteral("d"));
+        edited.id = 2;
+        run.mgr.updateContact(edited);
+    });
+    row("delete", "a c d", [](Run &run) { run.mgr.deleteContactAt(1); });
+    row("delete all", "", [](Run &run) { run.mgr.deleteAllContacts(); });
+}
+
+void TestDataMgr::changesAreTakenBack()
+{
+    QFETCH(Change, change);
+    QFETCH(QString, stamps);
+    m_user->answers = QStringList{yes};
+    Run run(m_folder->path(), "a b c d");
+    const QList<ContactInfo> before = run.contacts();
+    change(run);
+    QCOMPARE(run.stamps(), stamps);
+    const QList<ContactInfo> after = run.contacts();
+
+    run.mgr.undo();
+    QCOMPARE(run.contacts(), before);
+    QCOMPARE(difference(run), QString());
+    for (int row = 0; row < before.size(); ++row)
+        QCOMPARE(run.mgr.devices().rowOfMac(before.at(row).mac), row);
+
+    run.mgr.redo();
+    QCOMPARE(run.contacts(), after);
+    QCOMPARE(difference(run), QString());
+    run.mgr.redo(); // nothing is left to be made again
+    QCOMPARE(run.contacts(), after);
+}
+
+void TestDataMgr::fiftyStepsAreKept()
+{
+    Run run(m_folder->path());
+    QVERIFY(run.mgr.openDatabase());
+    for (int i = 0; i < 50; ++i)
+        run.mgr.insertContactNode(stampedDevice(QString::number(i)));
+    for (int i = 50; i > 0; --i) {
+        QCOMPARE(run.mgr.devices().size(), i);
+        run.mgr.undo();
+    }
+    QVERIFY(run.mgr.devices().size() == 0 && !run.mgr.history().toUndo());
+    run.mgr.redo();
+    run.mgr.insertContactNode(stampedDevice(QStringLiteral("x")));
+    QVERIFY(!run.mgr.history().toRedo());
+    QCOMPARE(run.stamps(), QStringLiteral("0 x"));
 }
 
 void TestDataMgr::unchangedListIsNotWritten()

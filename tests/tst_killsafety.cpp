@@ -65,6 +65,7 @@ void TestKillSafety::savesAreWhole_data()
     QTest::addColumn<QString>("mode");
     QTest::newRow("batch") << QStringLiteral("batch");
     QTest::newRow("import") << QStringLiteral("import");
+    QTest::newRow("undo") << QStringLiteral("undo");
 }
 
 void TestKillSafety::savesAreWhole()

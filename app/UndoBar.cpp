@@ -1,0 +1,145 @@
+#include "app/UndoBar.h"
+
+#include "storage/DataMgr.h"
+#include "view/ContactView.h"
+
+#include <QApplication>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QShortcut>
+#include <QTextEdit>
+
+namespace {
+
+const QKeySequence undoKey(Qt::CTRL + Qt::Key_Z);
+const QKeySequence redoKey(Qt::CTRL + Qt::SHIFT + Qt::Key_Z);
+const QKeySequence otherRedoKey(Qt::CTRL + Qt::Key_Y);
+
+/// Where these keys take back what was typed.
+bool isTyping()
+{
+    const QWidget *const focus = QApplication::focusWidget();
+    const auto *const line = qobject_cast<const QLineEdit *>(focus);
+    const auto *const text = qobject_cast<const QTextEdit *>(focus);
+    return (line && !line->isReadOnly()) || (text && !text->isReadOnly());
+}
+
+/// The MAC of the only device among these.
+QString macOfOne(const DeviceRows &rows)
+{
+    return rows.size() == 1 ? rows.infoAt(0).mac : QString();
+}
+
+QString withReplaced(const QString &text, int replaced)
+{
+    return replaced == 0 ? text : UndoBar::tr("%1, %2 replaced").arg(text).arg(replaced);
+}
+
+QString textOf(const ListChange &change)
+{
+    const int count = change.added + change.replaced;
+    switch (change.kind) {
+    case ListChange::Kind::Add:
+        if (change.after.size() == 1)
+            return (change.replaced == 0 ? UndoBar::tr("Added %1") : UndoBar::tr("Replaced %1"))
+                .arg(macOfOne(change.after));
+        return withReplaced(UndoBar::tr("%1 devices added").arg(count), change.replaced);
+    case ListChange::Kind::Edit:
+        // Another's MAC may have been given to it, and moved more than this one row.
+        return change.after.size() == 1 ? UndoBar::tr("Changed %1").arg(macOfOne(change.after))
+                                        : UndoBar::tr("A device changed, another replaced");
+    case ListChange::Kind::Delete:
+        return UndoBar::tr("Deleted %1").arg(macOfOne(change.before));
+    case ListChange::Kind::Clear:
+        return UndoBar::tr("All devices deleted: %1").arg(change.before.size());
+    case ListChange::Kind::Import:
+    case ListChange::Kind::ImportCleared:
+        return count == 1 && change.after.size() == 1
+                   ? UndoBar::tr("Imported %1").arg(macOfOne(change.after))
+                   : withReplaced(UndoBar::tr("%1 devices imported").arg(count), change.replaced);
+    }
+    return {};
+}
+
+} // namespace
+
+UndoBar::UndoBar(DataMgr &dataMgr, ContactView &view, QWidget *parent)
+    : QWidget(parent)
+    , m_dataMgr(dataMgr)
+    , m_view(view)
+    , m_label(new QLabel(this))
+    , m_button(new QPushButton(this))
+{
+    m_label->setObjectName(QStringLiteral("undoLabel"));
+    m_label->setTextFormat(Qt::PlainText);
+    m_button->setObjectName(QStringLiteral("undoButton"));
+    m_button->setProperty("class", QStringLiteral("UndoButton"));
+    auto *const row = new QHBoxLayout(this);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->addWidget(m_label);
+    row->addWidget(m_button);
+    hide();
+
+    addKey(undoKey, &DataMgr::undo);
+    addKey(redoKey, &DataMgr::redo);
+    addKey(otherRedoKey, &DataMgr::redo);
+    connect(m_button, &QPushButton::clicked, this, &UndoBar::onClicked);
+    connect(&m_dataMgr, &DataMgr::historyChanged, this, &UndoBar::onHistoryChanged);
+}
+
+void UndoBar::addKey(const QKeySequence &key, void (DataMgr::*step)())
+{
+    auto *const shortcut = new QShortcut(key, window());
+    connect(shortcut, &QShortcut::activated, this, [this, step] {
+        if (!isTyping())
+            (m_dataMgr.*step)();
+    });
+}
+
+void UndoBar::onHistoryChanged()
+{
+    const ListHistory &history = m_dataMgr.history();
+    switch (history.latest()) {
+    case ListHistory::Latest::Nothing:
+        hide();
+        break;
+    case ListHistory::Latest::Made:
+    case ListHistory::Latest::Redone:
+        show(textOf(*history.toUndo()), tr("Undo"), undoKey.toString(QKeySequence::NativeText));
+        break;
+    case ListHistory::Latest::Undone:
+        show(tr("Undone: %1").arg(textOf(*history.toRedo())), tr("Redo"),
+             redoKey.toString(QKeySequence::NativeText));
+        break;
+    }
+    const ListChange *restored = nullptr;
+    const DeviceRows *rows = nullptr;
+    if (history.latest() == ListHistory::Latest::Undone) {
+        restored = history.toRedo();
+        rows = &restored->before;
+    } else if (history.latest() == ListHistory::Latest::Redone) {
+        restored = history.toUndo();
+        rows = &restored->after;
+    }
+    if (rows && rows->size() > 0)
+        m_view.showGroupContacts(restored->row, restored->row);
+}
+
+void UndoBar::show(const QString &text, const QString &button, const QString &key)
+{
+    m_label->setText(text);
+    m_button->setText(button);
+    m_button->setToolTip(key);
+    m_button->setAccessibleDescription(text);
+    setVisible(true);
+}
+
+void UndoBar::onClicked()
+{
+    if (m_dataMgr.history().latest() == ListHistory::Latest::Undone)
+        m_dataMgr.redo();
+    else
+        m_dataMgr.undo();
+}

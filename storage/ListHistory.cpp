@@ -1,0 +1,103 @@
+#include "storage/ListHistory.h"
+
+#include <algorithm>
+#include <numeric>
+
+namespace {
+
+constexpr std::size_t mostSteps = 200;
+constexpr qint64 mostBytes = 100 * 1000 * 1000;
+constexpr qint64 bytesOfRecord = 700; // of the usual kind
+
+/// At most: as if no list had the records any more.
+qint64 bytesOf(const ListChange &change)
+{
+    const qint64 rows = change.before.size() + change.after.size();
+    const qint64 records = change.dropsList()
+                               ? rows
+                               : std::min<qint64>(rows, 2 * (change.added + change.replaced + 1));
+    return rows * qint64(sizeof(void *)) + records * bytesOfRecord;
+}
+
+int countDifferent(const DeviceListSnapshot &one, const DeviceListSnapshot &other)
+{
+    int different = 0;
+    for (int row = std::min(one.size(), other.size()) - 1; row >= 0; --row)
+        different += one.isSameRecord(row, other, row) ? 0 : 1;
+    return different;
+}
+
+} // namespace
+
+ListChange ListChange::between(Kind kind, const DeviceListSnapshot &before,
+                               const DeviceListSnapshot &after)
+{
+    ListChange change = {kind, 0, 0, 0, {}, {}};
+    const int common = std::min(before.size(), after.size());
+    while (change.row < common && before.isSameRecord(change.row, after, change.row))
+        ++change.row;
+    int tail = 0;
+    while (tail < common - change.row &&
+           before.isSameRecord(before.size() - 1 - tail, after, after.size() - 1 - tail))
+        ++tail;
+    change.before = before.rows(change.row, before.size() - change.row - tail);
+    change.after = after.rows(change.row, after.size() - change.row - tail);
+    if (kind == Kind::Add || kind == Kind::Import) {
+        change.added = after.size() - before.size();
+        change.replaced = countDifferent(before, after);
+    } else if (kind == Kind::ImportCleared) {
+        change.added = after.size();
+    }
+    return change;
+}
+
+void ListHistory::add(const ListChange &change)
+{
+    if (change.isEmpty())
+        return;
+    m_latest = Latest::Made;
+    m_takenBack.clear();
+    m_made.push_back(change);
+    forget();
+}
+
+/// The newest step stays, whatever it holds.
+void ListHistory::forget()
+{
+    qint64 bytes =
+        std::accumulate(m_made.begin(), m_made.end(), qint64(0),
+                        [](qint64 sum, const ListChange &change) { return sum + bytesOf(change); });
+    while (m_made.size() > mostSteps || (m_made.size() > 1 && bytes > mostBytes)) {
+        bytes -= bytesOf(m_made.front());
+        m_made.pop_front();
+    }
+}
+
+void ListHistory::clear()
+{
+    *this = ListHistory();
+}
+
+const ListChange *ListHistory::toUndo() const
+{
+    return m_made.empty() ? nullptr : &m_made.back();
+}
+
+const ListChange *ListHistory::toRedo() const
+{
+    return m_takenBack.empty() ? nullptr : &m_takenBack.back();
+}
+
+void ListHistory::undone()
+{
+    m_latest = Latest::Undone;
+    m_takenBack.push_back(m_made.back());
+    m_made.pop_back();
+}
+
+void ListHistory::redone()
+{
+    m_latest = Latest::Redone;
+    m_made.push_back(m_takenBack.back());
+    m_takenBack.pop_back();
+}

@@ -1,0 +1,59 @@
+#pragma once
+
+#include "model/DeviceList.h"
+
+#include <QString>
+
+#include <deque>
+#include <vector>
+
+/// What one change made of the list: from one row on, some rows gave way to others.
+struct ListChange
+{
+    enum class Kind { Add, Edit, Delete, Clear, Import, ImportCleared };
+
+    Kind kind;
+    int added = 0;    ///< how many devices more, of an addition or import
+    int replaced = 0; ///< how many that were listed
+    int row = 0;      ///< the first that differs
+    DeviceRows before;
+    DeviceRows after;
+
+    /// Empty when both lists say the same.
+    static ListChange between(Kind kind, const DeviceListSnapshot &before,
+                              const DeviceListSnapshot &after);
+    bool isEmpty() const { return before.size() == 0 && after.size() == 0; }
+    /// Another list took the place of the one before.
+    bool dropsList() const { return kind == Kind::Clear || kind == Kind::ImportCleared; }
+};
+
+/// The changes of the list in this run that can be taken back, and those that were and can be made
+/// again. Steps share the records that they did not change. GUI thread.
+class ListHistory
+{
+public:
+    enum class Latest { Nothing, Made, Undone, Redone };
+
+    /// A change was made, unless it is empty; what was taken back before it is forgotten, and so
+    /// are the oldest changes when there are too many.
+    void add(const ListChange &change);
+    /// The list has come from somewhere else.
+    void clear();
+
+    /// The change that would be taken back, or nullptr.
+    const ListChange *toUndo() const;
+    /// The change that would be made again, or nullptr.
+    const ListChange *toRedo() const;
+    /// What happened last.
+    Latest latest() const { return m_latest; }
+    /// toUndo() was taken back, toRedo() was made again.
+    void undone();
+    void redone();
+
+private:
+    void forget();
+
+    Latest m_latest = Latest::Nothing;
+    std::deque<ListChange> m_made;
+    std::vector<ListChange> m_takenBack;
+};
