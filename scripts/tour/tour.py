@@ -542,6 +542,12 @@ class Tour:
 
         self.screen.click(self.screen.find("table cell", "Delete", TITLE))
         check_soon(lambda: self.count_reads(3), "the first device is deleted by its trash can")
+        self.screen.shot("deleted")
+        self.screen.click_on("push button", "Undo", TITLE)
+        check_soon(lambda: self.count_reads(4), "the deletion is taken back")
+        check_equal(self.program.rows(), before, "stored devices, after taking it back")
+        keys("ctrl+shift+z")
+        check_soon(lambda: self.count_reads(3), "the deletion is made again")
         keys("ctrl+i")
         self.fill("Import file", str(file))
         self.screen.shot("import")
@@ -674,6 +680,10 @@ class Tour:
                    for file in (self.program.folder / "backup").glob("devices-*.csv")]
         check(any("Reception" in text for text in backups), "a backup holds what was deleted",
               backups)
+        keys("ctrl+z")
+        check_soon(lambda: self.count_reads(4), "Ctrl+Z brings all devices back")
+        keys("ctrl+y")
+        check_soon(lambda: self.count_reads(0), "Ctrl+Y deletes them again")
 
     def leave_by_menu(self):
         say("-- leave by the menu, with the service " +
