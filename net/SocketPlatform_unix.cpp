@@ -13,6 +13,7 @@
 #include <netinet/in.h>
 #include <poll.h>
 #include <sys/resource.h>
+#include <netinet/tcp.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -154,6 +155,10 @@ bool listenAlone(QTcpServer &server, const QHostAddress &address, quint16 port)
 void setBacklog(std::intptr_t descriptor, int backlog)
 {
     ::listen(number(descriptor), backlog);
+#ifdef TCP_DEFER_ACCEPT
+    const int seconds = 1;
+    ::setsockopt(number(descriptor), IPPROTO_TCP, TCP_DEFER_ACCEPT, &seconds, sizeof(seconds));
+#endif
 }
 
 std::int64_t raiseDescriptorLimit(std::int64_t wanted)
