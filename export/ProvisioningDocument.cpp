@@ -8,6 +8,8 @@
 #include <QStringList>
 #include <QXmlStreamWriter>
 
+#include <algorithm>
+
 namespace {
 
 struct CodecNumber
@@ -36,6 +38,9 @@ struct AddressGroup
 /// No document that real settings make is larger; spares growing it piece by piece.
 constexpr int usualSize = 4096;
 
+/// Which the writer would leave half of to who makes bytes of the text.
+constexpr char declaration[] = R"(<?xml version="1.0" encoding="UTF-8"?>)";
+
 constexpr int staticIpElement = 8;
 constexpr AddressGroup ipGroup = {&ContactInfo::ip, 9};
 constexpr std::array<AddressGroup, 5> addressGroups = {{
@@ -58,6 +63,9 @@ bool isXmlCharacter(uint codePoint)
 
 QString xmlText(const QString &text)
 {
+    const auto isPlain = [](QChar c) { return c.unicode() >= 0x20 && c.unicode() < 0xD800; };
+    if (std::all_of(text.begin(), text.end(), isPlain))
+        return text;
     QString kept;
     kept.reserve(text.size());
     for (int i = 0; i < text.size(); ++i) {
@@ -125,11 +133,12 @@ QByteArray provisioningDocument(const ContactInfo &device, const AccountElements
 {
     const QString version = QStringLiteral("version");
     const QString one = QStringLiteral("1");
-    QByteArray document;
+    // A text: into bytes, the writer writes each piece through a device of its own.
+    QString document;
     document.reserve(usualSize);
+    document += QLatin1String(declaration);
     QXmlStreamWriter xml(&document);
     xml.setAutoFormatting(true);
-    xml.writeStartDocument();
     xml.writeStartElement(QStringLiteral("vl_provision"));
     xml.writeAttribute(version, one);
     xml.writeStartElement(QStringLiteral("config"));
@@ -142,7 +151,7 @@ QByteArray provisioningDocument(const ContactInfo &device, const AccountElements
     for (const AddressGroup &group : addressGroups)
         writeAddress(xml, group, device.*group.field);
     xml.writeEndDocument();
-    return document;
+    return document.toUtf8();
 }
 
 bool exportProvisioningDocument(const QString &filePath, QList<ContactInfo> &devices,
