@@ -67,6 +67,8 @@ public slots:
     void localExport();
     /// Shows the import page.
     void localImport();
+    /// Shows the import page with the path of this file.
+    void importDroppedFile(const QString &path);
     /// Asks for the port of the HTTP service.
     void configHttpdPortOption();
     /// Shows the help window, which goes on where it was closed.

@@ -1,5 +1,6 @@
 // The window's flows for lists in files: the import and the export page.
 #include "app/ExportPage.h"
+#include "app/FileDrop.h"
 #include "app/ImportPage.h"
 #include "app/MainWindow.h"
 #include "model/ExportType.h"
@@ -53,6 +54,14 @@ void MainWindow::createPages()
     connect(m_exportPage, &ExportPage::abortRequested, this, &MainWindow::exportAbort);
     m_loading = new LoadingWidget(this);
     m_loading->hide();
+    auto *const drop = new FileDrop(*this, [this] { return m_loading->isHidden(); });
+    connect(drop, &FileDrop::dropped, this, &MainWindow::importDroppedFile);
+}
+
+void MainWindow::importDroppedFile(const QString &path)
+{
+    localImport();
+    m_importPage->setPath(path);
 }
 
 void MainWindow::localImport()

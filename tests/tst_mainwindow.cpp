@@ -2,13 +2,16 @@
 #include "tests/TestDevices.h"
 #include "tests/WindowFixture.h"
 #include "view/ContactView.h"
+#include "view/SearchEdit.h"
 #include "widgets/UserGuide.h"
 
 #include <QAction>
+#include <QDropEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
+#include <QMimeData>
 #include <QMovie>
 #include <QPlainTextEdit>
 #include <QRadioButton>
@@ -17,6 +20,7 @@
 #include <QSignalSpy>
 #include <QTcpSocket>
 #include <QTimer>
+#include <QUrl>
 
 namespace {
 
@@ -45,6 +49,8 @@ private slots:
     void closesOnce();
     void comesBackWhereItWas();
     void pagesSayWhatTheyDo();
+    void aDroppedFileIsToBeImported_data();
+    void aDroppedFileIsToBeImported();
     void takesTheListOutAndIn();
     void aLongImportMovesAndEndsBeforeTheWindow();
     void helpGoesOnWhereItWasClosed();
@@ -367,6 +373,64 @@ void TestMainWindow::pagesSayWhatTheyDo()
                        "kept in the folder backup/.|Select File|Import|Cancel|Clear list"));
     m_window->findChild<QAbstractButton *>(QStringLiteral("clearListCheckBox"))->click();
     QVERIFY(texts("importPage").contains(QStringLiteral("are added to the present list.")));
+}
+
+void TestMainWindow::aDroppedFileIsToBeImported_data()
+{
+    QTest::addColumn<QStringList>("names"); // of what is dropped, in the folder
+    QTest::addColumn<bool>("isTaken");
+    QTest::addColumn<bool>("onATextBox");
+    QTest::addColumn<bool>("overABox");
+    const QString list = QStringLiteral("a.CSV");
+    QTest::newRow("a list") << QStringList(list) << true << false << false;
+    QTest::newRow("on a text box") << QStringList(list) << true << true << false;
+    QTest::newRow("while a box asks") << QStringList(list) << false << false << true;
+    QTest::newRow("two lists") << QStringList({list, QStringLiteral("b.csv")}) << false << false
+                               << false;
+    QTest::newRow("a folder") << QStringList(QStringLiteral("f.csv")) << false << true << false;
+    QTest::newRow("another file") << QStringList(QStringLiteral("port.xml")) << false << true
+                                  << false;
+    QTest::newRow("none there") << QStringList(QStringLiteral("no.csv")) << false << false << false;
+    QTest::newRow("a text") << QStringList() << false << false << false;
+}
+
+void TestMainWindow::aDroppedFileIsToBeImported()
+{
+    QFETCH(QStringList, names);
+    QFETCH(bool, isTaken);
+    QFETCH(bool, onATextBox);
+    QFETCH(bool, overABox);
+    writeFile(m_folder->filePath(QStringLiteral("a.CSV")), "MAC");
+    writeFile(m_folder->filePath(QStringLiteral("b.csv")), "MAC");
+    QVERIFY(QDir(m_folder->path()).mkdir(QStringLiteral("f.csv")));
+    openWindow();
+    QMimeData dropped;
+    QList<QUrl> urls;
+    for (const QString &name : qAsConst(names))
+        urls.append(QUrl::fromLocalFile(m_folder->filePath(name)));
+    dropped.setText(QStringLiteral("what file managers say besides"));
+    if (!urls.isEmpty())
+        dropped.setUrls(urls);
+    auto *const page = m_window->findChild<QWidget *>(QStringLiteral("importPage"));
+    const auto *const pathEdit =
+        m_window->findChild<QLineEdit *>(QStringLiteral("importPathLineEdit"));
+
+    QDialog box(m_window.get());
+    box.setModal(true);
+    box.setVisible(overABox);
+    QWidget *target = m_window.get();
+    if (onATextBox)
+        target = m_window->findChild<SearchEdit *>();
+    QDragEnterEvent enter(QPoint(1, 1), Qt::CopyAction | Qt::MoveAction, &dropped, Qt::LeftButton,
+                          Qt::NoModifier);
+    QCoreApplication::sendEvent(target, &enter);
+    QCOMPARE(enter.isAccepted(), isTaken);
+    QDropEvent drop(QPointF(1, 1), Qt::CopyAction | Qt::MoveAction, &dropped, Qt::LeftButton,
+                    Qt::NoModifier);
+    QCoreApplication::sendEvent(target, &drop);
+    QCOMPARE(page->isVisible(), isTaken);
+    QCOMPARE(pathEdit->text(), isTaken ? urls.first().toLocalFile() : QString());
+    QVERIFY(!isTaken || drop.dropAction() == Qt::CopyAction);
 }
 
 void TestMainWindow::takesTheListOutAndIn()
