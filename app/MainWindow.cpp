@@ -1,6 +1,7 @@
 #include "app/MainWindow.h"
 
 #include "app/CommandBar.h"
+#include "app/ProgramVersion.h"
 #include "app/ReportBox.h"
 #include "app/UndoBar.h"
 #include "app/WindowPlace.h"
@@ -38,7 +39,6 @@ constexpr int smallScreenPx = 1000;         ///< less leaves the list no width t
 
 constexpr const char *programTitle =
     QT_TRANSLATE_NOOP("MainWindow", "Velloran Device Management Tool");
-const QString programVersion = QStringLiteral("1.0.0.10");
 
 /// For a window without a parent, which the system would put anywhere. It stays on the screen.
 void centreOver(QWidget &window, const QWidget &other)
@@ -474,7 +474,7 @@ void MainWindow::about()
     box.setWindowTitle(tr(programTitle));
     box.setTextFormat(Qt::RichText);
     box.setText(QStringLiteral("<h2>%1</h2><p>%2</p><p>%3</p><p>%4</p>")
-                    .arg(tr(programTitle), tr("Version: %1").arg(programVersion),
+                    .arg(tr(programTitle), tr("Version: %1").arg(QLatin1String(programVersion)),
                          tr("Keeps the list of your desk phones and gives each one its "
                             "configuration over the local network."),
                          tr("Free software under the MIT licence.")));

@@ -1,4 +1,5 @@
 #include "app/Appearance.h"
+#include "app/CommandLine.h"
 #include "app/MainWindow.h"
 #include "app/SingleApplication.h"
 #include "model/ContactInfo.h"
@@ -22,6 +23,8 @@ void quietDebugLog()
 int main(int argc, char *argv[])
 {
     quietDebugLog();
+    if (CommandLine::isWanted(argc, argv))
+        return CommandLine::run(argc, argv);
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     // Rounded, 150% would be 200%, and the window too large for the screens that are set to it.
     QGuiApplication::setHighDpiScaleFactorRoundingPolicy(

@@ -21,6 +21,11 @@ constexpr AccountElements account = {{
 
 } // namespace
 
+QByteArray DkCfgExport::document(const ContactInfo &device)
+{
+    return provisioningDocument(device, account);
+}
+
 bool DkCfgExport::exportFile(const QString &codecName, const QString &filePath,
                              QList<ContactInfo> &devices)
 {

@@ -14,6 +14,9 @@ class DkCfgExport : public ExportBase
 public:
     using ExportBase::ExportBase;
 
+    /// The document itself. Any thread.
+    static QByteArray document(const ContactInfo &device);
+
     bool exportFile(const QString &codecName, const QString &filePath,
                     QList<ContactInfo> &devices) override;
 };

@@ -21,6 +21,11 @@ constexpr AccountElements account = {{
 
 } // namespace
 
+QByteArray MacCfgExport::document(const ContactInfo &device)
+{
+    return provisioningDocument(device, account);
+}
+
 bool MacCfgExport::exportFile(const QString &codecName, const QString &filePath,
                               QList<ContactInfo> &devices)
 {

@@ -13,6 +13,9 @@ class MacCfgExport : public ExportBase
 public:
     using ExportBase::ExportBase;
 
+    /// The document itself. Any thread.
+    static QByteArray document(const ContactInfo &device);
+
     bool exportFile(const QString &codecName, const QString &filePath,
                     QList<ContactInfo> &devices) override;
 };

@@ -92,6 +92,45 @@
     </message>
 </context>
 <context>
+    <name>CommandLine</name>
+    <message>
+        <source>&quot;%1&quot; lists the options.</source>
+        <translation>&quot;%1&quot; lists the options.</translation>
+    </message>
+    <message>
+        <source>Writes every device&apos;s provisioning document into the folder, which must exist.</source>
+        <translation>Writes every device&apos;s provisioning document into the folder, which must exist.</translation>
+    </message>
+    <message>
+        <source>folder</source>
+        <translation>folder</translation>
+    </message>
+    <message>
+        <source>With %1: removes the documents of devices that are not in the list.</source>
+        <translation>With %1: removes the documents of devices that are not in the list.</translation>
+    </message>
+    <message>
+        <source>Shows these options.</source>
+        <translation>Shows these options.</translation>
+    </message>
+    <message>
+        <source>Shows the version.</source>
+        <translation>Shows the version.</translation>
+    </message>
+    <message>
+        <source>Without options the window opens. With them the program needs no screen, and reads the stored list also while the window is open.</source>
+        <translation>Without options the window opens. With them the program needs no screen, and reads the stored list also while the window is open.</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is no option.</source>
+        <translation>&quot;%1&quot; is no option.</translation>
+    </message>
+    <message>
+        <source>The folder is missing.</source>
+        <translation>The folder is missing.</translation>
+    </message>
+</context>
+<context>
     <name>ContactDialog</name>
     <message>
         <source>Show Advance Settings</source>
@@ -442,6 +481,48 @@
     <message>
         <source>The device list can not be changed: %1.</source>
         <translation>The device list can not be changed: %1.</translation>
+    </message>
+</context>
+<context>
+    <name>DocumentCommand</name>
+    <message>
+        <source>The folder %1 does not exist.</source>
+        <translation>The folder %1 does not exist.</translation>
+    </message>
+    <message>
+        <source>There is no list: %1 does not exist.</source>
+        <translation>There is no list: %1 does not exist.</translation>
+    </message>
+    <message>
+        <source>%1 can not be read: %2.</source>
+        <translation>%1 can not be read: %2.</translation>
+    </message>
+    <message>
+        <source>Documents written: %1, left as they were: %2, removed: %3.</source>
+        <translation>Documents written: %1, left as they were: %2, removed: %3.</translation>
+    </message>
+    <message>
+        <source>%1: an earlier device has the MAC &quot;%2&quot;</source>
+        <translation>%1: an earlier device has the MAC &quot;%2&quot;</translation>
+    </message>
+    <message>
+        <source>%1: &quot;%2&quot; is no MAC</source>
+        <translation>%1: &quot;%2&quot; is no MAC</translation>
+    </message>
+    <message>
+        <source>Devices without a document of their own: %1</source>
+        <translation>Devices without a document of their own: %1</translation>
+    </message>
+</context>
+<context>
+    <name>DocumentWriter</name>
+    <message>
+        <source>%1 can not be written: %2.</source>
+        <translation>%1 can not be written: %2.</translation>
+    </message>
+    <message>
+        <source>%1 can not be removed: %2.</source>
+        <translation>%1 can not be removed: %2.</translation>
     </message>
 </context>
 <context>
@@ -1238,6 +1319,10 @@
     <message>
         <source>the database is not open</source>
         <translation>the database is not open</translation>
+    </message>
+    <message>
+        <source>the last save was cut short, which the next start of the program puts right</source>
+        <translation>the last save was cut short, which the next start of the program puts right</translation>
     </message>
 </context>
 <context>

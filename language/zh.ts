@@ -92,6 +92,45 @@
     </message>
 </context>
 <context>
+    <name>CommandLine</name>
+    <message>
+        <source>&quot;%1&quot; lists the options.</source>
+        <translation>“%1”可列出所有选项。</translation>
+    </message>
+    <message>
+        <source>Writes every device&apos;s provisioning document into the folder, which must exist.</source>
+        <translation>将每台设备的配置文件写入该文件夹（须已存在）。</translation>
+    </message>
+    <message>
+        <source>folder</source>
+        <translation>文件夹</translation>
+    </message>
+    <message>
+        <source>With %1: removes the documents of devices that are not in the list.</source>
+        <translation>与 %1 同用：删除不在列表中的设备的配置文件。</translation>
+    </message>
+    <message>
+        <source>Shows these options.</source>
+        <translation>显示这些选项。</translation>
+    </message>
+    <message>
+        <source>Shows the version.</source>
+        <translation>显示版本。</translation>
+    </message>
+    <message>
+        <source>Without options the window opens. With them the program needs no screen, and reads the stored list also while the window is open.</source>
+        <translation>不带选项时打开窗口。带选项时无需屏幕，窗口打开时也可读取已保存的列表。</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is no option.</source>
+        <translation>“%1”不是选项。</translation>
+    </message>
+    <message>
+        <source>The folder is missing.</source>
+        <translation>缺少文件夹。</translation>
+    </message>
+</context>
+<context>
     <name>ContactDialog</name>
     <message>
         <source>Show Advance Settings</source>
@@ -442,6 +481,48 @@
     <message>
         <source>The device list can not be changed: %1.</source>
         <translation>无法更改设备列表：%1。</translation>
+    </message>
+</context>
+<context>
+    <name>DocumentCommand</name>
+    <message>
+        <source>The folder %1 does not exist.</source>
+        <translation>文件夹 %1 不存在。</translation>
+    </message>
+    <message>
+        <source>There is no list: %1 does not exist.</source>
+        <translation>没有列表：%1 不存在。</translation>
+    </message>
+    <message>
+        <source>%1 can not be read: %2.</source>
+        <translation>无法读取 %1：%2。</translation>
+    </message>
+    <message>
+        <source>Documents written: %1, left as they were: %2, removed: %3.</source>
+        <translation>已写入文件：%1，保持不变：%2，已删除：%3。</translation>
+    </message>
+    <message>
+        <source>%1: an earlier device has the MAC &quot;%2&quot;</source>
+        <translation>%1：前面的设备已使用 MAC“%2”</translation>
+    </message>
+    <message>
+        <source>%1: &quot;%2&quot; is no MAC</source>
+        <translation>%1：“%2”不是 MAC</translation>
+    </message>
+    <message>
+        <source>Devices without a document of their own: %1</source>
+        <translation>没有自己配置文件的设备：%1</translation>
+    </message>
+</context>
+<context>
+    <name>DocumentWriter</name>
+    <message>
+        <source>%1 can not be written: %2.</source>
+        <translation>无法写入 %1：%2。</translation>
+    </message>
+    <message>
+        <source>%1 can not be removed: %2.</source>
+        <translation>无法删除 %1：%2。</translation>
     </message>
 </context>
 <context>
@@ -1238,6 +1319,10 @@
     <message>
         <source>the database is not open</source>
         <translation>数据库未打开</translation>
+    </message>
+    <message>
+        <source>the last save was cut short, which the next start of the program puts right</source>
+        <translation>上次保存被中断，下次启动程序时会自动修复</translation>
     </message>
 </context>
 <context>

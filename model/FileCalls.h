@@ -33,6 +33,10 @@ Error checkWritable(const QString &path);
 /// Creates a file that is not there yet and opens it. The same users may read and write it as
 /// `like`, or, where that is missing, as any new file; with an empty `like` its owner alone.
 Error create(const QString &path, const QString &like, Handle &file);
+/// Lets the file's group read it as well, where the system has such a thing.
+Error letGroupRead(Handle file);
+/// Whether the folder hands its group on to what is made in it: its set-group-ID bit.
+bool handsGroupOn(const QString &folder);
 /// Writes all of it.
 Error write(Handle file, const char *bytes, qint64 count);
 /// Waits until what was written is on the disk.

@@ -113,6 +113,18 @@ Error create(const QString &path, const QString &like, Handle &file)
     return 0;
 }
 
+Error letGroupRead(Handle file)
+{
+    return errorOf(::fchmod(number(file), ownerOnly | S_IRGRP));
+}
+
+bool handsGroupOn(const QString &folder)
+{
+    struct stat there = {};
+    return ::stat(QFile::encodeName(folder).constData(), &there) == 0 && S_ISDIR(there.st_mode) &&
+           (there.st_mode & S_ISGID) != 0;
+}
+
 Error write(Handle file, const char *bytes, qint64 count)
 {
     while (count > 0) {

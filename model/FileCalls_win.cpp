@@ -104,6 +104,16 @@ Error create(const QString &path, const QString & /*like*/, Handle &file)
     return 0;
 }
 
+Error letGroupRead(Handle /*file*/)
+{
+    return 0;
+}
+
+bool handsGroupOn(const QString & /*folder*/)
+{
+    return false;
+}
+
 Error write(Handle file, const char *bytes, qint64 count)
 {
     while (count > 0) {

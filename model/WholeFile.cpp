@@ -75,11 +75,13 @@ void WholeFile::open(Readers readers)
     do {
         m_newFile = m_target + QLatin1Char('.') +
                     QString::number(QRandomGenerator::global()->generate(), nameDigits);
-        error = FileCalls::create(m_newFile, readers == Readers::OwnerOnly ? QString() : m_target,
+        error = FileCalls::create(m_newFile, readers == Readers::AsBefore ? m_target : QString(),
                                   m_handle);
     } while (FileCalls::fault(error) == FileCalls::Fault::Exists && ++attempt < nameAttempts);
     if (!took(error))
         m_newFile.clear(); // it is not ours to remove
+    else if (readers == Readers::OwnerAndGroup)
+        took(FileCalls::letGroupRead(m_handle));
 }
 
 bool WholeFile::write(const QByteArray &part)

@@ -39,8 +39,9 @@ enum class Durability {
 
 /// Who may read the file afterwards.
 enum class Readers {
-    AsBefore,  ///< who could before; of a new file, who can read what this user makes
-    OwnerOnly, ///< for what holds passwords
+    AsBefore,      ///< who could before; of a new file, who can read what this user makes
+    OwnerOnly,     ///< for what holds passwords
+    OwnerAndGroup, ///< the same in a folder that was set up for a group, see handsGroupOn()
 };
 
 /// Replaces a file's content: with all that was written, by commit(), or with nothing. It is

@@ -50,8 +50,17 @@ need_packages() {
                -o Acquire::Retries=3 -o DPkg::Lock::Timeout=300)
     "${apt[@]}" update </dev/null || { sleep 5; "${apt[@]}" update </dev/null; } \
         || say "the package lists could not be renewed; trying with those that are here"
-    "${apt[@]}" install --no-install-recommends "${missing[@]}" </dev/null \
-        || die "could not install: ${missing[*]}"
+    (
+        # A web server among them would take port 80 at once. This is Debian's way to keep services
+        # from being started; where the machine has a policy of its own, that one holds.
+        policy=/usr/sbin/policy-rc.d
+        if [ ! -e "$policy" ]; then
+            trap '"${as_root[@]}" rm -f "$policy"' EXIT
+            printf '#!/bin/sh\nexit 101\n' | "${as_root[@]}" tee "$policy" >/dev/null
+            "${as_root[@]}" chmod +x "$policy"
+        fi
+        "${apt[@]}" install --no-install-recommends "${missing[@]}" </dev/null
+    ) || die "could not install: ${missing[*]}"
 }
 
 # build <preset> [target]...: configures and builds into build/<preset>; without

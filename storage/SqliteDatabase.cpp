@@ -19,8 +19,12 @@ const QString contactTable = QStringLiteral("contact1");
 
 constexpr int locked = 5;            // SQLITE_BUSY: by another program
 constexpr int lockedWithin = 6;      // SQLITE_LOCKED
+constexpr int readOnly = 8;          // SQLITE_READONLY
 constexpr int primaryCode = 0xff;    // of an error; what is above it only says more
 constexpr int rowsReadAtOnce = 1000; // where nobody waits
+
+// A long list may be being saved: that takes seconds, and nobody is kept waiting here.
+const QString readingOnly = QStringLiteral("QSQLITE_OPEN_READONLY;QSQLITE_BUSY_TIMEOUT=10000");
 
 namespace Sql {
 // In KiB. Pages of a long list that change no more are written while the rest is made, so that the
@@ -227,6 +231,15 @@ bool SqliteDatabase::openDatabase()
         return false;
     }
     return true;
+}
+
+bool SqliteDatabase::openReadOnly()
+{
+    closeDatabase();
+    m_database = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"));
+    m_database.setDatabaseName(filePath());
+    m_database.setConnectOptions(readingOnly);
+    return m_database.open() || noted(m_database.lastError());
 }
 
 void SqliteDatabase::closeDatabase()
@@ -460,6 +473,10 @@ bool SqliteDatabase::noted(const QSqlError &error)
         return true;
     m_lastErrorCode = error.nativeErrorCode().toInt() & primaryCode;
     m_lastErrorText = reason(error, m_lastErrorCode);
+    // What had to be written is what a save that was cut short has to be taken back by.
+    if (m_lastErrorCode == readOnly && m_database.connectOptions() == readingOnly)
+        m_lastErrorText = tr("the last save was cut short, which the next start of the program "
+                             "puts right");
     qCDebug(debugLog) << error;
     return false;
 }

@@ -18,6 +18,9 @@ public:
     ~SqliteDatabase() override;
 
     bool openDatabase() override;
+    /// Opens a database that is there to read it beside whoever else has it open: nothing is
+    /// created, changed or kept from being written to for longer than a reader is at it.
+    bool openReadOnly();
     void closeDatabase() override;
     void clearContacts() override;
     bool createTable() override;

@@ -33,3 +33,11 @@ vl_test(tst_settings POSIX LINK vl::app SOURCES WindowFixture.h)
 vl_test(tst_provisioning LINK vl::storage SOURCES HttpPhone.h TestSocket.h TestDevices.h)
 set_property(TEST tst_provisioning APPEND PROPERTY
     ENVIRONMENT "TSAN_OPTIONS=suppressions=${CMAKE_CURRENT_SOURCE_DIR}/tsan.supp")
+
+vl_test(tst_writedocuments POSIX LINK vl::storage SOURCES RawDatabase.h TestDevices.h)
+if(TARGET tst_writedocuments)
+    target_compile_definitions(tst_writedocuments PRIVATE VL_PROGRAM="$<TARGET_FILE:VlManager>")
+    add_dependencies(tst_writedocuments VlManager)
+    set_property(TEST tst_writedocuments APPEND PROPERTY
+        ENVIRONMENT "TSAN_OPTIONS=suppressions=${CMAKE_CURRENT_SOURCE_DIR}/tsan.supp")
+endif()
