@@ -246,6 +246,9 @@ void MainWindow::createDialogs()
     m_contactDialog->setWindowModality(Qt::WindowModal);
     m_contactsDialog = new ContactsDialog(this);
     m_contactsDialog->setWindowModality(Qt::WindowModal);
+    m_contactsDialog->setLookup(
+        [this](const QString &mac) { return m_dataMgr.devices().rowOfMac(mac) >= 0; });
+    connect(&m_dataMgr, &DataMgr::updateModel, m_contactsDialog, &ContactsDialog::lookAhead);
     // Where a dialog goes at once with a box over it, a window manager may hand the keyboard to the
     // dialog that is just going, and then to nobody.
     for (QDialog *const dialog :

@@ -1,22 +1,22 @@
 #include "dialogs/ContactsDialog.h"
 
+#include "dialogs/BatchPreview.h"
 #include "dialogs/ContactForm.h"
 #include "dialogs/DeviceBatch.h"
 #include "dialogs/IpLine.h"
+#include "dialogs/IpPart.h"
 #include "model/DebugLog.h"
 
 #include <QLineEdit>
+#include <QPushButton>
+
+#include <utility>
 
 namespace {
 
 constexpr int formHeight = 780;
 /// From this row on the form looks like that of a single device.
 constexpr int firstSingleStyleRow = 12;
-
-int number(const QLineEdit *edit)
-{
-    return edit->text().toInt();
-}
 
 } // namespace
 
@@ -26,8 +26,44 @@ ContactsDialog::ContactsDialog(QWidget *parent)
     setObjectName(QStringLiteral("contactsDialog"));
     createRows();
     form().setFixedHeight(formHeight);
-    createLayout();
+    createPreview();
+    createLayout(nullptr, m_preview);
     reset();
+}
+
+void ContactsDialog::createPreview()
+{
+    m_preview = new BatchPreview(this);
+    m_previewTimer.setSingleShot(true);
+    connect(&m_previewTimer, &QTimer::timeout, this, [this] {
+        if (isVisible())
+            updatePreview();
+    });
+    for (const char *const name : {"productCountLineEdit", "macStepLineEdit", "userIdStepLineEdit",
+                                   "firstSipUserIdLineEdit"})
+        connect(form().input<QLineEdit>(name), &QLineEdit::textChanged, this,
+                &ContactsDialog::lookAhead);
+    for (const IpPart *const part : m_macLine->parts())
+        connect(part, &QLineEdit::textChanged, this, &ContactsDialog::lookAhead);
+}
+
+void ContactsDialog::setLookup(std::function<bool(const QString &mac)> isListed)
+{
+    m_isListed = std::move(isListed);
+}
+
+void ContactsDialog::lookAhead()
+{
+    m_previewTimer.start();
+}
+
+void ContactsDialog::updatePreview()
+{
+    const auto inNoList = [](const QString &) { return false; };
+    m_preview->showOutlook(outlookOf(texts(), m_isListed ? m_isListed : inNoList));
+    // Who cannot see the line hears it on the way to "Save".
+    findChild<QPushButton *>(QStringLiteral("saveButton"))
+        ->setAccessibleDescription(m_preview->text());
 }
 
 void ContactsDialog::createRows()
@@ -100,6 +136,7 @@ void ContactsDialog::reset()
     m_countEdit->setText(QStringLiteral("2"));
     form().input<QLineEdit>("macStepLineEdit")->setText(QStringLiteral("2"));
     form().input<QLineEdit>("userIdStepLineEdit")->setText(QStringLiteral("1"));
+    updatePreview();
     scrollToTop();
     m_countEdit->setFocus(Qt::OtherFocusReason);
     m_countEdit->selectAll();
@@ -122,14 +159,17 @@ bool ContactsDialog::checkCount(const DeviceBatch &batch)
     return false;
 }
 
+BatchTexts ContactsDialog::texts() const
+{
+    const auto text = [this](const char *name) { return form().input<QLineEdit>(name)->text(); };
+    const QString mac = m_macLine->text();
+    return {m_countEdit->text(), text("macStepLineEdit"), text("userIdStepLineEdit"),
+            isWholeMac(mac) ? mac : QString(), text("firstSipUserIdLineEdit")};
+}
+
 DeviceBatch ContactsDialog::batch() const
 {
-    DeviceBatch batch;
-    batch.count = number(m_countEdit);
-    batch.macStep = number(form().input<QLineEdit>("macStepLineEdit"));
-    batch.userIdStep = number(form().input<QLineEdit>("userIdStepLineEdit"));
-    batch.firstMac = m_macLine->text().remove(QLatin1Char(':'));
-    batch.firstUserId = number(form().input<QLineEdit>("firstSipUserIdLineEdit"));
+    DeviceBatch batch = readBatch(texts());
     form().store(batch.common);
     return batch;
 }

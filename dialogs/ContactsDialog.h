@@ -4,9 +4,14 @@
 #include "model/ContactInfo.h"
 
 #include <QList>
+#include <QTimer>
 
+#include <functional>
+
+class BatchPreview;
 class IpLine;
 class QLineEdit;
+struct BatchTexts;
 struct DeviceBatch;
 
 /// Creates many devices in one step: a count, a first address and user ID with their steps, and
@@ -21,6 +26,8 @@ public:
 
     /// Sets every input to its default.
     void reset();
+    /// Sets who knows whether a device of the list has this MAC.
+    void setLookup(std::function<bool(const QString &mac)> isListed);
 
 signals:
     /// The new devices, in rising order; empty when the count is no positive number.
@@ -32,12 +39,20 @@ public slots:
     void doSaveAction() override;
     /// Shows `text` as first account and authentication ID.
     void slotUserIdChanged(const QString &text);
+    /// Says what "Save" would make now, once the events that wait have been handled.
+    void lookAhead();
 
 private:
     void createRows();
+    void createPreview();
+    void updatePreview();
+    BatchTexts texts() const;
     bool checkCount(const DeviceBatch &batch);
     DeviceBatch batch() const;
 
     QLineEdit *m_countEdit = nullptr;
     IpLine *m_macLine = nullptr;
+    BatchPreview *m_preview = nullptr;
+    QTimer m_previewTimer; ///< one address that is set changes six inputs
+    std::function<bool(const QString &mac)> m_isListed;
 };

@@ -2,7 +2,10 @@
 
 #include "model/DebugLog.h"
 
+#include <QtAlgorithms>
+
 #include <algorithm>
+#include <limits>
 
 namespace {
 
@@ -27,11 +30,15 @@ qint64 baseOf(const DeviceBatch &batch)
     return batch.firstMac.toLongLong(nullptr, 16);
 }
 
+/// Written digit by digit: the outlook on a long batch does this with every key that is typed.
 QString macText(qint64 mac)
 {
-    QString text = QString::number(mac, 16).rightJustified(macDigits, QLatin1Char('0')).toUpper();
-    for (int position = macDigits - 2; position > 0; position -= 2)
-        text.insert(position, QLatin1Char(':'));
+    constexpr int lastPlace = macDigits + macDigits / 2 - 2;
+    QString text(lastPlace + 1, QLatin1Char(':'));
+    for (int place = lastPlace; place >= 0; place -= place % 3 == 0 ? 2 : 1) {
+        text[place] = QLatin1Char("0123456789ABCDEF"[mac & 0xf]);
+        mac >>= 4;
+    }
     return text;
 }
 
@@ -39,10 +46,52 @@ QString userIdAt(const DeviceBatch &batch, int index)
 {
     if (batch.firstUserId == 0)
         return QString();
-    return QString::number(qint64(batch.firstUserId) + qint64(index) * batch.userIdStep);
+    return QString::number(batch.firstUserId + qint64(index) * batch.userIdStep);
+}
+
+/// 0 when the text is no whole number, or none from -largest - 1 to largest; then also says so.
+qint64 read(const QString &text, qint64 largest, BatchOutlook::Number which,
+            QFlags<BatchOutlook::Number> &unusable)
+{
+    bool isNumber = false;
+    const qint64 number = text.toLongLong(&isNumber);
+    if (isNumber && number >= -largest - 1 && number <= largest)
+        return number;
+    unusable |= which;
+    return 0;
+}
+
+DeviceBatch read(const BatchTexts &texts, QFlags<BatchOutlook::Number> &unusable)
+{
+    const auto number = [&unusable](const QString &text, BatchOutlook::Number which) {
+        constexpr qint64 largest = std::numeric_limits<qint32>::max();
+        return static_cast<qint32>(read(text, largest, which, unusable));
+    };
+    DeviceBatch batch;
+    batch.count = number(texts.count, BatchOutlook::Count);
+    batch.macStep = number(texts.macStep, BatchOutlook::MacStep);
+    batch.userIdStep = number(texts.userIdStep, BatchOutlook::UserIdStep);
+    batch.firstMac = QString(texts.firstMac).remove(QLatin1Char(':'));
+    // Without a first user ID there are none, on purpose.
+    if (!texts.firstUserId.trimmed().isEmpty())
+        batch.firstUserId = read(texts.firstUserId, maxUserId, BatchOutlook::FirstUserId, unusable);
+    return batch;
+}
+
+/// How many addresses follow one another before the first comes again: the product comes round with
+/// its 32 bits.
+qint64 macsInRound(const DeviceBatch &batch)
+{
+    return (Q_INT64_C(1) << 32) >> qCountTrailingZeroBits(static_cast<quint32>(batch.macStep));
 }
 
 } // namespace
+
+DeviceBatch readBatch(const BatchTexts &texts)
+{
+    QFlags<BatchOutlook::Number> unusable;
+    return read(texts, unusable);
+}
 
 int deviceCount(const DeviceBatch &batch)
 {
@@ -70,4 +119,31 @@ QList<ContactInfo> makeDevices(const DeviceBatch &batch)
         devices.append(device);
     }
     return devices;
+}
+
+BatchOutlook outlookOf(const BatchTexts &texts,
+                       const std::function<bool(const QString &mac)> &isListed)
+{
+    BatchOutlook outlook;
+    const DeviceBatch batch = read(texts, outlook.unusable);
+    const int wanted = std::max(std::min(batch.count, maxBatchDevices + 1), 0);
+    const bool hasMac = !texts.firstMac.isEmpty();
+    outlook.count = hasMac ? deviceCount(batch) : wanted;
+    if (outlook.count == 0 || outlook.count > maxBatchDevices)
+        return outlook;
+    outlook.firstUserId = userIdAt(batch, 0);
+    outlook.lastUserId = userIdAt(batch, outlook.count - 1);
+    if (!hasMac)
+        return outlook;
+
+    const qint64 base = baseOf(batch);
+    outlook.firstMac = macText(macAt(batch, base, 0));
+    outlook.lastMac = macText(macAt(batch, base, outlook.count - 1));
+    if (outlook.count < wanted)
+        outlook.end = macAt(batch, base, outlook.count) < 0 ? BatchOutlook::End::Lowest
+                                                            : BatchOutlook::End::Highest;
+    outlook.differentMacs = static_cast<int>(std::min<qint64>(outlook.count, macsInRound(batch)));
+    for (int i = 0; i < outlook.differentMacs; ++i)
+        outlook.listed += isListed(macText(macAt(batch, base, i))) ? 1 : 0;
+    return outlook;
 }

@@ -40,7 +40,7 @@ FormDialog::FormDialog(QWidget *parent)
     m_scrollArea->setWidget(m_form);
 }
 
-void FormDialog::createLayout(QPushButton *extra)
+void FormDialog::createLayout(QPushButton *extra, QWidget *note)
 {
     auto *const buttons = new QHBoxLayout;
     buttons->setSpacing(spacing);
@@ -75,6 +75,8 @@ void FormDialog::createLayout(QPushButton *extra)
     layout->setContentsMargins(margin, margin, margin, margin);
     layout->setSpacing(spacing);
     layout->addWidget(m_scrollArea);
+    if (note)
+        layout->addWidget(note);
     layout->addLayout(buttons);
     layout->setSizeConstraint(QLayout::SetFixedSize);
     layout->activate();
@@ -124,10 +126,14 @@ void FormDialog::complain(QWidget &input, const QString &text)
     m_toolTip->showMessage(text, &input);
 }
 
+bool FormDialog::isWholeMac(const QString &text)
+{
+    return text.split(QLatin1Char(':'), Qt::SkipEmptyParts).size() == macByteCount;
+}
+
 bool FormDialog::checkMac(IpLine &line)
 {
-    const QStringList groups = line.text().split(QLatin1Char(':'), Qt::SkipEmptyParts);
-    if (groups.size() == macByteCount)
+    if (isWholeMac(line.text()))
         return true;
     line.focusFirstEmptyPart();
     complain(line, tr("Please fulfill correct MAC address!"));

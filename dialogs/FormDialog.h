@@ -32,8 +32,9 @@ protected:
     explicit FormDialog(QWidget *parent);
 
     ContactForm &form() const { return *m_form; }
-    /// Lays form and buttons out once the form has its rows; `extra`, if any, stands left of them.
-    void createLayout(QPushButton *extra = nullptr);
+    /// Lays form and buttons out once the form has its rows; `extra`, if any, stands left of them,
+    /// and `note` between the form and them.
+    void createLayout(QPushButton *extra, QWidget *note = nullptr);
     void scrollToTop();
     /// Hands over what was entered by `handOver` and closes, unless bringBack() is called
     /// meanwhile.
@@ -42,6 +43,8 @@ protected:
     void complain(QWidget &input, const QString &text);
     /// Whether all six bytes are there; if not, says so and leads to the first that lacks.
     bool checkMac(IpLine &line);
+    /// Whether the text of such an entry has six bytes.
+    static bool isWholeMac(const QString &text);
 
 private:
     ContactForm *m_form;

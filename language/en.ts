@@ -2,6 +2,71 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="en" sourcelanguage="en">
 <context>
+    <name>BatchPreview</name>
+    <message>
+        <source>the first MAC is not complete yet</source>
+        <translation>the first MAC is not complete yet</translation>
+    </message>
+    <message>
+        <source>%1 to %2</source>
+        <comment>first and last of a range</comment>
+        <translation>%1 to %2</translation>
+    </message>
+    <message>
+        <source>no user IDs</source>
+        <translation>no user IDs</translation>
+    </message>
+    <message>
+        <source>user ID %1</source>
+        <translation>user ID %1</translation>
+    </message>
+    <message>
+        <source>user IDs %1 to %2</source>
+        <translation>user IDs %1 to %2</translation>
+    </message>
+    <message>
+        <source>No devices</source>
+        <translation>No devices</translation>
+    </message>
+    <message>
+        <source>1 device: %1, %2</source>
+        <translation>1 device: %1, %2</translation>
+    </message>
+    <message>
+        <source>%1 devices: %2, %3</source>
+        <translation>%1 devices: %2, %3</translation>
+    </message>
+    <message>
+        <source>, </source>
+        <comment>between the names of fields</comment>
+        <translation>, </translation>
+    </message>
+    <message>
+        <source>No usable number, counts as none: %1.</source>
+        <translation>No usable number, counts as none: %1.</translation>
+    </message>
+    <message>
+        <source>It is in the list already.</source>
+        <translation>It is in the list already.</translation>
+    </message>
+    <message>
+        <source>%1 of them are in the list already.</source>
+        <translation>%1 of them are in the list already.</translation>
+    </message>
+    <message>
+        <source>The MACs repeat from device %1 on.</source>
+        <translation>The MACs repeat from device %1 on.</translation>
+    </message>
+    <message>
+        <source>1 of them is in the list already.</source>
+        <translation>1 of them is in the list already.</translation>
+    </message>
+    <message>
+        <source>The numbers end at %1.</source>
+        <translation>The numbers end at %1.</translation>
+    </message>
+</context>
+<context>
     <name>CellHover</name>
     <message>
         <source>View/Edit</source>

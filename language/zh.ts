@@ -2,6 +2,71 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="zh_CN" sourcelanguage="en">
 <context>
+    <name>BatchPreview</name>
+    <message>
+        <source>the first MAC is not complete yet</source>
+        <translation>首个MAC尚未填写完整</translation>
+    </message>
+    <message>
+        <source>%1 to %2</source>
+        <comment>first and last of a range</comment>
+        <translation>%1 至 %2</translation>
+    </message>
+    <message>
+        <source>no user IDs</source>
+        <translation>无用户ID</translation>
+    </message>
+    <message>
+        <source>user ID %1</source>
+        <translation>用户ID %1</translation>
+    </message>
+    <message>
+        <source>user IDs %1 to %2</source>
+        <translation>用户ID %1 至 %2</translation>
+    </message>
+    <message>
+        <source>No devices</source>
+        <translation>不创建任何设备</translation>
+    </message>
+    <message>
+        <source>1 device: %1, %2</source>
+        <translation>1 台设备：%1，%2</translation>
+    </message>
+    <message>
+        <source>%1 devices: %2, %3</source>
+        <translation>%1 台设备：%2，%3</translation>
+    </message>
+    <message>
+        <source>, </source>
+        <comment>between the names of fields</comment>
+        <translation>、</translation>
+    </message>
+    <message>
+        <source>No usable number, counts as none: %1.</source>
+        <translation>以下各项不是可用的数字，视为未填：%1。</translation>
+    </message>
+    <message>
+        <source>It is in the list already.</source>
+        <translation>该设备已在列表中。</translation>
+    </message>
+    <message>
+        <source>%1 of them are in the list already.</source>
+        <translation>其中 %1 台已在列表中。</translation>
+    </message>
+    <message>
+        <source>The MACs repeat from device %1 on.</source>
+        <translation>MAC从第 %1 台设备起重复。</translation>
+    </message>
+    <message>
+        <source>1 of them is in the list already.</source>
+        <translation>其中 1 台已在列表中。</translation>
+    </message>
+    <message>
+        <source>The numbers end at %1.</source>
+        <translation>编号到 %1 为止。</translation>
+    </message>
+</context>
+<context>
     <name>CellHover</name>
     <message>
         <source>View/Edit</source>

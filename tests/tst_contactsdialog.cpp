@@ -1,3 +1,4 @@
+#include "dialogs/BatchPreview.h"
 #include "dialogs/ContactsDialog.h"
 #include "dialogs/DeviceBatch.h"
 #include "dialogs/IpLine.h"
@@ -5,6 +6,7 @@
 #include "tests/FormFixture.h"
 
 #include <QComboBox>
+#include <QLabel>
 #include <QLineEdit>
 #include <QSignalSpy>
 
@@ -47,6 +49,8 @@ private slots:
     void userIds_data();
     void userIds();
     void tooMany();
+    void lookAhead_data();
+    void lookAhead();
 
     void createByKeyboard();
     void everyFieldReachesAllDevices();
@@ -118,10 +122,10 @@ void TestContactsDialog::addresses()
 
 void TestContactsDialog::userIds_data()
 {
-    QTest::addColumn<int>("first");
+    QTest::addColumn<qint64>("first");
     QTest::addColumn<int>("step");
     QTest::addColumn<QStringList>("userIds");
-    const auto row = [](const char *name, int first, int step, const char *ids) {
+    const auto row = [](const char *name, qint64 first, int step, const char *ids) {
         QTest::newRow(name) << first << step << QString(QLatin1String(ids)).split(QLatin1Char(','));
     };
     constexpr int largest = std::numeric_limits<int>::max();
@@ -130,12 +134,13 @@ void TestContactsDialog::userIds_data()
     row("falling past zero", 1, -1, "1,0,-1");
     row("negative", -5, 5, "-5,0,5");
     row("zero is no user ID", 0, 7, ",,");
+    row("eleven digits", 13800138000, 1, "13800138000,13800138001,13800138002");
     row("beyond 32 bits", largest, largest, "2147483647,4294967294,6442450941");
 }
 
 void TestContactsDialog::userIds()
 {
-    QFETCH(int, first);
+    QFETCH(qint64, first);
     QFETCH(int, step);
     QFETCH(QStringList, userIds);
 
@@ -166,8 +171,57 @@ void TestContactsDialog::tooMany()
     check("0200A7000001", 100000, 1, maxBatchDevices);
 }
 
+void TestContactsDialog::lookAhead_data()
+{
+    QTest::addColumn<QString>("typed"); // count, steps, first MAC, first user ID
+    QTest::addColumn<QString>("text");
+    const auto row = [](const char *name, const char *typed, const char *text) {
+        QTest::newRow(name) << QString(QLatin1String(typed)) << QString(QLatin1String(text));
+    };
+    row("plain", "50|2|1|02:00:A8:00:00:10|1001",
+        "50 devices: 02:00:A8:00:00:10 to 02:00:A8:00:00:72, user IDs 1001 to 1050");
+    row("eleven digits", "2|-1|0|02:00:a8:00:00:10| 13800138000",
+        "2 devices: 02:00:A8:00:00:10 to 02:00:A8:00:00:0F, user ID 13800138000");
+    row("incomplete", "3|1|1||7", "3 devices: the first MAC is not complete yet, user IDs 7 to 9");
+    row("one, listed", "1|1|1|02:00:A7:00:00:01|",
+        "1 device: 02:00:A7:00:00:01, no user IDs\nIt is in the list already.");
+    row("listed, repeated", "5|2147483648|x|02:00:A7:00:00:0F|5",
+        "5 devices: 02:00:A7:00:00:0F to 02:00:A7:00:00:0F, user ID 5\n"
+        "No usable number, counts as none: Law of increasing MAC, Law of increasing User ID. "
+        "The MACs repeat from device 2 on. 1 of them is in the list already.");
+    row("product wraps", "6|1073741824|1|10:00:00:00:00:00|0",
+        "6 devices: 10:00:00:00:00:00 to 10:00:40:00:00:00, no user IDs\n"
+        "The MACs repeat from device 5 on.");
+    row("highest", "9|2|1|FF:FF:FF:FF:FF:FC|9999999999999999999",
+        "2 devices: FF:FF:FF:FF:FF:FC to FF:FF:FF:FF:FF:FE, no user IDs\n"
+        "No usable number, counts as none: First SIP User ID. "
+        "The numbers end at FF:FF:FF:FF:FF:FF.");
+    row("listed", "3|1|0|02:00:A7:00:00:01|5",
+        "3 devices: 02:00:A7:00:00:01 to 02:00:A7:00:00:03, user ID 5\n"
+        "3 of them are in the list already.");
+    row("lowest", "9|-1|1|00:00:00:00:00:00|1",
+        "1 device: 00:00:00:00:00:00, user ID 1\nThe numbers end at 00:00:00:00:00:00.");
+    row("no count", "two|2|1|02:00:A7:00:00:10|1",
+        "No devices\nNo usable number, counts as none: Product Count.");
+    row("too many", "100001|2|1|02:00:A7:00:00:10|1",
+        "At most 100000 devices can be created in one step.");
+}
+
+void TestContactsDialog::lookAhead()
+{
+    QFETCH(QString, typed);
+    QFETCH(QString, text);
+    const QStringList parts = typed.split(QLatin1Char('|'));
+    const BatchTexts texts = {parts.at(0), parts.at(1), parts.at(2), parts.at(3), parts.at(4)};
+    const auto isListed = [](const QString &mac) {
+        return mac.startsWith(QLatin1String("02:00:A7"));
+    };
+    QCOMPARE(BatchPreview::textOf(outlookOf(texts, isListed)), text);
+}
+
 void TestContactsDialog::createByKeyboard()
 {
+    m_dialog->setLookup([](const QString &mac) { return mac.endsWith(QLatin1String("FF")); });
     open();
     const auto type = [](const char *keys) {
         // The focus moves on while an address is typed.
@@ -188,6 +242,9 @@ void TestContactsDialog::createByKeyboard()
     type("10.0.0.1");
     tab();
     type("00123");
+    QTRY_COMPARE(input<QLabel>("batchPreview")->text(),
+                 QStringLiteral("3 devices: 02:00:A7:00:00:FF to 02:00:A7:00:01:01, "
+                                "user IDs 123 to 143\n1 of them is in the list already."));
     QSignalSpy added(m_dialog.get(), SIGNAL(addSaveSucceed(QList<ContactInfo>)));
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
     QVERIFY(!m_dialog->isVisible());
