@@ -11,6 +11,7 @@
 #include "model/ProgramFolder.h"
 #include "storage/DataMgr.h"
 #include "storage/DatabaseLayer.h"
+#include "storage/ImportLook.h"
 #include "view/ContactTitle.h"
 #include "view/ContactView.h"
 #include "view/HiddenNote.h"
@@ -501,6 +502,7 @@ void MainWindow::closeWindow()
         return;
     }
     m_state = State::Ending;
+    m_importLook->stop();
     // First, as a list that could not be saved on a full disk may need the room.
     m_dataMgr.removeWorkFiles();
     if (!m_dataMgr.keepUnsavedList()) {

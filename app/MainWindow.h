@@ -14,6 +14,7 @@ class ContactView;
 class DatabaseLayer;
 class DataMgr;
 class ExportPage;
+class ImportLook;
 class ImportPage;
 class ListJob;
 class LoadingWidget;
@@ -133,6 +134,7 @@ private:
     void createContent();
     void createDialogs();
     void createPages();
+    void connectImportLook();
     void connectContent();
     QAction *addCommand(const QString &text, const QString &statusTip);
     void askAndDeleteContact();
@@ -179,6 +181,7 @@ private:
     ReportBox *m_reportBox = nullptr;
 
     ImportPage *m_importPage = nullptr;
+    ImportLook *m_importLook = nullptr; ///< at the file that the page names
     ExportPage *m_exportPage = nullptr;
     LoadingWidget *m_loading = nullptr;
     PortDialog *m_portDialog = nullptr; ///< only while it is on screen

@@ -5,6 +5,7 @@
 #include "app/MainWindow.h"
 #include "model/ExportType.h"
 #include "storage/DataMgr.h"
+#include "storage/ImportLook.h"
 #include "widgets/LoadingWidget.h"
 #include "widgets/Modal.h"
 #include "widgets/ScreenRoom.h"
@@ -54,6 +55,7 @@ void MainWindow::createPages()
     connect(m_exportPage, &ExportPage::abortRequested, this, &MainWindow::exportAbort);
     m_loading = new LoadingWidget(this);
     m_loading->hide();
+    connectImportLook();
     auto *const drop = new FileDrop(*this, [this] { return m_loading->isHidden(); });
     connect(drop, &FileDrop::dropped, this, &MainWindow::importDroppedFile);
 }
@@ -62,6 +64,26 @@ void MainWindow::importDroppedFile(const QString &path)
 {
     localImport();
     m_importPage->setPath(path);
+}
+
+/// The page may ask last when the window goes, and only what is still there then has a part in it.
+void MainWindow::connectImportLook()
+{
+    ImportPage *const page = m_importPage;
+    auto *const look = new ImportLook(m_dataMgr.devices(), m_folder, this);
+    m_importLook = look;
+    connect(look, &ImportLook::changed, page, [=] { page->showOutlook(look->outlook()); });
+    connect(page, &ImportPage::lookWanted, look, [look, loading = m_loading](const QString &path) {
+        const bool isImporting = !loading->isHidden();
+        if (!isImporting && !path.isEmpty() && QFileInfo(path).isFile())
+            look->look(path);
+        else
+            look->stop();
+    });
+    connect(&m_dataMgr, &DataMgr::updateModel, page, [page] {
+        if (page->isOpen())
+            page->lookAhead();
+    });
 }
 
 void MainWindow::localImport()
@@ -108,6 +130,7 @@ void MainWindow::ImportBegin()
     m_dataMgr.setImportFlag(!m_importPage->clearList());
     m_loading->showOver(this);
     m_dataMgr.setBusy(true);
+    m_importLook->stop();
     m_dataMgr.importFile(path);
 }
 
@@ -122,8 +145,10 @@ void MainWindow::onImportEnded(const ListJob &job)
                    tr("Import is failed, please check the file format and encoding."),
                    job.reason());
     // With its path, for another try.
-    if (m_state != State::Closed)
-        m_importPage->slideIn();
+    if (m_state == State::Closed)
+        return;
+    m_importPage->slideIn();
+    m_importPage->lookAhead();
 }
 
 void MainWindow::localExport()

@@ -20,6 +20,7 @@ PathPage::PathPage(const Texts &texts, QWidget *parent)
     : SlidePage(Edge::Top, parent)
     , m_pathEdit(new QLineEdit(this))
     , m_optionRow(new QHBoxLayout)
+    , m_column(new QVBoxLayout)
 {
     setObjectName(texts.name + QLatin1String("Page"));
     setAccessibleName(texts.title);
@@ -35,6 +36,7 @@ PathPage::PathPage(const Texts &texts, QWidget *parent)
     m_pathEdit->setObjectName(texts.name + QLatin1String("PathLineEdit"));
     m_pathEdit->setMaxLength(std::numeric_limits<int>::max());
     m_pathEdit->setAccessibleName(texts.pathLabel.isEmpty() ? texts.title : texts.pathLabel);
+    connect(m_pathEdit, &QLineEdit::textChanged, this, &PathPage::pathChanged);
     connect(m_pathEdit, &QLineEdit::returnPressed, this, &PathPage::beginRequested);
 
     auto *const pathRow = new QHBoxLayout;
@@ -58,20 +60,19 @@ PathPage::PathPage(const Texts &texts, QWidget *parent)
     m_optionRow->setSpacing(2 * gridPx);
     buttonRow->addLayout(m_optionRow, 1);
     buttonRow->addStretch();
-    QPushButton *const begin =
-        addButton(*buttonRow, texts.name + QLatin1String("BeginButton"), texts.begin);
-    begin->setDefault(true);
-    connect(begin, &QPushButton::clicked, this, &PathPage::beginRequested);
+    m_beginButton = addButton(*buttonRow, texts.name + QLatin1String("BeginButton"), texts.begin);
+    m_beginButton->setDefault(true);
+    connect(m_beginButton, &QPushButton::clicked, this, &PathPage::beginRequested);
     QPushButton *const cancel =
         addButton(*buttonRow, texts.name + QLatin1String("CancelButton"), tr("Cancel"));
     connect(cancel, &QPushButton::clicked, this, &PathPage::abortRequested);
 
-    auto *const column = new QVBoxLayout(this);
-    column->setContentsMargins(2 * gridPx, 2 * gridPx, 2 * gridPx, 2 * gridPx);
-    column->setSpacing(gridPx);
-    column->addWidget(title);
-    column->addLayout(pathRow);
-    column->addLayout(buttonRow);
+    setLayout(m_column);
+    m_column->setContentsMargins(2 * gridPx, 2 * gridPx, 2 * gridPx, 2 * gridPx);
+    m_column->setSpacing(gridPx);
+    m_column->addWidget(title);
+    m_column->addLayout(pathRow);
+    m_column->addLayout(buttonRow);
 }
 
 QPushButton *PathPage::addButton(QHBoxLayout &row, const QString &name, const QString &text)
@@ -89,6 +90,11 @@ void PathPage::addOption(QWidget *option, int stretch)
         return;
     QWidget::setTabOrder(m_lastBeforeButtons, option);
     m_lastBeforeButtons = option;
+}
+
+void PathPage::addLine(QWidget *line)
+{
+    m_column->insertWidget(m_column->count() - 1, line);
 }
 
 QString PathPage::path() const

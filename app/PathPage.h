@@ -5,6 +5,8 @@
 class QHBoxLayout;
 class QLineEdit;
 class QPushButton;
+class QVBoxLayout;
+class QPushButton;
 
 /// What the import and the export page have in common: a path, a button that lets the user select
 /// one, a button that begins with it, and one that gives up. The page only holds these; what they
@@ -20,6 +22,7 @@ public:
 
 signals:
     void selectRequested();
+    void pathChanged(const QString &path);
     /// The button, or Enter in the path.
     void beginRequested();
     void abortRequested();
@@ -39,11 +42,16 @@ protected:
     /// Adds a widget to the row of the buttons, on the other side, and to the tab order between
     /// the path and the buttons.
     void addOption(QWidget *option, int stretch = 0);
+    /// Adds a widget of the page's width between the path and the buttons.
+    void addLine(QWidget *line);
+    QPushButton &beginButton() const { return *m_beginButton; }
 
 private:
     QPushButton *addButton(QHBoxLayout &row, const QString &name, const QString &text);
 
     QLineEdit *m_pathEdit;
     QHBoxLayout *m_optionRow;
+    QVBoxLayout *m_column;
+    QPushButton *m_beginButton = nullptr;
     QWidget *m_lastBeforeButtons = nullptr;
 };

@@ -97,6 +97,7 @@ void CSVParse::start(const QString &sourcePath, const QString &encodingName)
 {
     QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
     finish(Phase::Text, ImportFault::None);
+    m_encoding.clear();
     m_text =
         std::make_unique<TextSource>(sourcePath, m_workFolder, encodingName, legacyEncodingName());
 }
@@ -159,8 +160,10 @@ void CSVParse::readText()
     const TextSource::State state = m_text->readOn();
     if (state == TextSource::State::Failed)
         finish(Phase::Failed, m_text->fault());
-    else if (state == TextSource::State::Done)
-        m_phase = Phase::Titles;
+    if (state != TextSource::State::Done)
+        return;
+    m_encoding = m_text->encoding();
+    m_phase = Phase::Titles;
 }
 
 void CSVParse::readTitles()

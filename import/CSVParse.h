@@ -36,6 +36,7 @@ public:
     void begin(const QString &sourcePath) override;
     Reading readOn() override;
     QList<ContactInfo> takeDevices() override;
+    QString encoding() const override { return m_encoding; }
     ImportFault fault() const override { return m_fault; }
 
 private:
@@ -55,6 +56,7 @@ private:
     QString m_workFolder;
     Phase m_phase = Phase::Idle;
     ImportFault m_fault = ImportFault::None;
+    QString m_encoding;
     std::unique_ptr<TextSource> m_text;
     std::unique_ptr<csv_parser> m_reader;
     std::unique_ptr<DeviceHeader> m_header;

@@ -61,8 +61,11 @@ public:
     virtual void begin(const QString &sourcePath) { Q_UNUSED(sourcePath) }
     /// Does the next piece of work, which takes a few milliseconds at most.
     virtual Reading readOn() { return Reading::Failed; }
-    /// The devices of the file, in its order, after Done. They are given once.
+    /// The devices that were read and not taken before, in the order of the file; the last of them
+    /// after Done.
     virtual QList<ContactInfo> takeDevices() { return {}; }
+    /// The codec name of the file that is or was read; empty until it is known.
+    virtual QString encoding() const { return {}; }
     /// Why the last reading failed; None unless it did.
     virtual ImportFault fault() const { return ImportFault::None; }
 };

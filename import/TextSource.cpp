@@ -35,11 +35,7 @@ TextSource::TextSource(const QString &path, const QString &folder, const QString
     , m_from(path)
     , m_to(m_workFiles.first())
 {
-    const QFileInfo source(path);
-    const bool isOurs = source.exists() &&
-                        std::any_of(m_workFiles.begin(), m_workFiles.end(),
-                                    [&](const QString &ours) { return source == QFileInfo(ours); });
-    if (isOurs) {
+    if (isWorkFile(path, folder)) {
         failed(ImportFault::OwnWorkFile); // it would be removed before it is read
         return;
     }
@@ -55,6 +51,14 @@ QStringList TextSource::workFiles(const QString &folder)
 {
     return {folder + QLatin1String("tmp.csv"), folder + QLatin1String("tmp1.csv"),
             folder + QLatin1String("tmp2.csv")};
+}
+
+bool TextSource::isWorkFile(const QString &path, const QString &folder)
+{
+    const QFileInfo file(path);
+    const QStringList ours = workFiles(folder);
+    return file.exists() && std::any_of(ours.begin(), ours.end(),
+                                        [&](const QString &one) { return file == QFileInfo(one); });
 }
 
 QString TextSource::encodingOf(const QString &path, const QString &legacyEncoding)

@@ -29,10 +29,15 @@ public:
     /// Why it failed.
     ImportFault fault() const { return m_fault; }
 
+    /// The encoding of the file; empty until it is known.
+    QString encoding() const { return m_encoding; }
+
     /// The encoding of the file, told as the constructor does. Reads all of it.
     static QString encodingOf(const QString &path, const QString &legacyEncoding);
     /// The paths of the three work files.
     static QStringList workFiles(const QString &folder);
+    /// Whether the file at `path` is one of these.
+    static bool isWorkFile(const QString &path, const QString &folder);
 
 private:
     State copyOn();

@@ -782,6 +782,43 @@
         <source>The devices of the file replace the present list, which is kept in the folder backup/.</source>
         <translation>The devices of the file replace the present list, which is kept in the folder backup/.</translation>
     </message>
+    <message>
+        <source>Choose a file to see here what its import will do.</source>
+        <translation>Choose a file to see here what its import will do.</translation>
+    </message>
+    <message>
+        <source>Looking at the file...</source>
+        <translation>Looking at the file...</translation>
+    </message>
+    <message>
+        <source>1 row</source>
+        <translation>1 row</translation>
+    </message>
+    <message>
+        <source>%1 rows</source>
+        <translation>%1 rows</translation>
+    </message>
+    <message>
+        <source>%1, %2: %3 new, %4 replace listed devices.</source>
+        <comment>encoding, rows in the file</comment>
+        <translation>%1, %2: %3 new, %4 replace listed devices.</translation>
+    </message>
+    <message>
+        <source>Rows that repeat a MAC of the file: %1.</source>
+        <translation>Rows that repeat a MAC of the file: %1.</translation>
+    </message>
+    <message>
+        <source>Listed devices that are not in the file and stay: %1.</source>
+        <translation>Listed devices that are not in the file and stay: %1.</translation>
+    </message>
+    <message>
+        <source>Listed devices that are not in the file and go: %1.</source>
+        <translation>Listed devices that are not in the file and go: %1.</translation>
+    </message>
+    <message>
+        <source>The file has every listed device.</source>
+        <translation>The file has every listed device.</translation>
+    </message>
 </context>
 <context>
     <name>IpLine</name>

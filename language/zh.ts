@@ -782,6 +782,43 @@
         <source>The devices of the file replace the present list, which is kept in the folder backup/.</source>
         <translation>文件中的设备将替换当前列表，当前列表保存到backup/文件夹。</translation>
     </message>
+    <message>
+        <source>Choose a file to see here what its import will do.</source>
+        <translation>请选择文件，这里会显示导入的结果。</translation>
+    </message>
+    <message>
+        <source>Looking at the file...</source>
+        <translation>正在查看文件……</translation>
+    </message>
+    <message>
+        <source>1 row</source>
+        <translation>1 行</translation>
+    </message>
+    <message>
+        <source>%1 rows</source>
+        <translation>%1 行</translation>
+    </message>
+    <message>
+        <source>%1, %2: %3 new, %4 replace listed devices.</source>
+        <comment>encoding, rows in the file</comment>
+        <translation>%1，%2：新增 %3 台，替换列表中的设备 %4 台。</translation>
+    </message>
+    <message>
+        <source>Rows that repeat a MAC of the file: %1.</source>
+        <translation>文件内MAC重复的行：%1。</translation>
+    </message>
+    <message>
+        <source>Listed devices that are not in the file and stay: %1.</source>
+        <translation>列表中有而文件中没有、将保留的设备：%1 台。</translation>
+    </message>
+    <message>
+        <source>Listed devices that are not in the file and go: %1.</source>
+        <translation>列表中有而文件中没有、将移除的设备：%1 台。</translation>
+    </message>
+    <message>
+        <source>The file has every listed device.</source>
+        <translation>列表中的设备在文件中都有。</translation>
+    </message>
 </context>
 <context>
     <name>IpLine</name>

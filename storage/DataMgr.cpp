@@ -8,6 +8,7 @@
 #include "storage/DBOperator.h"
 #include "storage/DatabaseLayer.h"
 #include "storage/EditedDevice.h"
+#include "storage/ImportLook.h"
 #include "storage/ImportedDevices.h"
 #include "storage/RestoredDevices.h"
 #include "storage/StoredDevices.h"
@@ -480,6 +481,7 @@ void DataMgr::removeDocuments()
 void DataMgr::removeWorkFiles()
 {
     ImportedDevices::removeWorkFiles(m_directory);
+    ImportLook::removeWorkFiles(m_directory);
 }
 
 bool DataMgr::startHttpService()

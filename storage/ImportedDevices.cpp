@@ -2,17 +2,7 @@
 
 #include "import/ParseBase.h"
 #include "import/ParseFactory.h"
-
-namespace {
-
-/// For an importer that only reads, or removes its files.
-struct NoTarget : ImportTarget
-{
-    bool clearOld() override { return false; }
-    void addContacts(const QList<ContactInfo> &contacts) override { Q_UNUSED(contacts) }
-};
-
-} // namespace
+#include "storage/NoTarget.h"
 
 ImportedDevices::ImportedDevices(const DeviceListSnapshot &list, const QString &workFolder,
                                  const QString &path)

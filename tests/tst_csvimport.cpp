@@ -5,6 +5,7 @@
 #include "import/ParseFactory.h"
 #include "model/ExportType.h"
 #include "model/ImportTarget.h"
+#include "storage/ImportLook.h"
 
 #include <QDir>
 #include <QLocale>
@@ -77,6 +78,7 @@ private slots:
     void headerAloneIsAnEmptyList();
     void duplicatesOfAnImport_data();
     void duplicatesOfAnImport();
+    void lookingDisturbsNoImportAndLeavesNothing();
     void endInTheMiddleKeepsTheOldRows();
     void refusedBackupStopsTheImport();
     void damagedStoreIsPutAside();
@@ -108,6 +110,19 @@ private:
     {
         const std::unique_ptr<ParseBase> parser = this->parser(target);
         return parser->import(source, encoding.isEmpty() ? parser->encodingOf(source) : encoding);
+    }
+    QStringList looksLeft() const
+    {
+        return QDir(m_folder->path()).entryList({QStringLiteral("look-*")}, QDir::Files);
+    }
+    /// What is said ahead of the import of that file.
+    ImportOutlook outlook(const DeviceList &devices, const QString &source) const
+    {
+        ImportLook look(devices, m_folder->path() + QLatin1Char('/'));
+        look.look(source);
+        [&] { QTRY_VERIFY(look.outlook().state != ImportOutlook::State::Looking); }();
+        [&] { QCOMPARE(looksLeft(), QStringList()); }();
+        return look.outlook();
     }
 
     std::unique_ptr<QTemporaryDir> m_folder;
@@ -186,8 +201,10 @@ void TestCsvImport::readsEveryEncoding()
     for (const QString &file : qAsConst(files)) {
         QTextCodec::ConverterState state(QTextCodec::IgnoreHeader);
         RecordingTarget target;
-        QVERIFY(import(target, writeFile(mark + textCodec->fromUnicode(file.constData(),
-                                                                       file.size(), &state))));
+        const QString source =
+            writeFile(mark + textCodec->fromUnicode(file.constData(), file.size(), &state));
+        QCOMPARE(outlook({}, source).encoding, QString::fromLatin1(codec));
+        QVERIFY(import(target, source));
         QCOMPARE(target.clears, 1);
         QVERIFY(target.added == devices);
     }
@@ -546,7 +563,10 @@ void TestCsvImport::failedImportChangesNothing()
     const QString source = exists ? writeFile(content) : path("source.csv");
     for (const bool flag : {false, true}) {
         run.mgr.setImportFlag(flag);
+        const ImportOutlook ahead = outlook(run.mgr.devices(), source);
+        QVERIFY(ahead.state == ImportOutlook::State::Refused);
         QVERIFY(!run.import(source));
+        QCOMPARE(ahead.reason, run.lastReason);
         QVERIFY(run.contacts() == before);
         QVERIFY(fileContent(databasePath()) == database);
         QVERIFY(run.changes.isEmpty());
@@ -609,9 +629,16 @@ void TestCsvImport::duplicatesOfAnImport()
     for (ContactInfo &device : newDevices)
         device.company = QStringLiteral("new");
     m_user->answers = answers;
-    QVERIFY(run.import(writeFile(csvText(englishCsvHeader(), newDevices).toUtf8())));
+    const QString source = writeFile(csvText(englishCsvHeader(), newDevices).toUtf8());
+    const ImportOutlook ahead = outlook(run.mgr.devices(), source);
+    QVERIFY(run.import(source));
 
     QCOMPARE(run.mgr.devices().size(), count);
+    QCOMPARE(ahead.rows, newDevices.size());
+    QCOMPARE(ahead.listed + ahead.added, count);
+    QCOMPARE(ahead.replacing, ahead.rows - ahead.added - imported.count('x') + 1);
+    QCOMPARE(ahead.repeated, imported.count('x') - 1);
+    QCOMPARE(ahead.missing, ahead.listed - ahead.replacing);
     const QList<ContactInfo> devices = run.contacts();
     for (int row = 0; row < 3; ++row) {
         const QString stamp = QStringLiteral("abc").mid(row, 1);
@@ -630,6 +657,31 @@ void TestCsvImport::duplicatesOfAnImport()
     QCOMPARE(m_user->titles().first(), replaceAction);
     QCOMPARE(m_user->boxes.first().text,
              QStringLiteral("MAC:%1.mac has already exist,do you want to replace it?").arg(first));
+}
+
+void TestCsvImport::lookingDisturbsNoImportAndLeavesNothing()
+{
+    Run run(m_folder->path(), "");
+    QByteArray list = "MAC,Random Port\n";
+    for (int i = 0; i < 30000; ++i)
+        list += "02:00:A7:" + QByteArray::number(i) + ",1\n";
+    const QString source = writeFile(list);
+    {
+        ImportLook look(run.mgr.devices(), m_folder->path() + QLatin1Char('/'));
+        look.look(source);
+        QVERIFY(run.import(source));
+        QCOMPARE(run.mgr.devices().size(), 30000);
+        QTRY_VERIFY(look.outlook().state == ImportOutlook::State::Ready);
+        QCOMPARE(look.outlook().added, 30000);
+        look.look(source);
+        QVERIFY(!looksLeft().isEmpty());
+        look.stop();
+        QCOMPARE(looksLeft(), QStringList());
+        look.look(source);
+    }
+    QCOMPARE(looksLeft(), QStringList());
+    QVERIFY(outlook(run.mgr.devices(), writeFile(list, "tmp.csv")).state ==
+            ImportOutlook::State::Refused);
 }
 
 /// The program may be killed, or the session end, while the user thinks about a question.

@@ -370,7 +370,8 @@ void TestMainWindow::pagesSayWhatTheyDo()
     QCOMPARE(
         texts("importPage"),
         QStringLiteral("Import file|The devices of the file replace the present list, which is "
-                       "kept in the folder backup/.|Select File|Import|Cancel|Clear list"));
+                       "kept in the folder backup/.|Choose a file to see here what its import "
+                       "will do.|Select File|Import|Cancel|Clear list"));
     m_window->findChild<QAbstractButton *>(QStringLiteral("clearListCheckBox"))->click();
     QVERIFY(texts("importPage").contains(QStringLiteral("are added to the present list.")));
 }
@@ -467,6 +468,8 @@ void TestMainWindow::takesTheListOutAndIn()
     button("importBeginButton")->click();
     QCOMPARE(m_shown.last().text, QStringLiteral("Please choose correct file to import."));
     path("importPathLineEdit")->setText(target);
+    const auto *const preview = m_window->findChild<QLabel *>(QStringLiteral("importPreview"));
+    QTRY_VERIFY(preview->text().startsWith(QLatin1String("The first line has no column titles")));
     button("importBeginButton")->click();
     QCOMPARE(m_shown.last().title, QStringLiteral("Import Box"));
     QCOMPARE(m_shown.last().text,
@@ -481,6 +484,15 @@ void TestMainWindow::takesTheListOutAndIn()
     addDevice(3);
     m_window->localImport();
     path("importPathLineEdit")->setText(target);
+    const QString numbers = QStringLiteral("UTF-8, 2 rows: 1 new, 1 replace listed devices. ");
+    QTRY_COMPARE(preview->text(),
+                 numbers + QStringLiteral("Listed devices that are not in the file and go: 1."));
+    auto *const clearList =
+        m_window->findChild<QAbstractButton *>(QStringLiteral("clearListCheckBox"));
+    clearList->click();
+    QCOMPARE(preview->text(),
+             numbers + QStringLiteral("Listed devices that are not in the file and stay: 1."));
+    clearList->click();
     const int boxes = m_shown.size();
     QTest::keyClick(path("importPathLineEdit"), Qt::Key_Return);
     QCOMPARE(m_shown.size(), boxes);

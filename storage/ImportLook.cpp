@@ -1,0 +1,134 @@
+#include "storage/ImportLook.h"
+
+#include "import/ParseBase.h"
+#include "import/ParseFactory.h"
+#include "import/TextSource.h"
+#include "storage/NoTarget.h"
+
+#include <QDeadlineTimer>
+
+namespace {
+
+// Beside a job on the list, which takes as much, the window still moves.
+constexpr int sliceMilliseconds = 15;
+
+/// What the names of the work files begin with.
+QString workPrefix(const QString &folder)
+{
+    return folder + QLatin1String("look-");
+}
+
+} // namespace
+
+ImportLook::ImportLook(const DeviceList &devices, const QString &folder, QObject *parent)
+    : QObject(parent)
+    , m_devices(devices)
+    , m_folder(folder)
+    , m_nobody(std::make_unique<NoTarget>())
+{
+    m_turn.setSingleShot(true);
+    connect(&m_turn, &QTimer::timeout, this, &ImportLook::turn);
+}
+
+ImportLook::~ImportLook()
+{
+    letGo();
+}
+
+void ImportLook::look(const QString &path)
+{
+    letGo();
+    m_outlook = ImportOutlook();
+    if (TextSource::isWorkFile(path, m_folder)) {
+        m_outlook.reason = importFaultText(ImportFault::OwnWorkFile);
+        end(ImportOutlook::State::Refused);
+        return;
+    }
+    m_list = m_devices.snapshot();
+    m_outlook.listed = m_list.size();
+    m_found.fill(false, m_list.size());
+    m_parser.reset(ParseFactory().createParser(*m_nobody, workPrefix(m_folder)));
+    m_parser->begin(path);
+    m_outlook.state = ImportOutlook::State::Looking;
+    emit changed();
+    m_turn.start();
+}
+
+void ImportLook::stop()
+{
+    letGo();
+    m_outlook = ImportOutlook();
+    emit changed();
+}
+
+void ImportLook::turn()
+{
+    const QDeadlineTimer until(sliceMilliseconds);
+    while (m_outlook.state == ImportOutlook::State::Looking && !until.hasExpired())
+        step();
+    if (m_outlook.state == ImportOutlook::State::Looking)
+        m_turn.start();
+}
+
+void ImportLook::step()
+{
+    switch (m_parser->readOn()) {
+    case ParseBase::Reading::More:
+        count(m_parser->takeDevices());
+        break;
+    case ParseBase::Reading::Done:
+        count(m_parser->takeDevices());
+        m_outlook.encoding = m_parser->encoding();
+        m_outlook.missing = m_outlook.listed - m_outlook.replacing;
+        end(ImportOutlook::State::Ready);
+        break;
+    case ParseBase::Reading::Failed:
+        m_outlook.reason = importFaultText(m_parser->fault());
+        end(ImportOutlook::State::Refused);
+        break;
+    }
+}
+
+void ImportLook::count(const QList<ContactInfo> &devices)
+{
+    m_outlook.rows += devices.size();
+    for (const ContactInfo &device : devices) {
+        const int row = m_list.rowOfMac(device.mac);
+        const bool isRepeated = row >= 0 ? m_found.testBit(row) : m_added.contains(device.mac);
+        if (isRepeated) {
+            ++m_outlook.repeated;
+        } else if (row >= 0) {
+            m_found.setBit(row);
+            ++m_outlook.replacing;
+        } else {
+            m_added.insert(device.mac);
+            ++m_outlook.added;
+        }
+    }
+}
+
+void ImportLook::end(ImportOutlook::State state)
+{
+    letGo();
+    m_outlook.state = state;
+    emit changed();
+}
+
+void ImportLook::letGo()
+{
+    m_turn.stop();
+    m_list = DeviceListSnapshot();
+    m_added.clear();
+    if (!m_parser)
+        return;
+    m_parser->removeWorkFiles();
+    m_parser.reset();
+}
+
+void ImportLook::removeWorkFiles(const QString &folder)
+{
+    NoTarget nobody;
+    const std::unique_ptr<ParseBase> parser(
+        ParseFactory().createParser(nobody, workPrefix(folder)));
+    parser->removeWorkFiles();
+}
