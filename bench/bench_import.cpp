@@ -6,6 +6,7 @@
 #include "storage/DataMgr.h"
 #include "storage/DatabaseLayer.h"
 #include "storage/DeviceBackup.h"
+#include "storage/ImportLook.h"
 
 #include <QCoreApplication>
 #include <QDir>
@@ -78,6 +79,35 @@ double importInProgram(const QString &list, const QString &parent, int count, Co
     return pulse.longestGap();
 }
 
+/// How long the window stands still while the program looks at the file ahead of the import, beside
+/// a list of as many devices.
+void lookAhead(const QString &list, const QString &parent, int count)
+{
+    const QTemporaryDir folder(parent + QStringLiteral("/bench-XXXXXX"));
+    DeviceList devices;
+    devices.assign(benchDevices(count));
+    for (const bool isEmpty : {true, false}) {
+        const DeviceList none;
+        ImportLook look(isEmpty ? none : devices, folder.path() + QLatin1Char('/'));
+        const Pulse pulse;
+        Samples looks;
+        looks.measure([&] {
+            QEventLoop loop;
+            QObject::connect(&look, &ImportLook::changed, &loop, [&] {
+                if (look.outlook().state != ImportOutlook::State::Looking)
+                    loop.quit();
+            });
+            look.look(list);
+            loop.exec();
+        });
+        QCoreApplication::processEvents();
+        std::printf("%7d devices: looked at in %8.1f ms (new %d, listed %d); longest time without "
+                    "an event %6.1f ms\n",
+                    count, looks.median() / 1000, look.outlook().added, look.outlook().replacing,
+                    pulse.longestGap());
+    }
+}
+
 /// The shell says of every line that it lacks two columns of the table, which nobody reads.
 void importInShell(const QString &list, const QString &parent, int count, Cost &cost)
 {
@@ -128,6 +158,7 @@ int main(int argc, char *argv[])
         if (hasShell)
             importInShell(list, parent, count, shell);
     }
+    lookAhead(list, parent, count);
     std::printf("%7d devices, median of %d: imported and saved %8.1f ms, processor %8.1f ms; "
                 "longest time without an event %6.1f ms\n",
                 count, rounds, program.byTheClock.median() / 1000,

@@ -1,5 +1,5 @@
-// What a long list makes the user wait for, in the real window: a batch from the dialog, a key in a
-// search box, the start. And what it takes in memory.
+// What a long list makes the user wait for, in the real window: a batch from the dialog, a key in
+// that dialog or in a search box, the start. And what it takes in memory.
 //   bench_list [folder]         the folder decides which disk is measured
 // Without a display: QT_QPA_PLATFORM=offscreen. With one, painting on it is measured as well.
 #include "Measure.h"
@@ -16,6 +16,7 @@
 #include <QApplication>
 #include <QDir>
 #include <QFile>
+#include <QLabel>
 #include <QLineEdit>
 #include <QLoggingCategory>
 #include <QPushButton>
@@ -137,6 +138,40 @@ void measureBatch(const QString &parent, int listed, int count)
     std::printf("%7d devices: a batch of %d more shows after %7.1f ms at the longest, is saved "
                 "after %7.1f ms\n",
                 listed, count, longest, batches.median() / 1000);
+}
+
+/// The dialog that looks ahead at as many devices as it makes at most, all of them listed.
+void measureTyping(const QString &parent, int listed)
+{
+    Program program(parent);
+    program.start();
+    QList<ContactInfo> devices = benchDevices(listed);
+    for (ContactInfo &device : devices)
+        device.mac = device.mac.toUpper();
+    program.dataMgr->addContacts(devices);
+    program.window->constructNewFiles();
+    auto *const dialog = program.window->findChild<ContactsDialog *>();
+    dialog->findChild<QLineEdit *>(QStringLiteral("productCountLineEdit"))
+        ->setText(QString::number(listed));
+    dialog->findChild<IpLine *>()->setText(devices.first().mac);
+    auto *const step = dialog->findChild<QLineEdit *>(QStringLiteral("macStepLineEdit"));
+    step->clear();
+    program.settle();
+    Samples keys;
+    for (int round = 0; round < 20; ++round) {
+        for (const auto key : {Qt::Key_1, Qt::Key_Backspace}) {
+            keys.measure([&] {
+                QTest::keyClick(step, key);
+                program.settle();
+            });
+        }
+    }
+    QTest::keyClick(step, Qt::Key_1);
+    program.settle();
+    std::printf("%7d devices: a key in the dialog for as many, all listed: median %6.1f ms, "
+                "longest %6.1f ms (\"%s\")\n",
+                listed, keys.median() / 1000, keys.quantile(1) / 1000,
+                qPrintable(dialog->findChild<QLabel *>(QStringLiteral("batchPreview"))->text()));
 }
 
 /// What a user does to a single device of a long list: how long the window stands still, and how
@@ -342,6 +377,7 @@ int main(int argc, char *argv[])
     measureMemory(parent, 100000);
     measureBatch(parent, 0, 10000);
     measureBatch(parent, 100000, 10000);
+    measureTyping(parent, 100000);
     measureChanges(parent, 100000);
     measureUndo(parent, 100000);
     measureKeys(parent, 100000);

@@ -94,17 +94,26 @@ void ImportLook::count(const QList<ContactInfo> &devices)
     m_outlook.rows += devices.size();
     for (const ContactInfo &device : devices) {
         const int row = m_list.rowOfMac(device.mac);
-        const bool isRepeated = row >= 0 ? m_found.testBit(row) : m_added.contains(device.mac);
+        const bool isRepeated = row >= 0 ? m_found.testBit(row) : !add(device.mac);
         if (isRepeated) {
             ++m_outlook.repeated;
         } else if (row >= 0) {
             m_found.setBit(row);
             ++m_outlook.replacing;
         } else {
-            m_added.insert(device.mac);
             ++m_outlook.added;
         }
     }
+}
+
+bool ImportLook::add(const QString &mac)
+{
+    const uint hash = qHash(mac);
+    if (m_addedIndex.find(hash, [&](int row) { return m_added.at(row) == mac; }) >= 0)
+        return false;
+    m_addedIndex.insert(hash, m_added.size());
+    m_added.append(mac);
+    return true;
 }
 
 void ImportLook::end(ImportOutlook::State state)
@@ -118,7 +127,8 @@ void ImportLook::letGo()
 {
     m_turn.stop();
     m_list = DeviceListSnapshot();
-    m_added.clear();
+    m_added = {};
+    m_addedIndex.reset(0);
     if (!m_parser)
         return;
     m_parser->removeWorkFiles();
