@@ -108,7 +108,7 @@ QString ImportPage::numbersText() const
 {
     const QString rows = m_outlook.rows == 1 ? tr("1 row") : tr("%1 rows").arg(m_outlook.rows);
     QStringList parts = {
-        tr("%1, %2: %3 new, %4 replace listed devices.", "encoding, rows in the file")
+        tr("%1, %2: %3 new, %4 in place of listed devices.", "encoding, rows in the file")
             .arg(m_outlook.encoding, rows)
             .arg(m_outlook.added)
             .arg(m_outlook.replacing)};

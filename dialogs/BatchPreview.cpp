@@ -3,9 +3,13 @@
 #include "dialogs/ContactsDialog.h"
 #include "dialogs/DeviceBatch.h"
 
+#include <QFontMetricsF>
+#include <QtMath>
+
 namespace {
 
 constexpr int lineCount = 3;
+constexpr int airPx = 2;
 
 QString macs(const BatchOutlook &outlook)
 {
@@ -82,7 +86,8 @@ BatchPreview::BatchPreview(QWidget *parent)
     setWordWrap(true);
     setAlignment(Qt::AlignLeft | Qt::AlignTop);
     ensurePolished(); // into the font of the style sheet
-    setFixedHeight(lineCount * fontMetrics().lineSpacing());
+    // What is rounded off at a broken scale would cut the last line.
+    setFixedHeight(qCeil(lineCount * QFontMetricsF(font()).lineSpacing()) + airPx);
 }
 
 QString BatchPreview::textOf(const BatchOutlook &outlook)

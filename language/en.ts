@@ -799,7 +799,7 @@
         <translation>%1 rows</translation>
     </message>
     <message>
-        <source>%1, %2: %3 new, %4 replace listed devices.</source>
+        <source>%1, %2: %3 new, %4 in place of listed devices.</source>
         <comment>encoding, rows in the file</comment>
         <translation>%1, %2: %3 new, %4 replace listed devices.</translation>
     </message>

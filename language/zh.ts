@@ -788,7 +788,7 @@
     </message>
     <message>
         <source>Looking at the file...</source>
-        <translation>正在查看文件……</translation>
+        <translation>正在查看文件…</translation>
     </message>
     <message>
         <source>1 row</source>
@@ -799,7 +799,7 @@
         <translation>%1 行</translation>
     </message>
     <message>
-        <source>%1, %2: %3 new, %4 replace listed devices.</source>
+        <source>%1, %2: %3 new, %4 in place of listed devices.</source>
         <comment>encoding, rows in the file</comment>
         <translation>%1，%2：新增 %3 台，替换列表中的设备 %4 台。</translation>
     </message>

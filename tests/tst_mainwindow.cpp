@@ -484,7 +484,7 @@ void TestMainWindow::takesTheListOutAndIn()
     addDevice(3);
     m_window->localImport();
     path("importPathLineEdit")->setText(target);
-    const QString numbers = QStringLiteral("UTF-8, 2 rows: 1 new, 1 replace listed devices. ");
+    const QString numbers = QStringLiteral("UTF-8, 2 rows: 1 new, 1 in place of listed devices. ");
     QTRY_COMPARE(preview->text(),
                  numbers + QStringLiteral("Listed devices that are not in the file and go: 1."));
     auto *const clearList =
