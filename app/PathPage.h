@@ -5,8 +5,8 @@
 class QHBoxLayout;
 class QLineEdit;
 class QPushButton;
-class QVBoxLayout;
 class QPushButton;
+class QVBoxLayout;
 
 /// What the import and the export page have in common: a path, a button that lets the user select
 /// one, a button that begins with it, and one that gives up. The page only holds these; what they

@@ -25,7 +25,7 @@ public:
     /// The name of the codec in which files of the user's region are written when they are not in
     /// UTF-8.
     virtual QString legacyEncodingName() const { return {}; }
-    /// The folder in which work files are made, ending in "/".
+    /// What the paths of the work files begin with, see ParseFactory::createParser().
     virtual QString workFolder() const { return {}; }
     /// Writes the text of the file at `path` again, in another encoding, as "tmp1.csv" in the work
     /// folder. False when a codec is not known, the text does not fit it or a file fails.

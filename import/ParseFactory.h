@@ -12,7 +12,8 @@ class ParseFactory : public QObject
 public:
     using QObject::QObject;
 
-    /// A new importer without parent, owned by the caller. It makes its work files in `workFolder`,
-    /// which ends in "/"; `target` must outlive it.
+    /// A new importer without parent, owned by the caller. The paths of its work files begin
+    /// with `workFolder`, a folder with "/" at its end, or also the start of their names; `target`
+    /// must outlive it.
     ParseBase *createParser(ImportTarget &target, const QString &workFolder);
 };

@@ -801,7 +801,7 @@
     <message>
         <source>%1, %2: %3 new, %4 in place of listed devices.</source>
         <comment>encoding, rows in the file</comment>
-        <translation>%1, %2: %3 new, %4 replace listed devices.</translation>
+        <translation>%1, %2: %3 new, %4 in place of listed devices.</translation>
     </message>
     <message>
         <source>Rows that repeat a MAC of the file: %1.</source>
