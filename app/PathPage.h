@@ -5,7 +5,6 @@
 class QHBoxLayout;
 class QLineEdit;
 class QPushButton;
-class QPushButton;
 class QVBoxLayout;
 
 /// What the import and the export page have in common: a path, a button that lets the user select
