@@ -104,7 +104,10 @@ QString PathPage::path() const
 
 void PathPage::setPath(const QString &path)
 {
-    m_pathEdit->setText(path);
+    if (path == m_pathEdit->text())
+        emit pathChanged(path); // the file may be another one by now
+    else
+        m_pathEdit->setText(path);
 }
 
 void PathPage::clearPath()

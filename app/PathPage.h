@@ -21,6 +21,7 @@ public:
 
 signals:
     void selectRequested();
+    /// Typed, or set, be it to the same path again.
     void pathChanged(const QString &path);
     /// The button, or Enter in the path.
     void beginRequested();
