@@ -34,7 +34,7 @@ QString macOfOne(const DeviceRows &rows)
 
 QString withReplaced(const QString &text, int replaced)
 {
-    return replaced == 0 ? text : UndoBar::tr("%1, %2 replaced").arg(text).arg(replaced);
+    return replaced == 0 ? text : UndoBar::tr("%1, %2 of them replaced").arg(text).arg(replaced);
 }
 
 QString textOf(const ListChange &change)
@@ -127,17 +127,32 @@ void UndoBar::onHistoryChanged()
         m_view.showGroupContacts(restored->row, restored->row);
 }
 
+/// What a list brings as a MAC may be any text.
+QString UndoBar::shortened(const QString &text) const
+{
+    constexpr int longestPx = 480;
+    constexpr int longest = 500; // of what is measured
+    return m_label->fontMetrics().elidedText(text.left(longest).simplified(), Qt::ElideRight,
+                                             longestPx);
+}
+
 void UndoBar::show(const QString &text, const QString &button, const QString &key)
 {
-    m_label->setText(text);
+    m_label->setText(shortened(text));
     m_button->setText(button);
     m_button->setToolTip(key);
-    m_button->setAccessibleDescription(text);
+    m_button->setAccessibleDescription(m_label->text());
     setVisible(true);
 }
 
 void UndoBar::onClicked()
 {
+    // The second half of a double click would make again what the first has taken back.
+    const bool again =
+        m_sinceClick.isValid() && m_sinceClick.elapsed() < QApplication::doubleClickInterval();
+    m_sinceClick.start();
+    if (again)
+        return;
     if (m_dataMgr.history().latest() == ListHistory::Latest::Undone)
         m_dataMgr.redo();
     else

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QElapsedTimer>
 #include <QWidget>
 
 class ContactView;
@@ -23,9 +24,11 @@ private:
     void onHistoryChanged();
     void onClicked();
     void show(const QString &text, const QString &button, const QString &key);
+    QString shortened(const QString &text) const;
 
     DataMgr &m_dataMgr;
     ContactView &m_view;
     QLabel *m_label;
     QPushButton *m_button;
+    QElapsedTimer m_sinceClick;
 };

@@ -1430,8 +1430,8 @@
 <context>
     <name>UndoBar</name>
     <message>
-        <source>%1, %2 replaced</source>
-        <translation>%1, %2 replaced</translation>
+        <source>%1, %2 of them replaced</source>
+        <translation>%1, %2 of them replaced</translation>
     </message>
     <message>
         <source>Added %1</source>

@@ -1430,7 +1430,7 @@
 <context>
     <name>UndoBar</name>
     <message>
-        <source>%1, %2 replaced</source>
+        <source>%1, %2 of them replaced</source>
         <translation>%1，其中替换 %2 台</translation>
     </message>
     <message>

@@ -273,7 +273,10 @@ void DataMgr::deleteAllContacts()
 
 void DataMgr::undo()
 {
-    if (m_worker.putOff([=] { undo(); }))
+    if (!mayRestore() || m_worker.putOff([=, count = m_history.changeCount()] {
+            if (count == m_history.changeCount())
+                undo();
+        }))
         return;
     if (const ListChange *const change = m_history.toUndo())
         startRestore(ListJob::Kind::Undo, *change, change->after.size(), change->before);
@@ -281,10 +284,21 @@ void DataMgr::undo()
 
 void DataMgr::redo()
 {
-    if (m_worker.putOff([=] { redo(); }))
+    if (!mayRestore() || m_worker.putOff([=, count = m_history.changeCount()] {
+            if (count == m_history.changeCount())
+                redo();
+        }))
         return;
     if (const ListChange *const change = m_history.toRedo())
         startRestore(ListJob::Kind::Redo, *change, change->before.size(), change->after);
+}
+
+/// Not while another change is being made: nobody could tell which of the two is meant.
+bool DataMgr::mayRestore() const
+{
+    const ListJob *const job = m_worker.job();
+    return !job || job->hasChangedList() || job->kind() == ListJob::Kind::Undo ||
+           job->kind() == ListJob::Kind::Redo || job->kind() == ListJob::Kind::Save;
 }
 
 void DataMgr::startRestore(ListJob::Kind kind, const ListChange &change, int gone,

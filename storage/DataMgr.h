@@ -81,8 +81,8 @@ public:
     /// Removes every device, after writing them to a backup. When that fails the user decides.
     void deleteAllContacts();
 
-    /// Takes the last change of the list back, or makes it again: a change like any other, but for
-    /// the questions. Nothing happens when there is none.
+    /// Takes the last change of the list back, or makes it again: a change like any other. Nothing
+    /// happens when there is none, and while another change is being made.
     void undo();
     void redo();
     /// The changes of this run.
@@ -167,6 +167,7 @@ private:
     void startSave(ListJob::Questions questions = ListJob::Questions::Allowed);
     void handOver(ListJob::Kind kind, DeviceList &made, bool isOtherList);
     void note(ListJob::Kind kind, bool isOtherList, const DeviceListSnapshot &before);
+    bool mayRestore() const;
     void startRestore(ListJob::Kind kind, const ListChange &change, int gone,
                       const DeviceRows &put);
     void updateAt(int row, const ContactInfo &contact);

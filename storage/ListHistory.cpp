@@ -1,5 +1,7 @@
 #include "storage/ListHistory.h"
 
+#include "model/ContactFields.h"
+
 #include <algorithm>
 #include <numeric>
 
@@ -7,16 +9,20 @@ namespace {
 
 constexpr std::size_t mostSteps = 200;
 constexpr qint64 mostBytes = 100 * 1000 * 1000;
-constexpr qint64 bytesOfRecord = 700; // of the usual kind
 
-/// At most: as if no list had the records any more.
-qint64 bytesOf(const ListChange &change)
+/// About what these rows hold, by some of them. Texts that rows share are counted for each.
+qint64 bytesOf(const DeviceRows &rows)
 {
-    const qint64 rows = change.before.size() + change.after.size();
-    const qint64 records = change.dropsList()
-                               ? rows
-                               : std::min<qint64>(rows, 2 * (change.added + change.replaced + 1));
-    return rows * qint64(sizeof(void *)) + records * bytesOfRecord;
+    constexpr int looks = 500;
+    constexpr qint64 bytesOfRecord = 250; // without its texts
+    const int stride = std::max(1, rows.size() / looks);
+    qint64 bytes = 0;
+    int looked = 0;
+    for (int row = 0; row < rows.size(); row += stride, ++looked) {
+        for (const ContactField &field : contactFields())
+            bytes += (rows.infoAt(row).*field.member).size() * qint64(sizeof(QChar));
+    }
+    return looked == 0 ? 0 : rows.size() * (bytes / looked + bytesOfRecord);
 }
 
 int countDifferent(const DeviceListSnapshot &one, const DeviceListSnapshot &other)
@@ -32,7 +38,7 @@ int countDifferent(const DeviceListSnapshot &one, const DeviceListSnapshot &othe
 ListChange ListChange::between(Kind kind, const DeviceListSnapshot &before,
                                const DeviceListSnapshot &after)
 {
-    ListChange change = {kind, 0, 0, 0, {}, {}};
+    ListChange change = {kind, 0, 0, 0, {}, {}, 0};
     const int common = std::min(before.size(), after.size());
     while (change.row < common && before.isSameRecord(change.row, after, change.row))
         ++change.row;
@@ -48,6 +54,12 @@ ListChange ListChange::between(Kind kind, const DeviceListSnapshot &before,
     } else if (kind == Kind::ImportCleared) {
         change.added = after.size();
     }
+    const qint64 rows = change.before.size() + change.after.size();
+    const qint64 ownRows = std::min(rows, 2 * qint64(change.added + change.replaced + 1));
+    change.bytes = bytesOf(change.before) + bytesOf(change.after);
+    // Most rows of a stretch that an import has changed here and there are as before.
+    if (!change.dropsList() && rows > 0)
+        change.bytes = change.bytes / rows * ownRows + rows * qint64(sizeof(void *));
     return change;
 }
 
@@ -56,6 +68,7 @@ void ListHistory::add(const ListChange &change)
     if (change.isEmpty())
         return;
     m_latest = Latest::Made;
+    ++m_changeCount;
     m_takenBack.clear();
     m_made.push_back(change);
     forget();
@@ -66,16 +79,18 @@ void ListHistory::forget()
 {
     qint64 bytes =
         std::accumulate(m_made.begin(), m_made.end(), qint64(0),
-                        [](qint64 sum, const ListChange &change) { return sum + bytesOf(change); });
+                        [](qint64 sum, const ListChange &change) { return sum + change.bytes; });
     while (m_made.size() > mostSteps || (m_made.size() > 1 && bytes > mostBytes)) {
-        bytes -= bytesOf(m_made.front());
+        bytes -= m_made.front().bytes;
         m_made.pop_front();
     }
 }
 
 void ListHistory::clear()
 {
+    const int count = m_changeCount;
     *this = ListHistory();
+    m_changeCount = count + 1;
 }
 
 const ListChange *ListHistory::toUndo() const

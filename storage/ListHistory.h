@@ -18,6 +18,7 @@ struct ListChange
     int row = 0;      ///< the first that differs
     DeviceRows before;
     DeviceRows after;
+    qint64 bytes = 0; ///< that the rows hold when no list has them any more, about
 
     /// Empty when both lists say the same.
     static ListChange between(Kind kind, const DeviceListSnapshot &before,
@@ -46,6 +47,9 @@ public:
     const ListChange *toRedo() const;
     /// What happened last.
     Latest latest() const { return m_latest; }
+    /// Grows with each change that is not taken back or made again: while it stands still, these
+    /// two mean the changes that they meant before.
+    int changeCount() const { return m_changeCount; }
     /// toUndo() was taken back, toRedo() was made again.
     void undone();
     void redone();
@@ -54,6 +58,7 @@ private:
     void forget();
 
     Latest m_latest = Latest::Nothing;
+    int m_changeCount = 0;
     std::deque<ListChange> m_made;
     std::vector<ListChange> m_takenBack;
 };

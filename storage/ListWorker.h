@@ -29,6 +29,8 @@ public:
     ListWorker(Ask ask, Tell tell, QObject *parent = nullptr);
 
     Phase phase() const { return m_phase; }
+    /// The job that is under way, or nullptr.
+    const ListJob *job() const { return m_job.get(); }
     /// True when neither a job is under way nor a change waits for one.
     bool isIdle() const { return m_phase == Phase::Idle && m_waiting.empty(); }
 

@@ -294,6 +294,13 @@ void TestDataMgr::fiftyStepsAreKept()
     run.mgr.insertContactNode(stampedDevice(QStringLiteral("x")));
     QVERIFY(!run.mgr.history().toRedo());
     QCOMPARE(run.stamps(), QStringLiteral("0 x"));
+
+    // A key that comes while another change is being made means neither.
+    run.mgr.setSlice(0);
+    run.mgr.addContacts(thousandDevices(QStringLiteral("y")));
+    run.mgr.undo();
+    QTRY_VERIFY(run.mgr.worker().isIdle());
+    QCOMPARE(run.mgr.devices().size(), 1002);
 }
 
 void TestDataMgr::unchangedListIsNotWritten()
