@@ -37,6 +37,11 @@ Error create(const QString &path, const QString &like, Handle &file);
 Error letGroupRead(Handle file);
 /// Whether the folder hands its group on to what is made in it: its set-group-ID bit.
 bool handsGroupOn(const QString &folder);
+/// Opens a file to write behind its end, which is where `size` says; makes one for its owner alone
+/// where there is none.
+Error openToAdd(const QString &path, Handle &file, qint64 &size);
+/// Takes away what stands behind `size`. Who wrote there goes on from here.
+Error cut(Handle file, qint64 size);
 /// Writes all of it.
 Error write(Handle file, const char *bytes, qint64 count);
 /// Waits until what was written is on the disk.

@@ -125,6 +125,31 @@ bool handsGroupOn(const QString &folder)
            (there.st_mode & S_ISGID) != 0;
 }
 
+Error openToAdd(const QString &path, Handle &file, qint64 &size)
+{
+    const QByteArray name = QFile::encodeName(path);
+    // Without waiting: a pipe of the name would have nobody at its other end.
+    const int opened = uninterrupted([&name] {
+        return ::open(name.constData(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NONBLOCK,
+                      ownerOnly);
+    });
+    if (opened < 0)
+        return errorOf(opened);
+    struct stat there = {};
+    if (::fstat(opened, &there) != 0 || !S_ISREG(there.st_mode)) {
+        ::close(opened);
+        return EINVAL;
+    }
+    file = opened;
+    size = there.st_size;
+    return 0;
+}
+
+Error cut(Handle file, qint64 size)
+{
+    return errorOf(::ftruncate(number(file), size));
+}
+
 Error write(Handle file, const char *bytes, qint64 count)
 {
     while (count > 0) {

@@ -114,6 +114,33 @@ bool handsGroupOn(const QString & /*folder*/)
     return false;
 }
 
+/// See create().
+Error openToAdd(const QString &path, Handle &file, qint64 &size)
+{
+    const HANDLE opened =
+        CreateFileW(native(path).c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_DELETE,
+                    nullptr, OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (opened == INVALID_HANDLE_VALUE)
+        return GetLastError();
+    LARGE_INTEGER end = {};
+    if (!SetFilePointerEx(opened, {}, &end, FILE_END)) {
+        const DWORD error = GetLastError();
+        CloseHandle(opened);
+        return error;
+    }
+    file = reinterpret_cast<Handle>(opened);
+    size = end.QuadPart;
+    return 0;
+}
+
+Error cut(Handle file, qint64 size)
+{
+    LARGE_INTEGER end = {};
+    end.QuadPart = size;
+    return lastErrorUnless(SetFilePointerEx(handle(file), end, nullptr, FILE_BEGIN) &&
+                           SetEndOfFile(handle(file)));
+}
+
 Error write(Handle file, const char *bytes, qint64 count)
 {
     while (count > 0) {

@@ -2,6 +2,8 @@
 
 #include <QString>
 
+struct RequestEnd;
+
 /// What a connection thread may ask of the data manager. The calls may be made on any thread
 /// and never wait for the user or for another connection.
 class ProvisioningSource
@@ -27,4 +29,10 @@ public:
     /// Grows with every change of the list: what was exported under one version need not be
     /// exported again under the same. 0 promises nothing.
     virtual quint64 listVersion() const = 0;
+
+    /// Whether the current list has the device that this MAC, as a telephone wrote it, asks for.
+    virtual bool hasDevice(const QString &mac) const = 0;
+
+    /// A request is over.
+    virtual void requestEnded(const RequestEnd &request) = 0;
 };

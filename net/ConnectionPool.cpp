@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <utility>
+#include <vector>
 
 namespace {
 
@@ -57,15 +58,28 @@ bool ConnectionPool::mayServe(quint32 peer) const
 
 int ConnectionPool::admit(const AcceptedConnection &connection)
 {
-    const std::lock_guard<std::mutex> guard(m_mutex);
+    Lock lock(m_mutex);
     if (m_stopped) {
-        SocketPlatform::close(connection.descriptor);
+        lock.unlock();
+        turnAway(connection);
         return 0;
     }
     m_line.add(connection);
-    if (m_line.size() > m_maxWaiting && m_line.longest() > peerShare)
-        SocketPlatform::close(m_line.takeFromLongest().descriptor);
+    if (m_line.size() > m_maxWaiting && m_line.longest() > peerShare) {
+        const AcceptedConnection superfluous = m_line.takeFromLongest();
+        lock.unlock();
+        turnAway(superfluous);
+        lock.lock();
+    }
     return callThreads();
+}
+
+/// Unlocked, as somebody else's code runs in it.
+void ConnectionPool::turnAway(const AcceptedConnection &connection)
+{
+    SocketPlatform::close(connection.descriptor);
+    if (m_entrance.turnedAway)
+        m_entrance.turnedAway(connection.peer);
 }
 
 /// Where nobody has more than a share waiting, what finds no room here waits where the system
@@ -385,16 +399,20 @@ bool ConnectionPool::dropLongestIdle(const quint32 *peer)
 
 void ConnectionPool::stop()
 {
-    const std::lock_guard<std::mutex> guard(m_mutex);
+    std::vector<AcceptedConnection> waiting;
+    Lock lock(m_mutex);
     m_stopped = true;
     while (!m_line.isEmpty())
-        SocketPlatform::close(m_line.takeFromLongest().descriptor);
+        waiting.push_back(m_line.takeFromLongest());
     for (HttpdThread *thread : qAsConst(m_threads))
         thread->drop();
     m_call.notify_all();
     m_doorCall.notify_all();
     for (auto &peer : m_peers)
         peer.second.workDone.notify_all();
+    lock.unlock();
+    for (const AcceptedConnection &connection : waiting)
+        turnAway(connection);
 }
 
 bool ConnectionPool::isStopped() const

@@ -33,6 +33,8 @@ public:
         std::function<SocketPlatform::Accept()> accept;
         /// True once one waits or nothing more can come; false when the time is over.
         std::function<bool(std::chrono::milliseconds time)> wait;
+        /// One of this address was closed before a thread could take it.
+        std::function<void(quint32 peer)> turnedAway;
     };
 
     /// At most `limit` connections are served at a time, and at most `maxWaiting` wait; beyond, the
@@ -113,6 +115,7 @@ private:
     SocketPlatform::Accept accept(Lock &lock);
     void watch(Lock &lock);
     bool rest(Lock &lock);
+    void turnAway(const AcceptedConnection &connection);
     int callThreads();
     void callForLine();
     void callForEntrance();

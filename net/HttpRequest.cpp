@@ -68,6 +68,8 @@ void HttpRequest::addPlainForm(const QString &line)
     const int end = start < 0 ? -1 : line.indexOf(QLatin1Char(' '), start);
     fileName = start < 0 ? QString() : line.mid(start, end < 0 ? -1 : end - start);
 
+    if (start < 0)
+        target = line.section(QLatin1Char(' '), 1, 1);
     const int dot = fileName.indexOf(QLatin1Char('.'), prefixLength);
     mac = dot < 0 ? QString() : fileName.mid(prefixLength, dot - prefixLength);
 }

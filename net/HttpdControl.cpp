@@ -26,6 +26,7 @@ bool HttpdControl::open()
     if (m_interfaces)
         m_service->setInterfaceSource(m_interfaces);
     connect(m_service.get(), &HttpdService::httpdMsg, this, &HttpdControl::httpdMsg);
+    connect(m_service.get(), &HttpdService::requestEnded, this, &HttpdControl::requestEnded);
     connect(m_service.get(), &HttpdService::httpdAddressChanged, this,
             &HttpdControl::httpdAddressChanged);
     const bool started = m_service->start();

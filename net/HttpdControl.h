@@ -8,6 +8,7 @@
 #include <memory>
 
 class ProvisioningSource;
+struct RequestEnd;
 
 /// Opens and closes the HTTP service, and is the one place that knows whether it is open. Makes a
 /// service for each opening. GUI thread.
@@ -49,6 +50,8 @@ public:
 signals:
     /// A report of the service for the user.
     void httpdMsg(const QString &text);
+    /// See HttpdServer.
+    void requestEnded(const RequestEnd &request);
     /// The service is closed before it has done what clearDocuments() asks for.
     void documentsLeft();
     /// Where telephones find the service, after each successful start.

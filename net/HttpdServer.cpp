@@ -1,5 +1,6 @@
 #include "net/HttpdServer.h"
 
+#include "model/ProvisioningSource.h"
 #include "net/HttpdDoor.h"
 #include "net/HttpdThread.h"
 #include "net/Listener.h"
@@ -25,7 +26,7 @@ constexpr int backlog = 2048;
 constexpr int reportInterval = 100;
 
 /// Reports kept while the GUI thread is busy; far more than anybody could read.
-constexpr int maxReports = 20000;
+constexpr std::size_t maxReports = 40000;
 
 qint64 descriptorsFor(int connections)
 {
@@ -75,7 +76,8 @@ bool HttpdServer::listen(const QHostAddress &address, quint16 port)
         return false;
     }
     m_pool.open({[this] { return acceptConnection(); },
-                 [this](std::chrono::milliseconds time) { return m_listener->wait(time); }});
+                 [this](std::chrono::milliseconds time) { return m_listener->wait(time); },
+                 [this](quint32 peer) { onTurnedAway(peer); }});
     HttpdDoor::Calls calls;
     calls.lookAfterLine = [this] { startThreads(m_pool.lookAfterLine()); };
     calls.mayAccept = [this] { return m_pool.needsDoor(); };
@@ -139,8 +141,10 @@ HttpdThread *HttpdServer::startThread()
     connect(thread, &QThread::finished, thread, &QObject::deleteLater);
     // After the one above, for what Qt does there.
     connect(thread, &QThread::finished, thread, &HttpdThread::markEnded, Qt::DirectConnection);
-    connect(thread, &HttpdThread::singleRequest, this, &HttpdServer::addReport,
-            Qt::DirectConnection);
+    connect(
+        thread, &HttpdThread::singleRequest, this,
+        [this](const QString &report) { addReport(report); }, Qt::DirectConnection);
+    thread->setEndListener([this](const RequestEnd &request) { onEnd(request); });
     connect(thread, &QObject::destroyed, this, [this, thread] { m_pool.forget(thread); });
     thread->moveToThread(this->thread());
     thread->start(QThread::InheritPriority);
@@ -150,13 +154,31 @@ HttpdThread *HttpdServer::startThread()
     return nullptr;
 }
 
+/// On any thread.
+void HttpdServer::onTurnedAway(quint32 peer)
+{
+    RequestEnd end;
+    end.time = RequestEnd::now();
+    end.peer = peer;
+    end.outcome = m_pool.isStopped() ? RequestOutcome::Closed : RequestOutcome::TurnedAway;
+    m_source.requestEnded(end);
+}
+
+/// On a connection thread. The user is told how a request ended that he was told of.
+void HttpdServer::onEnd(const RequestEnd &request)
+{
+    m_source.requestEnded(request);
+    if (!request.mac.isEmpty())
+        addReport(request);
+}
+
 /// On a connection thread.
-void HttpdServer::addReport(const QString &report)
+void HttpdServer::addReport(Report report)
 {
     const std::lock_guard<std::mutex> guard(m_reportMutex);
     if (m_reports.size() >= maxReports)
-        m_reports.removeFirst();
-    m_reports.append(report);
+        m_reports.pop_front();
+    m_reports.push_back(std::move(report));
     if (m_reports.size() == 1)
         QMetaObject::invokeMethod(this, "emitSoon", Qt::QueuedConnection);
 }
@@ -172,11 +194,15 @@ void HttpdServer::emitSoon()
 
 void HttpdServer::emitReports()
 {
-    QStringList reports;
+    std::deque<Report> reports;
     {
         const std::lock_guard<std::mutex> guard(m_reportMutex);
         reports.swap(m_reports);
     }
-    for (const QString &report : qAsConst(reports))
-        emit requestServer(report);
+    for (const Report &report : reports) {
+        if (const auto *const request = std::get_if<RequestEnd>(&report))
+            emit requestEnded(*request);
+        else
+            emit requestServer(std::get<QString>(report));
+    }
 }

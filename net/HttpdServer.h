@@ -1,14 +1,16 @@
 #pragma once
 
+#include "model/RequestEnd.h"
 #include "net/ConnectionPool.h"
 #include "net/DocumentFolder.h"
 
-#include <QStringList>
 #include <QTcpServer>
 #include <QTimer>
 
+#include <deque>
 #include <memory>
 #include <mutex>
+#include <variant>
 
 class HttpdDoor;
 class HttpdThread;
@@ -55,6 +57,8 @@ public:
 signals:
     /// A telephone's request, as a text for the user. A few times a second all that there are.
     void requestServer(const QString &report);
+    /// A telephone's request is over. Comes after its report, in the same manner.
+    void requestEnded(const RequestEnd &request);
 
 protected:
     /// Takes an accepted connection over, to be served when its turn comes. Any thread.
@@ -64,7 +68,11 @@ private:
     SocketPlatform::Accept acceptConnection();
     void startThreads(int count);
     HttpdThread *startThread();
-    void addReport(const QString &report);
+    /// What a telephone asks for, or how that ended.
+    using Report = std::variant<QString, RequestEnd>;
+    void onTurnedAway(quint32 peer);
+    void onEnd(const RequestEnd &request);
+    void addReport(Report report);
     Q_INVOKABLE void emitSoon();
     void emitReports();
 
@@ -75,6 +83,6 @@ private:
     std::unique_ptr<Listener> m_listener; ///< outlives the threads
     std::unique_ptr<HttpdDoor> m_door;
     std::mutex m_reportMutex;
-    QStringList m_reports; ///< guarded by m_reportMutex
+    std::deque<Report> m_reports; ///< guarded by m_reportMutex
     QTimer m_reportTimer;
 };

@@ -91,6 +91,7 @@ bool HttpdService::runStart()
     }
     m_server = new HttpdServer(m_source, m_baseDir);
     connect(m_server, &HttpdServer::requestServer, this, &HttpdService::httpdMsg);
+    connect(m_server, &HttpdServer::requestEnded, this, &HttpdService::requestEnded);
     m_okButton->setAutoDefault(false);
 
     if (!chooseCard() || !openPort())

@@ -10,6 +10,7 @@
 #include <functional>
 
 class HttpdServer;
+struct RequestEnd;
 class NetCardSelectDialog;
 class ProvisioningSource;
 class QLabel;
@@ -56,6 +57,8 @@ signals:
     void httpdMsg(const QString &message);
     /// Where the telephones find the server, after each successful start.
     void httpdAddressChanged(const QString &address, const QString &port);
+    /// See HttpdServer.
+    void requestEnded(const RequestEnd &request);
 
 private:
     bool runStart();

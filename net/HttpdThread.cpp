@@ -162,13 +162,20 @@ void HttpdThread::serveConnection()
 {
     const auto socket = std::make_unique<QTcpSocket>();
     m_socket = socket.get();
+    m_end = RequestEnd();
+    m_end.peer = m_peer;
     m_socket->setReadBufferSize(maxRequestSize);
     if (m_socket->setSocketDescriptor(m_socketDescriptor, QAbstractSocket::ConnectedState,
                                       QIODevice::ReadWrite)) {
-        connect(
-            m_socket, &QTcpSocket::bytesWritten, this, [this] { touch(); }, Qt::DirectConnection);
+        const auto onWritten = [this](qint64 bytes) {
+            m_end.bytes += bytes;
+            touch();
+        };
+        connect(m_socket, &QTcpSocket::bytesWritten, this, onWritten, Qt::DirectConnection);
         if (waitFor(firstDataTimeout, &QTcpSocket::waitForReadyRead))
             getMessage();
+        else if (!isDropped())
+            m_end.outcome = RequestOutcome::NoRequest;
         endStream();
         m_socket->abort();
         m_connection.finish();
@@ -176,7 +183,18 @@ void HttpdThread::serveConnection()
         emit error(m_socket->error());
         SocketPlatform::close(m_socketDescriptor);
     }
+    tellEnd();
     m_socket = nullptr;
+}
+
+void HttpdThread::tellEnd()
+{
+    if (!m_endListener)
+        return;
+    if (m_end.outcome == RequestOutcome::Dropped && m_pool.isStopped())
+        m_end.outcome = RequestOutcome::Closed;
+    m_end.time = RequestEnd::now();
+    m_endListener(m_end);
 }
 
 /// Waits for the client with one of the socket's own waiting functions, and gives up when the
@@ -259,19 +277,25 @@ void HttpdThread::getMessage()
     if (isDropped())
         return;
     m_mac = request.mac;
+    m_end.asked = request.fileName.isEmpty() ? request.target : request.fileName;
+    m_end.product = request.product;
     if (request.namesDocument()) {
+        m_end.mac = m_mac;
         emit singleRequest(tr("One device request cfg.") + QLatin1Char('\n') + tr("Product:") +
                            printableText(request.product) + QLatin1Char('\n') + tr("FileName:") +
                            printableText(request.fileName));
     }
     if (request.hasSafeFileName())
         serveRequest(request.fileName, request.product);
+    else
+        m_end.outcome = RequestOutcome::RefusedName;
 }
 
 void HttpdThread::serveRequest(const QString &fileName, const QString &product)
 {
     const QMutexLocker locker(m_mutex);
     if (!fileName.contains(QLatin1String("xml")) || m_mac.isEmpty()) {
+        m_end.outcome = RequestOutcome::NoName;
         m_folder.make();
         return;
     }
@@ -283,10 +307,14 @@ void HttpdThread::serveRequest(const QString &fileName, const QString &product)
     // for this telephone and being read for it.
     std::unique_lock<std::mutex> nameLock = m_folder.lock(fileName);
     QFile file(m_folder.path() + QLatin1Char('/') + fileName);
-    const bool written = !isDropped() && openDocument(file, fileName, product);
+    const bool dropped = isDropped();
+    const bool written = !dropped && openDocument(file, fileName, product);
     m_pool.endWork(*this);
     if (written)
         sendFile(file, std::move(nameLock));
+    else if (!dropped)
+        m_end.outcome =
+            m_source.hasDevice(m_mac) ? RequestOutcome::NotWritten : RequestOutcome::NotListed;
 }
 
 /// Opens the document, which is written before unless it is as it should be. Under the name's lock.
@@ -316,6 +344,7 @@ void HttpdThread::sendFile(QFile &file, std::unique_lock<std::mutex> nameLock)
     file.close();
     nameLock.unlock();
     if (!whole) {
+        m_end.outcome = RequestOutcome::NotWritten;
         closeSocket();
         return;
     }
@@ -323,9 +352,14 @@ void HttpdThread::sendFile(QFile &file, std::unique_lock<std::mutex> nameLock)
     touch();
     if (!change(State::Busy, State::Idle))
         return;
-    m_socket->write(answerHeader() + body.toUtf8());
+    const QByteArray answer = answerHeader() + body.toUtf8();
+    m_socket->write(answer);
     m_socket->flush();
     closeSocket();
+    if (m_end.bytes == answer.size())
+        m_end.outcome = RequestOutcome::Sent;
+    else if (!isDropped())
+        m_end.outcome = RequestOutcome::GaveUp;
     // Direct: the socket is this thread's.
     connect(m_socket, &QTcpSocket::bytesWritten, this, &HttpdThread::disCurrentSocket,
             Qt::DirectConnection);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "model/RequestEnd.h"
 #include "net/ConnectionHandle.h"
 
 #include <QByteArray>
@@ -9,6 +10,7 @@
 #include <QThread>
 
 #include <atomic>
+#include <functional>
 #include <mutex>
 
 class ConnectionPool;
@@ -36,6 +38,10 @@ public:
                 DocumentFolder &folder);
     /// Waits for the thread.
     ~HttpdThread() override;
+
+    /// Who is told of each connection's end, on the connection thread. Before the start.
+    using EndListener = std::function<void(const RequestEnd &)>;
+    void setEndListener(EndListener listener) { m_endListener = std::move(listener); }
 
     /// Publishes all that was done on the connection thread. Called there, last of all.
     void markEnded();
@@ -85,6 +91,7 @@ private:
     };
 
     void serveConnection();
+    void tellEnd();
     HttpRequest readRequest();
     bool waitForRest(const QDeadlineTimer &deadline);
     void serveRequest(const QString &fileName, const QString &product);
@@ -106,6 +113,8 @@ private:
     QString m_mac;
     QByteArray m_header;       ///< of an answer
     qint64 m_headerSecond = 0; ///< since 1970, in which it was made
+    RequestEnd m_end;          ///< of this connection; Dropped until it ends in another way
+    EndListener m_endListener;
 
     ConnectionPool &m_pool;
     ProvisioningSource &m_source;

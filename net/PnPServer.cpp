@@ -4,6 +4,7 @@
 #include "model/DeviceLookup.h"
 #include "net/PnPMessages.h"
 #include "net/PnPRequest.h"
+#include "net/PrintableText.h"
 
 #include <QUdpSocket>
 
@@ -42,6 +43,22 @@ QList<QNetworkAddressEntry> ownAddresses()
     for (const QNetworkInterface &card : cards)
         addresses += card.addressEntries();
     return addresses;
+}
+
+RequestOutcome outcomeOf(PnPGuard::Verdict refusal)
+{
+    switch (refusal) {
+    case PnPGuard::ComesBack:
+        return RequestOutcome::OwnAddress;
+    case PnPGuard::OtherNetwork:
+        return RequestOutcome::FarAddress;
+    case PnPGuard::TooLong:
+        return RequestOutcome::TooBrief;
+    case PnPGuard::TooOften:
+    case PnPGuard::Allowed:
+        break;
+    }
+    return RequestOutcome::TooMany;
 }
 
 PnPGuard::Time steadyTime()
@@ -181,7 +198,11 @@ std::vector<PnPServer::Datagram> PnPServer::takeArrived()
         const auto isSenders = [&](const Datagram &other) {
             return other.sender == sender && other.senderPort == port;
         };
-        arrived.erase(std::remove_if(arrived.begin(), arrived.end(), isSenders), arrived.end());
+        const auto repeated = std::find_if(arrived.begin(), arrived.end(), isSenders);
+        if (repeated != arrived.end()) {
+            arrived.erase(repeated);
+            tellEnd(sender, PnPRequest(), RequestOutcome::Repeated, 0);
+        }
         arrived.push_back({sender, port, buffer.left(static_cast<int>(length))});
     }
     return arrived;
@@ -193,8 +214,25 @@ void PnPServer::handle(const Datagram &datagram)
                       << QString::fromLatin1(datagram.bytes.constData());
     const PnPRequest request = PnPRequest::parse(datagram.bytes);
     const bool macExist = adopt(request);
-    if (request.isComplete())
-        answer(datagram, request, macExist);
+    qint64 sent = 0;
+    const RequestOutcome outcome = request.isComplete() ? answer(datagram, request, macExist, sent)
+                                                        : RequestOutcome::Malformed;
+    tellEnd(datagram.sender, request, outcome, sent);
+}
+
+void PnPServer::tellEnd(const QHostAddress &sender, const PnPRequest &request,
+                        RequestOutcome outcome, qint64 sent)
+{
+    RequestEnd end;
+    end.time = RequestEnd::now();
+    end.protocol = RequestEnd::Protocol::Sip;
+    end.peer = sender.toIPv4Address();
+    end.asked = request.macAddress;
+    end.mac = printableText(request.macAddress);
+    end.product = request.model;
+    end.outcome = outcome;
+    end.bytes = sent;
+    m_devices.subscribeEnded(end);
 }
 
 /// Keeps what the request says, and logs it, up to where its reading stopped. Returns whether the
@@ -233,7 +271,9 @@ bool PnPServer::adopt(const PnPRequest &request)
     return macExist;
 }
 
-void PnPServer::answer(const Datagram &datagram, const PnPRequest &request, bool macExist)
+/// How that ended; `sent` counts the bytes.
+RequestOutcome PnPServer::answer(const Datagram &datagram, const PnPRequest &request, bool macExist,
+                                 qint64 &sent)
 {
     struct Message
     {
@@ -258,15 +298,19 @@ void PnPServer::answer(const Datagram &datagram, const PnPRequest &request, bool
     exchange.datagrams = static_cast<int>(messages.size());
     for (const Message &message : messages)
         exchange.answerSize += message.text.toUtf8().size();
-    if (!mayAnswer(exchange))
-        return;
+    const PnPGuard::Verdict verdict = judge(exchange);
+    if (verdict != PnPGuard::Allowed)
+        return outcomeOf(verdict);
     for (const Message &message : messages) {
         qCDebug(debugLog) << message.name << message.text;
-        send(message.text);
+        sent += send(message.text);
     }
+    if (sent < exchange.answerSize)
+        return RequestOutcome::NotSent;
+    return macExist ? RequestOutcome::Accepted : RequestOutcome::NotListed;
 }
 
-bool PnPServer::mayAnswer(const PnPGuard::Exchange &exchange)
+PnPGuard::Verdict PnPServer::judge(const PnPGuard::Exchange &exchange)
 {
     if (m_networksKnown.hasExpired()) {
         m_guard.setNetworks(ownAddresses());
@@ -275,12 +319,14 @@ bool PnPServer::mayAnswer(const PnPGuard::Exchange &exchange)
     const PnPGuard::Verdict verdict = m_guard.judge(exchange, steadyTime());
     if (verdict != PnPGuard::Allowed)
         qCDebug(debugLog) << PnPGuard::refusalText(verdict);
-    return verdict == PnPGuard::Allowed;
+    return verdict;
 }
 
-/// To the address that the request names, which is not always the one that it came from.
-void PnPServer::send(const QString &message)
+/// To the address that the request names, which is not always the one that it came from. Returns
+/// how many bytes the network took.
+qint64 PnPServer::send(const QString &message)
 {
-    m_sendSocket->writeDatagram(message.toUtf8(), QHostAddress(m_requestAddress),
-                                static_cast<quint16>(m_requestPort));
+    return qMax<qint64>(0, m_sendSocket->writeDatagram(message.toUtf8(),
+                                                       QHostAddress(m_requestAddress),
+                                                       static_cast<quint16>(m_requestPort)));
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "model/RequestEnd.h"
 #include "net/PnPGuard.h"
 
 #include <QDeadlineTimer>
@@ -57,9 +58,12 @@ private:
     std::vector<Datagram> takeArrived();
     void handle(const Datagram &datagram);
     bool adopt(const PnPRequest &request);
-    void answer(const Datagram &datagram, const PnPRequest &request, bool macExist);
-    bool mayAnswer(const PnPGuard::Exchange &exchange);
-    void send(const QString &message);
+    RequestOutcome answer(const Datagram &datagram, const PnPRequest &request, bool macExist,
+                          qint64 &sent);
+    PnPGuard::Verdict judge(const PnPGuard::Exchange &exchange);
+    qint64 send(const QString &message);
+    void tellEnd(const QHostAddress &sender, const PnPRequest &request, RequestOutcome outcome,
+                 qint64 sent);
 
     DeviceLookup &m_devices;
 

@@ -5,6 +5,7 @@
 #include "export/ProvisioningDocument.h"
 #include "model/ExportType.h"
 #include "model/FreeMemory.h"
+#include "model/MacAddress.h"
 #include "storage/DBOperator.h"
 #include "storage/DatabaseLayer.h"
 #include "storage/EditedDevice.h"
@@ -55,10 +56,16 @@ DataMgr::DataMgr(DBOperator &dbOperator, const QString &directory, QObject *pare
     , m_worker([this](const ListJob::Question &question) { return ask(question); },
                [this](const ListJob &job) { tellEnd(job); })
     , m_retryPause(retryPauseMilliseconds)
+    , m_requestLog(directory + QLatin1String("log"))
     , m_pnpServer(*this)
     , m_httpd(*this, directory)
 {
     connect(&m_httpd, &HttpdControl::httpdMsg, this, &DataMgr::httpdMsg);
+    connect(&m_requestLog, &RequestLog::failed, this, [this](const QString &reason) {
+        emit httpdMsg(tr("The request log can not be written: %1. The phones get their files all "
+                         "the same.")
+                          .arg(reason));
+    });
     connect(&m_httpd, &HttpdControl::documentsLeft, this, &DataMgr::removeDocuments);
     connect(&m_httpd, &HttpdControl::httpdAddressChanged, &m_pnpServer,
             &PnPServer::setHttpdAddress);
@@ -116,6 +123,7 @@ void DataMgr::close()
     m_worker.stop();
     stopPnPServer();
     stopHttpService();
+    m_requestLog.stop();
     m_store.close();
 }
 
@@ -500,17 +508,22 @@ void DataMgr::removeWorkFiles()
 
 bool DataMgr::startHttpService()
 {
-    return !m_closed && m_httpd.open();
+    if (m_closed)
+        return false;
+    m_requestLog.start();
+    return m_httpd.open();
 }
 
 bool DataMgr::stopHttpService()
 {
     m_httpd.close();
+    m_requestLog.flush();
     return true;
 }
 
 bool DataMgr::startPnPServer()
 {
+    m_requestLog.start();
     return m_pnpServer.start();
 }
 
@@ -527,6 +540,21 @@ bool DataMgr::isPnPServerRunning() const
 bool DataMgr::macExists(const QString &mac) const
 {
     return m_devices.rowOfBareMac(mac.toLower()) >= 0;
+}
+
+bool DataMgr::hasDevice(const QString &mac) const
+{
+    return m_devices.snapshot().rowOfBareMac(bareMac(mac)) >= 0;
+}
+
+void DataMgr::requestEnded(const RequestEnd &request)
+{
+    m_requestLog.note(request);
+}
+
+void DataMgr::subscribeEnded(const RequestEnd &request)
+{
+    m_requestLog.note(request);
 }
 
 void DataMgr::dealRQ(const QString &first, const QString &second)

@@ -6,6 +6,7 @@
 #include "model/ProvisioningSource.h"
 #include "net/HttpdControl.h"
 #include "net/PnPServer.h"
+#include "net/RequestLog.h"
 #include "storage/FolderRemover.h"
 #include "storage/ListHistory.h"
 #include "storage/ListStore.h"
@@ -104,6 +105,10 @@ public:
     int deviceCount() const override;
     /// See ProvisioningSource. Any thread.
     quint64 listVersion() const override;
+    /// See ProvisioningSource. Any thread.
+    bool hasDevice(const QString &mac) const override;
+    /// See ProvisioningSource. Any thread.
+    void requestEnded(const RequestEnd &request) override;
 
     /// Removes the database file, the import's work files and the provisioning files. What cannot
     /// be removed stays, silently.
@@ -137,6 +142,8 @@ public:
     bool isPnPServerRunning() const;
     /// See DeviceLookup.
     bool macExists(const QString &mac) const override;
+    /// See DeviceLookup.
+    void subscribeEnded(const RequestEnd &request) override;
 
     /// Set by whoever makes a change, and read by whoever shows the list. The list is whole at
     /// every moment, so that nothing here asks for it.
@@ -195,6 +202,7 @@ private:
     QElapsedTimer m_sinceRetry;
     int m_retryPause;
 
+    RequestLog m_requestLog; ///< outlives the services
     PnPServer m_pnpServer;
     HttpdControl m_httpd;
 };

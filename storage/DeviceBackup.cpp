@@ -1,6 +1,7 @@
 #include "storage/DeviceBackup.h"
 
 #include "model/ContactFields.h"
+#include "model/CsvField.h"
 #include "model/WholeFile.h"
 
 #include <QBuffer>
@@ -40,18 +41,6 @@ void removeParts(const QString &filePath)
 {
     for (const char *const part : databaseParts)
         QFile::remove(filePath + QLatin1String(part));
-}
-
-QString quotedWhereNeeded(const QString &field)
-{
-    const bool needsQuotes = std::any_of(field.begin(), field.end(), [](QChar character) {
-        return character == QLatin1Char(',') || character == QLatin1Char('"');
-    });
-    if (!needsQuotes)
-        return field;
-    QString doubled = field;
-    doubled.replace(QLatin1Char('"'), QLatin1String("\"\""));
-    return QLatin1Char('"') + doubled + QLatin1Char('"');
 }
 
 /// The import refuses a file with zero bytes.
@@ -191,7 +180,7 @@ QByteArray DeviceBackup::row(const ContactInfo &device)
 {
     QStringList fields;
     for (const ContactField &field : contactCsvFields())
-        fields.append(quotedWhereNeeded(withoutZeros(inOneLine(device.*field.member))));
+        fields.append(csvField(withoutZeros(inOneLine(device.*field.member))));
     return (fields.join(QLatin1Char(',')) + lineEnd).toUtf8();
 }
 

@@ -4,6 +4,7 @@
 #include "model/ExportType.h"
 #include "model/ProvisioningSource.h"
 #include "model/WholeFile.h"
+#include "net/RequestLog.h"
 
 #include <QByteArray>
 #include <QFile>
@@ -55,6 +56,27 @@ public:
     int deviceCount() const override { return 0; }
     quint64 listVersion() const override { return m_version; }
     void setListVersion(quint64 version) { m_version = version; }
+    bool hasDevice(const QString &mac) const override
+    {
+        return !mac.contains(QLatin1String("unk"));
+    }
+    void requestEnded(const RequestEnd &request) override
+    {
+        if (m_log)
+            m_log->note(request);
+        const std::lock_guard<std::mutex> guard(m_mutex);
+        m_ends.append(QStringLiteral("%1 %2")
+                          .arg(QLatin1String(RequestEnd::word(request.outcome)))
+                          .arg(request.bytes));
+    }
+    /// The requests are logged there as well. Before the first.
+    void setLog(RequestLog *log) { m_log = log; }
+    /// How requests ended, with the bytes sent.
+    QStringList ends() const
+    {
+        const std::lock_guard<std::mutex> guard(m_mutex);
+        return m_ends;
+    }
 
     static QByteArray document(int type, const QString &fileName)
     {
@@ -89,6 +111,8 @@ private:
     std::condition_variable m_changed;
     int m_saves = 0;
     QStringList m_exports;
+    QStringList m_ends;
+    RequestLog *m_log = nullptr;
     QString m_held;
     std::atomic<quint64> m_version{0};
     std::mutex m_disk;

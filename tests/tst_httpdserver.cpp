@@ -42,6 +42,10 @@ private slots:
     void hostileHost_data();
     void hostileHost();
     void folderHasABound();
+    void logAccountsForAStorm();
+    void logRow_data();
+    void logRow();
+    void logFiles();
     void outOfDescriptors();
     void stopWithOpenConnections();
     void destroyWhileGenerating();
@@ -96,6 +100,12 @@ const char docName[] = "cfg0200a7aabbcc.xml";
 int entryCount(const QString &folder)
 {
     return QDir(folder).entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot).size();
+}
+
+QByteArray fileContent(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 int threadCount()
@@ -181,6 +191,7 @@ void TestHttpdServer::answer()
     QCOMPARE(m_source->exports(),
              QStringList(QStringLiteral("%1 UTF-8 %2").arg(type).arg(QLatin1String(docName))));
     QCOMPARE(m_source->saves(), 1);
+    QTRY_COMPARE(m_source->ends(), QStringList(QStringLiteral("sent %1").arg(answer.size())));
     QTRY_COMPARE(reports.size(), 1);
     QCOMPARE(reports[0][0].toString(),
              QStringLiteral("One device request cfg.\nProduct:%1\nFileName:%2")
@@ -192,18 +203,24 @@ void TestHttpdServer::noAnswer_data()
     QTest::addColumn<QByteArray>("bytes");
     QTest::addColumn<bool>("reported");
     QTest::addColumn<int>("exports");
+    QTest::addColumn<QString>("end");
     const auto get = [](const QByteArray &name) { return request(name, "KTP"); };
-    QTest::newRow("firmware") << get("ktp2140fw.bin") << false << 0;
-    QTest::newRow("unknown device") << get("cfgunknown.xml") << true << 1;
-    QTest::newRow("file gone after generation") << get("cfgvanishing.xml") << true << 1;
-    QTest::newRow("line without end")
-        << QByteArray("GET /cfg0200a7aabbcc.xml HTTP/1.1") << false << 0;
-    QTest::newRow("binary") << QByteArray("\0\xff\xfe\n\0\n\n", 7) << false << 0;
-    QTest::newRow("NUL") << get(QByteArray("cfgx.xml\0y", 10)) << true << 0;
+    QTest::newRow("firmware") << get("ktp2140fw.bin") << false << 0 << QStringLiteral("no name 0");
+    QTest::newRow("unknown device")
+        << get("cfgunknown.xml") << true << 1 << QStringLiteral("not listed 0");
+    QTest::newRow("file gone after generation")
+        << get("cfgvanishing.xml") << true << 1 << QStringLiteral("not written 0");
+    QTest::newRow("line without end") << QByteArray("GET /cfg0200a7aabbcc.xml HTTP/1.1") << false
+                                      << 0 << QStringLiteral("no name 0");
+    QTest::newRow("binary") << QByteArray("\0\xff\xfe\n\0\n\n", 7) << false << 0
+                            << QStringLiteral("no name 0");
+    QTest::newRow("NUL") << get(QByteArray("cfgx.xml\0y", 10)) << true << 0
+                         << QStringLiteral("refused name 0");
     QTest::newRow("traversal by query form after a plain one")
-        << "GET /cfg0a.xml HTTP/1.1\r\n" + get("../x.xml?pro=KTP") << true << 0;
+        << "GET /cfg0a.xml HTTP/1.1\r\n" + get("../x.xml?pro=KTP") << true << 0
+        << QStringLiteral("refused name 0");
     QTest::newRow("name split by the line limit")
-        << get("cfg" + QByteArray(1100, 'a') + ".xml") << false << 0;
+        << get("cfg" + QByteArray(1100, 'a') + ".xml") << false << 0 << QStringLiteral("no name 0");
 }
 
 void TestHttpdServer::noAnswer()
@@ -221,6 +238,8 @@ void TestHttpdServer::noAnswer()
     // The report is on its way before the connection is closed.
     QCoreApplication::processEvents();
     QCOMPARE(reports.size(), reported ? 1 : 0);
+    QTRY_COMPARE(m_source->ends().size(), 1);
+    QTEST(m_source->ends().first(), "end");
 
     const QStringList left = QDir(m_folder->filePath(QStringLiteral("HTTPD/MACCFG")))
                                  .entryList(QDir::Files | QDir::Hidden | QDir::System);
@@ -373,6 +392,7 @@ void TestHttpdServer::idleClientsMakeRoom()
     QTRY_VERIFY(open(old) + open(young) <= HttpdServer::maxConnections);
     QVERIFY(open(old) + open(young) >= HttpdServer::maxConnections - 2);
     QCOMPARE(static_cast<std::size_t>(open(young)), young.size());
+    QTRY_VERIFY(m_source->ends().count(QStringLiteral("dropped 0")) >= 486);
     QVERIFY(threadCount() - threadsBefore <= HttpdServer::maxConnections);
 }
 
@@ -433,6 +453,93 @@ void TestHttpdServer::folderHasABound()
 
     m_server->clearDocuments(); // nobody asks meanwhile
     QTRY_COMPARE(entryCount(folder), 0);
+}
+
+void TestHttpdServer::logAccountsForAStorm()
+{
+    RequestLog log(m_folder->filePath(QStringLiteral("log")));
+    log.start();
+    m_source->setLog(&log);
+    const int count = 1200;
+    for (int sent = 0; sent < count; sent += 100) {
+        std::vector<Phone> phones = connectMany(m_port, 100, 1, 3);
+        for (Phone &phone : phones)
+            phone.send(request(docName, "KTP"));
+        for (Phone &phone : phones)
+            QVERIFY(!phone.receiveAll().isEmpty());
+    }
+    QTRY_COMPARE(m_source->ends().size(), count);
+    m_server.reset();
+    log.stop();
+
+    const QString path = m_folder->filePath(QStringLiteral("log/requests.csv"));
+    QCOMPARE(filePermissions(path), QFile::ReadOwner | QFile::WriteOwner);
+    const QList<QByteArray> rows = fileContent(path).trimmed().split('\n');
+    QCOMPARE(rows.first() + '\n', RequestLogFile::titleRow());
+    QVERIFY2(rows.size() < count, "no row stands for several");
+    int requests = 0;
+    for (const QByteArray &row : rows.mid(1)) {
+        requests += row.mid(row.lastIndexOf(',') + 1).toInt();
+        QVERIFY2(row.contains(" more from 127.0.0.") ||
+                     row.contains(",cfg0200a7aabbcc.xml,KTP,sent,"),
+                 row);
+    }
+    QCOMPARE(requests, count);
+}
+
+void TestHttpdServer::logRow_data()
+{
+    QTest::addColumn<QString>("asked");
+    QTest::addColumn<int>("several");
+    QTest::addColumn<QString>("fields");
+    const auto row = [](const char *name, const QString &asked, const char *shown) {
+        QTest::newRow(name)
+            << asked << 0
+            << QStringLiteral("10.0.0.9,%1,KTP,not listed,0,1").arg(QLatin1String(shown));
+    };
+    row("plain", QStringLiteral("cfg0a.xml"), "cfg0a.xml");
+    row("comma and quote", QStringLiteral("a,\"b"), R"("a,""b")");
+    row("formula", QStringLiteral("=1+1"), "'=1+1");
+    row("line end, backslash", QStringLiteral("a\r\n\\"), R"(a\u000d\u000a\\)");
+    row("password in the query", QStringLiteral("cfg0a.xml?password=x"), "cfg0a.xml");
+    row("password before the host", QStringLiteral("http://me:x@pc/fw.bin"), "pc/fw.bin");
+    QTest::newRow("several") << QString() << 1240
+                             << R"(10.0.0.9,"1,240 more from 10.0.0.9",KTP,more,0,1240)";
+}
+
+void TestHttpdServer::logRow()
+{
+    QFETCH(QString, asked);
+    QFETCH(int, several);
+    LogRow row;
+    row.request = {1, asked, QStringLiteral("KTP"), {}, 0, 0x0a000009};
+    row.request.outcome = RequestOutcome::NotListed;
+    row.several = static_cast<quint64>(several);
+    const QString text = QString::fromUtf8(RequestLogFile::text(row));
+    QTEST(text.section(QStringLiteral(",http,"), 1).trimmed(), "fields");
+}
+
+/// A file of 5 MB makes room, five stay; what could not be written is counted later.
+void TestHttpdServer::logFiles()
+{
+    const QString folder = m_folder->filePath(QStringLiteral("log"));
+    RequestLogFile log(folder);
+    LogRow row;
+    row.request.asked = QString(200, QLatin1Char('a'));
+    row.several = 0;
+    QFile blocker(folder);
+    QVERIFY(blocker.open(QIODevice::WriteOnly));
+    QVERIFY(!log.add({row, row}));
+    QVERIFY(blocker.remove());
+    const std::vector<LogRow> many(20000, row);
+    for (int i = 0; i < 7; ++i)
+        QVERIFY(log.add(many));
+    const QFileInfoList files = QDir(folder).entryInfoList(QDir::Files, QDir::Name);
+    QCOMPARE(files.size(), RequestLogFile::files);
+    QCOMPARE(files.first().fileName(), QStringLiteral("requests-1.csv"));
+    for (const QFileInfo &file : files)
+        QVERIFY(file.size() <= RequestLogFile::fullSize);
+    QVERIFY(fileContent(files.at(3).filePath()).startsWith(RequestLogFile::titleRow()));
 }
 
 void TestHttpdServer::outOfDescriptors()

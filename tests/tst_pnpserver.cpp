@@ -1,6 +1,7 @@
 #include "PnPSubscribe.h"
 #include "model/DebugLog.h"
 #include "model/DeviceLookup.h"
+#include "model/RequestEnd.h"
 #include "net/PnPServer.h"
 
 #include <QTest>
@@ -27,9 +28,16 @@ public:
         return mac.toLatin1() == knownMac || mac.toLatin1() == otherKnownMac;
     }
 
+    void subscribeEnded(const RequestEnd &request) override
+    {
+        m_ends.append(QLatin1String(RequestEnd::word(request.outcome)));
+    }
+
     QList<QByteArray> asked() const { return m_asked; }
+    QStringList ends() const { return m_ends; }
 
 private:
+    QStringList m_ends;
     mutable QList<QByteArray> m_asked;
 };
 
@@ -192,12 +200,15 @@ void TestPnPServer::refusesAnUnknownTelephone()
     send(pnpSubscribe(knownMac, phoneAddress(), "KTP2135"));
     QVERIFY(isAnsweredOnly(knownMac));
     QCOMPARE(m_lookup->asked(), QList<QByteArray>({unknownMac, knownMac}));
+    QCOMPARE(m_lookup->ends(),
+             QStringList({QStringLiteral("not listed"), QStringLiteral("accepted")}));
 }
 
 void TestPnPServer::sendsNothing_data()
 {
     QTest::addColumn<QByteArray>("datagram");
     QTest::addColumn<QString>("reason");
+    QTest::addColumn<QString>("end");
     const QByteArray phone = "127.0.0.1:%1"; // filled in when its port is known
     const auto from = [](const QByteArray &address) {
         return pnpSubscribe(knownMac, address, "KTP2135");
@@ -205,16 +216,20 @@ void TestPnPServer::sendsNothing_data()
     const QString noMac = QStringLiteral("Can not find requestor's Mac address.");
     const QString own = QStringLiteral("The answer would come back to this server.");
 
-    QTest::newRow("largest") << QByteArray(65507, '@') << noMac;
+    QTest::newRow("largest") << QByteArray(65507, '@') << noMac << QStringLiteral("malformed");
     QTest::newRow("known, no model")
-        << from(phone).replace("model=", "") << QStringLiteral("Can not find model in event str.");
-    QTest::newRow("this server") << from("127.0.0.1:5060") << own;
-    QTest::newRow("everybody on the network") << from("127.255.255.255:9") << own;
+        << from(phone).replace("model=", "") << QStringLiteral("Can not find model in event str.")
+        << QStringLiteral("malformed");
+    QTest::newRow("this server") << from("127.0.0.1:5060") << own << QStringLiteral("own address");
+    QTest::newRow("everybody on the network")
+        << from("127.255.255.255:9") << own << QStringLiteral("own address");
     QTest::newRow("another network")
-        << from("203.0.113.77:9") << QStringLiteral("The answer would go to another network.");
+        << from("203.0.113.77:9") << QStringLiteral("The answer would go to another network.")
+        << QStringLiteral("far address");
     QTest::newRow("swelling") << from(phone).replace(
                                      ";branch", QByteArray(400, '\xff').prepend(':') + ";branch")
-                              << QStringLiteral("The answer would be far longer than the request.");
+                              << QStringLiteral("The answer would be far longer than the request.")
+                              << QStringLiteral("too brief");
 }
 
 void TestPnPServer::sendsNothing()
@@ -233,6 +248,8 @@ void TestPnPServer::sendsNothing()
     QCOMPARE(debugLines().filter(QStringLiteral("arrived request datagram")).size(), 1);
     send(pnpSubscribe(otherKnownMac, phoneAddress(), "KTP2135"));
     QVERIFY(isAnsweredOnly(otherKnownMac));
+    QFETCH(QString, end);
+    QCOMPARE(m_lookup->ends(), QStringList({end, QStringLiteral("accepted")}));
 }
 
 void TestPnPServer::answersTheLaterOfTwo()
@@ -245,6 +262,7 @@ void TestPnPServer::answersTheLaterOfTwo()
     send(pnpSubscribe(knownMac, phoneAddress(), "KTP2135"));
     QVERIFY(isAnsweredOnly(knownMac));
     QCOMPARE(m_lookup->asked(), QList<QByteArray>({otherKnownMac, knownMac}));
+    QCOMPARE(m_lookup->ends().first(), QStringLiteral("repeated"));
 }
 
 void TestPnPServer::answersEveryTelephoneOfABurst()
@@ -263,6 +281,7 @@ void TestPnPServer::answersEveryTelephoneOfABurst()
     debugLines().clear();
     send(pnpSubscribe(knownMac, phoneAddress(), "KTP2135"));
     QTRY_VERIFY(debugLines().contains(QStringLiteral("Answered too often already.")));
+    QCOMPARE(m_lookup->ends().last(), QStringLiteral("too many"));
 }
 
 void TestPnPServer::startsAndStops()

@@ -1,0 +1,62 @@
+#pragma once
+
+#include "net/RequestLogFile.h"
+#include "net/RequestRows.h"
+
+#include <QObject>
+
+#include <condition_variable>
+#include <mutex>
+#include <thread>
+#include <vector>
+
+/// The request log: a row for each request, written by a thread of its own, so that neither a
+/// telephone nor the window ever waits for the disk. See RequestRows for what keeps it small and
+/// RequestLogFile for where it is.
+///
+/// note() may be called on any thread, the others on the owner's.
+class RequestLog : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit RequestLog(const QString &folder, QObject *parent = nullptr);
+    /// As stop().
+    ~RequestLog() override;
+
+    /// From now on requests are logged. Without effect when they are.
+    void start();
+    /// Writes what was noted and ends the logging. Waits for that.
+    void stop();
+    /// Has what was noted written soon, what is left over of this second as well.
+    void flush();
+
+    /// Takes a request in. Costs the caller next to nothing; does nothing before start().
+    void note(const RequestEnd &request);
+
+signals:
+    /// Requests are left out from here on, for this reason; it stands inside a sentence. Not again
+    /// until some have been written. Emitted on the log's thread.
+    void failed(const QString &reason);
+
+private:
+    enum class Work {
+        None,  ///< nothing to write
+        Some,  ///< rows are there, and more may come before they are written
+        Flush, ///< they are to be written at once
+        End,   ///< they are to be written, and the thread to end
+    };
+
+    void run();
+    bool write(const std::vector<LogRow> &rows);
+
+    std::mutex m_mutex; ///< guards the four below; a leaf
+    std::condition_variable m_call;
+    RequestRows m_rows;
+    Work m_work = Work::None;
+    bool m_isOn = false;
+
+    RequestLogFile m_file;    ///< the thread's while it runs
+    bool m_hasFailed = false; ///< the same
+    std::thread m_thread;
+};

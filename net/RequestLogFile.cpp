@@ -1,0 +1,164 @@
+#include "net/RequestLogFile.h"
+
+#include "model/CsvField.h"
+
+#include <QDateTime>
+#include <QLocale>
+#include <QStringList>
+
+#include <utility>
+
+namespace {
+
+/// Written at a time.
+constexpr int partSize = 256 * 1024;
+
+/// Of what a telephone sent; far more than a name that means something has.
+constexpr int longestField = 200;
+
+const QLatin1String lineEnd("\r\n");
+
+/// Backslashes and what does not show are written as escapes; a beginning that a spreadsheet would
+/// take for a formula gets an apostrophe, which means text there.
+QString escaped(const QString &text)
+{
+    QString result;
+    for (const QChar c : text) {
+        switch (c.category()) {
+        case QChar::Other_Control:
+        case QChar::Other_Format:
+        case QChar::Other_Surrogate:
+        case QChar::Separator_Line:
+        case QChar::Separator_Paragraph:
+            result += QStringLiteral("\\u%1").arg(c.unicode(), 4, 16, QLatin1Char('0'));
+            break;
+        default:
+            if (c == QLatin1Char('\\'))
+                result += c;
+            result += c;
+        }
+    }
+    if (!result.isEmpty() && QStringLiteral("=+-@").contains(result.front()))
+        result.prepend(QLatin1Char('\''));
+    return result;
+}
+
+/// What somebody adds to an address, or puts before the host in it, may be a password.
+QString withoutSecrets(const QString &text)
+{
+    const QString address =
+        text.section(QLatin1Char('?'), 0, 0).section(QLatin1Char('&'), 0, 0).left(longestField);
+    const bool mayHaveUser =
+        address.startsWith(QLatin1Char('/')) || address.contains(QLatin1String("//"));
+    return mayHaveUser ? address.section(QLatin1Char('@'), -1) : address;
+}
+
+/// ISO 8601, with the offset from UTC.
+QString timeText(qint64 time)
+{
+    const QDateTime local = QDateTime::fromSecsSinceEpoch(time);
+    return local.toOffsetFromUtc(local.offsetFromUtc()).toString(Qt::ISODate);
+}
+
+QString severalText(const LogRow &row)
+{
+    const QString count = QLocale(QLocale::English, QLocale::UnitedStates).toString(row.several);
+    return row.request.peer == 0 ? QStringLiteral("%1 more from others").arg(count)
+                                 : QStringLiteral("%1 more from %2")
+                                       .arg(count, RequestEnd::addressText(row.request.peer));
+}
+
+} // namespace
+
+RequestLogFile::RequestLogFile(const QString &folder)
+    : m_folder(folder)
+{
+}
+
+QByteArray RequestLogFile::titleRow()
+{
+    return "time,protocol,address,asked for,product,outcome,bytes sent,requests\r\n";
+}
+
+QByteArray RequestLogFile::text(const LogRow &row)
+{
+    const RequestEnd &request = row.request;
+    const bool isOne = row.several == 0;
+    const QStringList fields = {
+        timeText(request.time),
+        request.protocol == RequestEnd::Protocol::Http ? QStringLiteral("http")
+                                                       : QStringLiteral("sip"),
+        request.peer == 0 ? QString() : RequestEnd::addressText(request.peer),
+        csvField(isOne ? escaped(withoutSecrets(request.asked)) : severalText(row)),
+        csvField(escaped(withoutSecrets(request.product))),
+        isOne ? QLatin1String(RequestEnd::word(request.outcome)) : QStringLiteral("more"),
+        QString::number(request.bytes),
+        QString::number(row.requests()),
+    };
+    return (fields.join(QLatin1Char(',')) + lineEnd).toUtf8();
+}
+
+QString RequestLogFile::path(int number) const
+{
+    return m_folder + QLatin1String("/requests") +
+           (number == 0 ? QString() : QLatin1Char('-') + QString::number(number)) +
+           QLatin1String(".csv");
+}
+
+WriteResult RequestLogFile::add(const std::vector<LogRow> &rows)
+{
+    QByteArray part = m_leftOut.several > 0 ? text(m_leftOut) : QByteArray();
+    LogRow inPart = std::exchange(m_leftOut, LogRow());
+    FileCalls::Error error = 0;
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        if (error == 0)
+            part += text(rows[i]);
+        inPart.several += rows[i].requests();
+        inPart.request.bytes += rows[i].request.bytes;
+        inPart.request.time = rows[i].request.time;
+        if (error != 0 || (part.size() < partSize && i + 1 < rows.size()))
+            continue;
+        error = write(part);
+        part.clear();
+        if (error == 0)
+            inPart = LogRow();
+    }
+    m_leftOut = inPart;
+    return error == 0 ? WriteResult() : WriteResult::failed(WholeFile::reason(error));
+}
+
+/// All of it or nothing.
+FileCalls::Error RequestLogFile::write(const QByteArray &text)
+{
+    FileCalls::Handle file = FileCalls::noFile;
+    qint64 size = 0;
+    FileCalls::Error error = open(text.size(), file, size);
+    if (error != 0)
+        return error;
+    const QByteArray all = size == 0 ? titleRow() + text : text;
+    error = FileCalls::write(file, all.constData(), all.size());
+    if (error != 0)
+        FileCalls::cut(file, size);
+    const FileCalls::Error closeError = FileCalls::close(file);
+    return error != 0 ? error : closeError;
+}
+
+/// Opens the file that has room for so many bytes more.
+FileCalls::Error RequestLogFile::open(qint64 more, FileCalls::Handle &file, qint64 &size)
+{
+    FileCalls::Error error = FileCalls::makeFolder(m_folder);
+    if (error == 0)
+        error = FileCalls::openToAdd(path(0), file, size);
+    if (error != 0 || size == 0 || size + more <= fullSize)
+        return error;
+    FileCalls::close(file);
+    error = makeRoom();
+    return error != 0 ? error : FileCalls::openToAdd(path(0), file, size);
+}
+
+FileCalls::Error RequestLogFile::makeRoom()
+{
+    for (int number = files - 1; number > 1; --number)
+        FileCalls::replace(path(number - 1), path(number)); // which may not be there yet
+    return FileCalls::replace(path(0), path(1));
+}
