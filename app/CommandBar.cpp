@@ -99,6 +99,14 @@ void CommandBar::setDeviceCount(int count)
     m_countLabel->setText(tr("Total device") + tr(":") + QString::number(count));
 }
 
+void CommandBar::setSeenCount(int seen)
+{
+    const QString text =
+        tr("Phones that have asked for their file since the program was started: %1").arg(seen);
+    m_countLabel->setToolTip(text);
+    m_countLabel->setAccessibleDescription(text);
+}
+
 void CommandBar::addNote(QWidget *note)
 {
     m_titleRow->insertWidget(m_titleRow->indexOf(m_countLabel), note);

@@ -20,6 +20,8 @@ public:
     QSize minimumSizeHint() const override;
 
     void setDeviceCount(int count);
+    /// How many devices' telephones have asked for their files, beside the count.
+    void setSeenCount(int seen);
     /// Puts `note` beside the device count. The bar becomes its parent.
     void addNote(QWidget *note);
 

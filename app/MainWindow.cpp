@@ -285,6 +285,9 @@ void MainWindow::connectContent()
             &MainWindow::onContactsDialogAddFinished);
     connect(centralWidget(), &QObject::destroyed, this, &MainWindow::closeWindow);
     connect(&m_dataMgr, &DataMgr::updateModel, m_view, &ContactView::updateContactModel);
+    m_view->setPhonesSeen(m_dataMgr.phonesSeen());
+    m_commandBar->setSeenCount(0);
+    connect(&m_dataMgr.phonesSeen(), &PhonesSeen::counted, m_commandBar, &CommandBar::setSeenCount);
     connect(&m_dataMgr.worker(), &ListWorker::ended, this, &MainWindow::onJobEnded);
     connect(&m_dataMgr.worker(), &ListWorker::idle, this, &MainWindow::onIdle);
 }

@@ -26,6 +26,8 @@ void MainWindow::openHttpd()
 {
     // Once for all starts, or each report would appear once per start.
     connect(&m_dataMgr, &DataMgr::httpdMsg, this, &MainWindow::onHTTPDMsg, Qt::UniqueConnection);
+    connect(&m_dataMgr, &DataMgr::requestReported, m_reportBox, &ReportBox::addEnd,
+            Qt::UniqueConnection);
     if (!m_dataMgr.startHttpService()) {
         closeHttpd();
         return;

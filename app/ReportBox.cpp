@@ -28,7 +28,7 @@ constexpr qint64 longestInterval = 1000;
 constexpr qint64 restFactor = 20;
 
 /// Reports that are kept until they show; more would not be left in the box anyway.
-constexpr int keptReports = keptLines / 4;
+constexpr int keptReports = 2 * keptLines / 5; ///< of four lines and an end of one, by turns
 
 constexpr int boxHeight = 168;
 constexpr int lowestBoxHeight = 96; ///< where the window has no room for more
@@ -83,15 +83,31 @@ void ReportBox::addLine(const QString &line)
 
 void ReportBox::addReport(const QString &report)
 {
+    add(report);
+}
+
+void ReportBox::addEnd(const RequestEnd &request)
+{
+    add(request);
+}
+
+QString ReportBox::textOf(const Entry &entry)
+{
+    const auto *const request = std::get_if<RequestEnd>(&entry);
+    return request ? request->line() : QLatin1Char('\n') + std::get<QString>(entry);
+}
+
+void ReportBox::add(const Entry &entry)
+{
     if (!m_timer.isActive()) {
         m_shown = 0;
         m_timer.start(shortestInterval);
     }
     if (m_pending.isEmpty() && ++m_shown <= shownAtOnce) {
-        append(QLatin1Char('\n') + report);
+        append(textOf(entry));
         return;
     }
-    m_pending.append(report);
+    m_pending.append(entry);
     if (m_pending.size() > keptReports)
         m_pending.removeFirst();
 }
@@ -114,8 +130,8 @@ void ReportBox::showPending()
     QStringList lines;
     if (m_pending.size() < keptReports)
         lines = m_text->toPlainText().split(QLatin1Char('\n'));
-    for (const QString &report : qAsConst(m_pending))
-        lines += (QLatin1Char('\n') + report).split(QLatin1Char('\n'));
+    for (const Entry &entry : qAsConst(m_pending))
+        lines += textOf(entry).split(QLatin1Char('\n'));
     m_pending.clear();
     QScrollBar &bar = *m_text->verticalScrollBar();
     const int place = bar.value() < bar.maximum() ? bar.value() : std::numeric_limits<int>::max();

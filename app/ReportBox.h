@@ -1,8 +1,12 @@
 #pragma once
 
-#include <QStringList>
+#include "model/RequestEnd.h"
+
+#include <QList>
 #include <QTimer>
 #include <QWidget>
+
+#include <variant>
 
 class QLabel;
 class QPlainTextEdit;
@@ -22,17 +26,25 @@ public:
     void addLine(const QString &line);
     /// Adds a report, set apart from what stands before by an empty line.
     void addReport(const QString &report);
+    /// Adds a line on how a request ended, right below what stands before.
+    void addEnd(const RequestEnd &request);
     void clear();
     /// What the box holds, shown or about to be.
     QString text();
 
 private:
+    /// A report, or a request's end. That becomes a text when it is to show, as in a storm most
+    /// never do.
+    using Entry = std::variant<QString, RequestEnd>;
+
+    static QString textOf(const Entry &entry);
+    void add(const Entry &entry);
     void append(const QString &text);
     void showPending();
 
     QLabel *m_service; ///< the lines on the service
     QPlainTextEdit *m_text;
-    QStringList m_pending; ///< reports that do not show yet
-    QTimer m_timer;        ///< runs out some time after reports were shown
-    int m_shown = 0;       ///< reports shown since it was started
+    QList<Entry> m_pending; ///< reports that do not show yet
+    QTimer m_timer;         ///< runs out some time after reports were shown
+    int m_shown = 0;        ///< reports shown since it was started
 };

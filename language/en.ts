@@ -155,6 +155,10 @@
         <source>&amp;Enable PNP Server</source>
         <translation>&amp;Enable PNP Server</translation>
     </message>
+    <message>
+        <source>Phones that have asked for their file since the program was started: %1</source>
+        <translation>Phones that have asked for their file since the program was started: %1</translation>
+    </message>
 </context>
 <context>
     <name>CommandLine</name>
@@ -546,6 +550,10 @@
     <message>
         <source>The device list can not be changed: %1.</source>
         <translation>The device list can not be changed: %1.</translation>
+    </message>
+    <message>
+        <source>The request log can not be written: %1. The phones get their files all the same.</source>
+        <translation>The request log can not be written: %1. The phones get their files all the same.</translation>
     </message>
 </context>
 <context>
@@ -1348,6 +1356,17 @@
     </message>
 </context>
 <context>
+    <name>PhonesSeen</name>
+    <message>
+        <source>This phone has not asked for its file since the program was started.</source>
+        <translation>This phone has not asked for its file since the program was started.</translation>
+    </message>
+    <message>
+        <source>This phone last asked for its file at %1 from %2: %3.</source>
+        <translation>This phone last asked for its file at %1 from %2: %3.</translation>
+    </message>
+</context>
+<context>
     <name>PortDialog</name>
     <message>
         <source>Use the Default Port 80:</source>
@@ -1379,6 +1398,93 @@
     <message>
         <source>HTTPD server request informations</source>
         <translation>HTTPD server request informations</translation>
+    </message>
+</context>
+<context>
+    <name>RequestEnd</name>
+    <message>
+        <source>sent %1 bytes</source>
+        <translation>sent %1 bytes</translation>
+    </message>
+    <message>
+        <source>the phone gave up after %1 bytes</source>
+        <translation>the phone gave up after %1 bytes</translation>
+    </message>
+    <message>
+        <source>no answer, not in the list</source>
+        <translation>no answer, not in the list</translation>
+    </message>
+    <message>
+        <source>no answer, the document could not be written</source>
+        <translation>no answer, the document could not be written</translation>
+    </message>
+    <message>
+        <source>no answer, such a file name is refused</source>
+        <translation>no answer, such a file name is refused</translation>
+    </message>
+    <message>
+        <source>no answer, no document was asked for</source>
+        <translation>no answer, no document was asked for</translation>
+    </message>
+    <message>
+        <source>no answer, nothing was asked</source>
+        <translation>no answer, nothing was asked</translation>
+    </message>
+    <message>
+        <source>cut off after %1 bytes, to make room for other phones</source>
+        <translation>cut off after %1 bytes, to make room for other phones</translation>
+    </message>
+    <message>
+        <source>cut off after %1 bytes, as the service was closed</source>
+        <translation>cut off after %1 bytes, as the service was closed</translation>
+    </message>
+    <message>
+        <source>told where its file is</source>
+        <translation>told where its file is</translation>
+    </message>
+    <message>
+        <source>no answer, the request is malformed</source>
+        <translation>no answer, the request is malformed</translation>
+    </message>
+    <message>
+        <source>no answer, the request was repeated at once</source>
+        <translation>no answer, the request was repeated at once</translation>
+    </message>
+    <message>
+        <source>no answer, it would go to another network</source>
+        <translation>no answer, it would go to another network</translation>
+    </message>
+    <message>
+        <source>no answer, it would come back or go to everybody</source>
+        <translation>no answer, it would come back or go to everybody</translation>
+    </message>
+    <message>
+        <source>no answer, the request is too short for it</source>
+        <translation>no answer, the request is too short for it</translation>
+    </message>
+    <message>
+        <source>no answer, too many requests</source>
+        <translation>no answer, too many requests</translation>
+    </message>
+    <message>
+        <source>the answer could not be sent</source>
+        <translation>the answer could not be sent</translation>
+    </message>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1: %2</translation>
+    </message>
+    <message>
+        <source>refused, not in the list</source>
+        <translation>refused, not in the list</translation>
+    </message>
+    <message>
+        <source>%1: plug and play, %2</source>
+        <translation>%1: plug and play, %2</translation>
+    </message>
+    <message>
+        <source>%1: plug and play of %2, %3</source>
+        <translation>%1: plug and play of %2, %3</translation>
     </message>
 </context>
 <context>

@@ -155,6 +155,10 @@
         <source>&amp;Enable PNP Server</source>
         <translation>启用PNP服务器(&amp;P)</translation>
     </message>
+    <message>
+        <source>Phones that have asked for their file since the program was started: %1</source>
+        <translation>程序启动以来已请求文件的话机：%1</translation>
+    </message>
 </context>
 <context>
     <name>CommandLine</name>
@@ -546,6 +550,10 @@
     <message>
         <source>The device list can not be changed: %1.</source>
         <translation>无法更改设备列表：%1。</translation>
+    </message>
+    <message>
+        <source>The request log can not be written: %1. The phones get their files all the same.</source>
+        <translation>无法写入请求日志：%1。话机仍可照常获取文件。</translation>
     </message>
 </context>
 <context>
@@ -1348,6 +1356,17 @@
     </message>
 </context>
 <context>
+    <name>PhonesSeen</name>
+    <message>
+        <source>This phone has not asked for its file since the program was started.</source>
+        <translation>程序启动以来，此话机尚未请求其文件。</translation>
+    </message>
+    <message>
+        <source>This phone last asked for its file at %1 from %2: %3.</source>
+        <translation>此话机最近一次请求文件：%1，来自 %2，%3。</translation>
+    </message>
+</context>
+<context>
     <name>PortDialog</name>
     <message>
         <source>Use the Default Port 80:</source>
@@ -1379,6 +1398,93 @@
     <message>
         <source>HTTPD server request informations</source>
         <translation>HTTPD服务器请求信息</translation>
+    </message>
+</context>
+<context>
+    <name>RequestEnd</name>
+    <message>
+        <source>sent %1 bytes</source>
+        <translation>已发送 %1 字节</translation>
+    </message>
+    <message>
+        <source>the phone gave up after %1 bytes</source>
+        <translation>话机在收到 %1 字节后放弃</translation>
+    </message>
+    <message>
+        <source>no answer, not in the list</source>
+        <translation>未应答，不在列表中</translation>
+    </message>
+    <message>
+        <source>no answer, the document could not be written</source>
+        <translation>未应答，无法写入文件</translation>
+    </message>
+    <message>
+        <source>no answer, such a file name is refused</source>
+        <translation>未应答，拒绝此类文件名</translation>
+    </message>
+    <message>
+        <source>no answer, no document was asked for</source>
+        <translation>未应答，未请求配置文件</translation>
+    </message>
+    <message>
+        <source>no answer, nothing was asked</source>
+        <translation>未应答，没有收到请求</translation>
+    </message>
+    <message>
+        <source>cut off after %1 bytes, to make room for other phones</source>
+        <translation>发送 %1 字节后被断开，以便为其他话机腾出位置</translation>
+    </message>
+    <message>
+        <source>cut off after %1 bytes, as the service was closed</source>
+        <translation>发送 %1 字节后被断开，因为服务已关闭</translation>
+    </message>
+    <message>
+        <source>told where its file is</source>
+        <translation>已告知其文件位置</translation>
+    </message>
+    <message>
+        <source>no answer, the request is malformed</source>
+        <translation>未应答，请求格式有误</translation>
+    </message>
+    <message>
+        <source>no answer, the request was repeated at once</source>
+        <translation>未应答，请求随即重复</translation>
+    </message>
+    <message>
+        <source>no answer, it would go to another network</source>
+        <translation>未应答，应答会发往其他网络</translation>
+    </message>
+    <message>
+        <source>no answer, it would come back or go to everybody</source>
+        <translation>未应答，应答会返回本机或发给所有主机</translation>
+    </message>
+    <message>
+        <source>no answer, the request is too short for it</source>
+        <translation>未应答，请求相对应答过短</translation>
+    </message>
+    <message>
+        <source>no answer, too many requests</source>
+        <translation>未应答，请求过于频繁</translation>
+    </message>
+    <message>
+        <source>the answer could not be sent</source>
+        <translation>无法发送应答</translation>
+    </message>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1：%2</translation>
+    </message>
+    <message>
+        <source>refused, not in the list</source>
+        <translation>已拒绝，不在列表中</translation>
+    </message>
+    <message>
+        <source>%1: plug and play, %2</source>
+        <translation>%1：即插即用，%2</translation>
+    </message>
+    <message>
+        <source>%1: plug and play of %2, %3</source>
+        <translation>%1：%2 的即插即用，%3</translation>
     </message>
 </context>
 <context>

@@ -6,16 +6,21 @@
 #include <iterator>
 
 namespace {
-constexpr int tellInterval = 500; // ms
-}
+
+constexpr int countInterval = 500; // ms
+
+/// Devices that are not in the list any more and may come back.
+constexpr int keptUnlisted = 10000;
+
+} // namespace
 
 PhonesSeen::PhonesSeen(const DeviceList &list, QObject *parent)
     : QObject(parent)
     , m_list(list)
 {
-    m_changed.setSingleShot(true);
-    m_changed.setInterval(tellInterval);
-    connect(&m_changed, &QTimer::timeout, this, &PhonesSeen::changed);
+    m_countTimer.setSingleShot(true);
+    m_countTimer.setInterval(countInterval);
+    connect(&m_countTimer, &QTimer::timeout, this, &PhonesSeen::count);
 }
 
 void PhonesSeen::note(const RequestEnd &request)
@@ -23,11 +28,16 @@ void PhonesSeen::note(const RequestEnd &request)
     const QString mac = bareMac(request.mac);
     if (m_list.rowOfBareMac(mac) < 0)
         return;
-    if (m_visits.size() >= m_list.size())
+    if (m_visits.size() >= m_list.size() + keptUnlisted)
         forgetUnlisted();
     m_visits.insert(mac, {request.time, request.bytes, request.peer, request.outcome});
-    if (!m_changed.isActive())
-        m_changed.start();
+    onListChanged();
+}
+
+void PhonesSeen::onListChanged()
+{
+    if (!m_countTimer.isActive())
+        m_countTimer.start();
 }
 
 QString PhonesSeen::text(const QString &mac) const
@@ -40,19 +50,16 @@ QString PhonesSeen::text(const QString &mac) const
              RequestEnd::text(found->outcome, found->bytes));
 }
 
-int PhonesSeen::count()
+void PhonesSeen::count()
 {
-    forgetUnlisted();
-    return m_visits.size();
+    int seen = 0;
+    for (auto visit = m_visits.cbegin(); visit != m_visits.cend(); ++visit)
+        seen += m_list.rowOfBareMac(visit.key()) >= 0 ? 1 : 0;
+    emit counted(seen);
 }
 
-/// A device that was deleted and comes back has been seen only since.
 void PhonesSeen::forgetUnlisted()
 {
-    const quint64 version = m_list.version();
-    if (m_version == version)
-        return;
-    m_version = version;
     for (auto visit = m_visits.begin(); visit != m_visits.end();)
         visit = m_list.rowOfBareMac(visit.key()) < 0 ? m_visits.erase(visit) : std::next(visit);
 }

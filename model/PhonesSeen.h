@@ -9,8 +9,8 @@
 class DeviceList;
 
 /// Which devices of the list a telephone has asked the document of in this run: when, from where,
-/// and how that went, of each the last time. Others are not kept, so the list is the bound.
-/// GUI thread.
+/// and how that went, of each the last time. Of others only some are kept, for a deletion that is
+/// taken back: the list is the bound. GUI thread.
 class PhonesSeen : public QObject
 {
     Q_OBJECT
@@ -25,12 +25,12 @@ public:
     /// For the user: how the last request for the document of this device went, or that there was
     /// none.
     QString text(const QString &mac) const;
-    /// How many devices of the list have been asked for.
-    int count();
+    /// Another list, or the same changed.
+    void onListChanged();
 
 signals:
-    /// Others have been seen, or the same anew. Told at most twice a second.
-    void changed();
+    /// How many devices of the list have been asked for, by now. At most twice a second.
+    void counted(int seen);
 
 private:
     struct Visit
@@ -42,9 +42,9 @@ private:
     };
 
     void forgetUnlisted();
+    void count();
 
     const DeviceList &m_list;
     QHash<QString, Visit> m_visits; ///< by the look-up form of the MAC
-    quint64 m_version = 0;          ///< of the list in which all of them are
-    QTimer m_changed;
+    QTimer m_countTimer;
 };

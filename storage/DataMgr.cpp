@@ -56,11 +56,15 @@ DataMgr::DataMgr(DBOperator &dbOperator, const QString &directory, QObject *pare
     , m_worker([this](const ListJob::Question &question) { return ask(question); },
                [this](const ListJob &job) { tellEnd(job); })
     , m_retryPause(retryPauseMilliseconds)
+    , m_phonesSeen(m_devices)
     , m_requestLog(directory + QLatin1String("log"))
     , m_pnpServer(*this)
     , m_httpd(*this, directory)
 {
     connect(&m_httpd, &HttpdControl::httpdMsg, this, &DataMgr::httpdMsg);
+    connect(&m_httpd, &HttpdControl::requestEnded, &m_phonesSeen, &PhonesSeen::note);
+    connect(&m_httpd, &HttpdControl::requestEnded, this, &DataMgr::requestReported);
+    connect(this, &DataMgr::updateModel, &m_phonesSeen, &PhonesSeen::onListChanged);
     connect(&m_requestLog, &RequestLog::failed, this, [this](const QString &reason) {
         emit httpdMsg(tr("The request log can not be written: %1. The phones get their files all "
                          "the same.")
@@ -555,6 +559,8 @@ void DataMgr::requestEnded(const RequestEnd &request)
 void DataMgr::subscribeEnded(const RequestEnd &request)
 {
     m_requestLog.note(request);
+    if (request.outcome != RequestOutcome::Repeated)
+        emit requestReported(request);
 }
 
 void DataMgr::dealRQ(const QString &first, const QString &second)

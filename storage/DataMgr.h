@@ -2,6 +2,7 @@
 
 #include "model/DeviceList.h"
 #include "model/DeviceLookup.h"
+#include "model/PhonesSeen.h"
 #include "model/ProgramFolder.h"
 #include "model/ProvisioningSource.h"
 #include "net/HttpdControl.h"
@@ -145,6 +146,9 @@ public:
     /// See DeviceLookup.
     void subscribeEnded(const RequestEnd &request) override;
 
+    /// Which devices' telephones have asked for their documents.
+    const PhonesSeen &phonesSeen() const { return m_phonesSeen; }
+
     /// Set by whoever makes a change, and read by whoever shows the list. The list is whole at
     /// every moment, so that nothing here asks for it.
     bool isBusy() const { return m_busy; }
@@ -163,6 +167,9 @@ signals:
     void giveBack(const QString &text);
     /// A report of the HTTP service for the user.
     void httpdMsg(const QString &text);
+    /// How a request ended: by HTTP one that was reported before, by SIP any but one that was
+    /// repeated at once.
+    void requestReported(const RequestEnd &request);
 
 public slots:
     /// Takes two texts and does nothing.
@@ -202,6 +209,7 @@ private:
     QElapsedTimer m_sinceRetry;
     int m_retryPause;
 
+    PhonesSeen m_phonesSeen;
     RequestLog m_requestLog; ///< outlives the services
     PnPServer m_pnpServer;
     HttpdControl m_httpd;

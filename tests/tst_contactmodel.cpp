@@ -1,3 +1,4 @@
+#include "model/PhonesSeen.h"
 #include "tests/TestDevices.h"
 #include "view/ContactModel.h"
 
@@ -71,6 +72,7 @@ class TestContactModel : public QObject
 
 private slots:
     void cells();
+    void tellsWhoHasAsked();
     void nothingOutsideTheTable();
     void announcesTheSmallestChange_data();
     void announcesTheSmallestChange();
@@ -109,6 +111,32 @@ void TestContactModel::cells()
                  "2|0200.A7a1.b2c3|b.product|b.sip_server|b.first_account|b.sip_user_id|b.city|"
                  "b.company|b.department||"));
     QCOMPARE(model.index(1, 0).data().userType(), static_cast<int>(QMetaType::Int));
+}
+
+void TestContactModel::tellsWhoHasAsked()
+{
+    DeviceList list;
+    list.assign(stampedDevices(QStringLiteral("ab")));
+    ContactInfo second = list.snapshot().at(1).info;
+    second.mac = QStringLiteral("02:00:A7:A1:B2:C3");
+    list.replaceAt(1, second);
+    PhonesSeen seen(list);
+    QSignalSpy counted(&seen, &PhonesSeen::counted);
+    ContactModel model(list);
+    model.setPhonesSeen(seen);
+    const QModelIndex cell = model.index(1, ContactModel::City);
+    QVERIFY(cell.data(Qt::ToolTipRole).toString().contains(QStringLiteral("has not asked")));
+    QVERIFY(!model.index(0, ContactModel::City).data(Qt::ToolTipRole).isValid()); // it cannot ask
+    RequestEnd request;
+    request.mac = QStringLiteral("0200a7ffffff");
+    seen.note(request); // a stranger's
+    request = {RequestEnd::now(), {}, {}, QStringLiteral("0200a7a1b2c3"), 2931, 0xc0a80a17};
+    request.outcome = RequestOutcome::Sent;
+    seen.note(request);
+    for (const int role : {Qt::ToolTipRole, Qt::AccessibleDescriptionRole})
+        QVERIFY(cell.data(role).toString().endsWith(
+            QStringLiteral(" from 192.168.10.23: sent 2,931 bytes.")));
+    QTRY_COMPARE(counted.value(0).value(0).toInt(), 1);
 }
 
 void TestContactModel::nothingOutsideTheTable()

@@ -261,9 +261,13 @@ void TestMainWindow::opensAndClosesHttpd()
         QVERIFY2(answer.startsWith("HTTP/1.0 200 Ok\r\n"), answer.constData());
         QVERIFY(answer.contains("<P270>1001</P270>"));
         // Once each, however often the service was started before.
-        QTRY_COMPARE(report->toPlainText(),
-                     start + QStringLiteral("\n\nOne device request cfg.\nProduct:KTP\n"
-                                            "FileName:cfg0200a7000001.xml"));
+        const QString asked = start + QStringLiteral("\n\nOne device request cfg.\nProduct:KTP\n"
+                                                     "FileName:cfg0200a7000001.xml\n");
+        QTRY_VERIFY(report->toPlainText().endsWith(
+            QStringLiteral(" 127.0.0.1: sent %1 bytes")
+                .arg(QLocale(QLocale::English).toString(answer.size()))));
+        QVERIFY(report->toPlainText().startsWith(asked));
+        QCOMPARE(report->toPlainText().mid(asked.size()).count(QLatin1Char('\n')), 0);
 
         button("tool_httpButton")->click();
         QCOMPARE(button("tool_httpButton")->text(), QStringLiteral("&Open HTTPD"));

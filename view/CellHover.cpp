@@ -15,6 +15,11 @@ namespace {
 
 constexpr int gap = 3; ///< between a hint and its cell
 
+bool hasHintAtOnce(const QModelIndex &index)
+{
+    return ContactModel::isAction(index.column()) || index.data(ContactModel::NoMacRole).toBool();
+}
+
 } // namespace
 
 CellHover::CellHover(QTableView &view, ContactDelegate &delegate)
@@ -38,8 +43,12 @@ bool CellHover::eventFilter(QObject *watched, QEvent *event)
         m_pointerInside = false;
         update();
         break;
-    case QEvent::ToolTip:
-        return true; // the hint has come up when the pointer entered
+    case QEvent::ToolTip: {
+        const QModelIndex index = m_view.indexAt(static_cast<QHelpEvent *>(event)->pos());
+        if (!hasHintAtOnce(index))
+            showText(index, index.data(Qt::ToolTipRole).toString());
+        return true;
+    }
     default:
         break;
     }
@@ -70,9 +79,16 @@ void CellHover::repaintRow(int row)
 void CellHover::showHint(const QModelIndex &index)
 {
     QToolTip::showText(QPoint(), QString());
+    if (!hasHintAtOnce(index))
+        return;
     QString text = index.data(Qt::ToolTipRole).toString();
     if (ContactModel::isAction(index.column()))
         text = index.column() == ContactModel::Detail ? tr("View/Edit") : tr("Delete");
+    showText(index, text);
+}
+
+void CellHover::showText(const QModelIndex &index, const QString &text)
+{
     if (text.isEmpty())
         return;
     const QRect cell = m_view.visualRect(index);

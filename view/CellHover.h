@@ -23,14 +23,16 @@ public:
     /// wheel, a filter or a deletion.
     void update();
 
-    /// Takes the hint away and brings up that of this cell, if it has one: what a click on a button
-    /// does, or what the model says.
+    /// Takes the hint away and brings up that of this cell, if it has one that is worth it at once:
+    /// what a click on a button does, or what is wrong with the device. What else the model says
+    /// comes up where the pointer rests for a moment.
     void showHint(const QModelIndex &index);
 
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
     void repaintRow(int row);
+    void showText(const QModelIndex &index, const QString &text);
     QPoint placeOf(const QModelIndex &index, const QWidget &hint) const;
 
     QTableView &m_view;

@@ -1,6 +1,7 @@
 #include "view/ContactModel.h"
 
 #include "model/MacAddress.h"
+#include "model/PhonesSeen.h"
 
 #include <algorithm>
 #include <array>
@@ -38,10 +39,7 @@ QVariant ContactModel::data(const QModelIndex &index, int role) const
         return static_cast<int>(Qt::AlignLeft | Qt::AlignVCenter);
     case Qt::ToolTipRole:
     case Qt::AccessibleDescriptionRole:
-        return index.column() == Mac && lacksMac(index.row())
-                   ? QVariant(tr("No phone will get the settings of this device. A MAC address has "
-                                 "12 hexadecimal digits."))
-                   : QVariant();
+        return note(index.row(), index.column());
     case NoMacRole:
         return lacksMac(index.row()) ? QVariant(true) : QVariant();
     default:
@@ -191,6 +189,16 @@ int ContactModel::shownNumber(int row) const
 bool ContactModel::lacksMac(int row) const
 {
     return !isMac(m_snapshot.infoAt(row).mac);
+}
+
+/// What there is to say of a device beside its texts.
+QVariant ContactModel::note(int row, int column) const
+{
+    if (!lacksMac(row))
+        return m_seen ? QVariant(m_seen->text(m_snapshot.infoAt(row).mac)) : QVariant();
+    return column == Mac ? QVariant(tr("No phone will get the settings of this device. A MAC "
+                                       "address has 12 hexadecimal digits."))
+                         : QVariant();
 }
 
 const QString &ContactModel::text(int row, int column) const

@@ -7,6 +7,8 @@
 
 #include <optional>
 
+class PhonesSeen;
+
 /// The device list as a table: nine columns of text and two of pictures that act as buttons.
 ///
 /// Works on a snapshot, so what is on show stays consistent while the list changes; refresh() takes
@@ -43,6 +45,10 @@ public:
 
     /// `list` is not owned and must outlive the model.
     explicit ContactModel(const DeviceList &list, QObject *parent = nullptr);
+
+    /// Has the cells tell which telephones have asked for their files. `seen` must outlive the
+    /// model.
+    void setPhonesSeen(const PhonesSeen &seen) { m_seen = &seen; }
 
     int rowCount(const QModelIndex &parent = QModelIndex()) const override;
     int columnCount(const QModelIndex &parent = QModelIndex()) const override;
@@ -90,9 +96,11 @@ private:
     void announceNumbers();
     void announceReset();
     bool lacksMac(int row) const;
+    QVariant note(int row, int column) const;
     QPixmap actionPicture(int column) const;
 
     const DeviceList *m_list;
+    const PhonesSeen *m_seen = nullptr;
     DeviceListSnapshot m_snapshot;
     std::optional<Renumbering> m_renumbering;
     bool m_displaySetting = false;

@@ -269,6 +269,11 @@ void ContactView::openRow(const QModelIndex &index)
     emit onRowDetail(listRow(index));
 }
 
+void ContactView::setPhonesSeen(const PhonesSeen &seen)
+{
+    m_model->setPhonesSeen(seen);
+}
+
 void ContactView::showToolTip(const QModelIndex &index)
 {
     m_hover->showHint(index);

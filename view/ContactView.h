@@ -15,6 +15,7 @@ class ContactDelegate;
 class ContactFilter;
 class ContactModel;
 class DeviceList;
+class PhonesSeen;
 class SearchEdit;
 
 /// The device list on screen: one row of 30 pixels per device, with a button that opens the device
@@ -32,6 +33,9 @@ public:
     /// Shows `list`, which is not owned and must outlive the view.
     explicit ContactView(const DeviceList &list, QWidget *parent = nullptr);
     ~ContactView() override;
+
+    /// See ContactModel.
+    void setPhonesSeen(const PhonesSeen &seen);
 
     /// Takes the keywords of this box. It is not owned.
     void addSearchEdit(SearchEdit *edit);
