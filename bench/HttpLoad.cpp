@@ -26,17 +26,31 @@ double secondsSince(Clock::time_point start)
     return std::chrono::duration<double>(Clock::now() - start).count();
 }
 
-int connectTo(std::uint16_t port)
+/// That of 127.0.0.0 and `host`.
+sockaddr address(int host, std::uint16_t port)
 {
-    const int connection = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
     sockaddr_in address{};
     address.sin_family = AF_INET;
     address.sin_port = htons(port);
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    address.sin_addr.s_addr =
+        htonl((INADDR_LOOPBACK & IN_CLASSA_NET) | static_cast<std::uint32_t>(host));
     sockaddr generic{};
     static_assert(sizeof generic == sizeof address);
     std::memcpy(&generic, &address, sizeof address);
-    ::connect(connection, &generic, sizeof generic); // what fails shows when it is used
+    return generic;
+}
+
+int connectTo(std::uint16_t port, int host = 0)
+{
+    const int connection = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
+    if (host != 0) {
+        const int later = 1; // the port, with the connection
+        ::setsockopt(connection, IPPROTO_IP, IP_BIND_ADDRESS_NO_PORT, &later, sizeof later);
+        const sockaddr own = address(host, 0);
+        ::bind(connection, &own, sizeof own);
+    }
+    const sockaddr server = address(1, port);
+    ::connect(connection, &server, sizeof server); // what fails shows when it is used
     return connection;
 }
 
@@ -97,7 +111,7 @@ private:
         phone.asked = false;
         phone.answer.resize(0);
         phone.start = Clock::now();
-        phone.socket = connectTo(m_port);
+        phone.socket = connectTo(m_port, phone.request->host);
         epoll_event event{};
         event.events = EPOLLOUT;
         event.data.ptr = &phone;

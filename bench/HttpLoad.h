@@ -10,6 +10,7 @@ struct LoadRequest
 {
     QByteArray bytes;
     QByteArray mark; ///< stands in this telephone's document alone
+    int host = 0;    ///< the telephone's address is 127.0.0.0 and so many; 0: the system's choice
 };
 
 struct LoadResult

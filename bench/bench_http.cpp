@@ -1,7 +1,7 @@
 // How the HTTP service stands beside nginx, which serves the same files: telephones ask each in
 // turn, round by round, so that whatever else the machine does hits both alike.
-//   bench_http [FOLDER [SECONDS]]     the folder decides which disk is measured; how long a round
-//   is
+//   bench_http [FOLDER [SECONDS [log]]]     the folder decides which disk is measured; how long a
+//   round is; "log" measures only what the request log costs
 //
 // The service runs as in the program, with a window on a stand-in for a screen and the report box
 // in it, in a process of its own.
@@ -39,6 +39,7 @@ constexpr int stormDevices = 10000;
 constexpr int stormClients = 200;
 constexpr int storms = 10;
 constexpr int idleConnections = 1000;
+constexpr int logRounds = 9;
 
 /// What the process of the service tells.
 struct Report
@@ -76,7 +77,8 @@ double processorTime(qint64 process)
 }
 
 /// The process of the service: answers each byte of its input by a report, and ends with it.
-int serve(const QString &path, int devices)
+/// `isLogged`: with the request log, and all that the window tells of a request's end.
+int serve(const QString &path, int devices, bool isLogged)
 {
     DBOperator dbOperator(path);
     DataMgr mgr(dbOperator, path);
@@ -88,6 +90,12 @@ int serve(const QString &path, int devices)
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     ReportBox box;
     QObject::connect(&server, &HttpdServer::requestServer, &box, &ReportBox::addReport);
+    PhonesSeen seen(mgr.devices());
+    if (isLogged) {
+        mgr.requestLog().start();
+        QObject::connect(&server, &HttpdServer::requestEnded, &box, &ReportBox::addEnd);
+        QObject::connect(&server, &HttpdServer::requestEnded, &seen, &PhonesSeen::note);
+    }
     box.resize(1024, box.height());
     box.show();
 
@@ -117,11 +125,12 @@ int serve(const QString &path, int devices)
 class Service
 {
 public:
-    Service(const QString &path, int devices)
+    Service(const QString &path, int devices, bool isLogged = true)
     {
         m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
         m_process.start(QCoreApplication::applicationFilePath(),
-                        {QStringLiteral("--serve"), path, QString::number(devices)});
+                        {QStringLiteral("--serve"), path, QString::number(devices),
+                         QString::number(isLogged ? 1 : 0)});
     }
     ~Service()
     {
@@ -321,6 +330,41 @@ void compareLists(const QString &folder, int devices, const char *what, double s
     compareRates("the same, 1,000 idle connections held", service, nginx, requests, seconds);
 }
 
+/// Answers a second with and without the request log, by turns: all telephones on one host, which
+/// soon has summary rows only, and each on its own, which has a row each.
+void compareLogs(const QString &folder, double seconds)
+{
+    const QString path = folder + QStringLiteral("/log%1/");
+    QDir().mkpath(path.arg(0));
+    QDir().mkpath(path.arg(1));
+    Service without(path.arg(0), askedDevices, false);
+    Service with(path.arg(1), askedDevices);
+    for (const bool isEachOwn : {false, true}) {
+        std::vector<LoadRequest> requests = telephones(askedDevices, askedDevices);
+        for (std::size_t i = 0; isEachOwn && i < requests.size(); ++i)
+            requests[i].host = static_cast<int>(i) + 1;
+        std::vector<double> rates[2];
+        std::vector<double> ratios;
+        playTelephones(without.report().port, requests, clients); // has the documents made
+        playTelephones(with.report().port, requests, clients);
+        for (int round = 0; round < logRounds; ++round) {
+            const LoadResult plain =
+                playTelephones(without.report().port, requests, clients, seconds);
+            const LoadResult logged =
+                playTelephones(with.report().port, requests, clients, seconds);
+            tellFaults("without the log", plain);
+            tellFaults("with the log", logged);
+            rates[0].push_back(plain.perSecond());
+            rates[1].push_back(logged.perSecond());
+            ratios.push_back(logged.perSecond() / plain.perSecond());
+        }
+        std::printf("%-38s %6.0f answers/s with the log, %6.0f without: ratio %.3f\n",
+                    isEachOwn ? "each telephone on its own host" : "all telephones on one host",
+                    median(rates[1]), median(rates[0]), median(ratios));
+        std::fflush(stdout);
+    }
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
@@ -330,7 +374,8 @@ int main(int argc, char *argv[])
     QLoggingCategory::setFilterRules(QStringLiteral("default.debug=false"));
     const QStringList arguments = QCoreApplication::arguments();
     if (arguments.value(1) == QLatin1String("--serve"))
-        return serve(arguments.value(2), arguments.value(3).toInt());
+        return serve(arguments.value(2), arguments.value(3).toInt(),
+                     arguments.value(4).toInt() != 0);
     const QTemporaryDir folder(arguments.value(1, QDir::tempPath()) +
                                QStringLiteral("/bench-XXXXXX"));
     const double seconds = arguments.value(2, QStringLiteral("2")).toDouble();
@@ -339,6 +384,9 @@ int main(int argc, char *argv[])
     limit.rlim_cur = std::min<rlim_t>(limit.rlim_max, 8192);
     setrlimit(RLIMIT_NOFILE, &limit);
 
+    compareLogs(folder.path(), seconds / 2);
+    if (arguments.value(3) == QLatin1String("log"))
+        return 0;
     compareLists(folder.path(), askedDevices, "32 clients, 1,000 devices", seconds);
     compareLists(folder.path(), 100000, "32 clients, 100,000 devices", seconds);
     compareStorms(folder.path());

@@ -146,6 +146,8 @@ public:
     /// See DeviceLookup.
     void subscribeEnded(const RequestEnd &request) override;
 
+    /// The log of the telephones' requests; both services switch it on.
+    RequestLog &requestLog() { return m_requestLog; }
     /// Which devices' telephones have asked for their documents.
     const PhonesSeen &phonesSeen() const { return m_phonesSeen; }
 
