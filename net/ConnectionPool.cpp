@@ -193,7 +193,7 @@ ConnectionPool::Next ConnectionPool::next(HttpdThread &thread)
             return Next::Errand;
         if (!m_line.isEmpty())
             callDoor();
-        if (!goToEntrance(lock) && !rest(lock))
+        if (!goToEntrance(lock) && !rest(lock) && !m_hasErrand)
             break;
     }
     --m_alive;
@@ -204,13 +204,15 @@ int ConnectionPool::callForErrand()
 {
     const std::lock_guard<std::mutex> guard(m_mutex);
     m_hasErrand = !m_stopped;
-    if (m_stopped || m_working + m_starting + m_called > 0 || m_alive == m_limit)
+    if (m_stopped || m_working + m_starting + m_called > 0)
         return 0; // somebody comes by
     if (m_resting > 0) {
         ++m_called;
         m_call.notify_one();
         return 0;
     }
+    if (m_alive == m_limit)
+        return 0; // the one at the entrance comes by
     ++m_starting;
     ++m_alive;
     return 1;

@@ -16,7 +16,8 @@ class HttpdThread;
 /// Brings accepted connections and the threads that serve them together, and sees to it that
 /// neither idle clients nor one busy address keep the others out. See docs/threads.md.
 ///
-/// Any thread, where nothing else is said. The mutex is held for a few instructions at a time.
+/// Any thread, where nothing else is said. The mutex is held for a few instructions at a time, and
+/// never while something is waited for.
 class ConnectionPool
 {
 public:
@@ -37,8 +38,8 @@ public:
         std::function<void(quint32 peer)> turnedAway;
     };
 
-    /// At most `limit` connections are served at a time, and at most `maxWaiting` wait; beyond, the
-    /// address that has most of those loses one.
+    /// At most `limit` connections are served at a time, and about `maxWaiting` wait. Beyond, an
+    /// address with more than its share waiting loses one; where none has, none is accepted.
     ConnectionPool(int limit, int maxWaiting);
     /// Stopped, and all threads have ended.
     ~ConnectionPool() = default;

@@ -56,10 +56,13 @@ HttpdServer::~HttpdServer()
 {
     shutDown();
     m_door.reset();
-    const QVector<HttpdThread *> threads = m_pool.threads();
-    for (HttpdThread *thread : threads) {
-        disconnect(thread, nullptr, this, nullptr);
-        delete thread;
+    // One that is waited for here may have started another one just before the end.
+    for (auto threads = m_pool.threads(); !threads.isEmpty(); threads = m_pool.threads()) {
+        for (HttpdThread *const thread : qAsConst(threads)) {
+            disconnect(thread, nullptr, this, nullptr);
+            m_pool.forget(thread);
+            delete thread;
+        }
     }
 }
 

@@ -22,7 +22,8 @@ public:
     /// True once a connection waits, or the listener was closed; false when the time is over.
     bool wait(std::chrono::milliseconds time) const;
 
-    /// Ends every wait; nothing can be accepted any more.
+    /// Ends every wait, at the latest after SocketPlatform::longestWait(); what comes later is not
+    /// accepted. The port is free when the listener is destroyed.
     void close();
 
 private:
