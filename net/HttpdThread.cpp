@@ -1,6 +1,7 @@
 #include "net/HttpdThread.h"
 
 #include "model/ExportType.h"
+#include "model/MacAddress.h"
 #include "model/ProvisioningSource.h"
 #include "net/ConnectionPool.h"
 #include "net/DocumentFolder.h"
@@ -313,8 +314,15 @@ void HttpdThread::serveRequest(const QString &fileName, const QString &product)
     if (written)
         sendFile(file, std::move(nameLock));
     else if (!dropped)
-        m_end.outcome =
-            m_source.hasDevice(m_mac) ? RequestOutcome::NotWritten : RequestOutcome::NotListed;
+        m_end.outcome = whyNotWritten();
+}
+
+RequestOutcome HttpdThread::whyNotWritten() const
+{
+    if (!m_source.hasDevice(m_mac))
+        return RequestOutcome::NotListed;
+    // Files are named in lower case.
+    return bareMac(m_mac) == m_mac ? RequestOutcome::NotWritten : RequestOutcome::NoName;
 }
 
 /// Opens the document, which is written before unless it is as it should be. Under the name's lock.

@@ -96,6 +96,7 @@ private:
     bool waitForRest(const QDeadlineTimer &deadline);
     void serveRequest(const QString &fileName, const QString &product);
     bool openDocument(QFile &file, const QString &fileName, const QString &product);
+    RequestOutcome whyNotWritten() const;
     void sendFile(QFile &file, std::unique_lock<std::mutex> nameLock);
     template <typename Condition>
     bool waitFor(int timeout, Condition condition);

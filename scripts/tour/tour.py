@@ -5,8 +5,10 @@ a telephone that fetches its file, an edit, an end and a new start. Every check 
 a line; the last line counts them.
 """
 
+import csv
 import json
 import os
+import re
 import shlex
 import signal
 import socket
@@ -357,11 +359,25 @@ class Tour:
             status, answer = self.phone.get(self.url() + name, KTP_AGENT)
             check((status, answer) == (CURL_EMPTY_REPLY, ""), f"no answer to {name}",
                   (status, answer))
-        wanted = ("One device request cfg.\nProduct:KTP\nFileName:" + FILE +
-                  "\n\nOne device request cfg.\nProduct:DK\nFileName:" + FILE)
-        check_soon(lambda: wanted in self.report(), "the report box tells of both requests")
+        ended = r"\n\d\d:\d\d:\d\d [0-9.]+: sent \d+ bytes"
+        wanted = ("One device request cfg\\.\nProduct:KTP\nFileName:" + FILE + ended +
+                  "\n\nOne device request cfg\\.\nProduct:DK\nFileName:" + FILE + ended)
+        check_soon(lambda: re.search(wanted, self.report()), "the report box tells of both requests")
+        self.read_log([(FILE, "KTP", "sent"), (FILE, "DK", "sent"),
+                       ("cfg0200a7000000.xml", "KTP", "not listed"),
+                       ("cfg0200A7A1B2C3.xml", "KTP", "no name")])
         say(self.report())
         self.screen.shot("phone-has-fetched")
+
+    def read_log(self, wanted):
+        """Each of these was asked for by a phone, and ended so."""
+        def rows():
+            log = self.program.folder / "log" / "requests.csv"
+            with log.open(newline="", encoding="utf-8") as file:
+                return [tuple(row.values()) for row in csv.DictReader(file)]
+        for entry in wanted:
+            check_soon(lambda: any(set(entry) <= set(row) for row in rows()),
+                       f"the log tells of {', '.join(entry)}")
 
     def plug_and_play_needs_httpd(self):
         say("-- plug and play while the service is closed")
