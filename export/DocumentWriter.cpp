@@ -33,9 +33,9 @@ QByteArray documentOf(const ContactInfo &device)
 /// The MAC of a document's name, as it is looked up; empty of any other name.
 QString documentMac(const QString &fileName)
 {
-    static const QRegularExpression usualName(QStringLiteral("\\Acfg([0-9a-fA-F]{12})\\.xml\\z"));
+    static const QRegularExpression usualName(QStringLiteral("\\Acfg([0-9a-f]{12})\\.xml\\z"));
     const QRegularExpressionMatch match = usualName.match(fileName);
-    return match.captured(1).toLower();
+    return match.captured(1);
 }
 
 } // namespace

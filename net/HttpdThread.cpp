@@ -39,6 +39,9 @@ constexpr qint64 maxRequestSize = qint64(64) * 1024;
 /// One line is read up to this size (with its terminator), the rest counts as the next line.
 constexpr int lineBufferSize = 1024;
 
+/// Of what a request says of itself, for the log.
+constexpr int longestKept = 300;
+
 qint64 steadyMilliseconds()
 {
     using namespace std::chrono;
@@ -278,8 +281,9 @@ void HttpdThread::getMessage()
     if (isDropped())
         return;
     m_mac = request.mac;
-    m_end.asked = request.fileName.isEmpty() ? request.target : request.fileName;
-    m_end.product = request.product;
+    m_end.asked =
+        (request.fileName.isEmpty() ? request.target : request.fileName).left(longestKept);
+    m_end.product = request.product.left(longestKept);
     if (request.namesDocument()) {
         m_end.mac = m_mac;
         emit singleRequest(tr("One device request cfg.") + QLatin1Char('\n') + tr("Product:") +

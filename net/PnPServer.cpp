@@ -2,9 +2,9 @@
 
 #include "model/DebugLog.h"
 #include "model/DeviceLookup.h"
+#include "model/MacAddress.h"
 #include "net/PnPMessages.h"
 #include "net/PnPRequest.h"
-#include "net/PrintableText.h"
 
 #include <QUdpSocket>
 
@@ -227,8 +227,11 @@ void PnPServer::tellEnd(const QHostAddress &sender, const PnPRequest &request,
     end.time = RequestEnd::now();
     end.protocol = RequestEnd::Protocol::Sip;
     end.peer = sender.toIPv4Address();
-    end.asked = request.macAddress;
-    end.mac = printableText(request.macAddress);
+    // What stands there in another's request may be a password.
+    if (isMac(request.macAddress)) {
+        end.asked = request.macAddress;
+        end.mac = request.macAddress;
+    }
     end.product = request.model;
     end.outcome = outcome;
     end.bytes = sent;

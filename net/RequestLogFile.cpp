@@ -46,8 +46,10 @@ QString escaped(const QString &text)
 /// What somebody adds to an address, or puts before the host in it, may be a password.
 QString withoutSecrets(const QString &text)
 {
-    const QString address =
-        text.section(QLatin1Char('?'), 0, 0).section(QLatin1Char('&'), 0, 0).left(longestField);
+    const QString address = text.section(QLatin1Char('?'), 0, 0)
+                                .section(QLatin1Char('&'), 0, 0)
+                                .section(QLatin1Char(';'), 0, 0)
+                                .left(longestField);
     const bool mayHaveUser =
         address.startsWith(QLatin1Char('/')) || address.contains(QLatin1String("//"));
     return mayHaveUser ? address.section(QLatin1Char('@'), -1) : address;

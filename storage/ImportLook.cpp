@@ -39,7 +39,8 @@ void ImportLook::look(const QString &path)
 {
     letGo();
     m_outlook = ImportOutlook();
-    if (TextSource::isWorkFile(path, m_folder)) {
+    if (TextSource::isWorkFile(path, m_folder) ||
+        TextSource::isWorkFile(path, workPrefix(m_folder))) {
         m_outlook.reason = importFaultText(ImportFault::OwnWorkFile);
         end(ImportOutlook::State::Refused);
         return;
