@@ -101,30 +101,26 @@ void UndoBar::addKey(const QKeySequence &key, void (DataMgr::*step)())
 void UndoBar::onHistoryChanged()
 {
     const ListHistory &history = m_dataMgr.history();
-    switch (history.latest()) {
-    case ListHistory::Latest::Nothing:
+    if (history.latest() == ListHistory::Latest::Nothing) {
         hide();
-        break;
-    case ListHistory::Latest::Made:
-    case ListHistory::Latest::Redone:
-        show(textOf(*history.toUndo()), tr("Undo"), undoKey.toString(QKeySequence::NativeText));
-        break;
-    case ListHistory::Latest::Undone:
-        show(tr("Undone: %1").arg(textOf(*history.toRedo())), tr("Redo"),
+    } else if (history.latest() == ListHistory::Latest::Undone) {
+        const ListChange &change = *history.toRedo();
+        show(tr("Undone: %1").arg(textOf(change)), tr("Redo"),
              redoKey.toString(QKeySequence::NativeText));
-        break;
+        showRestored(change.row, change.before);
+    } else {
+        const ListChange &change = *history.toUndo();
+        show(textOf(change), tr("Undo"), undoKey.toString(QKeySequence::NativeText));
+        if (history.latest() == ListHistory::Latest::Redone)
+            showRestored(change.row, change.after);
     }
-    const ListChange *restored = nullptr;
-    const DeviceRows *rows = nullptr;
-    if (history.latest() == ListHistory::Latest::Undone) {
-        restored = history.toRedo();
-        rows = &restored->before;
-    } else if (history.latest() == ListHistory::Latest::Redone) {
-        restored = history.toUndo();
-        rows = &restored->after;
-    }
-    if (rows && rows->size() > 0)
-        m_view.showGroupContacts(restored->row, restored->row);
+}
+
+/// Makes the first of the rows that have come back, if any, the current one.
+void UndoBar::showRestored(int first, const DeviceRows &rows)
+{
+    if (rows.size() > 0)
+        m_view.showGroupContacts(first, first);
 }
 
 /// What a list brings as a MAC may be any text.

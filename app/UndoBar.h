@@ -5,9 +5,9 @@
 
 class ContactView;
 class DataMgr;
+class DeviceRows;
 class QLabel;
 class QPushButton;
-struct ListChange;
 
 /// Says what was changed last in the list, with a button that takes it back or, once it is taken
 /// back, makes it again. Out of sight until something was changed. Also has the keys for both, in
@@ -24,6 +24,7 @@ private:
     void onHistoryChanged();
     void onClicked();
     void show(const QString &text, const QString &button, const QString &key);
+    void showRestored(int first, const DeviceRows &rows);
     QString shortened(const QString &text) const;
 
     DataMgr &m_dataMgr;

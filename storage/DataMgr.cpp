@@ -285,24 +285,33 @@ void DataMgr::deleteAllContacts()
 
 void DataMgr::undo()
 {
-    if (!mayRestore() || m_worker.putOff([=, count = m_history.changeCount()] {
-            if (count == m_history.changeCount())
-                undo();
-        }))
-        return;
-    if (const ListChange *const change = m_history.toUndo())
-        startRestore(ListJob::Kind::Undo, *change, change->after.size(), change->before);
+    restore(ListJob::Kind::Undo);
 }
 
 void DataMgr::redo()
 {
+    restore(ListJob::Kind::Redo);
+}
+
+void DataMgr::restore(ListJob::Kind kind)
+{
     if (!mayRestore() || m_worker.putOff([=, count = m_history.changeCount()] {
             if (count == m_history.changeCount())
-                redo();
+                restore(kind);
         }))
         return;
-    if (const ListChange *const change = m_history.toRedo())
-        startRestore(ListJob::Kind::Redo, *change, change->before.size(), change->after);
+    const bool isUndo = kind == ListJob::Kind::Undo;
+    const ListChange *const change = isUndo ? m_history.toUndo() : m_history.toRedo();
+    if (!change)
+        return;
+    const DeviceRows &gone = isUndo ? change->after : change->before;
+    const DeviceRows &put = isUndo ? change->before : change->after;
+    ListJob::Order order;
+    order.kind = kind;
+    order.dropsList = change->dropsList();
+    order.source =
+        std::make_unique<RestoredDevices>(m_devices.snapshot(), change->row, gone.size(), put);
+    start(std::move(order));
 }
 
 /// Not while another change is being made: nobody could tell which of the two is meant.
@@ -311,16 +320,6 @@ bool DataMgr::mayRestore() const
     const ListJob *const job = m_worker.job();
     return !job || job->hasChangedList() || job->kind() == ListJob::Kind::Undo ||
            job->kind() == ListJob::Kind::Redo || job->kind() == ListJob::Kind::Save;
-}
-
-void DataMgr::startRestore(ListJob::Kind kind, const ListChange &change, int gone,
-                           const DeviceRows &put)
-{
-    ListJob::Order order;
-    order.kind = kind;
-    order.dropsList = change.dropsList();
-    order.source = std::make_unique<RestoredDevices>(m_devices.snapshot(), change.row, gone, put);
-    start(std::move(order));
 }
 
 void DataMgr::save()

@@ -184,8 +184,7 @@ private:
     void handOver(ListJob::Kind kind, DeviceList &made, bool isOtherList);
     void note(ListJob::Kind kind, bool isOtherList, const DeviceListSnapshot &before);
     bool mayRestore() const;
-    void startRestore(ListJob::Kind kind, const ListChange &change, int gone,
-                      const DeviceRows &put);
+    void restore(ListJob::Kind kind);
     void updateAt(int row, const ContactInfo &contact);
     int rowNow(qint32 number, const QString &mac) const;
     ListJob::Answer ask(const ListJob::Question &question);
