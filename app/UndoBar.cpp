@@ -107,7 +107,10 @@ void UndoBar::onHistoryChanged()
         const ListChange &change = *history.toRedo();
         show(tr("Undone: %1").arg(textOf(change)), tr("Redo"),
              redoKey.toString(QKeySequence::NativeText));
-        showRestored(change.row, change.before);
+        if (change.dropsList())
+            m_view.returnToLostPlace();
+        else
+            showRestored(change.row, change.before);
     } else {
         const ListChange &change = *history.toUndo();
         show(textOf(change), tr("Undo"), undoKey.toString(QKeySequence::NativeText));

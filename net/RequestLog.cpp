@@ -85,7 +85,7 @@ void RequestLog::run()
         if (goesOn)
             m_work = m_rows.isEmpty() ? Work::None : Work::Some;
         lock.unlock();
-        if (!rows.empty())
+        if (!rows.empty() || (!goesOn && m_hasFailed))
             m_hasFailed = !write(rows);
         lock.lock();
     }

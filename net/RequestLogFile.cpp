@@ -3,10 +3,9 @@
 #include "model/CsvField.h"
 
 #include <QDateTime>
+#include <QFileInfo>
 #include <QLocale>
 #include <QStringList>
-
-#include <utility>
 
 namespace {
 
@@ -110,22 +109,24 @@ QString RequestLogFile::path(int number) const
 WriteResult RequestLogFile::add(const std::vector<LogRow> &rows)
 {
     QByteArray part = m_leftOut.several > 0 ? text(m_leftOut) : QByteArray();
-    LogRow inPart = std::exchange(m_leftOut, LogRow());
     FileCalls::Error error = 0;
-    for (std::size_t i = 0; i < rows.size(); ++i) {
-        if (error == 0)
-            part += text(rows[i]);
-        inPart.several += rows[i].requests();
-        inPart.request.bytes += rows[i].request.bytes;
-        inPart.request.time = rows[i].request.time;
-        if (error != 0 || (part.size() < partSize && i + 1 < rows.size()))
-            continue;
+    const auto writePart = [&] {
         error = write(part);
         part.clear();
         if (error == 0)
-            inPart = LogRow();
+            m_leftOut = LogRow();
+    };
+    for (const LogRow &row : rows) {
+        if (error == 0 && part.size() >= partSize)
+            writePart();
+        if (error == 0)
+            part += text(row);
+        m_leftOut.several += row.requests();
+        m_leftOut.request.bytes += row.request.bytes;
+        m_leftOut.request.time = row.request.time;
     }
-    m_leftOut = inPart;
+    if (!part.isEmpty())
+        writePart();
     return error == 0 ? WriteResult() : WriteResult::failed(WholeFile::reason(error));
 }
 
@@ -155,12 +156,18 @@ FileCalls::Error RequestLogFile::open(qint64 more, FileCalls::Handle &file, qint
         return error;
     FileCalls::close(file);
     error = makeRoom();
-    return error != 0 ? error : FileCalls::openToAdd(path(0), file, size);
+    // While another program holds one of the files, there is some room more in this one.
+    if (error != 0 && size + more > 2 * fullSize)
+        return error;
+    return FileCalls::openToAdd(path(0), file, size);
 }
 
 FileCalls::Error RequestLogFile::makeRoom()
 {
-    for (int number = files - 1; number > 1; --number)
-        FileCalls::replace(path(number - 1), path(number)); // which may not be there yet
-    return FileCalls::replace(path(0), path(1));
+    FileCalls::Error error = 0;
+    for (int number = files - 1; number > 0 && error == 0; --number) {
+        if (QFileInfo::exists(path(number - 1)))
+            error = FileCalls::replace(path(number - 1), path(number));
+    }
+    return error;
 }

@@ -80,7 +80,7 @@ void ImportLook::step()
     case ParseBase::Reading::Done:
         count(m_parser->takeDevices());
         m_outlook.encoding = m_parser->encoding();
-        m_outlook.missing = m_outlook.listed - m_outlook.replacing;
+        m_outlook.missing = missing();
         end(ImportOutlook::State::Ready);
         break;
     case ParseBase::Reading::Failed:
@@ -105,6 +105,15 @@ void ImportLook::count(const QList<ContactInfo> &devices)
             ++m_outlook.added;
         }
     }
+}
+
+int ImportLook::missing() const
+{
+    int count = 0;
+    // A MAC may be listed more than once; its first row stands for all.
+    for (int row = 0; row < m_list.size(); ++row)
+        count += m_found.testBit(m_list.rowOfMac(m_list.infoAt(row).mac)) ? 0 : 1;
+    return count;
 }
 
 bool ImportLook::add(const QString &mac)

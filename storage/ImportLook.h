@@ -64,6 +64,7 @@ private:
     void turn();
     void step();
     void count(const QList<ContactInfo> &devices);
+    int missing() const;
     /// False when the MAC stood further up in the file.
     bool add(const QString &mac);
     void end(ImportOutlook::State state);

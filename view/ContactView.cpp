@@ -199,6 +199,17 @@ void ContactView::showGroupContacts(int first, int last)
     emit changeContact(first, last);
 }
 
+void ContactView::returnToLostPlace()
+{
+    if (!currentIndex().isValid()) {
+        executeDelayedItemsLayout();
+        verticalScrollBar()->setValue(m_lostPlace.scrolled);
+        makeCurrent(m_filter->mapFromSource(m_model->index(m_lostPlace.row, ContactModel::Number)),
+                    true);
+    }
+    scrollTo(currentIndex());
+}
+
 void ContactView::showDevice(const QString &mac)
 {
     m_wantedMac = mac;
@@ -218,7 +229,10 @@ void ContactView::updateContactModel()
 {
     qCDebug(debugLog) << "updateContactModel.";
     const QPoint scrolled(horizontalScrollBar()->value(), verticalScrollBar()->value());
+    const int row = currentListRow();
     keepDevice([this] { m_model->refresh(); });
+    if (row >= 0 && !m_device.isValid())
+        m_lostPlace = {row, scrolled.y()};
     layOutColumns();
     executeDelayedItemsLayout();
     // A current row that moves is not a reason to scroll there.

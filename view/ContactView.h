@@ -50,6 +50,10 @@ public:
     /// it; one that is not on show yet, with the next update.
     void showDevice(const QString &mac);
 
+    /// After the list that an update took away has come back: the row that was current in it, and
+    /// the scroll position, unless another device of it is current.
+    void returnToLostPlace();
+
     /// Row in the list of the device that this index of the view's model shows, or -1.
     int listRow(const QModelIndex &index) const;
 
@@ -144,6 +148,14 @@ private:
     bool m_deviceSelected = false;
     bool m_keepingDevice = false; ///< rows change by themselves, and not by the user's choice
     QString m_wantedMac;          ///< see showDevice()
+
+    /// Where the user was when an update took his device away.
+    struct Place
+    {
+        int row = 0;
+        int scrolled = 0;
+    };
+    Place m_lostPlace;
 
     Press m_press;
     bool m_batchState = false;
