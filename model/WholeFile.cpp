@@ -73,7 +73,7 @@ void WholeFile::open(Readers readers)
     FileCalls::Error error = 0;
     int attempt = 0;
     do {
-        m_newFile = m_target + QLatin1Char('.') +
+        m_newFile = m_target + QLatin1String(newFileMark) +
                     QString::number(QRandomGenerator::global()->generate(), nameDigits);
         error = FileCalls::create(m_newFile, readers == Readers::AsBefore ? m_target : QString(),
                                   m_handle);

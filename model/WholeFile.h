@@ -60,6 +60,10 @@ class WholeFile
     Q_DISABLE_COPY_MOVE(WholeFile)
 
 public:
+    /// Stands between the target's name and a random rest in the name of the other file, which a
+    /// program that is killed leaves behind.
+    static constexpr char newFileMark[] = ".new-";
+
     WholeFile(const QString &filePath, Durability durability, Readers readers);
     /// Without a commit() nothing has happened.
     ~WholeFile();
