@@ -1,10 +1,10 @@
 #include "export/DocumentWriter.h"
 
-#include "export/DkCfgExport.h"
-#include "export/MacCfgExport.h"
+#include "export/ProvisioningDocument.h"
 #include "model/MacAddress.h"
-#include "model/ValueTables.h"
+#include "model/PhoneFamily.h"
 
+#include <QDateTime>
 #include <QDir>
 #include <QDirIterator>
 #include <QFile>
@@ -24,11 +24,8 @@ constexpr auto ownerOnly = QFile::ReadOwner | QFile::WriteOwner;
 constexpr auto everybody = ownerOnly | QFile::ExeOwner | QFile::ReadGroup | QFile::WriteGroup |
                            QFile::ExeGroup | QFile::ReadOther | QFile::WriteOther | QFile::ExeOther;
 
-QByteArray documentOf(const ContactInfo &device)
-{
-    return isCordlessModel(device.product) ? DkCfgExport::document(device)
-                                           : MacCfgExport::document(device);
-}
+/// As old as this, a file that is being written is one that nobody writes any more.
+constexpr qint64 leftOverSeconds = 60;
 
 /// The MAC of a document's name, as it is looked up; empty of any other name.
 QString documentMac(const QString &fileName)
@@ -36,6 +33,20 @@ QString documentMac(const QString &fileName)
     static const QRegularExpression usualName(QStringLiteral("\\Acfg([0-9a-f]{12})\\.xml\\z"));
     const QRegularExpressionMatch match = usualName.match(fileName);
     return match.captured(1);
+}
+
+/// Removes the files in which a run was writing when it was killed.
+void removeLeftOvers(const QString &folder)
+{
+    const QString mark = QLatin1String(WholeFile::newFileMark);
+    const QDateTime before = QDateTime::currentDateTimeUtc().addSecs(-leftOverSeconds);
+    QDirIterator files(folder, {QLatin1String("cfg*") + mark + QLatin1Char('*')}, QDir::Files);
+    while (files.hasNext()) {
+        files.next();
+        if (!documentMac(files.fileName().section(mark, 0, 0)).isEmpty() &&
+            files.fileInfo().lastModified() < before)
+            QFile::remove(files.filePath());
+    }
 }
 
 } // namespace
@@ -84,6 +95,7 @@ DocumentWriter::DocumentWriter(const QString &folder, const DeviceListSnapshot &
 
 std::vector<DocumentWriter::Outcome> DocumentWriter::write(const std::function<void(int)> &progress)
 {
+    removeLeftOvers(m_folder);
     Run run(*this);
     const unsigned processors = std::thread::hardware_concurrency();
     std::vector<std::thread> helpers(std::clamp(processors, 1U, mostThreads) - 1);
@@ -105,7 +117,8 @@ DocumentWriter::Outcome DocumentWriter::writeRow(int row, QString &reason) const
     if (m_list.rowOfBareMac(mac) != row)
         return Outcome::Repeated;
     const QString path = m_folder + QLatin1String("/cfg") + mac + QLatin1String(".xml");
-    const QByteArray document = documentOf(device);
+    const PhoneFamily &family = familyOfModel(device.product.trimmed());
+    const QByteArray document = provisioningDocument(device, family.document);
     if (holds(path, document))
         return Outcome::Unchanged;
     const WriteResult result = writeWholeFile(path, document, Durability::Replaced, m_readers);

@@ -34,7 +34,7 @@ public:
 
     /// Writes the documents on a thread for each processor, up to eight, this one among them, on
     /// which `progress` is called with the number of the devices begun. Stops at the first that
-    /// fails. Returns the outcome for each row.
+    /// fails. Returns the outcome for each row. What a run that was killed left is removed.
     std::vector<Outcome> write(const std::function<void(int)> &progress);
     /// Removes the documents of devices that are not in the list, and no other file, until one
     /// cannot be removed. Returns how many were.

@@ -4,7 +4,7 @@
 #include "export/CSVOutlookExport.h"
 #include "export/DkCfgExport.h"
 #include "export/MacCfgExport.h"
-#include "model/ExportType.h"
+#include "model/PhoneFamily.h"
 
 ExportFactory *ExportFactory::instance()
 {
@@ -24,6 +24,7 @@ ExportBase *ExportFactory::createExporter(int type)
     case CordlessXml:
         return new DkCfgExport;
     default:
-        return nullptr;
+        return isFamilyDocument(type) ? new ProvisioningExport(static_cast<ExportType>(type))
+                                      : nullptr;
     }
 }

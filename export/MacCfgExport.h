@@ -1,21 +1,20 @@
 #pragma once
 
-#include "export/ExportBase.h"
+#include "export/ProvisioningExport.h"
 
 /// Writes the provisioning document for desk phones.
-///
-/// The device is chosen by the MAC in the file name (see provisioningFileMac()); the codec name is
-/// ignored, the document is always UTF-8. False when no device of the list has that MAC, with no
-/// file touched, or when the file cannot be written.
-class MacCfgExport : public ExportBase
+class MacCfgExport : public ProvisioningExport
 {
     Q_OBJECT
 public:
-    using ExportBase::ExportBase;
+    MacCfgExport()
+        : ProvisioningExport(DeskPhoneXml)
+    {
+    }
 
     /// The document itself. Any thread.
-    static QByteArray document(const ContactInfo &device);
-
-    bool exportFile(const QString &codecName, const QString &filePath,
-                    QList<ContactInfo> &devices) override;
+    static QByteArray document(const ContactInfo &device)
+    {
+        return provisioningDocument(device, DeskPhoneXml);
+    }
 };

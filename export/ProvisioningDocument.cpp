@@ -2,6 +2,7 @@
 
 #include "model/DebugLog.h"
 #include "model/MacAddress.h"
+#include "model/PhoneFamily.h"
 #include "model/WholeFile.h"
 
 #include <QFile>
@@ -9,8 +10,74 @@
 #include <QXmlStreamWriter>
 
 #include <algorithm>
+#include <iterator>
 
 namespace {
+
+/// One parameter element of a document and the field that it carries.
+struct Element
+{
+    const char *name;
+    QString ContactInfo::*field;
+};
+
+/// The account settings in document order. Their names are what sets the families of telephones
+/// apart; the rest of the document is common to all.
+constexpr Element deskPhone[] = {
+    {"P47", &ContactInfo::sip_server},     {"P35", &ContactInfo::sip_user_id},
+    {"P270", &ContactInfo::first_account}, {"P3", &ContactInfo::username},
+    {"P36", &ContactInfo::auth_id},        {"P34", &ContactInfo::password},
+    {"P48", &ContactInfo::proxy_server},   {"P290", &ContactInfo::dial_plan},
+    {"P1362", &ContactInfo::language},     {"P78", &ContactInfo::random_port},
+    {"P84", &ContactInfo::keep_alive},     {"P331", &ContactInfo::phonebook_path},
+};
+constexpr Element cordless[] = {
+    {"P47", &ContactInfo::sip_server},     {"P4060", &ContactInfo::sip_user_id},
+    {"P270", &ContactInfo::first_account}, {"P4180", &ContactInfo::username},
+    {"P4090", &ContactInfo::auth_id},      {"P4120", &ContactInfo::password},
+    {"P48", &ContactInfo::proxy_server},   {"P4200", &ContactInfo::dial_plan},
+    {"P342", &ContactInfo::language},      {"P78", &ContactInfo::random_port},
+    {"P84", &ContactInfo::keep_alive},     {"P331", &ContactInfo::phonebook_path},
+};
+
+struct FamilyElements
+{
+    template <std::size_t size>
+    constexpr FamilyElements(ExportType type, const Element (&elements)[size])
+        : document(type)
+        , first(elements)
+        , end(elements + size)
+    {
+    }
+
+    ExportType document;
+    const Element *first;
+    const Element *end;
+};
+
+constexpr FamilyElements familyElements[] = {
+    {DeskPhoneXml, deskPhone},
+    {CordlessXml, cordless},
+};
+
+constexpr bool hasElements(const PhoneFamily &family)
+{
+    for (const FamilyElements &elements : familyElements) {
+        if (elements.document == family.document)
+            return true;
+    }
+    return false;
+}
+
+constexpr bool haveAllElements()
+{
+    for (const PhoneFamily &family : families) {
+        if (!hasElements(family))
+            return false;
+    }
+    return hasElements(otherPhones);
+}
+static_assert(haveAllElements(), "a family's document has no elements");
 
 struct CodecNumber
 {
@@ -129,7 +196,7 @@ QString provisioningFileMac(const QString &filePath)
     return fileName.contains(QLatin1String("cfg")) ? fileName.mid(3, 12) : QString();
 }
 
-QByteArray provisioningDocument(const ContactInfo &device, const AccountElements &account)
+QByteArray provisioningDocument(const ContactInfo &device, ExportType family)
 {
     const QString version = QStringLiteral("version");
     const QString one = QStringLiteral("1");
@@ -144,8 +211,12 @@ QByteArray provisioningDocument(const ContactInfo &device, const AccountElements
     xml.writeStartElement(QStringLiteral("config"));
     xml.writeAttribute(version, one);
     xml.writeTextElement(QStringLiteral("P271"), one); // the account is active
-    for (const ProvisioningElement &element : account)
+    const auto *const account =
+        std::find_if(std::begin(familyElements), std::end(familyElements),
+                     [family](const FamilyElements &known) { return known.document == family; });
+    std::for_each(account->first, account->end, [&](const Element &element) {
         xml.writeTextElement(QLatin1String(element.name), xmlText(device.*element.field));
+    });
     writeCodec(xml, 57, device.speech_coding1);
     writeCodec(xml, 58, device.speech_coding2);
     for (const AddressGroup &group : addressGroups)
@@ -155,7 +226,7 @@ QByteArray provisioningDocument(const ContactInfo &device, const AccountElements
 }
 
 bool exportProvisioningDocument(const QString &filePath, QList<ContactInfo> &devices,
-                                const AccountElements &account)
+                                ExportType family)
 {
     const QString fileMac = provisioningFileMac(filePath);
     for (ContactInfo &device : devices) {
@@ -163,7 +234,7 @@ bool exportProvisioningDocument(const QString &filePath, QList<ContactInfo> &dev
         const QString recordMac = bareMac(device.mac);
         qCDebug(debugLog) << "tmpMac = " << recordMac << "; macInfo = " << fileMac;
         if (recordMac == fileMac) {
-            const QByteArray document = provisioningDocument(device, account);
+            const QByteArray document = provisioningDocument(device, family);
             return holds(filePath, document) || written(filePath, document);
         }
     }

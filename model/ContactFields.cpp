@@ -3,99 +3,97 @@
 #include <QStringList>
 
 #include <algorithm>
+#include <iterator>
 
 namespace {
 
 using Fields = std::array<ContactField, contactFieldCount>;
 
-constexpr Fields recordOrder = {{
-    {"mac", "MAC", &ContactInfo::mac},
-    {"product", "Product Model", &ContactInfo::product},
-    {"sip_server", "SIP Server", &ContactInfo::sip_server},
-    {"sip_user_id", "SIP User ID", &ContactInfo::sip_user_id},
-    {"first_account", "Primary Account", &ContactInfo::first_account},
-    {"ip", "IP", &ContactInfo::ip},
-    {"username", "Username", &ContactInfo::username},
-    {"password", "Password", &ContactInfo::password},
-    {"city", "City", &ContactInfo::city},
-    {"company", "Company", &ContactInfo::company},
-    {"department", "Department", &ContactInfo::department},
-    {"auth_id", "Authentication ID", &ContactInfo::auth_id},
-    {"proxy_server", "Proxy Server", &ContactInfo::proxy_server},
-    {"speech_coding1", "Speech Coding1", &ContactInfo::speech_coding1},
-    {"speech_coding2", "Speech Coding2", &ContactInfo::speech_coding2},
-    {"dial_plan", "Dial Plan", &ContactInfo::dial_plan},
-    {"language", "language", &ContactInfo::language},
-    {"random_port", "Random Port", &ContactInfo::random_port},
-    {"keep_alive", "Keep-Alive", &ContactInfo::keep_alive},
-    {"subnet", "Subnet", &ContactInfo::subnet},
-    {"gateway_ip", "Gateway IP", &ContactInfo::gateway_ip},
-    {"dns_server1", "DNS Server 1", &ContactInfo::dns_server1},
-    {"dns_server2", "DNS Server 2", &ContactInfo::dns_server2},
-    {"phonebook_path", "Enterprise Directory Path", &ContactInfo::phonebook_path},
-}};
+/// The one place that knows the fields, in record order: each with its place among the text columns
+/// of the table and among the columns of a file.
+constexpr ContactField table[] = {
+    {"mac", "MAC", "MAC", &ContactInfo::mac, 0, 0},
+    {"product", "Product Model", "设备型号", &ContactInfo::product, 1, 1},
+    {"sip_server", "SIP Server", "SIP服务器", &ContactInfo::sip_server, 2, 3},
+    {"sip_user_id", "SIP User ID", "用户ID", &ContactInfo::sip_user_id, 3, 4},
+    {"first_account", "Primary Account", "分机号", &ContactInfo::first_account, 4, 2},
+    {"ip", "IP", "IP", &ContactInfo::ip, 7, 13},
+    {"username", "Username", "用户名", &ContactInfo::username, 5, 9},
+    {"password", "Password", "密码", &ContactInfo::password, 6, 6},
+    {"city", "City", "城市", &ContactInfo::city, 8, 20},
+    {"company", "Company", "公司", &ContactInfo::company, 9, 21},
+    {"department", "Department", "部门", &ContactInfo::department, 10, 22},
+    {"auth_id", "Authentication ID", "鉴权ID", &ContactInfo::auth_id, 11, 5},
+    {"proxy_server", "Proxy Server", "代理服务器", &ContactInfo::proxy_server, 12, 23},
+    {"speech_coding1", "Speech Coding1", "语言编码1", &ContactInfo::speech_coding1, 13, 7},
+    {"speech_coding2", "Speech Coding2", "语言编码2", &ContactInfo::speech_coding2, 14, 8},
+    {"dial_plan", "Dial Plan", "拨号规则", &ContactInfo::dial_plan, 15, 19},
+    {"language", "language", "语言", &ContactInfo::language, 16, 10},
+    {"random_port", "Random Port", "随机端口", &ContactInfo::random_port, 17, 11},
+    {"keep_alive", "Keep-Alive", "Keep-Alive", &ContactInfo::keep_alive, 18, 12},
+    {"subnet", "Subnet", "子网", &ContactInfo::subnet, 19, 14},
+    {"gateway_ip", "Gateway IP", "网关IP", &ContactInfo::gateway_ip, 20, 15},
+    {"dns_server1", "DNS Server 1", "DNS服务器1", &ContactInfo::dns_server1, 21, 16},
+    {"dns_server2", "DNS Server 2", "DNS服务器2", &ContactInfo::dns_server2, 22, 17},
+    {"phonebook_path", "Enterprise Directory Path", "通讯录路径", &ContactInfo::phonebook_path, 23,
+     18},
+};
 
-using Order = std::array<QString ContactInfo::*, contactFieldCount>;
+constexpr bool isEveryMemberOnce()
+{
+    for (const ContactField &field : table) {
+        int count = 0;
+        for (const ContactField &other : table)
+            count += field.member == other.member ? 1 : 0;
+        if (count != 1)
+            return false;
+    }
+    return true;
+}
 
-constexpr Order tableOrder = {&ContactInfo::mac,
-                              &ContactInfo::product,
-                              &ContactInfo::sip_server,
-                              &ContactInfo::sip_user_id,
-                              &ContactInfo::first_account,
-                              &ContactInfo::username,
-                              &ContactInfo::password,
-                              &ContactInfo::ip,
-                              &ContactInfo::city,
-                              &ContactInfo::company,
-                              &ContactInfo::department,
-                              &ContactInfo::auth_id,
-                              &ContactInfo::proxy_server,
-                              &ContactInfo::speech_coding1,
-                              &ContactInfo::speech_coding2,
-                              &ContactInfo::dial_plan,
-                              &ContactInfo::language,
-                              &ContactInfo::random_port,
-                              &ContactInfo::keep_alive,
-                              &ContactInfo::subnet,
-                              &ContactInfo::gateway_ip,
-                              &ContactInfo::dns_server1,
-                              &ContactInfo::dns_server2,
-                              &ContactInfo::phonebook_path};
+constexpr bool isEveryPlaceOnce(int ContactField::*place)
+{
+    for (int wanted = 0; wanted < static_cast<int>(std::size(table)); ++wanted) {
+        int count = 0;
+        for (const ContactField &field : table)
+            count += field.*place == wanted ? 1 : 0;
+        if (count != 1)
+            return false;
+    }
+    return true;
+}
 
-constexpr Order csvOrder = {&ContactInfo::mac,
-                            &ContactInfo::product,
-                            &ContactInfo::first_account,
-                            &ContactInfo::sip_server,
-                            &ContactInfo::sip_user_id,
-                            &ContactInfo::auth_id,
-                            &ContactInfo::password,
-                            &ContactInfo::speech_coding1,
-                            &ContactInfo::speech_coding2,
-                            &ContactInfo::username,
-                            &ContactInfo::language,
-                            &ContactInfo::random_port,
-                            &ContactInfo::keep_alive,
-                            &ContactInfo::ip,
-                            &ContactInfo::subnet,
-                            &ContactInfo::gateway_ip,
-                            &ContactInfo::dns_server1,
-                            &ContactInfo::dns_server2,
-                            &ContactInfo::phonebook_path,
-                            &ContactInfo::dial_plan,
-                            &ContactInfo::city,
-                            &ContactInfo::company,
-                            &ContactInfo::department,
-                            &ContactInfo::proxy_server};
+static_assert(std::size(table) == contactFieldCount, "each text of a record needs a row, once");
+static_assert(isEveryMemberOnce(), "two rows name the same text of a record");
+static_assert(isEveryPlaceOnce(&ContactField::tablePlace), "the table's columns need a row each");
+static_assert(isEveryPlaceOnce(&ContactField::filePlace), "a file's columns need a row each");
 
-Fields reordered(const Order &order)
+constexpr Fields inOrder(int ContactField::*place)
 {
     Fields fields = {};
-    std::transform(order.begin(), order.end(), fields.begin(), [](QString ContactInfo::*member) {
-        return *std::find_if(
-            recordOrder.begin(), recordOrder.end(),
-            [member](const ContactField &field) { return field.member == member; });
-    });
+    for (const ContactField &field : table)
+        fields[static_cast<std::size_t>(field.*place)] = field;
     return fields;
+}
+
+constexpr Fields inRecordOrder()
+{
+    Fields fields = {};
+    for (std::size_t i = 0; i < fields.size(); ++i)
+        fields[i] = table[i];
+    return fields;
+}
+
+constexpr Fields recordOrder = inRecordOrder();
+constexpr Fields tableOrder = inOrder(&ContactField::tablePlace);
+constexpr Fields fileOrder = inOrder(&ContactField::filePlace);
+
+QString csvHeader(const char *ContactField::*title)
+{
+    QStringList titles;
+    for (const ContactField &field : fileOrder)
+        titles.append(QString::fromUtf8(field.*title));
+    return titles.join(QLatin1Char(','));
 }
 
 } // namespace
@@ -107,30 +105,22 @@ const std::array<ContactField, contactFieldCount> &contactFields()
 
 const std::array<ContactField, contactFieldCount> &contactTableFields()
 {
-    static const Fields fields = reordered(tableOrder);
-    return fields;
+    return tableOrder;
 }
 
 const std::array<ContactField, contactFieldCount> &contactCsvFields()
 {
-    static const Fields fields = reordered(csvOrder);
-    return fields;
+    return fileOrder;
 }
 
 QString englishCsvHeader()
 {
-    QStringList titles;
-    for (const ContactField &field : contactCsvFields())
-        titles.append(QLatin1String(field.csvLabel));
-    return titles.join(QLatin1Char(','));
+    return csvHeader(&ContactField::csvLabel);
 }
 
 QString chineseCsvHeader()
 {
-    return QStringLiteral(
-        "MAC,设备型号,分机号,SIP服务器,用户ID,鉴权ID,密码,语言编码1,语言编码2,用户名,语言,随机端口,"
-        "Keep-Alive,IP,子网,网关IP,DNS服务器1,DNS服务器2,通讯录路径,拨号规则,城市,公司,部门,"
-        "代理服务器");
+    return csvHeader(&ContactField::chineseCsvLabel);
 }
 
 QString inOneLine(const QString &text)

@@ -5,18 +5,23 @@
 #include <array>
 #include <cstddef>
 
-/// One text field of a device: how the table column is called, how an English device list titles
-/// it, and where the record keeps it.
+/// One text field of a device: how the table column is called, how an English and a Chinese device
+/// list title it (in UTF-8), where the record keeps it, and its place among the text columns of the
+/// table and among the columns of a file, from 0.
 struct ContactField
 {
     const char *column;
     const char *csvLabel;
+    const char *chineseCsvLabel;
     QString ContactInfo::*member;
+    int tablePlace;
+    int filePlace;
 };
 
-constexpr std::size_t contactFieldCount = 24;
+/// As many as a record has texts: all its members but the id, which takes the room of one.
+constexpr std::size_t contactFieldCount = sizeof(ContactInfo) / sizeof(QString) - 1;
 
-/// The 24 text fields in record order, which is also the order in which rows are read.
+/// The text fields in record order, which is also the order in which rows are read.
 const std::array<ContactField, contactFieldCount> &contactFields();
 
 /// The same fields in the order of the table's columns, which puts user name and password before

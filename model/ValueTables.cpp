@@ -10,11 +10,6 @@ const QStringList &productModels()
     return models;
 }
 
-bool isCordlessModel(const QString &product)
-{
-    return product.trimmed().startsWith(QLatin1String("DK"), Qt::CaseInsensitive);
-}
-
 const QStringList &speechCodecs()
 {
     static const QStringList codecs = {

@@ -18,10 +18,6 @@ struct LanguageEntry
 /// Product models in the order of the choice list. A record stores the text.
 const QStringList &productModels();
 
-/// Whether a telephone of this product model reads the cordless family's document: the models whose
-/// name begins with "DK", in any letter case. All others read the desk phones'.
-bool isCordlessModel(const QString &product);
-
 /// Speech codecs in the order of the choice list. A record stores the text.
 const QStringList &speechCodecs();
 

@@ -1,14 +1,10 @@
 #include "net/HttpRequest.h"
 
+#include "model/PhoneFamily.h"
+
 #include <algorithm>
-#include <array>
 
 namespace {
-
-/// Where the value of a User-Agent line is searched for each word in turn; the first one found is
-/// the product.
-constexpr std::array<const char *, 6> productWords = {"KTV3140", "KTV3175", "KTV3275",
-                                                      "KTV3240", "KTP",     "DK"};
 
 /// The file name and the product of a "?pro=" request line are looked for from here on.
 constexpr int queryNameStart = 3;
@@ -47,12 +43,12 @@ void HttpRequest::addLine(const QString &line)
         else
             addPlainForm(withoutLineEnd(line));
     } else if (line.startsWith(QLatin1String("User-Agent:"))) {
-        for (const char *word : productWords) {
-            if (line.contains(QLatin1String(word))) {
-                product = QLatin1String(word);
-                break;
-            }
-        }
+        const auto *const family =
+            std::find_if(families.begin(), families.end(), [&line](const PhoneFamily &one) {
+                return line.contains(QLatin1String(one.word));
+            });
+        if (family != families.end())
+            product = QLatin1String(family->word);
     }
 }
 

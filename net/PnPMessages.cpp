@@ -1,5 +1,6 @@
 #include "net/PnPMessages.h"
 
+#include "model/PhoneFamily.h"
 #include "net/PnPRequest.h"
 
 #include <QStringList>
@@ -39,13 +40,6 @@ QString reply(const QString &status, const PnPRequest &request, const QString &h
     });
 }
 
-/// Only these models expect a folder.
-bool wantsSlash(const QString &model)
-{
-    return model.startsWith(QLatin1String("KTP"), Qt::CaseInsensitive) &&
-           model != QLatin1String("KTP2200");
-}
-
 } // namespace
 
 QString PnPMessages::notImplemented(const PnPRequest &request, const QString &localAddress)
@@ -64,7 +58,7 @@ QString PnPMessages::notify(const PnPRequest &request, const QString &localAddre
                             const QString &httpdUrl)
 {
     const QString local = localAddress + QLatin1Char(':') + QString::number(replyPort);
-    const QString url = wantsSlash(request.model) ? httpdUrl + QLatin1Char('/') : httpdUrl;
+    const QString url = httpdUrl + urlEnd(request.model);
     return message(
         {
             QLatin1String("NOTIFY sip:") + request.addressAndPort + QLatin1String(" SIP/2.0"),

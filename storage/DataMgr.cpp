@@ -3,9 +3,9 @@
 #include "export/ExportBase.h"
 #include "export/ExportFactory.h"
 #include "export/ProvisioningDocument.h"
-#include "model/ExportType.h"
 #include "model/FreeMemory.h"
 #include "model/MacAddress.h"
+#include "model/PhoneFamily.h"
 #include "storage/DBOperator.h"
 #include "storage/DatabaseLayer.h"
 #include "storage/EditedDevice.h"
@@ -463,7 +463,7 @@ bool DataMgr::exportDevices(int type, const QString &codecName, const QString &f
     const QString filePath = folder + QLatin1Char('/') + fileName;
     const DeviceListSnapshot list = m_devices.snapshot();
     QList<ContactInfo> devices;
-    if (type == DeskPhoneXml || type == CordlessXml) {
+    if (isFamilyDocument(type)) {
         // These exporters write the first device of the MAC in the file's name; looked up here, it
         // is the only one that they have to examine.
         const int row = list.rowOfBareMac(provisioningFileMac(filePath));

@@ -17,6 +17,9 @@ namespace {
 const QString fileName = QStringLiteral("phonebook.db");
 const QString contactTable = QStringLiteral("contact1");
 
+/// The id and the flag as well.
+constexpr int contactTableColumns = static_cast<int>(contactFieldCount) + 2;
+
 constexpr int locked = 5;            // SQLITE_BUSY: by another program
 constexpr int lockedWithin = 6;      // SQLITE_LOCKED
 constexpr int readOnly = 8;          // SQLITE_READONLY
@@ -55,6 +58,7 @@ const QString insertRow = QStringLiteral(
     "INSERT INTO contact1 values (?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?)");
 const QString updateField = QStringLiteral("update %1 set %2=%3 where %4=%5");
 const QString countAll = QStringLiteral("select count(*) from contact1");
+const QString countColumns = QStringLiteral("select count(*) from pragma_table_info('contact1')");
 const QString countTables = QStringLiteral("select count(*) from sqlite_master");
 const QString countSettled = QStringLiteral("select count(*) from contact1 where flag = 0");
 const QString countNew = QStringLiteral("select count(*) from contact1 where flag = 1");
@@ -284,6 +288,8 @@ bool SqliteDatabase::insertColumns(const ColumnMap &columns)
     if (prepared && !nothingToDo)
         query.execBatch();
     const bool inserted = nothingToDo || succeeded(query);
+    if (!prepared && number(Sql::countColumns) > contactTableColumns)
+        m_lastErrorText = tr("a newer version of this program has written the database");
     // Also after a failed row: what becomes of the rows before it is for whoever opened the
     // outermost transaction to say.
     return transaction.commit() && inserted;
@@ -359,7 +365,7 @@ bool SqliteDatabase::insertContacts(const QList<ContactInfo> &contacts)
 {
     const auto &fields = contactTableFields();
     QList<QVariantList> &columns = m_batch[contactTable];
-    while (columns.size() < static_cast<int>(fields.size()) + 2)
+    while (columns.size() < contactTableColumns)
         columns.append(QVariantList());
     for (QVariantList &values : columns)
         resize(values, contacts.size());
