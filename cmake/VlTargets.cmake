@@ -57,10 +57,29 @@ function(vl_plugins name)
 endfunction()
 
 # vl_library(<folder> SOURCES ... LINK ...): the library of one folder. LINK names
-# what its headers need (our folders below it, Qt modules).
+# what its headers need (our folders below it, Qt modules); an include of anything else
+# of ours does not build.
 function(vl_library name)
     cmake_parse_arguments(ARG "" "" "SOURCES;LINK" ${ARGN})
-    add_library(vl_${name} STATIC ${ARG_SOURCES})
+    set(sees ${name})
+    foreach(below IN LISTS ARG_LINK)
+        if(below MATCHES "^vl::(.+)$")
+            get_property(seen_there GLOBAL PROPERTY VL_SEEN_BY_${CMAKE_MATCH_1})
+            list(APPEND sees ${seen_there})
+        endif()
+    endforeach()
+    list(REMOVE_DUPLICATES sees)
+    set_property(GLOBAL PROPERTY VL_SEEN_BY_${name} ${sees})
+    list(JOIN sees "," sees)
+    set(checked ${CMAKE_CURRENT_BINARY_DIR}/includes.checked)
+    add_custom_command(OUTPUT ${checked}
+        COMMAND ${CMAKE_COMMAND} -DSOURCE_DIR=${PROJECT_SOURCE_DIR} -DFOLDER=${name} -DSEES=${sees}
+            -DSTAMP=${checked} -P ${PROJECT_SOURCE_DIR}/cmake/CheckIncludes.cmake
+        DEPENDS ${ARG_SOURCES} ${PROJECT_SOURCE_DIR}/cmake/CheckIncludes.cmake
+        COMMENT "Checking which folders ${name} includes"
+        VERBATIM)
+
+    add_library(vl_${name} STATIC ${ARG_SOURCES} ${checked})
     add_library(vl::${name} ALIAS vl_${name})
     target_include_directories(vl_${name} PUBLIC ${PROJECT_SOURCE_DIR})
     target_link_libraries(vl_${name} PUBLIC ${ARG_LINK} PRIVATE vl_options)

@@ -1,0 +1,21 @@
+# Ends with an error when a source of FOLDER includes a header of a folder that it does not see.
+#   cmake -DSOURCE_DIR=... -DFOLDER=net -DSEES=net,model,widgets -DSTAMP=... -P CheckIncludes.cmake
+# SEES names all folders of ours that it does see, itself among them; STAMP is touched in the end.
+string(REPLACE "," "|" sees "${SEES}")
+file(GLOB folders RELATIVE "${SOURCE_DIR}" "${SOURCE_DIR}/*/CMakeLists.txt")
+list(TRANSFORM folders REPLACE "/CMakeLists.txt" "")
+list(JOIN folders "|" folders)
+file(GLOB sources "${SOURCE_DIR}/${FOLDER}/*.cpp" "${SOURCE_DIR}/${FOLDER}/*.h")
+foreach(source IN LISTS sources)
+    file(STRINGS "${source}" includes REGEX "^#include \"(${folders})/")
+    foreach(include IN LISTS includes)
+        if(NOT include MATCHES "^#include \"(${sees})/")
+            list(APPEND wrong "${source}: ${include}")
+        endif()
+    endforeach()
+endforeach()
+if(wrong)
+    list(JOIN wrong "\n" wrong)
+    message(FATAL_ERROR "${FOLDER}/ may include only what is in ${SEES}:\n${wrong}")
+endif()
+file(TOUCH "${STAMP}")
