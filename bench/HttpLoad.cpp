@@ -189,8 +189,17 @@ LoadResult playTelephones(std::uint16_t port, const std::vector<LoadRequest> &re
 
 IdleConnections::IdleConnections(std::uint16_t port, int count)
 {
+    constexpr int hosts = 8;
     for (int i = 0; i < count; ++i)
-        m_sockets.push_back(connectTo(port));
+        m_sockets.push_back(connectTo(port, 2 + i % hosts));
+}
+
+int IdleConnections::standing() const
+{
+    return static_cast<int>(std::count_if(m_sockets.begin(), m_sockets.end(), [](int socket) {
+        char byte = 0;
+        return ::recv(socket, &byte, 1, MSG_PEEK | MSG_DONTWAIT) < 0 && errno == EAGAIN;
+    }));
 }
 
 IdleConnections::~IdleConnections()

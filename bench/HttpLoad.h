@@ -34,7 +34,10 @@ LoadResult playTelephones(std::uint16_t port, const std::vector<LoadRequest> &re
 class IdleConnections
 {
 public:
+    /// From eight hosts.
     IdleConnections(std::uint16_t port, int count);
+    /// How many the other side has not closed.
+    int standing() const;
     ~IdleConnections();
     IdleConnections(const IdleConnections &) = delete;
     IdleConnections &operator=(const IdleConnections &) = delete;

@@ -19,6 +19,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     if (request.namesDocument() && request.hasSafeFileName()) {
         const QString path = QStringLiteral("/served/") + request.fileName;
         require(QDir::cleanPath(path) == path && path.count(QLatin1Char('/')) == 2);
+        // Windows takes some of these for others, and drops the last two.
+        for (const QChar c : request.fileName)
+            require(c.unicode() >= 0x20 && !QStringLiteral("<>:\"|?*\\").contains(c));
+        require(!request.fileName.endsWith(QLatin1Char('.')) &&
+                !request.fileName.endsWith(QLatin1Char(' ')));
     }
     return 0;
 }

@@ -273,16 +273,22 @@ void ConnectionPool::watch(Lock &lock)
 /// Waits until the thread is called. False when it has not been for so long that it may end.
 bool ConnectionPool::rest(Lock &lock)
 {
-    const bool extra = m_resting >= keptThreads;
     ++m_resting;
-    if (extra)
-        m_call.wait_for(lock, restTime);
-    else
-        m_call.wait(lock);
+    bool isCalled = false;
+    bool isExtra = false;
+    do {
+        if (m_resting <= keptThreads) {
+            m_call.wait(lock);
+            isCalled = true;
+        } else {
+            isCalled = m_call.wait_for(lock, restTime) == std::cv_status::no_timeout;
+        }
+        isExtra = m_resting > keptThreads; // others have come to rest meanwhile, or gone
+    } while (!isCalled && !isExtra);
     --m_resting;
     if (m_called > 0)
         --m_called;
-    else if (extra && m_line.isEmpty())
+    else if (!isCalled && m_line.isEmpty())
         return false;
     return true;
 }

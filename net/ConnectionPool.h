@@ -16,8 +16,8 @@ class HttpdThread;
 /// Brings accepted connections and the threads that serve them together, and sees to it that
 /// neither idle clients nor one busy address keep the others out. See docs/threads.md.
 ///
-/// Any thread, where nothing else is said. The mutex is held for a few instructions at a time, and
-/// never while something is waited for.
+/// Any thread, where nothing else is said. The mutex is held for a few instructions at a time,
+/// or for a look at each idle connection; never while something is waited for.
 class ConnectionPool
 {
 public:

@@ -60,18 +60,17 @@ HttpdServer::~HttpdServer()
     for (auto threads = m_pool.threads(); !threads.isEmpty(); threads = m_pool.threads()) {
         for (HttpdThread *const thread : qAsConst(threads)) {
             disconnect(thread, nullptr, this, nullptr);
-            m_pool.forget(thread);
             delete thread;
         }
     }
+    emitReports();
 }
 
 bool HttpdServer::listen(const QHostAddress &address, quint16 port)
 {
-    if (m_door || !SocketPlatform::listenAlone(*this, address, port))
+    if (m_door || !SocketPlatform::listenAlone(*this, address, port, backlog))
         return false;
     pauseAccepting(); // the door accepts
-    SocketPlatform::setBacklog(socketDescriptor(), backlog);
     m_listener = std::make_unique<Listener>(socketDescriptor());
     if (!m_listener->isUsable()) {
         m_listener.reset();
@@ -148,12 +147,12 @@ HttpdThread *HttpdServer::startThread()
         thread, &HttpdThread::singleRequest, this,
         [this](const QString &report) { addReport(report); }, Qt::DirectConnection);
     thread->setEndListener([this](const RequestEnd &request) { onEnd(request); });
-    connect(thread, &QObject::destroyed, this, [this, thread] { m_pool.forget(thread); });
     thread->moveToThread(this->thread());
     thread->start(QThread::InheritPriority);
     if (thread->isRunning() || thread->isFinished())
         return thread;
-    thread->deleteLater();
+    QMetaObject::invokeMethod(
+        this, [thread] { delete thread; }, Qt::QueuedConnection);
     return nullptr;
 }
 

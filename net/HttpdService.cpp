@@ -30,7 +30,10 @@ HttpdService::HttpdService(ProvisioningSource &source, const QString &baseDir, Q
 HttpdService::~HttpdService()
 {
     stop();
-    // Not left to the event loop, which may never run again.
+    // Not left to the event loop, which may never run again. Nobody is told its last reports, as
+    // the owner may be half gone.
+    if (m_stoppedServer)
+        m_stoppedServer->disconnect(this);
     delete m_stoppedServer;
     delete m_cardDialog;
 }

@@ -1,7 +1,7 @@
 #include "net/HttpdThread.h"
 
-#include "model/ExportType.h"
 #include "model/MacAddress.h"
+#include "model/PhoneFamily.h"
 #include "model/ProvisioningSource.h"
 #include "net/ConnectionPool.h"
 #include "net/DocumentFolder.h"
@@ -91,6 +91,7 @@ HttpdThread::HttpdThread(ConnectionPool &pool, ProvisioningSource &source, const
 
 HttpdThread::~HttpdThread()
 {
+    m_pool.forget(this);
     wait();
     Q_ASSERT(m_state == State::Ended || m_state == State::Resting); // Resting: it never ran
     delete m_mutex;
@@ -333,8 +334,7 @@ RequestOutcome HttpdThread::whyNotWritten() const
 /// False when it cannot be written.
 bool HttpdThread::openDocument(QFile &file, const QString &fileName, const QString &product)
 {
-    const DocumentFolder::Origin origin{product == QLatin1String("DK") ? CordlessXml : DeskPhoneXml,
-                                        m_source.listVersion()};
+    const DocumentFolder::Origin origin{familyOfWord(product).document, m_source.listVersion()};
     const bool isThere = openToRead(file);
     if (isThere && m_folder.isCurrent(fileName, origin, FileLook(file)))
         return true;

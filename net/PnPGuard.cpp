@@ -21,10 +21,9 @@ constexpr int mostAddresses = 1024;
 
 /// An answer is at most so many times as long as its request...
 constexpr int growth = 3;
-/// ...but for one that says each thing as briefly as SIP allows, and asks for itself. The answers'
-/// own lines are longer than that then.
-constexpr int briefRequest = 200; // bytes
-constexpr int briefAnswer = 1100;
+/// ...but for one that says each thing briefly, and asks for itself: the answers' own lines are
+/// longer than that then.
+constexpr int briefAnswer = 1100; // bytes
 
 /// Whether a bucket holds so many, of which `usable` datagrams may be taken when it is full.
 bool holds(PnPGuard::Time fullAt, PnPGuard::Time refill, int datagrams, PnPGuard::Time now,
@@ -47,8 +46,6 @@ bool isBroadcast(const QHostAddress &address, const QNetworkAddressEntry &own)
 
 bool isTooLong(const PnPGuard::Exchange &exchange)
 {
-    if (exchange.requestSize < briefRequest)
-        return true;
     const int brief = exchange.sender == exchange.address ? briefAnswer : 0;
     return exchange.answerSize > std::max(growth * exchange.requestSize, brief);
 }

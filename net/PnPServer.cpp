@@ -188,7 +188,10 @@ std::vector<PnPServer::Datagram> PnPServer::takeArrived()
 {
     std::vector<Datagram> arrived;
     QByteArray buffer(largestDatagram, Qt::Uninitialized);
-    for (int i = 0; i < mostAtOnce && m_receiveSocket->hasPendingDatagrams(); ++i) {
+    int read = 0;
+    // Read before anything is asked: after a datagram that arrived damaged none is pending, and
+    // the socket tells of further ones only once it was read from.
+    do {
         QHostAddress sender;
         quint16 port = 0;
         const qint64 length =
@@ -204,7 +207,7 @@ std::vector<PnPServer::Datagram> PnPServer::takeArrived()
             tellEnd(sender, PnPRequest(), RequestOutcome::Repeated, 0);
         }
         arrived.push_back({sender, port, buffer.left(static_cast<int>(length))});
-    }
+    } while (++read < mostAtOnce && m_receiveSocket->hasPendingDatagrams());
     return arrived;
 }
 

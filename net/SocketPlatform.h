@@ -58,12 +58,11 @@ std::uint32_t peerAddress(std::intptr_t descriptor);
 /// Listens as QTcpServer::listen() does, and only when the port is wholly free: where another
 /// program has it, on whichever of the machine's addresses, this fails. Nobody can take the port
 /// from the server afterwards. Port 0 is one that the system chooses.
-bool listenAlone(QTcpServer &server, const QHostAddress &address, quint16 port);
-
-/// Lets as many connections as `backlog` wait on a listening descriptor to be accepted. Where the
-/// system can, it keeps one back until its client has said something, for a second at most: then
-/// nobody has to wait for the beginning of a request.
-void setBacklog(std::intptr_t descriptor, int backlog);
+///
+/// Up to `backlog` connections wait to be accepted. Where the system can, it keeps one back until
+/// its client has said something, for a second at most: then nobody has to wait for the beginning
+/// of a request.
+bool listenAlone(QTcpServer &server, const QHostAddress &address, quint16 port, int backlog);
 
 /// Raises this process's limit of open descriptors towards `wanted`, and returns the limit that
 /// holds now. Never lowers it.

@@ -61,6 +61,14 @@ ssize_t receive(std::intptr_t descriptor, std::array<char, 16384> &buffer)
     return count;
 }
 
+/// What a client's network did to the connection that waited.
+bool isOfOneConnection(int error)
+{
+    constexpr std::array<int, 7> errors = {ECONNABORTED, ENETDOWN,     EPROTO,     EHOSTDOWN,
+                                           ENETUNREACH,  EHOSTUNREACH, ENOPROTOOPT};
+    return std::find(errors.begin(), errors.end(), error) != errors.end();
+}
+
 } // namespace
 
 namespace SocketPlatform {
@@ -131,7 +139,7 @@ Accept accept(std::intptr_t listener, std::intptr_t &descriptor)
 {
     do {
         descriptor = ::accept4(number(listener), nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK);
-    } while (descriptor < 0 && (errno == EINTR || errno == ECONNABORTED));
+    } while (descriptor < 0 && (errno == EINTR || isOfOneConnection(errno)));
     if (descriptor >= 0)
         return Accept::Done;
     return errno == EAGAIN ? Accept::NoneWaits : Accept::Refused;
@@ -147,18 +155,18 @@ std::uint32_t peerAddress(std::intptr_t descriptor)
     return ntohl(address.sin_addr.s_addr);
 }
 
-bool listenAlone(QTcpServer &server, const QHostAddress &address, quint16 port)
+bool listenAlone(QTcpServer &server, const QHostAddress &address, quint16 port, int backlog)
 {
-    return server.listen(address, port); // ports are never shared here unless both ask for it
-}
-
-void setBacklog(std::intptr_t descriptor, int backlog)
-{
-    ::listen(number(descriptor), backlog);
+    // Ports are never shared here unless both ask for it.
+    if (!server.listen(address, port))
+        return false;
+    const int descriptor = number(server.socketDescriptor());
+    ::listen(descriptor, backlog);
 #ifdef TCP_DEFER_ACCEPT
     const int seconds = 1;
-    ::setsockopt(number(descriptor), IPPROTO_TCP, TCP_DEFER_ACCEPT, &seconds, sizeof(seconds));
+    ::setsockopt(descriptor, IPPROTO_TCP, TCP_DEFER_ACCEPT, &seconds, sizeof(seconds));
 #endif
+    return true;
 }
 
 std::int64_t raiseDescriptorLimit(std::int64_t wanted)

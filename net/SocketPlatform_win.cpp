@@ -28,8 +28,9 @@ bool waitForInput(std::intptr_t descriptor, std::chrono::milliseconds time)
     return WSAPoll(&waiting, 1, static_cast<INT>(time.count())) > 0;
 }
 
-/// A listening socket whose port is shared with nobody, or INVALID_SOCKET.
-SOCKET exclusiveListener(quint32 address, quint16 port)
+/// A listening socket whose port is shared with nobody, or INVALID_SOCKET. A `backlog` beyond some
+/// 200 is asked for by its negative, and only once.
+SOCKET exclusiveListener(quint32 address, quint16 port, int backlog)
 {
     static const bool socketsReady = [] {
         WSADATA data{};
@@ -50,7 +51,7 @@ SOCKET exclusiveListener(quint32 address, quint16 port)
     const auto *const option = reinterpret_cast<const char *>(&on);
     const auto *const bound = reinterpret_cast<const sockaddr *>(&local);
     if (setsockopt(listener, SOL_SOCKET, SO_EXCLUSIVEADDRUSE, option, sizeof(on)) == 0 &&
-        bind(listener, bound, sizeof(local)) == 0 && listen(listener, SOMAXCONN) == 0)
+        bind(listener, bound, sizeof(local)) == 0 && listen(listener, -backlog) == 0)
         return listener;
     closesocket(listener);
     return INVALID_SOCKET;
@@ -141,26 +142,17 @@ std::uint32_t peerAddress(std::intptr_t descriptor)
     return ntohl(address.sin_addr.s_addr);
 }
 
-bool listenAlone(QTcpServer &server, const QHostAddress &address, quint16 port)
+bool listenAlone(QTcpServer &server, const QHostAddress &address, quint16 port, int backlog)
 {
-    // What the system chooses nobody else has, and Qt has a text for what went wrong.
-    if (port == 0)
-        return server.listen(address, port);
-
     // Qt has no option for it on a server, and it has to be set before the port is bound. Without
     // it a second program may listen on the same port, and gets some of the connections.
-    const SOCKET listener = exclusiveListener(address.toIPv4Address(), port);
-    if (listener == INVALID_SOCKET)
-        return false;
-    if (server.setSocketDescriptor(static_cast<qintptr>(listener)))
+    const SOCKET listener = exclusiveListener(address.toIPv4Address(), port, backlog);
+    if (listener != INVALID_SOCKET && server.setSocketDescriptor(static_cast<qintptr>(listener)))
         return true;
-    closesocket(listener);
-    return false;
-}
-
-void setBacklog(std::intptr_t descriptor, int backlog)
-{
-    ::listen(number(descriptor), backlog);
+    if (listener != INVALID_SOCKET)
+        closesocket(listener);
+    // A port that the system chooses nobody else has, and Qt has a text for what goes wrong.
+    return port == 0 && server.listen(address, port);
 }
 
 std::int64_t raiseDescriptorLimit(std::int64_t wanted)

@@ -273,9 +273,8 @@ void TestPnPRequest::whoIsAnswered_data()
 
     row("three times as long", "192.168.10.20", phone, PnPGuard::Allowed, 500, 1500);
     row("longer", "192.168.10.20", phone, PnPGuard::TooLong, 500, 1501);
-    row("brief", "192.168.10.20", phone, PnPGuard::Allowed, 200, 1100);
+    row("brief", "192.168.10.20", phone, PnPGuard::Allowed, 180, 1100);
     row("brief, with a long answer", "192.168.10.20", phone, PnPGuard::TooLong, 366, 1101);
-    row("briefer than SIP allows", "192.168.10.20", phone, PnPGuard::TooLong, 199, 400);
 }
 
 void TestPnPRequest::whoIsAnswered()
