@@ -1532,6 +1532,10 @@
         <source>the last save was cut short, which the next start of the program puts right</source>
         <translation>the last save was cut short, which the next start of the program puts right</translation>
     </message>
+    <message>
+        <source>a newer version of this program has written the database</source>
+        <translation>a newer version of this program has written the database</translation>
+    </message>
 </context>
 <context>
     <name>UndoBar</name>

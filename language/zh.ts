@@ -1532,6 +1532,10 @@
         <source>the last save was cut short, which the next start of the program puts right</source>
         <translation>上次保存被中断，下次启动程序时会自动修复</translation>
     </message>
+    <message>
+        <source>a newer version of this program has written the database</source>
+        <translation>数据库由本程序的较新版本写入</translation>
+    </message>
 </context>
 <context>
     <name>UndoBar</name>
