@@ -51,6 +51,7 @@ signals:
 
 public slots:
     /// Shows the current text in a message box.
+    /// Part of the interface; nothing here calls it.
     void disPlayInfo();
 
 private:

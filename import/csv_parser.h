@@ -31,6 +31,7 @@ public:
     /// failed goes to standard error.
     bool open_file(const char *name);
     /// Reads an open stream from its start; the reader owns it from here on, also on failure.
+    /// Part of the interface; nothing here calls it.
     bool open_stream(std::FILE *stream);
 
     /// Each does nothing when the character is the zero byte. In optional mode the separators are
@@ -39,8 +40,10 @@ public:
     void set_field_term(char character);
     void set_line_term(char character);
     /// Only for mandatory mode: an enclosure character behind this one does not count.
+    /// Part of the interface; nothing here calls it.
     void set_escape(char character) { m_escape = character; }
     /// Lines to pass over when a file is opened.
+    /// Part of the interface; nothing here calls it.
     void set_skip_lines(unsigned count) { m_skipLines = count; }
 
     /// Whether next_row() has something left to read.
@@ -51,6 +54,7 @@ public:
     /// The same into a row that exists, whose memory is used again.
     void next_row(csv_row &row);
     /// Rows read since the file was opened.
+    /// Part of the interface; nothing here calls it.
     unsigned record_count() const { return m_recordCount; }
 
 private:

@@ -166,6 +166,7 @@ signals:
     void updateModel();
     /// history() has changed: after updateModel(), which tells of the list.
     void historyChanged();
+    /// Part of the interface; nothing here calls it.
     void giveBack(const QString &text);
     /// A report of the HTTP service for the user.
     void httpdMsg(const QString &text);
@@ -175,6 +176,7 @@ signals:
 
 public slots:
     /// Takes two texts and does nothing.
+    /// Part of the interface; nothing here calls it.
     void dealRQ(const QString &first, const QString &second);
 
 private:

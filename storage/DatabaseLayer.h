@@ -40,16 +40,19 @@ public:
     virtual bool openDatabase() = 0;
     virtual void closeDatabase() = 0;
     /// Deletes every row; the outcome is not reported.
+    /// Part of the interface; nothing here calls it.
     virtual void clearContacts() = 0;
     virtual bool createTable() = 0;
     /// Batch insert, all rows of a table in one transaction.
     virtual bool insertColumns(const ColumnMap &columns) = 0;
     /// Sets fields of one row. Entry 0 of both lists names the key column and its value. Values are
     /// put into the statement as they stand: a text must carry its SQL quotes.
+    /// Part of the interface; nothing here calls it.
     virtual bool updateFields(const QString &table, const QStringList &columns,
                               const QStringList &values) = 0;
     /// Deletes every row.
     virtual bool deleteAll() = 0;
+    /// Part of the interface; nothing here calls it.
     virtual void setMode(int mode) = 0;
     /// Settles the rows of the last batch insert; they replace older rows with the same MAC.
     virtual bool mergeNewRecords() = 0;

@@ -57,16 +57,20 @@ public:
 
     /// Announces that the list has already received `count` devices from `row` on, and takes its
     /// present contents. Always true.
+    /// Part of the interface; nothing here calls it.
     bool insertRows(int row, int count, const QModelIndex &parent = QModelIndex()) override;
     /// Announces that the list has already lost the `count` devices from `row` on, and takes its
     /// present contents. Always true.
+    /// Part of the interface; nothing here calls it.
     bool removeRows(int row, int count, const QModelIndex &parent = QModelIndex()) override;
 
     /// Keeps the display setting and starts over from the present list.
+    /// Part of the interface; nothing here calls it.
     void resetModel(bool displaySetting);
     bool displaySetting() const { return m_displaySetting; }
 
     /// Row of the device with this running number, or -1.
+    /// Part of the interface; nothing here calls it.
     int positionOfNumber(int number) const;
 
     /// Takes the present contents of the list and announces the smallest change that explains the

@@ -71,18 +71,24 @@ public:
         int offsetInRow = 0;
         bool pressed = false;
     };
+    /// Part of the interface; nothing here calls it.
     const Press &lastPress() const { return m_press; }
 
 signals:
     /// The list on show has no device any more.
+    /// Part of the interface; nothing here connects to it.
     void showNobodyPreview();
     /// A device is to be added; see addNewContact().
+    /// Part of the interface; nothing here connects to it.
     void addNewContactByGroup();
     /// The user has changed a keyword.
+    /// Part of the interface; nothing here connects to it.
     void onSearchState();
     /// The stretch of list rows from `first` to `last` has been brought into view.
+    /// Part of the interface; nothing here connects to it.
     void changeContact(int first, int last);
     /// A device is about to be opened.
+    /// Part of the interface; nothing here connects to it.
     void checkDetailValue();
     /// The device at this row of the list is to be opened.
     void onRowDetail(int row);
@@ -95,8 +101,10 @@ public slots:
     /// A search box reports its text.
     void onSearchTextChanged(int index, const QString &keyword);
     /// Turns the batch state, in which a press on the marked row does not select it, on or off.
+    /// Part of the interface; nothing here calls it.
     void changeBatchState();
     /// Asks for a new device.
+    /// Part of the interface; nothing here calls it.
     void addNewContact();
     /// Brings the rows from `first` to `last` of the list into view and selects the first.
     void showGroupContacts(int first, int last);
