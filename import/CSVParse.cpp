@@ -168,6 +168,10 @@ void CSVParse::readText()
 
 void CSVParse::readTitles()
 {
+    if (m_text->isFirstLineDoubtful()) {
+        finish(Phase::Failed, ImportFault::OtherTitles);
+        return;
+    }
     m_reader = std::make_unique<csv_parser>();
     // Since the locale codec was set, the name is in UTF-8 on every system.
     const QByteArray name = QFile::encodeName(TextSource::workFiles(m_workFolder).last());

@@ -15,13 +15,21 @@ public:
     QByteArray made(const QByteArray &piece);
     /// What was held back, at the end of the text.
     QByteArray rest();
+    /// True when the first line ends in a carriage return and the next one in a line feed. Then no
+    /// one can tell whether the titles end there, or have a carriage return among them.
+    bool isFirstLineDoubtful() const { return m_second == Second::LineFeed; }
 
 private:
     enum class Kind { Unknown, LineFeed, CarriageReturn };
 
+    /// What ends the line behind a first one that ends in a carriage return.
+    enum class Second { Unknown, CarriageReturn, LineFeedAtEnd, LineFeed };
+
     void putReturns(char next, QByteArray &text);
+    void lookAtSecond(const QByteArray &piece, int place);
 
     Kind m_kind = Kind::Unknown;
+    Second m_second = Second::Unknown;
     int m_returns = 0; ///< carriage returns of which it is not known what follows them
     bool m_started = false;
 };

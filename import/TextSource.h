@@ -29,6 +29,9 @@ public:
     /// Why it failed.
     ImportFault fault() const { return m_fault; }
 
+    /// See LineEnds.
+    bool isFirstLineDoubtful() const { return m_lineEnds.isFirstLineDoubtful(); }
+
     /// The encoding of the file; empty until it is known.
     QString encoding() const { return m_encoding; }
 
