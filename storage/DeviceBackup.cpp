@@ -2,7 +2,6 @@
 
 #include "model/ContactFields.h"
 #include "model/CsvField.h"
-#include "model/WholeFile.h"
 
 #include <QBuffer>
 #include <QDateTime>
@@ -19,6 +18,7 @@ namespace {
 constexpr int keptLists = 30;
 constexpr int keptDatabases = 10;
 constexpr qint64 comparedAtOnce = qint64(1) << 20;
+constexpr qint64 writtenAtOnce = qint64(1) << 20;
 const QString lineEnd = QStringLiteral("\r\n");
 
 /// The files of a database: what its last writer may have left, by which it is put right when it is
@@ -70,15 +70,16 @@ WriteResult copyFile(const QString &from, const QString &to)
                : WriteResult::failed(source.errorString());
 }
 
-} // namespace
-
-/// Files that are called alike, and of which so many are kept.
-struct DeviceBackup::Kind
+bool completed(DeviceBackup::Writing &writing)
 {
-    QString stem;
-    QString suffix;
-    int kept;
-};
+    using Step = DeviceBackup::Writing::Step;
+    Step step = Step::More;
+    while (step == Step::More)
+        step = writing.step();
+    return step == Step::Done;
+}
+
+} // namespace
 
 DeviceBackup::DeviceBackup(const QString &directory)
     : m_folder(directory + QLatin1String("backup"))
@@ -87,14 +88,15 @@ DeviceBackup::DeviceBackup(const QString &directory)
 
 bool DeviceBackup::write(const QList<ContactInfo> &devices)
 {
-    return write(csv(devices));
+    QByteArray text = csv(devices);
+    return completed(*writing(text));
 }
 
-bool DeviceBackup::write(QByteArray csv)
+std::unique_ptr<DeviceBackup::Writing> DeviceBackup::writing(QByteArray &csv)
 {
-    QBuffer content(&csv);
-    content.open(QIODevice::ReadOnly);
-    return keep(content, {QStringLiteral("devices"), QStringLiteral("csv"), keptLists});
+    return std::make_unique<Writing>(
+        *this, std::make_unique<QBuffer>(&csv),
+        Kind{QStringLiteral("devices"), QStringLiteral("csv"), keptLists});
 }
 
 bool DeviceBackup::copyDatabase(const QString &filePath)
@@ -103,10 +105,8 @@ bool DeviceBackup::copyDatabase(const QString &filePath)
     const Kind kind = {info.completeBaseName(), info.suffix(), keptDatabases};
     const QStringList parts = partsOf(filePath);
     if (parts.size() <= 1) {
-        QFile content(filePath);
-        if (content.open(QIODevice::ReadOnly))
-            return keep(content, kind);
-        return took(WriteResult::failed(content.errorString()));
+        Writing copy(*this, std::make_unique<QFile>(filePath), kind);
+        return completed(copy);
     }
     if (!makeFolder())
         return false;
@@ -121,21 +121,6 @@ bool DeviceBackup::copyDatabase(const QString &filePath)
     return true;
 }
 
-/// Writes `content` to a new file, unless one of the kind holds it.
-bool DeviceBackup::keep(QIODevice &content, const Kind &kind)
-{
-    if (!makeFolder())
-        return false;
-    QString path = keptAlready(content, kind);
-    if (path.isEmpty()) {
-        path = freePath(kind);
-        if (!took(writeWholeFile(path, content, Durability::Synced, Readers::OwnerOnly)))
-            return false;
-    }
-    settle(path, kind);
-    return true;
-}
-
 /// The newest is in its place, so the oldest may go.
 void DeviceBackup::settle(const QString &path, const Kind &kind)
 {
@@ -146,21 +131,73 @@ void DeviceBackup::settle(const QString &path, const Kind &kind)
         removeParts(m_folder + QLatin1Char('/') + others.takeLast());
 }
 
-/// The file, made the newest; empty when there is none.
-QString DeviceBackup::keptAlready(QIODevice &content, const Kind &kind) const
+DeviceBackup::Writing::Writing(DeviceBackup &backup, std::unique_ptr<QIODevice> content,
+                               const Kind &kind)
+    : m_backup(backup)
+    , m_content(std::move(content))
+    , m_kind(kind)
+    , m_names(backup.namesOf(kind))
 {
-    const QStringList names = namesOf(kind);
-    for (const QString &name : names) {
-        QString path = m_folder + QLatin1Char('/') + name;
-        // The same database with a journal beside it is another one.
-        if (partsOf(path).size() > 1 || !holds(path, content))
-            continue;
-        QFile file(path);
-        if (file.open(QIODevice::ReadWrite))
-            file.setFileTime(QDateTime::currentDateTime(), QFileDevice::FileModificationTime);
-        return path;
+}
+
+DeviceBackup::Writing::Step DeviceBackup::Writing::step()
+{
+    if (!m_content->isOpen() && !m_content->open(QIODevice::ReadOnly)) {
+        m_backup.took(WriteResult::failed(m_content->errorString()));
+        return Step::Failed;
     }
-    return {};
+    switch (m_phase) {
+    case Phase::Comparing:
+        return compare();
+    case Phase::Writing:
+        return write();
+    case Phase::Ending:
+        return end();
+    }
+    return Step::Failed;
+}
+
+/// With one file. One that holds the same is made the newest instead.
+DeviceBackup::Writing::Step DeviceBackup::Writing::compare()
+{
+    if (m_names.isEmpty()) {
+        if (!m_backup.makeFolder())
+            return Step::Failed;
+        m_path = m_backup.freePath(m_kind);
+        m_content->seek(0);
+        m_file = std::make_unique<WholeFile>(m_path, Durability::Synced, Readers::OwnerOnly);
+        m_phase = Phase::Writing;
+        return Step::More;
+    }
+    const QString path = m_backup.m_folder + QLatin1Char('/') + m_names.takeFirst();
+    // The same database with a journal beside it is another one.
+    if (partsOf(path).size() > 1 || !holds(path, *m_content))
+        return Step::More;
+    QFile file(path);
+    if (file.open(QIODevice::ReadWrite))
+        file.setFileTime(QDateTime::currentDateTime(), QFileDevice::FileModificationTime);
+    m_backup.settle(path, m_kind);
+    return Step::Done;
+}
+
+DeviceBackup::Writing::Step DeviceBackup::Writing::write()
+{
+    const QByteArray part = m_content->read(writtenAtOnce);
+    if (part.isEmpty() && !m_content->atEnd()) {
+        m_backup.took(WriteResult::failed(m_content->errorString()));
+        return Step::Failed;
+    }
+    if (part.isEmpty() || !m_file->write(part))
+        m_phase = Phase::Ending; // which tells why it failed
+    return Step::More;
+}
+
+DeviceBackup::Writing::Step DeviceBackup::Writing::end()
+{
+    if (!m_backup.took(m_file->commit()))
+        return Step::Failed;
+    m_backup.settle(m_path, m_kind);
+    return Step::Done;
 }
 
 QByteArray DeviceBackup::csv(const QList<ContactInfo> &devices)

@@ -1,11 +1,12 @@
 #pragma once
 
 #include "model/ContactInfo.h"
+#include "model/WholeFile.h"
 
-#include <QString>
+#include <QIODevice>
+#include <QStringList>
 
-class QIODevice;
-class WriteResult;
+#include <memory>
 
 /// Keeps what an act is about to drop: device lists in the "backup" folder, in the form that the
 /// import reads back, and databases. Only the owner of the process can read them, as they hold
@@ -22,8 +23,12 @@ public:
     /// Writes the devices to a new file named after the present time and removes the oldest ones
     /// beyond the newest 30. False when the file is not safely on disk.
     bool write(const QList<ContactInfo> &devices);
-    /// The same for contents that were put together with titleRow() and row().
-    bool write(QByteArray csv);
+
+    /// Writes something to a new file, unless a file of the kind holds just that, in steps; the
+    /// last one waits for the disk.
+    class Writing;
+    /// Writes a text made of titleRow() and row() as write() does. `csv` must outlive the writing.
+    std::unique_ptr<Writing> writing(QByteArray &csv);
 
     /// Copies a database, with what its last writer may have left beside it, to a new file named
     /// after it and the present time, and removes the oldest copies beyond the newest 10. False
@@ -51,10 +56,14 @@ public:
     static QByteArray row(const ContactInfo &device);
 
 private:
-    struct Kind;
+    /// Files that are called alike, and of which so many are kept.
+    struct Kind
+    {
+        QString stem;
+        QString suffix;
+        int kept;
+    };
 
-    bool keep(QIODevice &content, const Kind &kind);
-    QString keptAlready(QIODevice &content, const Kind &kind) const;
     void settle(const QString &path, const Kind &kind);
     QStringList namesOf(const Kind &kind) const;
     QString freePath(const Kind &kind) const;
@@ -64,4 +73,30 @@ private:
     QString m_folder;
     QString m_errorText;
     QString m_lastPath;
+};
+
+class DeviceBackup::Writing
+{
+public:
+    enum class Step { More, Done, Failed };
+
+    /// `backup` must outlive this object; it has the reason of a failure.
+    Writing(DeviceBackup &backup, std::unique_ptr<QIODevice> content, const Kind &kind);
+
+    Step step();
+
+private:
+    enum class Phase { Comparing, Writing, Ending };
+
+    Step compare();
+    Step write();
+    Step end();
+
+    DeviceBackup &m_backup;
+    std::unique_ptr<QIODevice> m_content;
+    Kind m_kind;
+    Phase m_phase = Phase::Comparing;
+    QStringList m_names; ///< that were not compared yet
+    QString m_path;
+    std::unique_ptr<WholeFile> m_file;
 };

@@ -24,13 +24,21 @@ ListSource::Step ImportedDevices::step()
         break;
     case ParseBase::Reading::Done:
         setDevices(m_parser->takeDevices());
-        m_parser.reset();
+        endReading();
         break;
     case ParseBase::Reading::Failed:
         m_reason = importFaultText(m_parser->fault());
+        endReading();
         return Step::Failed;
     }
     return Step::More;
+}
+
+/// The save may need the room.
+void ImportedDevices::endReading()
+{
+    m_parser->removeWorkFiles();
+    m_parser.reset();
 }
 
 void ImportedDevices::removeWorkFiles(const QString &workFolder)

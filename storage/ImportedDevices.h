@@ -22,6 +22,8 @@ public:
     static void removeWorkFiles(const QString &workFolder);
 
 private:
+    void endReading();
+
     std::unique_ptr<ImportTarget> m_nobody; ///< what an import in one go would change
     std::unique_ptr<ParseBase> m_parser;    ///< until the file is read
     QString m_reason;
