@@ -340,8 +340,11 @@ void DataMgr::importFile(const QString &path)
     order.kind = ListJob::Kind::Import;
     order.dropsList = m_importFlag;
     order.replacesStore = m_importFlag;
-    order.source = std::make_unique<ImportedDevices>(
-        m_importFlag ? DeviceListSnapshot() : m_devices.snapshot(), m_directory, path);
+    if (m_store.isElsewhere())
+        order.refusal = m_store.reason(); // its work files lie where ours would
+    else
+        order.source = std::make_unique<ImportedDevices>(
+            m_importFlag ? DeviceListSnapshot() : m_devices.snapshot(), m_directory, path);
     start(std::move(order));
 }
 
@@ -394,7 +397,7 @@ void DataMgr::tellEnd(const ListJob &job)
     if (!quiet && job.phase() == ListJob::Phase::Failed && !isToldElsewhere)
         Modal::message(nullptr, QMessageBox::Warning, tr("Save Error"),
                        tr("The device list can not be changed: %1.").arg(job.reason()));
-    if (!quiet)
+    if (!quiet && isSaved())
         tellCopy();
 }
 
@@ -499,12 +502,16 @@ void DataMgr::cleanUp()
 /// By the service while it is open: only it knows which of them is being sent.
 void DataMgr::removeDocuments()
 {
+    if (m_store.isElsewhere())
+        return;
     if (!m_httpd.clearDocuments())
         m_oldDocuments.remove(m_directory + provisioningRoot);
 }
 
 void DataMgr::removeWorkFiles()
 {
+    if (m_store.isElsewhere())
+        return;
     ImportedDevices::removeWorkFiles(m_directory);
     ImportLook::removeWorkFiles(m_directory);
 }

@@ -164,12 +164,12 @@ public:
 signals:
     /// The device list has changed.
     void updateModel();
-    /// history() has changed: after updateModel(), which tells of the list.
-    void historyChanged();
     /// Part of the interface; nothing here calls it.
     void giveBack(const QString &text);
     /// A report of the HTTP service for the user.
     void httpdMsg(const QString &text);
+    /// history() has changed: after updateModel(), which tells of the list.
+    void historyChanged();
     /// How a request ended: by HTTP one that was reported before, by SIP any but one that was
     /// repeated at once.
     void requestReported(const RequestEnd &request);

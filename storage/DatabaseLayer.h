@@ -93,4 +93,6 @@ public:
     virtual QString lastErrorText() const = 0;
     /// Whether it failed because another program holds the database.
     virtual bool lastErrorIsLock() const = 0;
+    /// Whether it failed because another file bears the database's name by now, or none does.
+    virtual bool lastErrorIsMove() const = 0;
 };

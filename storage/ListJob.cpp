@@ -77,6 +77,8 @@ void ListJob::step()
 
 ListJob::Phase ListJob::read()
 {
+    if (!m_order.refusal.isEmpty())
+        return fail(m_order.refusal);
     switch (m_order.source->step()) {
     case ListSource::Step::More:
         return Phase::Reading;

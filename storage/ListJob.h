@@ -54,6 +54,7 @@ public:
         bool dropsList = false;             ///< the list before is backed up
         bool replacesStore = false;         ///< a store that cannot be used gives way to a new one
         Questions questions = Questions::Allowed;
+        QString refusal; ///< why it fails before anything is done; mostly empty
     };
 
     enum class About {

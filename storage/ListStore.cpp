@@ -42,6 +42,7 @@ DatabaseLayer &ListStore::database() const
 bool ListStore::open(const DeviceListSnapshot &list)
 {
     close();
+    m_holder = Holder::Nobody;
     if (!lock())
         return false;
     const bool opened = database().openDatabase();
@@ -49,7 +50,7 @@ bool ListStore::open(const DeviceListSnapshot &list)
     m_dataVersion = opened ? database().dataVersion() : -1;
     const int stored = opened ? database().countContacts() : -1;
     if (stored < 0 || m_dataVersion < 0)
-        return makeUnusable(database().lastErrorText(), database().lastErrorIsLock());
+        return makeUnusable(database().lastErrorText(), holder());
     m_unlisted = stored == 0 ? Unlisted::Nothing : Unlisted::Devices;
     m_state = stored == 0 ? State::InStep : State::NotRead;
     m_version = list.version();
@@ -72,7 +73,8 @@ bool ListStore::lock()
         "ListStore", "the list is in use by the program \"%1\" on the computer "
                      "\"%2\" (process %3). If that program no longer runs, remove "
                      "the file %4");
-    return makeUnusable(reason.arg(program, host, QString::number(process), lockName), true);
+    return makeUnusable(reason.arg(program, host, QString::number(process), lockName),
+                        Holder::Program);
 }
 
 void ListStore::stop()
@@ -105,19 +107,19 @@ bool ListStore::needsSave(quint64 listVersion) const
     return m_state != State::Closed && (isBehind() || listVersion != m_version);
 }
 
-bool ListStore::makeUnusable(const QString &reason, bool held)
+bool ListStore::makeUnusable(const QString &reason, Holder holder)
 {
     m_state = State::Unusable;
     m_reason = reason;
-    m_held = held;
+    m_holder = holder;
     return false;
 }
 
 /// The list is as it was, and so is what the table holds of it.
-ListStore::Step ListStore::keepingFailed(const QString &reason, bool held)
+ListStore::Step ListStore::keepingFailed(const QString &reason, Holder holder)
 {
     m_reason = reason;
-    m_held = held;
+    m_holder = holder;
     return Step::Failed;
 }
 
@@ -125,10 +127,27 @@ ListStore::Step ListStore::keepingFailed(const QString &reason, bool held)
 ListStore::Step ListStore::databaseFailed()
 {
     m_reason = database().lastErrorText();
-    m_held = database().lastErrorIsLock();
+    m_holder = holder();
+    const bool isMoved = database().lastErrorIsMove();
     setBehind();
     stop();
-    return Step::Failed;
+    return isMoved && reopen() ? Step::More : Step::Failed;
+}
+
+ListStore::Holder ListStore::holder() const
+{
+    return database().lastErrorIsLock() ? Holder::Writer : Holder::Nobody;
+}
+
+/// The file that bears the name now: whatever is in it was not written here.
+bool ListStore::reopen()
+{
+    database().closeDatabase();
+    if (!database().openDatabase())
+        return makeUnusable(database().lastErrorText(), holder());
+    m_dataVersion = database().dataVersion();
+    m_unlisted = database().countContacts() == 0 ? Unlisted::Nothing : Unlisted::Rows;
+    return true;
 }
 
 void ListStore::setWaitsForLocks(bool wait)
@@ -154,7 +173,7 @@ ListStore::Step ListStore::readOn(DeviceList &list)
     m_leftOut = m_reader->rowsSeen() == list.size() ? Unlisted::Nothing : Unlisted::Rows;
     m_reader.reset();
     if (!database().lastErrorText().isEmpty()) {
-        makeUnusable(database().lastErrorText(), database().lastErrorIsLock());
+        makeUnusable(database().lastErrorText(), holder());
         return Step::Failed;
     }
     m_dataVersion = m_readVersion;
@@ -200,7 +219,7 @@ ListStore::Step ListStore::keepDevices()
         return step;
     const std::unique_ptr<DeviceList> kept = std::move(m_kept);
     if (step == Step::Failed) {
-        if (m_held)
+        if (isHeld())
             m_state = before; // a lock goes by, unlike damage
         return step;
     }
@@ -225,7 +244,7 @@ ListStore::Step ListStore::keepFile()
 {
     ScopedTransaction reading(database(), ScopedTransaction::For::Reading);
     if (!reading.isOpen())
-        return keepingFailed(database().lastErrorText(), database().lastErrorIsLock());
+        return keepingFailed(database().lastErrorText(), holder());
     if (!m_backup.copyDatabase(database().filePath()))
         return keepingFailed(m_backup.errorText());
     m_copyPath = m_backup.lastPath();
@@ -319,9 +338,9 @@ bool ListStore::replace(const DeviceListSnapshot &list)
 {
     if (open(list))
         return true;
-    if (m_held)
+    if (isHeld())
         return false;
     const QString path = database().filePath();
     database().closeDatabase();
-    return m_backup.putAside(path) || makeUnusable(m_backup.errorText(), false);
+    return m_backup.putAside(path) || makeUnusable(m_backup.errorText(), Holder::Nobody);
 }

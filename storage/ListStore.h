@@ -93,16 +93,26 @@ public:
     /// turned out to be usable again. False while another program holds it, and when the file
     /// cannot be moved; reason() then says why and isHeld() which of both.
     bool replace(const DeviceListSnapshot &list);
-    bool isHeld() const { return m_held; }
+    bool isHeld() const { return m_holder != Holder::Nobody; }
+    /// Another program has the list: what lies beside the database is that one's as well.
+    bool isElsewhere() const { return m_holder == Holder::Program; }
 
 private:
+    /// Who keeps the database from being used, for reason().
+    enum class Holder {
+        Nobody,
+        Writer,  ///< a lock, which goes by
+        Program, ///< one that has the list open
+    };
     enum class Writing { No, Clearing, Rows, Merge };
     /// What the file holds that the list does not.
     enum class Unlisted { Nothing, Devices, Rows };
 
     bool lock();
-    bool makeUnusable(const QString &reason, bool held);
-    Step keepingFailed(const QString &reason, bool held = false);
+    bool makeUnusable(const QString &reason, Holder holder);
+    Step keepingFailed(const QString &reason, Holder holder = Holder::Nobody);
+    Holder holder() const;
+    bool reopen();
     Step keepDevices();
     Step backUpKept();
     Step keepFile();
@@ -119,7 +129,7 @@ private:
     State m_state = State::Closed;
     QString m_reason;
     QString m_copyPath;
-    bool m_held = false;   ///< the reason is that another program holds the database
+    Holder m_holder = Holder::Nobody;
     quint64 m_version = 0; ///< of the list at which nothing is to be saved
     int m_readVersion = 0; ///< before the reading that is under way
     int m_dataVersion = 0; ///< of the database, as it was read or written last

@@ -20,11 +20,12 @@ const QString contactTable = QStringLiteral("contact1");
 /// The id and the flag as well.
 constexpr int contactTableColumns = static_cast<int>(contactFieldCount) + 2;
 
-constexpr int locked = 5;            // SQLITE_BUSY: by another program
-constexpr int lockedWithin = 6;      // SQLITE_LOCKED
-constexpr int readOnly = 8;          // SQLITE_READONLY
-constexpr int primaryCode = 0xff;    // of an error; what is above it only says more
-constexpr int rowsReadAtOnce = 1000; // where nobody waits
+constexpr int locked = 5;               // SQLITE_BUSY: by another program
+constexpr int lockedWithin = 6;         // SQLITE_LOCKED
+constexpr int readOnly = 8;             // SQLITE_READONLY
+constexpr int movedAway = 8 | (4 << 8); // SQLITE_READONLY_DBMOVED, an extended code
+constexpr int primaryCode = 0xff;       // of an error; what is above it only says more
+constexpr int rowsReadAtOnce = 1000;    // where nobody waits
 
 // A long list may be being saved: that takes seconds, and nobody is kept waiting here.
 const QString readingOnly = QStringLiteral("QSQLITE_OPEN_READONLY;QSQLITE_BUSY_TIMEOUT=10000");
@@ -211,8 +212,10 @@ bool SqliteDatabase::openDatabase()
         QFile file(path);
         file.open(QIODevice::WriteOnly | QIODevice::Append);
     }
+    // Nobody else may read it. Whoever protected it from writing meant that.
     if (QFileInfo(path).isFile())
-        QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner);
+        QFile::setPermissions(path,
+                              QFile::permissions(path) & (QFile::ReadOwner | QFile::WriteOwner));
     m_database = QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"));
     m_database.setDatabaseName(path);
     if (!m_database.open()) {
@@ -451,6 +454,11 @@ bool SqliteDatabase::lastErrorIsLock() const
     return m_lastErrorCode == locked || m_lastErrorCode == lockedWithin;
 }
 
+bool SqliteDatabase::lastErrorIsMove() const
+{
+    return m_lastErrorCode == movedAway;
+}
+
 QSqlQuery SqliteDatabase::newQuery() const
 {
     Q_ASSERT(QThread::currentThread() == thread());
@@ -477,8 +485,10 @@ bool SqliteDatabase::noted(const QSqlError &error)
 {
     if (!error.isValid())
         return true;
-    m_lastErrorCode = error.nativeErrorCode().toInt() & primaryCode;
-    m_lastErrorText = reason(error, m_lastErrorCode);
+    const int code = error.nativeErrorCode().toInt();
+    m_lastErrorCode = code == movedAway ? code : code & primaryCode;
+    m_lastErrorText =
+        code == movedAway ? tr("another file has taken its place") : reason(error, m_lastErrorCode);
     // What had to be written is what a save that was cut short has to be taken back by.
     if (m_lastErrorCode == readOnly && m_database.connectOptions() == readingOnly)
         m_lastErrorText = tr("the last save was cut short, which the next start of the program "

@@ -46,6 +46,7 @@ public:
     QString filePath() const override;
     QString lastErrorText() const override { return m_lastErrorText; }
     bool lastErrorIsLock() const override;
+    bool lastErrorIsMove() const override;
 
 private:
     class Reader;
