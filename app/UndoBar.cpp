@@ -34,7 +34,7 @@ QString macOfOne(const DeviceRows &rows)
 
 QString withReplaced(const QString &text, int replaced)
 {
-    return replaced == 0 ? text : UndoBar::tr("%1, %2 of them replaced").arg(text).arg(replaced);
+    return replaced == 0 ? text : UndoBar::tr("%1, %2 replaced").arg(text).arg(replaced);
 }
 
 QString textOf(const ListChange &change)
@@ -48,8 +48,9 @@ QString textOf(const ListChange &change)
         return withReplaced(UndoBar::tr("%1 devices added").arg(count), change.replaced);
     case ListChange::Kind::Edit:
         // Another's MAC may have been given to it, and moved more than this one row.
-        return change.after.size() == 1 ? UndoBar::tr("Changed %1").arg(macOfOne(change.after))
-                                        : UndoBar::tr("A device changed, another replaced");
+        return change.before.size() == 1 && change.after.size() == 1
+                   ? UndoBar::tr("Changed %1").arg(macOfOne(change.after))
+                   : UndoBar::tr("A device changed, another replaced");
     case ListChange::Kind::Delete:
         return UndoBar::tr("Deleted %1").arg(macOfOne(change.before));
     case ListChange::Kind::Clear:

@@ -1536,12 +1536,16 @@
         <source>a newer version of this program has written the database</source>
         <translation>a newer version of this program has written the database</translation>
     </message>
+    <message>
+        <source>another file has taken its place</source>
+        <translation>another file has taken its place</translation>
+    </message>
 </context>
 <context>
     <name>UndoBar</name>
     <message>
-        <source>%1, %2 of them replaced</source>
-        <translation>%1, %2 of them replaced</translation>
+        <source>%1, %2 replaced</source>
+        <translation>%1, %2 replaced</translation>
     </message>
     <message>
         <source>Added %1</source>

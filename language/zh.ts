@@ -1536,11 +1536,15 @@
         <source>a newer version of this program has written the database</source>
         <translation>数据库由本程序的较新版本写入</translation>
     </message>
+    <message>
+        <source>another file has taken its place</source>
+        <translation>它已被另一个文件取代</translation>
+    </message>
 </context>
 <context>
     <name>UndoBar</name>
     <message>
-        <source>%1, %2 of them replaced</source>
+        <source>%1, %2 replaced</source>
         <translation>%1，其中替换 %2 台</translation>
     </message>
     <message>

@@ -56,6 +56,7 @@ void HttpRequest::addQueryForm(const QString &line)
 {
     fileName = between(line, queryNameStart, QLatin1Char('/'), QLatin1Char('?'));
     product = between(line, queryProductStart, QLatin1Char('='), QLatin1Char(' '));
+    target = line.section(QLatin1Char(' '), 1, 1);
 }
 
 void HttpRequest::addPlainForm(const QString &line)
@@ -64,8 +65,7 @@ void HttpRequest::addPlainForm(const QString &line)
     const int end = start < 0 ? -1 : line.indexOf(QLatin1Char(' '), start);
     fileName = start < 0 ? QString() : line.mid(start, end < 0 ? -1 : end - start);
 
-    if (start < 0)
-        target = line.section(QLatin1Char(' '), 1, 1);
+    target = start < 0 ? line.section(QLatin1Char(' '), 1, 1) : QString();
     const int dot = fileName.indexOf(QLatin1Char('.'), prefixLength);
     mac = dot < 0 ? QString() : fileName.mid(prefixLength, dot - prefixLength);
 }

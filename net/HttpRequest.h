@@ -8,7 +8,7 @@ struct HttpRequest
     QString fileName; ///< empty until a request line has been seen
     QString product;  ///< model word of the User-Agent line, or of a "?pro=" request line
     QString mac;      ///< set by request lines that name "cfg" + MAC + ".xml" only
-    QString target;   ///< what a request line without a file name asks for
+    QString target;   ///< what a request line asks for that has no file name or a "?pro="
 
     /// Takes in one line, with or without its line end. Request lines ("GET") and the User-Agent
     /// line count, all others are ignored; a later line overwrites what an earlier one said.

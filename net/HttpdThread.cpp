@@ -282,8 +282,7 @@ void HttpdThread::getMessage()
     if (isDropped())
         return;
     m_mac = request.mac;
-    m_end.asked =
-        (request.fileName.isEmpty() ? request.target : request.fileName).left(longestKept);
+    m_end.asked = (request.target.isEmpty() ? request.fileName : request.target).left(longestKept);
     m_end.product = request.product.left(longestKept);
     if (request.namesDocument()) {
         m_end.mac = m_mac;

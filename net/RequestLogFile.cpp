@@ -7,6 +7,8 @@
 #include <QLocale>
 #include <QStringList>
 
+#include <algorithm>
+
 namespace {
 
 /// Written at a time.
@@ -42,16 +44,21 @@ QString escaped(const QString &text)
     return result;
 }
 
-/// What somebody adds to an address, or puts before the host in it, may be a password.
+/// What somebody adds to an address, or puts before the host in it, may be a password. Three dots
+/// stand for what was left out at the end.
 QString withoutSecrets(const QString &text)
 {
-    const QString address = text.section(QLatin1Char('?'), 0, 0)
-                                .section(QLatin1Char('&'), 0, 0)
-                                .section(QLatin1Char(';'), 0, 0)
-                                .left(longestField);
-    const bool mayHaveUser =
-        address.startsWith(QLatin1Char('/')) || address.contains(QLatin1String("//"));
-    return mayHaveUser ? address.section(QLatin1Char('@'), -1) : address;
+    const auto addition = std::find_if(text.begin(), text.end(), [](QChar c) {
+        return c == QLatin1Char('?') || c == QLatin1Char('&') || c == QLatin1Char(';');
+    });
+    const int end = static_cast<int>(addition - text.begin());
+    const QString address = text.left(end).left(longestField);
+    QString shown = address.section(QLatin1Char('@'), -1);
+    if (address.size() == end && end < text.size())
+        shown += text.at(end);
+    if (address.size() < text.size())
+        shown += QLatin1String("...");
+    return shown;
 }
 
 /// ISO 8601, with the offset from UTC.
