@@ -1,89 +1,78 @@
 #pragma once
 
-#include "TestSocket.h"
 #include "model/ExportType.h"
 #include "model/ProvisioningSource.h"
 #include "model/WholeFile.h"
 #include "net/RequestLog.h"
+#include "net/SocketPlatform.h"
 
 #include <QByteArray>
 #include <QFile>
 #include <QStringList>
-#include <QTest>
 
 #include <atomic>
-#include <chrono>
 #include <condition_variable>
+#include <memory>
 #include <mutex>
 #include <thread>
-#include <utility>
-#include <vector>
+
+#ifdef Q_OS_WIN
+#include <winsock2.h>
+using SocketSize = int;
+constexpr int sendQuietly = 0;
+constexpr int endOfSending = SD_SEND;
+#else
+#include <netinet/in.h>
+#include <sys/socket.h>
+using SocketSize = std::size_t;
+constexpr int sendQuietly = MSG_NOSIGNAL;
+constexpr int endOfSending = SHUT_WR;
+#endif
 
 /// Stands for the data manager: writes documents that tell for whom they were made.
 class FakeSource : public ProvisioningSource
 {
 public:
-    void saveList() override
+    void saveList() override { ++saves; }
+    int deviceCount() const override { return 0; }
+    quint64 listVersion() const override { return version; }
+    bool hasDevice(const QString &mac) const override
     {
-        const std::lock_guard<std::mutex> guard(m_mutex);
-        ++m_saves;
+        return !mac.contains(QLatin1String("unk"));
     }
-
     bool exportDevices(int type, const QString &codecName, const QString &fileName,
                        const QString &folder) override
     {
         {
             std::unique_lock<std::mutex> guard(m_mutex);
             m_exports.append(QStringLiteral("%1 %2 %3").arg(type).arg(codecName, fileName));
-            m_changed.notify_all();
-            m_changed.wait(guard, [&] { return fileName != m_held; });
+            m_released.wait(guard, [&] { return fileName != m_held; });
         }
         if (fileName.contains(QLatin1String("unknown")))
             return false;
         const QString path = folder + QLatin1Char('/') + fileName;
         const bool written =
-            bool(writeWholeFile(path, document(type, fileName), Durability::Replaced));
+            bool(writeWholeFile(path, document(type, fileName.toUtf8()), Durability::Replaced));
         if (fileName.contains(QLatin1String("vanishing")))
             QFile::remove(path);
         const std::lock_guard<std::mutex> disk(m_disk);
-        std::this_thread::sleep_for(m_writeTime);
+        std::this_thread::sleep_for(writeTime);
         return written;
-    }
-
-    /// The disk takes so long for a document, one after the other. Before the first request.
-    void setWriteTime(std::chrono::milliseconds time) { m_writeTime = time; }
-
-    int deviceCount() const override { return 0; }
-    quint64 listVersion() const override { return m_version; }
-    void setListVersion(quint64 version) { m_version = version; }
-    bool hasDevice(const QString &mac) const override
-    {
-        return !mac.contains(QLatin1String("unk"));
     }
     void requestEnded(const RequestEnd &request) override
     {
-        if (m_log)
-            m_log->note(request);
+        if (log)
+            log->note(request);
         const std::lock_guard<std::mutex> guard(m_mutex);
         m_ends.append(QStringLiteral("%1 %2")
                           .arg(QLatin1String(RequestEnd::word(request.outcome)))
                           .arg(request.bytes));
     }
-    /// The requests are logged there as well. Before the first.
-    void setLog(RequestLog *log) { m_log = log; }
-    /// How requests ended, with the bytes sent.
-    QStringList ends() const
-    {
-        const std::lock_guard<std::mutex> guard(m_mutex);
-        return m_ends;
-    }
 
-    static QByteArray document(int type, const QString &fileName)
+    static QByteArray document(int type, const QByteArray &fileName)
     {
-        QByteArray text = QByteArray::number(type) + ' ' + fileName.toUtf8() + " \xc3\xa9\n";
-        if (fileName.contains(QLatin1String("huge")))
-            text += QByteArray(16 * 1024 * 1024, 'x');
-        return text;
+        return QByteArray::number(type) + ' ' + fileName + " \xc3\xa9\n" +
+               QByteArray(fileName.contains("huge") ? 16 * 1024 * 1024 : 0, 'x');
     }
 
     /// Exports of this file wait until another (or no) file is held.
@@ -91,32 +80,31 @@ public:
     {
         const std::lock_guard<std::mutex> guard(m_mutex);
         m_held = fileName;
-        m_changed.notify_all();
+        m_released.notify_all();
     }
+    QStringList exports() const { return locked(m_exports); }
+    /// How requests ended, with the bytes sent.
+    QStringList ends() const { return locked(m_ends); }
 
-    int saves() const
-    {
-        const std::lock_guard<std::mutex> guard(m_mutex);
-        return m_saves;
-    }
-
-    QStringList exports() const
-    {
-        const std::lock_guard<std::mutex> guard(m_mutex);
-        return m_exports;
-    }
+    std::atomic<int> saves{0};
+    std::atomic<quint64> version{0};
+    // Before the first request:
+    std::chrono::milliseconds writeTime{0}; ///< the disk takes for a document, one after the other
+    RequestLog *log = nullptr;              ///< the requests are logged there as well
 
 private:
+    QStringList locked(const QStringList &list) const
+    {
+        const std::lock_guard<std::mutex> guard(m_mutex);
+        return list;
+    }
+
     mutable std::mutex m_mutex;
-    std::condition_variable m_changed;
-    int m_saves = 0;
+    std::mutex m_disk;
+    std::condition_variable m_released;
     QStringList m_exports;
     QStringList m_ends;
-    RequestLog *m_log = nullptr;
     QString m_held;
-    std::atomic<quint64> m_version{0};
-    std::mutex m_disk;
-    std::chrono::milliseconds m_writeTime{0};
 };
 
 /// A client's end of a connection, on plain sockets so that each byte and each kind of end shows.
@@ -125,25 +113,13 @@ class Phone
 public:
     /// The last number of its address, 127.0.0.x, tells the telephone's host.
     explicit Phone(quint16 port, int host = 1)
-        : m_socket(TestSocket::open())
+        : m_socket(new Handle(::socket(AF_INET, SOCK_STREAM, 0)), &Phone::close)
     {
         const auto local = address(0, host);
-        ::bind(m_socket, &local, sizeof local);
+        ::bind(*m_socket, &local, sizeof local);
         const auto server = address(port, 1);
-        m_connected = ::connect(m_socket, &server, sizeof server) == 0;
+        m_connected = ::connect(*m_socket, &server, sizeof server) == 0;
     }
-    ~Phone()
-    {
-        if (m_socket != TestSocket::none)
-            TestSocket::close(m_socket);
-    }
-    Phone(Phone &&other) noexcept
-        : m_socket(std::exchange(other.m_socket, TestSocket::none))
-        , m_connected(other.m_connected)
-    {
-    }
-    Phone(const Phone &) = delete;
-    Phone &operator=(const Phone &) = delete;
 
     bool isConnected() const { return m_connected; }
 
@@ -152,8 +128,8 @@ public:
     {
         int sent = 0;
         while (sent < bytes.size()) {
-            const auto count = ::send(m_socket, bytes.constData() + sent,
-                                      TestSocket::Size(bytes.size() - sent), TestSocket::sendFlags);
+            const auto count = ::send(*m_socket, bytes.constData() + sent,
+                                      SocketSize(bytes.size() - sent), sendQuietly);
             if (count <= 0)
                 return false;
             sent += static_cast<int>(count);
@@ -161,7 +137,7 @@ public:
         return true;
     }
 
-    void endInput() { ::shutdown(m_socket, TestSocket::endOfSending); }
+    void endInput() { ::shutdown(*m_socket, endOfSending); }
 
     /// All that comes until the connection ends; `reset` tells whether it ended badly.
     QByteArray receiveAll(bool *reset = nullptr)
@@ -169,17 +145,27 @@ public:
         QByteArray result;
         char buffer[4096];
         int count = 0;
-        while ((count = static_cast<int>(::recv(m_socket, buffer, sizeof buffer, 0))) > 0)
+        while ((count = static_cast<int>(::recv(*m_socket, buffer, sizeof buffer, 0))) > 0)
             result.append(buffer, count);
         if (reset)
             *reset = count < 0;
         return result;
     }
 
-    /// True once the server has closed the connection or sent something.
-    bool hasNews() const { return TestSocket::hasInput(m_socket); }
+    /// True once the server has closed the connection or sent something, within the time.
+    bool hasNews(std::chrono::milliseconds time = std::chrono::milliseconds(0)) const
+    {
+        return SocketPlatform::hasInput(static_cast<std::intptr_t>(*m_socket), time);
+    }
 
 private:
+    using Handle = decltype(::socket(0, 0, 0));
+
+    static void close(const Handle *socket)
+    {
+        SocketPlatform::close(static_cast<std::intptr_t>(*socket));
+        delete socket;
+    }
     static sockaddr address(quint16 port, int host)
     {
         sockaddr_in address{};
@@ -187,12 +173,11 @@ private:
         address.sin_port = htons(port);
         address.sin_addr.s_addr = htonl((INADDR_LOOPBACK & ~255U) | static_cast<unsigned>(host));
         sockaddr generic{};
-        static_assert(sizeof generic == sizeof address);
         memcpy(&generic, &address, sizeof address);
         return generic;
     }
 
-    TestSocket::Handle m_socket;
+    std::shared_ptr<const Handle> m_socket;
     bool m_connected = false;
 };
 

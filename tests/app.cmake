@@ -1,14 +1,4 @@
-add_executable(single_instance_probe single_instance_probe.cpp)
-target_link_libraries(single_instance_probe PRIVATE vl::app vl_options)
-vl_plugins(single_instance_probe)
-set_target_properties(single_instance_probe PROPERTIES
-    RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests)
-
 vl_test(tst_singleapplication LINK vl::app)
-target_compile_definitions(tst_singleapplication PRIVATE
-    VL_PROBE="$<TARGET_FILE:single_instance_probe>")
-add_dependencies(tst_singleapplication single_instance_probe)
-
 vl_test(tst_mainwindow SCREEN LINK vl::app SOURCES WindowFixture.h)
 
 vl_test(tst_accessibility SCREEN LINK vl::app SOURCES Geometry.h WindowFixture.h)
@@ -27,17 +17,10 @@ foreach(percent IN ITEMS 125 150 175 200)
 endforeach()
 
 vl_test(tst_fulldisk POSIX LINK vl::app SOURCES SmallDisk.h TestDevices.h)
-
 vl_test(tst_settings POSIX LINK vl::app SOURCES WindowFixture.h)
-
-vl_test(tst_provisioning LINK vl::storage SOURCES HttpPhone.h TestSocket.h TestDevices.h)
-set_property(TEST tst_provisioning APPEND PROPERTY
-    ENVIRONMENT "TSAN_OPTIONS=suppressions=${CMAKE_CURRENT_SOURCE_DIR}/tsan.supp")
-
+vl_test(tst_provisioning LINK vl::storage SOURCES HttpPhone.h TestDevices.h)
 vl_test(tst_writedocuments POSIX LINK vl::storage SOURCES RawDatabase.h TestDevices.h)
 if(TARGET tst_writedocuments)
     target_compile_definitions(tst_writedocuments PRIVATE VL_PROGRAM="$<TARGET_FILE:VlManager>")
     add_dependencies(tst_writedocuments VlManager)
-    set_property(TEST tst_writedocuments APPEND PROPERTY
-        ENVIRONMENT "TSAN_OPTIONS=suppressions=${CMAKE_CURRENT_SOURCE_DIR}/tsan.supp")
 endif()

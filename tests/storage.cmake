@@ -3,13 +3,6 @@ vl_test(tst_datamgr LINK vl::storage SOURCES DataSide.h RawDatabase.h TestDevice
 
 add_executable(killed_saver killed_saver.cpp TestDevices.h)
 target_link_libraries(killed_saver PRIVATE vl::storage vl_options)
-set_target_properties(killed_saver PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests)
-
 vl_test(tst_killsafety LINK vl::storage SOURCES RawDatabase.h TestDevices.h)
 target_compile_definitions(tst_killsafety PRIVATE VL_KILLED_SAVER="$<TARGET_FILE:killed_saver>")
 add_dependencies(tst_killsafety killed_saver)
-
-set_property(TEST tst_sqlitedatabase tst_datamgr tst_killsafety APPEND PROPERTY
-    ENVIRONMENT
-        "TSAN_OPTIONS=suppressions=${CMAKE_CURRENT_SOURCE_DIR}/tsan.supp"
-        "LSAN_OPTIONS=suppressions=${CMAKE_CURRENT_SOURCE_DIR}/lsan.supp:print_suppressions=0")

@@ -4,6 +4,7 @@
 #include <QTest>
 
 #include <array>
+#include <vector>
 
 class TestHttpRequest : public QObject
 {
@@ -15,13 +16,6 @@ private slots:
     void unsafeNames();
 };
 
-namespace {
-QString agent(const char *value)
-{
-    return QLatin1String("User-Agent: ") + QLatin1String(value) + QLatin1String("\r\n");
-}
-} // namespace
-
 void TestHttpRequest::parse_data()
 {
     QTest::addColumn<QStringList>("lines");
@@ -30,51 +24,48 @@ void TestHttpRequest::parse_data()
     QTest::addColumn<QString>("mac");
     QTest::addColumn<bool>("namesDocument");
 
-    const QString get = QStringLiteral("GET /cfg0200a7aabbcc.xml HTTP/1.1\r\n");
-    const QString name = QStringLiteral("cfg0200a7aabbcc.xml");
-    const QString mac = QStringLiteral("0200a7aabbcc");
-    const auto text = [](const char *s) { return QString::fromLatin1(s); };
-
-    const auto add = [](const char *title, const QStringList &lines, const QString &fileName,
-                        const char *product, const QString &macText, bool isDocument) {
-        QTest::newRow(title) << lines << fileName << QString::fromLatin1(product) << macText
-                             << isDocument;
+    const auto add = [](const char *title, const std::vector<const char *> &lines,
+                        const char *fileName, const char *product, const char *mac,
+                        bool namesDocument) {
+        QStringList texts;
+        for (const char *line : lines)
+            texts.append(QString::fromLatin1(line) + QLatin1String("\r\n"));
+        QTest::newRow(title) << texts << QString::fromLatin1(fileName)
+                             << QString::fromLatin1(product) << QString::fromLatin1(mac)
+                             << namesDocument;
     };
-    const auto asked = [](const char *target) {
-        return QStringLiteral("GET %1 HTTP/1.1\r\n").arg(QLatin1String(target));
-    };
-    const QString none;
+    const char get[] = "GET /cfg0a.xml HTTP/1.1";
+    const char name[] = "cfg0a.xml";
+    const char mac[] = "0a";
 
-    add("nothing", {}, none, "", none, false);
-    add("no version", {text("GET /cfg0200a7aabbcc.xml\r\n")}, name, "", mac, true);
-    add("folders before the name", {asked("/a/b/cfg0200a7aabbcc.xml")}, name, "", mac, true);
-    add("upper-case name", {asked("/CFG0200a7aabbcc.xml")}, none, "", none, false);
-    add("other method", {text("POST /cfg0200a7aabbcc.xml HTTP/1.1\r\n")}, none, "", none, false);
-    add("upper-case XML", {asked("/cfg0a.XML")}, text("cfg0a.XML"), "", text("0a"), false);
-    add("no dot", {asked("/cfgxml")}, text("cfgxml"), "", none, false);
-    add("MAC up to the first dot", {asked("/cfg0a.b.xml")}, text("cfg0a.b.xml"), "", text("0a"),
-        true);
-    add("escapes are not undone", {asked("/cfg%2e%2f0a.xml")}, text("cfg%2e%2f0a.xml"), "",
-        text("%2e%2f0a"), true);
-    add("last request line counts", {asked("/cfg0a.xml"), get}, name, "", mac, true);
+    add("nothing", {}, "", "", "", false);
+    add("no version", {"GET /cfg0a.xml"}, name, "", mac, true);
+    add("folders before the name", {"GET /a/b/cfg0a.xml HTTP/1.1"}, name, "", mac, true);
+    add("upper-case name", {"GET /CFG0a.xml HTTP/1.1"}, "", "", "", false);
+    add("other method", {"POST /cfg0a.xml HTTP/1.1"}, "", "", "", false);
+    add("upper-case XML", {"GET /cfg0a.XML HTTP/1.1"}, "cfg0a.XML", "", mac, false);
+    add("no dot", {"GET /cfgxml HTTP/1.1"}, "cfgxml", "", "", false);
+    add("MAC up to the first dot", {"GET /cfg0a.b.xml HTTP/1.1"}, "cfg0a.b.xml", "", mac, true);
+    add("escapes are not undone", {"GET /cfg%2e%2f0a.xml HTTP/1.1"}, "cfg%2e%2f0a.xml", "",
+        "%2e%2f0a", true);
+    add("last request line counts", {"GET /cfg0b.xml HTTP/1.1", get}, name, "", mac, true);
 
-    add("query form", {asked("/cfg0200a7aabbcc.xml?pro=KTP")}, name, "KTP", none, false);
-    add("query form, value too far left", {asked("/cfg0a.xml?pro=DK")}, text("cfg0a.xml"), "", none,
-        false);
-    add("query form keeps an earlier MAC", {get, asked("/other000000000.xml?pro=DK")},
-        text("other000000000.xml"), "DK", mac, true);
-    add("query form without a slash", {asked("x?pro=a")}, text("1.1"), "", none, false);
+    add("query form", {"GET /cfg0200a7aabbcc.xml?pro=KTP HTTP/1.1"}, "cfg0200a7aabbcc.xml", "KTP",
+        "", false);
+    add("query form, value too far left", {"GET /cfg0a.xml?pro=DK HTTP/1.1"}, name, "", "", false);
+    add("query form keeps an earlier MAC", {get, "GET /other000000000.xml?pro=DK HTTP/1.1"},
+        "other000000000.xml", "DK", mac, true);
+    add("query form without a slash", {"GET x?pro=a HTTP/1.1"}, "1.1", "", "", false);
 
-    add("KTP before DK", {get, agent("DK KTP 1.0")}, name, "KTP", mac, true);
-    add("KTV before KTP", {get, agent("KTP KTV3275")}, name, "KTV3275", mac, true);
-    add("order of the models", {get, agent("KTV3240 KTV3275 KTV3175 KTV3140")}, name, "KTV3140",
-        mac, true);
-    add("unknown agent keeps the product", {get, agent("DK715"), agent("curl/8")}, name, "DK", mac,
-        true);
-    add("case matters", {get, text("user-agent: DK\r\n"), agent("dk")}, name, "", mac, true);
-    add("only the agent line names a product", {get, text("X-User-Agent: DK\r\n")}, name, "", mac,
-        true);
-    add("agent before the request line", {agent("DK715"), get}, name, "DK", mac, true);
+    add("KTP before DK", {get, "User-Agent: DK KTP 1.0"}, name, "KTP", mac, true);
+    add("KTV before KTP", {get, "User-Agent: KTP KTV3275"}, name, "KTV3275", mac, true);
+    add("order of the models", {get, "User-Agent: KTV3240 KTV3275 KTV3175 KTV3140"}, name,
+        "KTV3140", mac, true);
+    add("unknown agent keeps the product", {get, "User-Agent: DK715", "User-Agent: curl/8"}, name,
+        "DK", mac, true);
+    add("case matters", {get, "user-agent: DK", "User-Agent: dk"}, name, "", mac, true);
+    add("only the agent line names a product", {get, "X-User-Agent: DK"}, name, "", mac, true);
+    add("agent before the request line", {"User-Agent: DK715", get}, name, "DK", mac, true);
 }
 
 void TestHttpRequest::parse()

@@ -18,7 +18,7 @@ import subprocess
 import sys
 import time
 import traceback
-from contextlib import closing
+from contextlib import closing, contextmanager
 from pathlib import Path
 from xml.etree import ElementTree
 
@@ -108,7 +108,7 @@ class Program:
 
     def wait_end(self):
         try:
-            return self._process.wait(10)
+            return self._process.wait(20)
         except subprocess.TimeoutExpired:
             return None
 
@@ -130,6 +130,11 @@ class Program:
             connection.row_factory = sqlite3.Row
             return [dict(row) for row in connection.execute("select * from contact1")]
 
+    def settings(self, name):
+        """The element of the settings document and its texts, in their order."""
+        root = ElementTree.parse(self.folder / name).getroot()
+        return [(element.tag, element.text or "") for element in root]
+
 
 class Phone:
     """The telephone: another host on the network where there is one, else this one."""
@@ -143,13 +148,13 @@ class Phone:
                                url], capture_output=True)
         return done.returncode, done.stdout.decode("utf-8")
 
-    def boot(self, mac, model, expected):
+    def boot(self, mac, model):
         """Asks by SIP where its file is; the datagrams that answer."""
-        script = Path(__file__).with_name("boot_phone.py")
+        script = Path(__file__).parents[2] / "tests" / "network" / "phones.py"
         done = subprocess.run([*self._prefix, sys.executable, "-B", str(script),
-                               os.environ["TOUR_PHONE_ADDRESS"], mac, model, str(expected)],
+                               os.environ["TOUR_PHONE_ADDRESS"], mac, model],
                               capture_output=True, check=True)
-        return json.loads(done.stdout)
+        return json.loads(done.stdout)[0]["heard"]
 
 
 def free_port():
@@ -162,6 +167,21 @@ def free_port():
             except OSError:
                 continue
     raise NotSeen("a free port")
+
+
+@contextmanager
+def port_80_held(address=""):
+    """Meanwhile another program has it."""
+    holder = subprocess.Popen(
+        [sys.executable, "-c", "import socket, sys, time; s = socket.create_server("
+         "(sys.argv[1], 80)); print(flush=True); time.sleep(600)", address],
+        stdout=subprocess.PIPE)
+    try:
+        holder.stdout.readline()
+        yield
+    finally:
+        holder.kill()
+        holder.wait()
 
 
 def chinese(source):
@@ -395,14 +415,14 @@ class Tour:
         check_soon(lambda: self.screen.sees("push button", "Disable PNP Server"),
                    'the button reads "Disable PNP Server"')
         self.screen.shot("plug-and-play")
-        heard = self.phone.boot(BARE_MAC, "KTP16XX", 2)
+        heard = self.phone.boot(BARE_MAC, "KTP16XX")
         for text in heard:
             say(text)
-        if check_equal([text.split("\r\n")[0].split(" ")[0:2] for text in heard],
-                       [["SIP/2.0", "202"], ["NOTIFY", "sip:" + os.environ["TOUR_PHONE_ADDRESS"] +
-                                             ":5060"]], "the answers are"):
+        heads = [text.partition("\r\n")[0] for text in heard]
+        if check(len(heads) == 2 and heads[0].startswith("SIP/2.0 202 ") and heads[1].startswith(
+                f"NOTIFY sip:{os.environ['TOUR_PHONE_ADDRESS']}:"), "two answers come", heads):
             check_equal(heard[1].partition("\r\n\r\n")[2], self.url(), "the telephone is sent to")
-        heard = self.phone.boot("0200a7000000", "KTP16XX", 1)
+        heard = self.phone.boot("0200a7000000", "KTP16XX")
         check_equal([text.split("\r\n")[0] for text in heard], ["SIP/2.0 501 Not Implemented"],
                     "a telephone that is not listed is told")
 
@@ -499,11 +519,7 @@ class Tour:
 
     def port_80_taken(self):
         say("-- open the service while another program has port 80")
-        holder = subprocess.Popen(
-            [sys.executable, "-c", "import socket, time; s = socket.create_server(('', 80)); "
-             "print(flush=True); time.sleep(600)"], stdout=subprocess.PIPE)
-        try:
-            holder.stdout.readline()
+        with port_80_held():
             self.screen.click_on("push button", "Open HTTPD")
             self.choose_card(by_keyboard=True)
             check(self.answer_port_warning(), "the program warns that port 80 is taken")
@@ -511,9 +527,6 @@ class Tour:
             check(self.port not in (0, 80), "and uses another port", self.port)
             self.screen.shot("random-port")
             self.check_document(KTP_AGENT, DESK_PHONE, account="Reception")
-        finally:
-            holder.kill()
-            holder.wait()
 
     def fill(self, name, text):
         self.screen.click_on("text", name)
@@ -577,11 +590,6 @@ class Tour:
         self.screen.click_on("menu item", menu)
         self.screen.click_on("menu item", entry)
 
-    def settings(self, name):
-        """The element of the settings document and its texts, in their order."""
-        root = ElementTree.parse(self.program.folder / name).getroot()
-        return [(element.tag, element.text or "") for element in root]
-
     def read_notice(self, title, text, picture):
         wait_active(title)
         check(self.screen.sees("label", text, title), f"the box says {text!r}")
@@ -608,7 +616,7 @@ class Tour:
         self.screen.shot("port-filled")
         self.screen.click_on("push button", "OK", title)
         wait_gone(title)
-        check_equal(self.settings("port.xml"),
+        check_equal(self.program.settings("port.xml"),
                     [("useDefault", "0"), ("port", str(self.custom_port))], "port.xml holds")
 
     def choose_options(self):
@@ -617,7 +625,7 @@ class Tour:
             self.choose("Options", entry)
             self.read_notice("Options change", "Config's change will take effect after reboot.",
                              "options-change")
-        check_equal(self.settings("language/options.xml"),
+        check_equal(self.program.settings("language/options.xml"),
                     [("AutoStart", "1"), ("RecoveryData", "1"), ("AutoHttpd", "1")],
                     "options.xml holds")
         entry = Path.home() / ".config/autostart/VlManager.desktop"
