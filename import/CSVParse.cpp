@@ -168,7 +168,7 @@ void CSVParse::readText()
 
 void CSVParse::readTitles()
 {
-    if (m_text->isFirstLineDoubtful()) {
+    if (m_text->isTitleBroken()) {
         finish(Phase::Failed, ImportFault::OtherTitles);
         return;
     }

@@ -12,7 +12,7 @@ QByteArray LineEnds::made(const QByteArray &piece)
         if (m_returns > 0 && piece.at(place) != '\r')
             putReturns(piece.at(place), text);
         if (m_kind == Kind::CarriageReturn)
-            lookAtSecond(piece, place);
+            lookAtOthers(piece, place);
         const int found = indexOfByte(piece, '\r', place);
         const int end = found < 0 ? piece.size() : found;
         text.append(piece.constData() + place, end - place);
@@ -45,17 +45,19 @@ void LineEnds::putReturns(char next, QByteArray &text)
     m_returns = 0;
 }
 
-/// `place` is behind the carriage returns, and something stands there.
-void LineEnds::lookAtSecond(const QByteArray &piece, int place)
+void LineEnds::lookAtOthers(const QByteArray &piece, int place)
 {
-    if (m_second == Second::LineFeedAtEnd)
-        m_second = Second::LineFeed; // it was not the end
-    if (m_second != Second::Unknown)
+    if (m_others != Others::Unknown)
         return;
-    const int returnAt = indexOfByte(piece, '\r', place);
-    const int feedAt = indexOfByte(piece, '\n', place);
-    if (feedAt >= 0 && (returnAt < 0 || feedAt < returnAt))
-        m_second = feedAt + 1 < piece.size() ? Second::LineFeed : Second::LineFeedAtEnd;
-    else if (returnAt >= 0)
-        m_second = Second::CarriageReturn;
+    const int found = indexOfByte(piece, '\r', place);
+    const int end = found < 0 ? piece.size() : found;
+    for (int feed = indexOfByte(piece, '\n', place); feed >= 0 && feed < end;
+         feed = indexOfByte(piece, '\n', feed + 1)) {
+        if (++m_feeds == 2) {
+            m_others = Others::LineFeed;
+            return;
+        }
+    }
+    if (found >= 0)
+        m_others = Others::CarriageReturn;
 }

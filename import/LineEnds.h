@@ -15,21 +15,22 @@ public:
     QByteArray made(const QByteArray &piece);
     /// What was held back, at the end of the text.
     QByteArray rest();
-    /// True when the first line ends in a carriage return and the next one in a line feed. Then no
-    /// one can tell whether the titles end there, or have a carriage return among them.
-    bool isFirstLineDoubtful() const { return m_second == Second::LineFeed; }
+    /// True when the first line ends in a carriage return and the next two in line feeds: then the
+    /// titles have a carriage return among them.
+    bool isTitleBroken() const { return m_others == Others::LineFeed; }
 
 private:
     enum class Kind { Unknown, LineFeed, CarriageReturn };
 
-    /// What ends the line behind a first one that ends in a carriage return.
-    enum class Second { Unknown, CarriageReturn, LineFeedAtEnd, LineFeed };
+    /// What ends the lines behind a first one that ends in a carriage return.
+    enum class Others { Unknown, CarriageReturn, LineFeed };
 
     void putReturns(char next, QByteArray &text);
-    void lookAtSecond(const QByteArray &piece, int place);
+    void lookAtOthers(const QByteArray &piece, int place);
 
     Kind m_kind = Kind::Unknown;
-    Second m_second = Second::Unknown;
+    Others m_others = Others::Unknown;
+    int m_feeds = 0;   ///< line feeds, while that is unknown
     int m_returns = 0; ///< carriage returns of which it is not known what follows them
     bool m_started = false;
 };

@@ -30,7 +30,7 @@ public:
     ImportFault fault() const { return m_fault; }
 
     /// See LineEnds.
-    bool isFirstLineDoubtful() const { return m_lineEnds.isFirstLineDoubtful(); }
+    bool isTitleBroken() const { return m_lineEnds.isTitleBroken(); }
 
     /// The encoding of the file; empty until it is known.
     QString encoding() const { return m_encoding; }

@@ -380,7 +380,7 @@ private slots:
         for (const auto &[asked, fields] :
              {std::pair("cfg0a.xml", "cfg0a.xml"), std::pair("a,\"b", R"("a,""b")"),
               std::pair("=1+1", "'=1+1"), std::pair("a\r\n\\", R"(a\u000d\u000a\\)"),
-              std::pair("cfg0a.xml?password=x", "cfg0a.xml"),
+              std::pair("cfg0a.xml?password=x", "cfg0a.xml?..."),
               std::pair("http://me:x@pc/fw.bin", "pc/fw.bin")}) {
             LogRow row;
             row.request = {1, QString::fromLatin1(asked), QStringLiteral("KTP"), {}, 0, 0x0a000009};
