@@ -4,11 +4,12 @@
 #include "dialogs/FormDialog.h"
 #include "dialogs/IpLine.h"
 #include "model/ContactFields.h"
+#include "tests/Literal.h"
+#include "tests/TestDevices.h"
 #include "widgets/ToolTipWidget.h"
 
 #include <QApplication>
 #include <QComboBox>
-#include <QFile>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QScrollArea>
@@ -25,13 +26,12 @@ protected:
     /// The size of the texts is the style sheet's business, and whether they fit is ours.
     static void useStyleSheet()
     {
-        QFile sheet(QStringLiteral(VL_SOURCE_DIR "/resource/style.qss"));
-        QVERIFY(sheet.open(QIODevice::ReadOnly));
-        qApp->setStyleSheet(QString::fromUtf8(sheet.readAll()));
+        const QByteArray sheet = fileContent(QStringLiteral(VL_SOURCE_DIR "/resource/style.qss"));
+        QVERIFY(!sheet.isEmpty());
+        qApp->setStyleSheet(QString::fromUtf8(sheet));
     }
 
     void setUp() { m_dialog = std::make_unique<Dialog>(); }
-
     void tearDown() { m_dialog.reset(); }
 
     void showDialog()
@@ -44,29 +44,46 @@ protected:
     template <typename Input>
     Input *input(const char *name) const
     {
-        auto *const found = m_dialog->template findChild<Input *>(QLatin1String(name));
-        Q_ASSERT(found);
-        return found;
+        return m_dialog->template findChild<Input *>(QLatin1String(name));
+    }
+
+    /// To whatever has the focus, which moves on while an address is typed.
+    static void typeKeys(const char *keys)
+    {
+        for (const char *key = keys; *key; ++key)
+            QTest::keyClick(QApplication::focusWidget(), *key);
+    }
+
+    /// A device whose texts all differ, and whose choices are all on offer and none the first.
+    static ContactInfo choosableDevice()
+    {
+        ContactInfo device = stampedDevice("a"_s);
+        device.product = "DK71X"_s;
+        device.speech_coding1 = "GSM"_s;
+        device.speech_coding2 = "PCMU"_s;
+        device.language = "zh-tw"_s;
+        device.random_port = "1"_s;
+        device.keep_alive = "0"_s;
+        return device;
     }
 
     /// Enters each field that has an input, under the name that goes with its column: choices by
     /// their text.
-    void enter(const ContactInfo &shown)
+    void enterChoices(ContactInfo device)
     {
+        device.language = "Chinese Traditional"_s;
+        device.random_port = "Yes"_s;
+        device.keep_alive = "No"_s;
         for (const ContactField &field : contactFields()) {
             QString name = QLatin1String(field.column);
-            for (int at = name.indexOf(QLatin1Char('_')); at >= 0;
-                 at = name.indexOf(QLatin1Char('_')))
+            for (int at; (at = name.indexOf(QLatin1Char('_'))) >= 0;)
                 name.replace(at, 2, name.at(at + 1).toUpper());
-            const QString text = shown.*field.member;
-            if (auto *const line =
-                    m_dialog->template findChild<IpLine *>(name + QLatin1String("IpLine")))
+            const QString text = device.*field.member;
+            if (auto *const line = m_dialog->template findChild<IpLine *>(name + "IpLine"_s))
                 line->setText(text);
-            else if (auto *const box = m_dialog->template findChild<QComboBox *>(
-                         name + QLatin1String("ComboBox")))
+            if (auto *const box = m_dialog->template findChild<QComboBox *>(name + "ComboBox"_s))
                 box->setCurrentText(text);
-            else if (auto *const edit = m_dialog->template findChild<QLineEdit *>(
-                         name + QLatin1String("LineEdit")))
+            if (auto *const edit = m_dialog->template findChild<QLineEdit *>(name + "LineEdit"_s))
                 edit->setText(text);
         }
     }

@@ -3,50 +3,30 @@
 #include "app/MainWindow.h"
 #include "storage/DBOperator.h"
 #include "storage/DataMgr.h"
-#include "widgets/Modal.h"
+#include "tests/Literal.h"
+#include "tests/TestDevices.h"
+#include "tests/User.h"
 
+#include <QAction>
+#include <QApplication>
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
-#include <QPushButton>
 #include <QTemporaryDir>
 #include <QTest>
 
-#include <functional>
 #include <memory>
 
-inline void writeFile(const QString &path, const QByteArray &content)
-{
-    QDir().mkpath(QFileInfo(path).path());
-    QFile file(path);
-    QVERIFY2(file.open(QIODevice::WriteOnly), qPrintable(path));
-    file.write(content);
-}
-
-/// The real window over a folder of its own, which is also the working directory, and a user who
-/// answers its boxes.
+/// The real window over a folder of its own, which is also the working directory, and its user.
 class WindowFixture
 {
 protected:
-    /// A box as the user met it.
-    struct Shown
-    {
-        QString title;
-        QString text;
-        QStringList buttons;
-    };
-
     void setUpFolder()
     {
+        registerContactTypes();
         m_folder = std::make_unique<QTemporaryDir>();
-        QVERIFY(m_folder->isValid());
-        QVERIFY(QFile::link(QStringLiteral(VL_SOURCE_DIR "/resource"),
-                            m_folder->filePath(QStringLiteral("resource"))));
+        QVERIFY(QFile::link(QStringLiteral(VL_SOURCE_DIR "/resource"), path("resource")));
         QDir::setCurrent(m_folder->path());
-        m_shown.clear();
-        m_answers.clear();
-        m_whileAsking = {};
-        Modal::setRunner([this](QDialog &dialog) { return answer(dialog); });
+        m_user = std::make_unique<User>();
     }
 
     void tearDown()
@@ -54,58 +34,77 @@ protected:
         m_window.reset();
         m_dataMgr.reset();
         m_dbOperator.reset();
-        Modal::setRunner({});
-        QDir::setCurrent(QStringLiteral("/"));
+        m_user.reset();
+        QDir::setCurrent("/"_s);
     }
 
     /// Another start of the program when it is open already.
     void openWindow()
     {
         m_window.reset();
-        const QString folder = m_folder->path() + QLatin1Char('/');
         m_dataMgr.reset();
-        m_dbOperator = std::make_unique<DBOperator>(folder);
-        m_dataMgr = std::make_unique<DataMgr>(*m_dbOperator, folder);
+        m_dbOperator = std::make_unique<DBOperator>(path(""));
+        m_dataMgr = std::make_unique<DataMgr>(*m_dbOperator, path(""));
         m_dataMgr->setSlice(m_slice);
-        m_window = std::make_unique<MainWindow>(*m_dataMgr, folder);
+        m_window = std::make_unique<MainWindow>(*m_dataMgr, path(""));
         m_window->show();
         QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
     }
 
-    QPushButton *button(const char *name) const
+    static void writeFile(const QString &path, const QByteArray &content)
     {
-        return m_window->findChild<QPushButton *>(QLatin1String(name));
+        QDir().mkpath(QFileInfo(path).path());
+        QFile file(path);
+        QVERIFY2(file.open(QIODevice::WriteOnly), qPrintable(path));
+        file.write(content);
+    }
+
+    /// Of a file in the folder.
+    QString path(const char *name) const { return m_folder->path() + "/"_s + QLatin1String(name); }
+
+    /// The window's child of that type and name, or of any name.
+    template <typename Part = QWidget>
+    Part *part(const char *name = nullptr) const
+    {
+        return m_window->findChild<Part *>(QLatin1String(name));
+    }
+    QPushButton *button(const char *name) const { return part<QPushButton>(name); }
+
+    /// The open or closed window of that type.
+    template <typename Window>
+    static Window *topLevel()
+    {
+        Window *found = nullptr;
+        const auto widgets = QApplication::topLevelWidgets();
+        for (QWidget *const widget : widgets)
+            found = found ? found : qobject_cast<Window *>(widget);
+        return found;
+    }
+
+    /// Chooses the menu entry with that text.
+    void choose(const QString &text) const { action(text)->trigger(); }
+    QAction *action(const QString &text) const
+    {
+        const auto actions = m_window->findChildren<QAction *>();
+        for (QAction *const candidate : actions) {
+            if (candidate->text() == text)
+                return candidate;
+        }
+        qFatal("no action %s", qPrintable(text));
+    }
+
+    /// As the dialog does when its user saves.
+    void addDevice(const QString &mac, const QString &account = QString()) const
+    {
+        ContactInfo device = deviceWithMac(mac);
+        device.first_account = account;
+        m_window->onContactDialogAddFinished(device);
     }
 
     std::unique_ptr<QTemporaryDir> m_folder;
+    std::unique_ptr<User> m_user;
     std::unique_ptr<DBOperator> m_dbOperator;
     std::unique_ptr<DataMgr> m_dataMgr;
     std::unique_ptr<MainWindow> m_window;
-    QList<Shown> m_shown;
-    QStringList m_answers; ///< texts of the buttons to press, in order
-    std::function<void()> m_whileAsking;
     int m_slice = -1; ///< of the window's next start: every job is over when its call returns
-
-private:
-    int answer(QDialog &dialog)
-    {
-        Shown shown = {dialog.windowTitle(), QString(), {}};
-        if (const auto *const box = qobject_cast<QMessageBox *>(&dialog))
-            shown.text = box->text();
-        const QString wanted = m_answers.isEmpty() ? QString() : m_answers.takeFirst();
-        QPushButton *pressed = nullptr;
-        const auto buttons = dialog.findChildren<QPushButton *>();
-        for (QPushButton *const candidate : buttons) {
-            const QString text = candidate->text().remove(QLatin1Char('&'));
-            shown.buttons.append(text);
-            if (text == wanted)
-                pressed = candidate;
-        }
-        m_shown.append(shown);
-        if (m_whileAsking)
-            m_whileAsking();
-        if (pressed)
-            pressed->click();
-        return dialog.result();
-    }
 };
