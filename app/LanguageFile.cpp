@@ -1,6 +1,6 @@
 #include "app/LanguageFile.h"
 
-#include "app/SettingsFile.h"
+#include "model/SettingsFile.h"
 
 #include <QDomDocument>
 #include <QFile>

@@ -1,6 +1,6 @@
 #include "app/OptionsFile.h"
 
-#include "app/SettingsFile.h"
+#include "model/SettingsFile.h"
 
 #include <QDomDocument>
 

@@ -1,6 +1,6 @@
 #include "app/WindowPlace.h"
 
-#include "app/SettingsFile.h"
+#include "model/SettingsFile.h"
 #include "widgets/ScreenRoom.h"
 
 #include <QDomDocument>

@@ -42,9 +42,10 @@ void changePort(const QString &path)
 {
     const HttpdPort setting = readHttpdPort(path);
     require(setting.portText.isEmpty() || setting.portText.toInt() == setting.port);
-    require(bool(writeHttpdPort(path, setting.useDefault == 1, setting.portText)));
+    const bool useDefault = setting.policy == HttpdPort::Policy::Default;
+    require(bool(writeHttpdPort(path, useDefault, setting.portText)));
     const HttpdPort again = readHttpdPort(path);
-    require(again.useDefault == (setting.useDefault == 1 ? 1 : 0));
+    require(again.policy == (useDefault ? HttpdPort::Policy::Default : HttpdPort::Policy::Custom));
     require(again.portText == setting.portText);
 }
 

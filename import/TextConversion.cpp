@@ -21,8 +21,7 @@ QTextCodec::ConversionFlags flagsFor(const QTextCodec *codec)
 
 TextConversion::TextConversion(const QString &from, const QString &fromEncoding, const QString &to,
                                const QString &toEncoding)
-    : m_from(from)
-    , m_to(to)
+    : m_files(from, to, pieceSize)
     , m_toCodec(codecNamed(toEncoding))
     , m_encoder(flagsFor(m_toCodec))
 {
@@ -36,31 +35,27 @@ TextConversion::State TextConversion::readOn()
         return m_state;
     if (!m_decoder || !m_toCodec)
         return failed(ImportFault::OtherEncoding);
-    if (!m_from.isOpen() && !m_from.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
-        return failed(ImportFault::Unreadable);
-    if (!m_to.isOpen() && !m_to.create())
-        return failed(ImportFault::NoWorkFiles);
-
-    const QByteArray piece = m_from.read(pieceSize);
-    if (m_from.error() != QFile::NoError)
-        return failed(ImportFault::Unreadable);
+    QByteArray piece;
+    const ImportFault unread = m_files.read(piece);
+    if (unread != ImportFault::None)
+        return failed(unread);
     if (piece.isEmpty()) {
         if (!m_decoder->end())
             return failed(ImportFault::OtherEncoding);
-        m_from.close();
-        m_to.close();
+        m_files.close();
         return m_state = State::Done;
     }
     QString text;
     if (!m_decoder->decode(piece, text))
         return failed(ImportFault::OtherEncoding);
-    if (!m_to.writeWhole(m_toCodec->fromUnicode(text.constData(), text.size(), &m_encoder)))
-        return failed(ImportFault::NoWorkFiles);
-    return m_state;
+    const ImportFault unwritten =
+        m_files.write(m_toCodec->fromUnicode(text.constData(), text.size(), &m_encoder));
+    return unwritten == ImportFault::None ? m_state : failed(unwritten);
 }
 
 TextConversion::State TextConversion::failed(ImportFault fault)
 {
+    m_files.close();
     m_fault = fault;
     return m_state = State::Failed;
 }

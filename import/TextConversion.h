@@ -1,8 +1,8 @@
 #pragma once
 
+#include "import/FileRewrite.h"
 #include "import/ImportFault.h"
 #include "import/TextEncoding.h"
-#include "import/WorkFile.h"
 
 #include <memory>
 
@@ -25,8 +25,7 @@ private:
 
     State m_state = State::Converting;
     ImportFault m_fault = ImportFault::None;
-    QFile m_from;
-    WorkFile m_to;
+    FileRewrite m_files;
     const QTextCodec *m_toCodec;
     std::unique_ptr<StrictDecoder> m_decoder;
     QTextCodec::ConverterState m_encoder;

@@ -32,8 +32,7 @@ TextSource::TextSource(const QString &path, const QString &folder, const QString
     : m_encoding(encoding)
     , m_legacyEncoding(legacyEncoding)
     , m_workFiles(workFiles(folder))
-    , m_from(path)
-    , m_to(m_workFiles.first())
+    , m_files(path, m_workFiles.first(), pieceSize)
 {
     if (isWorkFile(path, folder)) {
         failed(ImportFault::OwnWorkFile); // it would be removed before it is read
@@ -41,10 +40,9 @@ TextSource::TextSource(const QString &path, const QString &folder, const QString
     }
     for (const QString &left : qAsConst(m_workFiles))
         QFile::remove(left);
-    if (!m_from.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
-        failed(ImportFault::Unreadable);
-    else if (!m_to.create())
-        failed(ImportFault::NoWorkFiles);
+    const ImportFault fault = m_files.open();
+    if (fault != ImportFault::None)
+        failed(fault);
 }
 
 QStringList TextSource::workFiles(const QString &folder)
@@ -89,36 +87,35 @@ TextSource::State TextSource::readOn()
 
 TextSource::State TextSource::copyOn()
 {
-    const QByteArray piece = m_from.read(pieceSize);
-    if (m_from.error() != QFile::NoError)
-        return failed(ImportFault::Unreadable);
+    QByteArray piece;
+    const ImportFault unread = m_files.read(piece);
+    if (unread != ImportFault::None)
+        return failed(unread);
     if (piece.isEmpty())
         return encodingFound();
     m_probe.look(piece);
     if (m_probe.kind() == EncodingProbe::Kind::NotText)
         return failed(ImportFault::NotText);
-    return m_to.writeWhole(piece) ? m_state : failed(ImportFault::NoWorkFiles);
+    const ImportFault unwritten = m_files.write(piece);
+    return unwritten == ImportFault::None ? m_state : failed(unwritten);
 }
 
 TextSource::State TextSource::encodingFound()
 {
-    if (m_to.size() == 0)
+    if (m_files.written() == 0)
         return failed(ImportFault::Empty);
     const EncodingProbe::Kind kind = m_probe.end();
     if (m_encoding.isEmpty())
         m_encoding = encodingFor(kind, m_legacyEncoding);
-    m_from.close();
-    m_to.close();
-    m_from.setFileName(m_workFiles.first());
-    m_to.setFileName(m_workFiles.last());
     if (m_encoding == utf8Name) {
         if (kind == EncodingProbe::Kind::DamagedUtf8)
             return failed(ImportFault::DamagedUnicode);
         if (kind != EncodingProbe::Kind::Utf8)
             return failed(ImportFault::OtherEncoding);
+        m_files.setFiles(m_workFiles.first(), m_workFiles.last());
         return m_state = State::Cleaning;
     }
-    m_from.setFileName(m_workFiles.at(1));
+    m_files.setFiles(m_workFiles.at(1), m_workFiles.last());
     m_conversion = std::make_unique<TextConversion>(m_workFiles.first(), m_encoding,
                                                     m_workFiles.at(1), utf8Name);
     return m_state = State::Converting;
@@ -142,31 +139,27 @@ TextSource::State TextSource::convertOn()
 
 TextSource::State TextSource::cleanOn()
 {
-    if (!m_from.isOpen() && !m_from.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
-        return failed(ImportFault::Unreadable);
-    if (!m_to.isOpen() && !m_to.create())
-        return failed(ImportFault::NoWorkFiles);
-    const QByteArray piece = m_from.read(pieceSize);
-    if (m_from.error() != QFile::NoError)
-        return failed(ImportFault::Unreadable);
+    QByteArray piece;
+    const ImportFault unread = m_files.read(piece);
+    if (unread != ImportFault::None)
+        return failed(unread);
     const bool isEnd = piece.isEmpty();
     QByteArray text = isEnd ? m_lineEnds.rest() : m_lineEnds.made(piece);
     // Spreadsheets part the columns of their "Unicode text" with tabs.
     if (m_encoding == utf16Name)
         text = m_tabColumns.inCommas(text) + (isEnd ? m_tabColumns.rest() : QByteArray());
-    if (!m_to.writeWhole(text))
-        return failed(ImportFault::NoWorkFiles);
+    const ImportFault unwritten = m_files.write(text);
+    if (unwritten != ImportFault::None)
+        return failed(unwritten);
     if (!isEnd)
         return m_state;
-    m_from.close();
-    m_to.close();
+    m_files.close();
     return m_state = State::Done;
 }
 
 TextSource::State TextSource::failed(ImportFault fault)
 {
-    m_from.close();
-    m_to.close();
+    m_files.close();
     m_fault = fault;
     return m_state = State::Failed;
 }

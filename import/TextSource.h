@@ -1,11 +1,11 @@
 #pragma once
 
+#include "import/FileRewrite.h"
 #include "import/ImportFault.h"
 #include "import/LineEnds.h"
 #include "import/TabColumns.h"
 #include "import/TextConversion.h"
 #include "import/TextEncoding.h"
-#include "import/WorkFile.h"
 
 #include <QStringList>
 
@@ -57,7 +57,6 @@ private:
     EncodingProbe m_probe;
     std::unique_ptr<TextConversion> m_conversion;
     LineEnds m_lineEnds;
-    QFile m_from;  ///< what is read in this state
-    WorkFile m_to; ///< what is written
+    FileRewrite m_files; ///< of this state
     TabColumns m_tabColumns;
 };

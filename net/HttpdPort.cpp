@@ -1,26 +1,23 @@
 #include "net/HttpdPort.h"
 
 #include "model/DebugLog.h"
+#include "model/SettingsFile.h"
 
 #include <QBuffer>
 #include <QFile>
-#include <QXmlStreamReader>
 #include <QXmlStreamWriter>
 
 namespace {
 
-/// The file is a few lines; of anything larger only the start is looked at.
-constexpr qint64 maxFileSize = qint64(64) * 1024;
-
-void takeValue(const QString &element, const QString &text, HttpdPort &setting)
+HttpdPort::Policy policyOf(int useDefault)
 {
-    bool isNumber = false;
-    const int number = text.toInt(&isNumber);
-    if (element == QLatin1String("useDefault")) {
-        setting.useDefault = number;
-    } else if (element == QLatin1String("port")) {
-        setting.port = number;
-        setting.portText = isNumber ? text.trimmed() : QString();
+    switch (useDefault) {
+    case 0:
+        return HttpdPort::Policy::Custom;
+    case 1:
+        return HttpdPort::Policy::Default;
+    default:
+        return HttpdPort::Policy::NoPort;
     }
 }
 
@@ -29,20 +26,21 @@ void takeValue(const QString &element, const QString &text, HttpdPort &setting)
 HttpdPort readHttpdPort(const QString &path)
 {
     HttpdPort setting;
-    QFile file(path);
-    if (!file.exists())
-        return setting;
-    if (!file.open(QIODevice::ReadOnly | QIODevice::Text)) {
-        qCDebug(debugLog) << "read port.xml error";
+    const std::optional<SettingsFile::Values> values = SettingsFile::readTexts(path);
+    if (!values) {
+        if (QFile::exists(path))
+            qCDebug(debugLog) << "read port.xml error";
         return setting;
     }
-
-    QXmlStreamReader xml(file.read(maxFileSize));
-    while (!xml.atEnd()) {
-        const QString element = xml.isStartElement() ? xml.name().toString() : QString();
-        xml.readNext();
-        if (xml.isCharacters())
-            takeValue(element, xml.text().toString(), setting);
+    for (const SettingsFile::Value &value : *values) {
+        bool isNumber = false;
+        const int number = value.text.toInt(&isNumber);
+        if (value.element == QLatin1String("useDefault")) {
+            setting.policy = policyOf(number);
+        } else if (value.element == QLatin1String("port")) {
+            setting.port = number;
+            setting.portText = isNumber ? value.text.trimmed() : QString();
+        }
     }
     return setting;
 }

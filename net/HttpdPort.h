@@ -7,9 +7,16 @@
 /// Where the administrator wants the HTTP server to listen.
 struct HttpdPort
 {
-    int useDefault = 1; ///< 1: port 80, 0: the custom port, anything else: not at all
-    int port = 80;      ///< the custom port as it was written, in range or not
-    QString portText;   ///< its text, empty unless it is a number
+    /// The port policy. The numbers are those of the file's "useDefault".
+    enum class Policy {
+        Custom = 0,
+        Default = 1, ///< port 80
+        NoPort,      ///< any other number: the service runs without a port
+    };
+
+    Policy policy = Policy::Default;
+    int port = 80;    ///< the custom port as it was written, in range or not
+    QString portText; ///< its text, empty unless it is a number
 };
 
 /// Reads the port setting from an XML file. Without the file, or when it cannot be opened, the

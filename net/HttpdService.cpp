@@ -141,19 +141,20 @@ bool HttpdService::chooseCard()
 bool HttpdService::openPort()
 {
     const HttpdPort setting = readHttpdPort(QStringLiteral("port.xml"));
-    switch (setting.useDefault) {
-    case 1:
+    switch (setting.policy) {
+    case HttpdPort::Policy::Default:
         return listenOrRandom(
             defaultPort,
             tr("Open the default port 80 failed, please go to 'Options -> Configuration Httpd "
                "Port' to configure or use a random port."));
-    case 0:
+    case HttpdPort::Policy::Custom:
         return listenOrRandom(
             static_cast<quint16>(setting.port),
             tr("Open the custom port failed, the Httpd server will use a random port"));
-    default:
-        return true; // neither: the service runs without a port
+    case HttpdPort::Policy::NoPort:
+        break;
     }
+    return true;
 }
 
 bool HttpdService::listenOrRandom(quint16 port, const QString &warning)

@@ -11,6 +11,7 @@
 #include "storage/EditedDevice.h"
 #include "storage/ImportLook.h"
 #include "storage/ImportedDevices.h"
+#include "storage/LongList.h"
 #include "storage/RestoredDevices.h"
 #include "storage/StoredDevices.h"
 #include "widgets/Modal.h"
@@ -26,7 +27,6 @@ namespace {
 
 const QString databaseName = QStringLiteral("phonebook.db");
 const QString provisioningRoot = QStringLiteral("HTTPD");
-constexpr int longList = 10000; // what making one leaves in the heap is worth giving back
 constexpr int retryPauseMilliseconds = 60 * 1000;
 
 /// No list at all, in place of the one before.
@@ -384,7 +384,7 @@ void DataMgr::tellEnd(const ListJob &job)
     if (job.kind() == ListJob::Kind::Load)
         m_busy = false;
     m_store.setWaitsForLocks(true);
-    if (job.hasChangedList() && m_devices.size() > longList)
+    if (job.hasChangedList() && isLongList(m_devices.size()))
         QTimer::singleShot(0, this, &giveBackFreeMemory);
     const bool quiet = m_closed || job.questions() == ListJob::Questions::Refused;
     m_retryWanted = m_store.isBehind();

@@ -60,6 +60,8 @@ public:
     void close();
     /// True from a successful openDatabase() to close(), unless reading the rows failed since.
     bool isStoreUsable() const { return m_store.isUsable(); }
+    /// True after close().
+    bool isClosed() const { return m_closed; }
     QString lastErrorText() const { return m_store.reason(); }
     /// True when the store holds the list as it is.
     bool isSaved() const { return !m_store.needsSave(m_devices.version()); }

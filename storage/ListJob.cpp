@@ -1,12 +1,11 @@
 #include "storage/ListJob.h"
 
 #include "storage/ListStore.h"
+#include "storage/LongList.h"
 
 #include <utility>
 
 namespace {
-
-constexpr int longList = 2000;
 
 DuplicateAnswer duplicateAnswer(ListJob::Answer answer)
 {
@@ -108,7 +107,7 @@ ListJob::Phase ListJob::backUp()
         return keepRows();
     m_effects.handOver(m_order.source->list());
     m_handedOver = true;
-    m_pause = m_devices.size() > longList; // the views have enough to do
+    m_pause = isLongList(m_devices.size()); // the views have enough to do
     if (m_order.kind != Kind::Load)
         return Phase::Writing;
     m_store.setRead(m_devices.version());

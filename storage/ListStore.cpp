@@ -1,6 +1,7 @@
 #include "storage/ListStore.h"
 
 #include "storage/DBOperator.h"
+#include "storage/LongList.h"
 #include "storage/ScopedTransaction.h"
 
 #include <QCoreApplication>
@@ -10,12 +11,6 @@ namespace {
 const QString lockName = QStringLiteral("phonebook.db.lock");
 constexpr int rowsReadAtOnce = 200;
 constexpr int rowsDeletedAtOnce = 1000;
-
-bool isLong(const DeviceListSnapshot &list)
-{
-    constexpr int rowsMergedAtOnce = 2000;
-    return list.size() > rowsMergedAtOnce;
-}
 
 } // namespace
 
@@ -310,12 +305,13 @@ ListStore::Step ListStore::writeRows(const DeviceListSnapshot &list)
 {
     if (m_writtenRows >= list.size()) {
         m_writing = Writing::Merge;
-        return isLong(list) ? Step::Pause : Step::More;
+        return isLongList(list.size()) ? Step::Pause : Step::More;
     }
     const int first = m_writtenRows;
     m_writtenRows += DBOperator::rowsAtOnce;
-    const bool written = m_dbOperator.saveRows(list, first, DBOperator::rowsAtOnce) &&
-                         (!isLong(list) || database().settleRows(first, DBOperator::rowsAtOnce));
+    const bool written =
+        m_dbOperator.saveRows(list, first, DBOperator::rowsAtOnce) &&
+        (!isLongList(list.size()) || database().settleRows(first, DBOperator::rowsAtOnce));
     return written ? Step::More : databaseFailed();
 }
 
@@ -323,7 +319,7 @@ ListStore::Step ListStore::finish(const DeviceListSnapshot &list)
 {
     // A long list is merged with each batch, as looking at all of it at once takes too long. No
     // other rows are there that it could replace.
-    if (!isLong(list) && !database().mergeNewRecords())
+    if (!isLongList(list.size()) && !database().mergeNewRecords())
         return databaseFailed();
     m_writing = Writing::No;
     if (!database().commitTransaction())

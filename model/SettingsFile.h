@@ -7,11 +7,13 @@
 #include <QVector>
 
 #include <functional>
+#include <optional>
 
 class QDomDocument;
 
-/// What the settings documents under "language/" have in common: a root element whose children
-/// hold one text each, indented by 4, in UTF-8 without an XML declaration.
+/// The one place where settings documents are read. They are small XML files of elements that hold
+/// one text each. Those that are written here have a root element, an indentation of 4, UTF-8, and
+/// no XML declaration. Any thread.
 namespace SettingsFile {
 
 struct Value
@@ -25,6 +27,11 @@ using Values = QVector<Value>;
 /// `mode`, and when it is no settings document: damaged, far too long, nested, or with a document
 /// type, whose entities could unfold without end.
 bool read(const QString &filePath, QIODevice::OpenMode mode, QDomDocument &document);
+
+/// Reads what can be understood of the file: each element, however nested, with the text that
+/// directly follows its start tag, in the order of the file, up to the first damage. Elements
+/// without such a text are left out. No value when the file is missing or cannot be opened.
+std::optional<Values> readTexts(const QString &filePath);
 
 /// Writes a document that holds just these values. The file is replaced as a whole or left as it
 /// was.

@@ -1,4 +1,4 @@
-#include "app/SettingsFile.h"
+#include "model/SettingsFile.h"
 
 #include <QDomDocument>
 #include <QFile>
@@ -37,6 +37,16 @@ bool isSettingsDocument(const QByteArray &content)
     return !xml.hasError();
 }
 
+/// A byte more than a settings document can have tells that the file is larger.
+std::optional<QByteArray> startOf(const QString &filePath, QIODevice::OpenMode mode)
+{
+    QFile file(filePath);
+    // Opened for writing, a missing file would be made.
+    if (!file.exists() || !file.open(mode))
+        return std::nullopt;
+    return file.read(maxFileSize + 1);
+}
+
 bool parse(const QByteArray &content, QDomDocument &document)
 {
     return content.size() <= maxFileSize && isSettingsDocument(content) &&
@@ -64,8 +74,25 @@ namespace SettingsFile {
 
 bool read(const QString &filePath, QIODevice::OpenMode mode, QDomDocument &document)
 {
-    QFile file(filePath);
-    return file.exists() && file.open(mode) && parse(file.read(maxFileSize + 1), document);
+    const std::optional<QByteArray> content = startOf(filePath, mode);
+    return content && parse(*content, document);
+}
+
+std::optional<Values> readTexts(const QString &filePath)
+{
+    const std::optional<QByteArray> content =
+        startOf(filePath, QIODevice::ReadOnly | QIODevice::Text);
+    if (!content)
+        return std::nullopt;
+    Values values;
+    QXmlStreamReader xml(*content);
+    while (!xml.atEnd()) {
+        const QString element = xml.isStartElement() ? xml.name().toString() : QString();
+        xml.readNext();
+        if (!element.isEmpty() && xml.isCharacters())
+            values.append({element, xml.text().toString()});
+    }
+    return values;
 }
 
 WriteResult create(const QString &filePath, const Values &values)

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QObject>
+
+#include <memory>
+
+class LanguageSetting;
+class UserGuide;
+
+/// What the window tells about the program. Owns the user guide, made on first use and without a
+/// parent, so that it can be read beside an open dialog; and the box with the version. GUI thread.
+class HelpFlow : public QObject
+{
+    Q_OBJECT
+public:
+    /// `window` is the parent of this object and of the box. `language`, whose pictures the guide
+    /// shows, must outlive this object.
+    HelpFlow(const LanguageSetting &language, QWidget &window);
+    ~HelpFlow() override;
+
+    /// Shows the help window, which goes on where it was closed.
+    void showGuide();
+    void showAbout();
+
+private:
+    const LanguageSetting &m_language;
+    QWidget &m_window;
+    std::unique_ptr<UserGuide> m_guide;
+};

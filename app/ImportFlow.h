@@ -1,0 +1,55 @@
+#pragma once
+
+#include <QObject>
+
+class DataMgr;
+class ImportLook;
+class ImportPage;
+class ListJob;
+class LoadingWidget;
+
+/// The import of a list: from the page that asks for a file, or a file dropped on the window, to
+/// the end of the data manager's import. Owns the page, which holds the path, the look ahead at the
+/// file that it names, and the overlay, whose showing means that an import is under way; and the
+/// boxes on the way. GUI thread.
+class ImportFlow : public QObject
+{
+    Q_OBJECT
+public:
+    /// `window` is the parent of this object and of its boxes, and takes the files that are
+    /// dropped; `content` is the page's parent. To be made after the window's text boxes. `dataMgr`
+    /// must outlive this object; `folder` holds the work files and ends in "/".
+    ImportFlow(DataMgr &dataMgr, const QString &folder, QWidget &window, QWidget &content);
+
+    /// Shows the page with an empty path. Does nothing while it is open.
+    void open();
+    void close();
+    /// Lets the user choose the file.
+    void selectFile();
+    /// Begins to import the file in the path, under the overlay.
+    void begin();
+    /// To be called when an import has ended, however it did.
+    void end(const ListJob &job);
+
+    /// Before the program ends: gives the look ahead up.
+    void stopLooking();
+    /// The program goes on although it was to end: an import that was given up for that shows no
+    /// longer.
+    void giveUp();
+
+signals:
+    /// The page is about to show.
+    void opening();
+
+private:
+    bool isImporting() const;
+    void openWith(const QString &path);
+    void look(const QString &path);
+
+    DataMgr &m_dataMgr;
+    QString m_folder;
+    QWidget &m_window;
+    ImportPage *m_page; ///< belongs to the content
+    ImportLook *m_look;
+    LoadingWidget *m_loading; ///< belongs to the window
+};

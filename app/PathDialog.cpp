@@ -1,0 +1,37 @@
+#include "app/PathDialog.h"
+
+#include "widgets/Modal.h"
+#include "widgets/ScreenRoom.h"
+
+#include <QHeaderView>
+#include <QTreeView>
+
+namespace {
+
+constexpr QSize dialogSize(760, 460);
+
+} // namespace
+
+PathDialog::PathDialog(const QString &title, const Labels &labels, QWidget *parent)
+    : QFileDialog(parent)
+{
+    // First: what was set before would be lost with the system's dialog.
+    setOption(DontUseNativeDialog);
+    setWindowIcon(Modal::windowIcon());
+    setWindowTitle(title);
+    setLabelText(LookIn, labels.lookIn);
+    setLabelText(FileName, labels.fileName);
+    setLabelText(FileType, labels.fileType);
+    setLabelText(Accept, labels.accept);
+    setLabelText(Reject, labels.reject);
+    // As it comes, it cuts the dates off.
+    resize(dialogSize.boundedTo(screenRoom(*this).size()));
+    QHeaderView *const header = findChild<QTreeView *>()->header();
+    header->setSectionResizeMode(QHeaderView::ResizeToContents);
+    header->setSectionResizeMode(0, QHeaderView::Stretch);
+}
+
+QString PathDialog::ask()
+{
+    return Modal::run(*this) == Accepted ? selectedFiles().value(0) : QString();
+}
