@@ -31,12 +31,14 @@ public:
     void openBatch();
     /// Shows the dialog with the device of this row; a row out of range changes nothing.
     void openEdit(int row);
+    /// Adds a device and shows it in the list.
     void add(const ContactInfo &contact);
+    /// Adds these devices and shows the first of them.
     void addBatch(const QList<ContactInfo> &contacts);
-    /// Hands an edited device over, in place of the one that the dialog was opened with.
+    /// Puts an edited device in the place of the one that the dialog was opened with.
     void update(const ContactInfo &contact);
-    /// A change has ended without one: shows the dialog again with what was typed, if the change
-    /// came from it and it was not opened since.
+    /// Shows the dialog for one device again with what was typed, after a job of this kind left the
+    /// list as it was. Does nothing when the dialog was opened since.
     void bringBack(ListJob::Kind kind);
 
     /// Deletes the device of this row without a question.
@@ -45,7 +47,7 @@ public:
     void deleteCurrent();
     /// Asks before all devices are deleted.
     void deleteAll();
-    /// Sets the data manager's busy flag; clears it when devices are selected.
+    /// Sets the data manager's busy flag, and clears it when devices are selected.
     void markBusyUnlessSelected();
 
 private:

@@ -19,6 +19,7 @@ public:
 
     /// Shows the page with an empty path. Does nothing while it is open.
     void open();
+    /// Hides the page.
     void close();
     /// Lets the user choose the folder.
     void selectFolder();

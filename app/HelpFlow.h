@@ -20,6 +20,7 @@ public:
 
     /// Shows the help window, which goes on where it was closed.
     void showGuide();
+    /// Shows what the program is, and its version. Returns when the box is closed.
     void showAbout();
 
 private:

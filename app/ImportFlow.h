@@ -23,6 +23,7 @@ public:
 
     /// Shows the page with an empty path. Does nothing while it is open.
     void open();
+    /// Hides the page.
     void close();
     /// Lets the user choose the file.
     void selectFile();
@@ -31,10 +32,9 @@ public:
     /// To be called when an import has ended, however it did.
     void end(const ListJob &job);
 
-    /// Before the program ends: gives the look ahead up.
+    /// Ends the look ahead, before the program ends.
     void stopLooking();
-    /// The program goes on although it was to end: an import that was given up for that shows no
-    /// longer.
+    /// Shows no import any longer, when the program goes on after one was given up for its end.
     void giveUp();
 
 signals:

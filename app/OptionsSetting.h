@@ -18,14 +18,15 @@ public:
     /// ends in "/". `dataMgr` must outlive this object.
     OptionsSetting(DataMgr &dataMgr, const QString &folder, QWidget &window);
 
+    /// Each is checked while its option is on.
     QAction *autoStartAction() const { return m_autoStart; }
     QAction *recoveryDataAction() const { return m_recoveryData; }
     QAction *autoHttpdAction() const { return m_autoHttpd; }
 
-    /// Reads the stored options and shows them; then the data manager recovers the stored list, if
+    /// Reads the stored options and shows them. Lets the data manager recover the stored list if
     /// they say so. False when there are none.
     bool readAndApply();
-    /// The HTTP service is to be opened at the start.
+    /// True when the HTTP service is to be opened at the start.
     bool opensHttpd() const;
     /// Stores the options as the actions show them; they count from the next start on. Where they
     /// cannot be stored, the user is told and the actions show what is.

@@ -16,7 +16,7 @@ public:
 
     /// Asks for the port.
     void open();
-    /// The dialog's box was clicked.
+    /// The dialog's check box was clicked.
     void setUseDefault(bool useDefault);
     /// Stores the port and removes the dialog; tells the user when it is out of range or cannot be
     /// stored.

@@ -557,6 +557,41 @@
     </message>
 </context>
 <context>
+    <name>DeviceFlow</name>
+    <message>
+        <source>New Device</source>
+        <translation>New Device</translation>
+    </message>
+    <message>
+        <source>New Devices</source>
+        <translation>New Devices</translation>
+    </message>
+    <message>
+        <source>Overview &amp;&amp; Edit</source>
+        <translation>Overview &amp;&amp; Edit</translation>
+    </message>
+    <message>
+        <source>Delete</source>
+        <translation>Delete</translation>
+    </message>
+    <message>
+        <source>Do you want to delete the device %1?</source>
+        <translation>Do you want to delete the device %1?</translation>
+    </message>
+    <message>
+        <source>Hidden by the search: %1</source>
+        <translation>Hidden by the search: %1</translation>
+    </message>
+    <message>
+        <source>Delete All Devices</source>
+        <translation>Delete All Devices</translation>
+    </message>
+    <message>
+        <source>Do you want to delete all devices?</source>
+        <translation>Do you want to delete all devices?</translation>
+    </message>
+</context>
+<context>
     <name>DocumentCommand</name>
     <message>
         <source>The folder %1 does not exist.</source>
@@ -599,6 +634,65 @@
     </message>
 </context>
 <context>
+    <name>ExportFlow</name>
+    <message>
+        <source>Select a folder to export</source>
+        <translation>Select a folder to export</translation>
+    </message>
+    <message>
+        <source>Look in:</source>
+        <translation>Look in:</translation>
+    </message>
+    <message>
+        <source>Path Name</source>
+        <translation>Path Name</translation>
+    </message>
+    <message>
+        <source>Path Type</source>
+        <translation>Path Type</translation>
+    </message>
+    <message>
+        <source>Select</source>
+        <translation>Select</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Cancel</translation>
+    </message>
+    <message>
+        <source>Export Box</source>
+        <translation>Export Box</translation>
+    </message>
+    <message>
+        <source>Please choose correct path to export.</source>
+        <translation>Please choose correct path to export.</translation>
+    </message>
+    <message>
+        <source>Replace action</source>
+        <translation>Replace action</translation>
+    </message>
+    <message>
+        <source>has already exist</source>
+        <translation>has already exist</translation>
+    </message>
+    <message>
+        <source>,</source>
+        <translation>,</translation>
+    </message>
+    <message>
+        <source>do you want to replace it?</source>
+        <translation>do you want to replace it?</translation>
+    </message>
+    <message>
+        <source>File has been exported successfully!</source>
+        <translation>File has been exported successfully!</translation>
+    </message>
+    <message>
+        <source>File export failed, please check directory!</source>
+        <translation>File export failed, please check directory!</translation>
+    </message>
+</context>
+<context>
     <name>ExportPage</name>
     <message>
         <source>Export file</source>
@@ -630,6 +724,21 @@
     <message>
         <source>Please fulfill correct MAC address!</source>
         <translation>Please fulfill correct MAC address!</translation>
+    </message>
+</context>
+<context>
+    <name>HelpFlow</name>
+    <message>
+        <source>Version: %1</source>
+        <translation>Version: %1</translation>
+    </message>
+    <message>
+        <source>Keeps the list of your desk phones and gives each one its configuration over the local network.</source>
+        <translation>Keeps the list of your desk phones and gives each one its configuration over the local network.</translation>
+    </message>
+    <message>
+        <source>Free software under the MIT licence.</source>
+        <translation>Free software under the MIT licence.</translation>
     </message>
 </context>
 <context>
@@ -761,6 +870,49 @@
     </message>
 </context>
 <context>
+    <name>ImportFlow</name>
+    <message>
+        <source>Open an device list file (recommended devices.csv)</source>
+        <translation>Open an device list file (recommended devices.csv)</translation>
+    </message>
+    <message>
+        <source>Look in</source>
+        <translation>Look in</translation>
+    </message>
+    <message>
+        <source>File Name</source>
+        <translation>File Name</translation>
+    </message>
+    <message>
+        <source>File Type</source>
+        <translation>File Type</translation>
+    </message>
+    <message>
+        <source>Open</source>
+        <translation>Open</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Cancel</translation>
+    </message>
+    <message>
+        <source>csv text device list(*.csv)</source>
+        <translation>csv text device list(*.csv)</translation>
+    </message>
+    <message>
+        <source>Import Box</source>
+        <translation>Import Box</translation>
+    </message>
+    <message>
+        <source>Please choose correct file to import.</source>
+        <translation>Please choose correct file to import.</translation>
+    </message>
+    <message>
+        <source>Import is failed, please check the file format and encoding.</source>
+        <translation>Import is failed, please check the file format and encoding.</translation>
+    </message>
+</context>
+<context>
     <name>ImportPage</name>
     <message>
         <source>Import file</source>
@@ -871,6 +1023,17 @@
     </message>
 </context>
 <context>
+    <name>LanguageSetting</name>
+    <message>
+        <source>Language change</source>
+        <translation>Language change</translation>
+    </message>
+    <message>
+        <source>Language change will take effect after reboot.</source>
+        <translation>Language change will take effect after reboot.</translation>
+    </message>
+</context>
+<context>
     <name>LanguageTable</name>
     <message>
         <source>English(US)</source>
@@ -973,10 +1136,10 @@
     </message>
 </context>
 <context>
-    <name>MainWindow</name>
+    <name>MainMenu</name>
     <message>
-        <source>Velloran Device Management Tool</source>
-        <translation>Velloran Device Management Tool</translation>
+        <source>&amp;File</source>
+        <translation>&amp;File</translation>
     </message>
     <message>
         <source>&amp;New</source>
@@ -1003,12 +1166,20 @@
         <translation>Quit program</translation>
     </message>
     <message>
+        <source>&amp;Import</source>
+        <translation>&amp;Import</translation>
+    </message>
+    <message>
         <source>&amp;Local Import</source>
         <translation>&amp;Local Import</translation>
     </message>
     <message>
         <source>Import file local</source>
         <translation>Import file local</translation>
+    </message>
+    <message>
+        <source>&amp;Export</source>
+        <translation>&amp;Export</translation>
     </message>
     <message>
         <source>&amp;Local Export</source>
@@ -1027,32 +1198,20 @@
         <translation>Open httpd service</translation>
     </message>
     <message>
-        <source>Auto Start</source>
-        <translation>Auto Start</translation>
+        <source>&amp;Language</source>
+        <translation>&amp;Language</translation>
     </message>
     <message>
-        <source>auto start</source>
-        <translation>auto start</translation>
-    </message>
-    <message>
-        <source>Recovery Data</source>
-        <translation>Recovery Data</translation>
-    </message>
-    <message>
-        <source>recovery data</source>
-        <translation>recovery data</translation>
-    </message>
-    <message>
-        <source>Auto Httpd</source>
-        <translation>Auto Httpd</translation>
-    </message>
-    <message>
-        <source>auto httpd</source>
-        <translation>auto httpd</translation>
+        <source>&amp;Options</source>
+        <translation>&amp;Options</translation>
     </message>
     <message>
         <source>Configure Httpd Port</source>
         <translation>Configure Httpd Port</translation>
+    </message>
+    <message>
+        <source>&amp;Help</source>
+        <translation>&amp;Help</translation>
     </message>
     <message>
         <source>Help</source>
@@ -1063,6 +1222,10 @@
         <translation>User Guide Help</translation>
     </message>
     <message>
+        <source>&amp;About</source>
+        <translation>&amp;About</translation>
+    </message>
+    <message>
         <source>About</source>
         <translation>About</translation>
     </message>
@@ -1070,33 +1233,12 @@
         <source>Show about info</source>
         <translation>Show about info</translation>
     </message>
+</context>
+<context>
+    <name>MainWindow</name>
     <message>
-        <source>&amp;File</source>
-        <translation>&amp;File</translation>
-    </message>
-    <message>
-        <source>&amp;Import</source>
-        <translation>&amp;Import</translation>
-    </message>
-    <message>
-        <source>&amp;Export</source>
-        <translation>&amp;Export</translation>
-    </message>
-    <message>
-        <source>&amp;Language</source>
-        <translation>&amp;Language</translation>
-    </message>
-    <message>
-        <source>&amp;Options</source>
-        <translation>&amp;Options</translation>
-    </message>
-    <message>
-        <source>&amp;Help</source>
-        <translation>&amp;Help</translation>
-    </message>
-    <message>
-        <source>&amp;About</source>
-        <translation>&amp;About</translation>
+        <source>Velloran Device Management Tool</source>
+        <translation>Velloran Device Management Tool</translation>
     </message>
     <message>
         <source>Database Error</source>
@@ -1107,200 +1249,8 @@
         <translation>The device list in phonebook.db can not be read: %1. The file is left untouched and nothing will be saved in this run.</translation>
     </message>
     <message>
-        <source>New Device</source>
-        <translation>New Device</translation>
-    </message>
-    <message>
-        <source>New Devices</source>
-        <translation>New Devices</translation>
-    </message>
-    <message>
-        <source>Overview &amp;&amp; Edit</source>
-        <translation>Overview &amp;&amp; Edit</translation>
-    </message>
-    <message>
-        <source>Delete All Devices</source>
-        <translation>Delete All Devices</translation>
-    </message>
-    <message>
-        <source>Do you want to delete all devices?</source>
-        <translation>Do you want to delete all devices?</translation>
-    </message>
-    <message>
-        <source>ServerIP:%1</source>
-        <translation>ServerIP:%1</translation>
-    </message>
-    <message>
-        <source>ServerIP%1:%2</source>
-        <translation>ServerIP%1:%2</translation>
-    </message>
-    <message>
-        <source>Port:%1</source>
-        <translation>Port:%1</translation>
-    </message>
-    <message>
-        <source>HTTPD server is running.</source>
-        <translation>HTTPD server is running.</translation>
-    </message>
-    <message>
-        <source>PNP service requires HTTPD enabled, please open HTTPD service first!</source>
-        <translation>PNP service requires HTTPD enabled, please open HTTPD service first!</translation>
-    </message>
-    <message>
-        <source>PNP service requires 5060 port, please stop other occupied service and try again!</source>
-        <translation>PNP service requires 5060 port, please stop other occupied service and try again!</translation>
-    </message>
-    <message>
-        <source>Enable PNP Server</source>
-        <translation>Enable PNP Server</translation>
-    </message>
-    <message>
-        <source>Version: %1</source>
-        <translation>Version: %1</translation>
-    </message>
-    <message>
-        <source>Keeps the list of your desk phones and gives each one its configuration over the local network.</source>
-        <translation>Keeps the list of your desk phones and gives each one its configuration over the local network.</translation>
-    </message>
-    <message>
-        <source>Free software under the MIT licence.</source>
-        <translation>Free software under the MIT licence.</translation>
-    </message>
-    <message>
-        <source>Open an device list file (recommended devices.csv)</source>
-        <translation>Open an device list file (recommended devices.csv)</translation>
-    </message>
-    <message>
-        <source>csv text device list(*.csv)</source>
-        <translation>csv text device list(*.csv)</translation>
-    </message>
-    <message>
-        <source>Look in</source>
-        <translation>Look in</translation>
-    </message>
-    <message>
-        <source>File Name</source>
-        <translation>File Name</translation>
-    </message>
-    <message>
-        <source>File Type</source>
-        <translation>File Type</translation>
-    </message>
-    <message>
-        <source>Open</source>
-        <translation>Open</translation>
-    </message>
-    <message>
-        <source>Cancel</source>
-        <translation>Cancel</translation>
-    </message>
-    <message>
-        <source>Import Box</source>
-        <translation>Import Box</translation>
-    </message>
-    <message>
-        <source>Please choose correct file to import.</source>
-        <translation>Please choose correct file to import.</translation>
-    </message>
-    <message>
-        <source>Import is failed, please check the file format and encoding.</source>
-        <translation>Import is failed, please check the file format and encoding.</translation>
-    </message>
-    <message>
-        <source>Select a folder to export</source>
-        <translation>Select a folder to export</translation>
-    </message>
-    <message>
-        <source>Look in:</source>
-        <translation>Look in:</translation>
-    </message>
-    <message>
-        <source>Path Name</source>
-        <translation>Path Name</translation>
-    </message>
-    <message>
-        <source>Path Type</source>
-        <translation>Path Type</translation>
-    </message>
-    <message>
-        <source>Select</source>
-        <translation>Select</translation>
-    </message>
-    <message>
-        <source>Export Box</source>
-        <translation>Export Box</translation>
-    </message>
-    <message>
-        <source>Please choose correct path to export.</source>
-        <translation>Please choose correct path to export.</translation>
-    </message>
-    <message>
-        <source>Replace action</source>
-        <translation>Replace action</translation>
-    </message>
-    <message>
-        <source>has already exist</source>
-        <translation>has already exist</translation>
-    </message>
-    <message>
-        <source>,</source>
-        <translation>,</translation>
-    </message>
-    <message>
-        <source>do you want to replace it?</source>
-        <translation>do you want to replace it?</translation>
-    </message>
-    <message>
-        <source>File has been exported successfully!</source>
-        <translation>File has been exported successfully!</translation>
-    </message>
-    <message>
-        <source>File export failed, please check directory!</source>
-        <translation>File export failed, please check directory!</translation>
-    </message>
-    <message>
-        <source>Language change</source>
-        <translation>Language change</translation>
-    </message>
-    <message>
-        <source>Language change will take effect after reboot.</source>
-        <translation>Language change will take effect after reboot.</translation>
-    </message>
-    <message>
-        <source>Options change</source>
-        <translation>Options change</translation>
-    </message>
-    <message>
-        <source>Config&apos;s change will take effect after reboot.</source>
-        <translation>Config&apos;s change will take effect after reboot.</translation>
-    </message>
-    <message>
-        <source>Port Error</source>
-        <translation>Port Error</translation>
-    </message>
-    <message>
-        <source>The port should between 5000 and 65535!</source>
-        <translation>The port should between 5000 and 65535!</translation>
-    </message>
-    <message>
-        <source>Delete</source>
-        <translation>Delete</translation>
-    </message>
-    <message>
-        <source>Do you want to delete the device %1?</source>
-        <translation>Do you want to delete the device %1?</translation>
-    </message>
-    <message>
-        <source>%1 can not be written: %2.</source>
-        <translation>%1 can not be written: %2.</translation>
-    </message>
-    <message>
         <source>The device list is being read...</source>
         <translation>The device list is being read...</translation>
-    </message>
-    <message>
-        <source>Hidden by the search: %1</source>
-        <translation>Hidden by the search: %1</translation>
     </message>
 </context>
 <context>
@@ -1349,6 +1299,48 @@
     </message>
 </context>
 <context>
+    <name>NotWritten</name>
+    <message>
+        <source>%1 can not be written: %2.</source>
+        <translation>%1 can not be written: %2.</translation>
+    </message>
+</context>
+<context>
+    <name>OptionsSetting</name>
+    <message>
+        <source>Auto Start</source>
+        <translation>Auto Start</translation>
+    </message>
+    <message>
+        <source>auto start</source>
+        <translation>auto start</translation>
+    </message>
+    <message>
+        <source>Recovery Data</source>
+        <translation>Recovery Data</translation>
+    </message>
+    <message>
+        <source>recovery data</source>
+        <translation>recovery data</translation>
+    </message>
+    <message>
+        <source>Auto Httpd</source>
+        <translation>Auto Httpd</translation>
+    </message>
+    <message>
+        <source>auto httpd</source>
+        <translation>auto httpd</translation>
+    </message>
+    <message>
+        <source>Options change</source>
+        <translation>Options change</translation>
+    </message>
+    <message>
+        <source>Config&apos;s change will take effect after reboot.</source>
+        <translation>Config&apos;s change will take effect after reboot.</translation>
+    </message>
+</context>
+<context>
     <name>PathPage</name>
     <message>
         <source>Cancel</source>
@@ -1391,6 +1383,17 @@
     <message>
         <source>A running HTTPD keeps its port until it is closed and opened again.</source>
         <translation>A running HTTPD keeps its port until it is closed and opened again.</translation>
+    </message>
+</context>
+<context>
+    <name>PortSetting</name>
+    <message>
+        <source>Port Error</source>
+        <translation>Port Error</translation>
+    </message>
+    <message>
+        <source>The port should between 5000 and 65535!</source>
+        <translation>The port should between 5000 and 65535!</translation>
     </message>
 </context>
 <context>
@@ -1492,6 +1495,37 @@
     <message>
         <source>Search %1</source>
         <translation>Search %1</translation>
+    </message>
+</context>
+<context>
+    <name>ServiceFlow</name>
+    <message>
+        <source>ServerIP:%1</source>
+        <translation>ServerIP:%1</translation>
+    </message>
+    <message>
+        <source>ServerIP%1:%2</source>
+        <translation>ServerIP%1:%2</translation>
+    </message>
+    <message>
+        <source>Port:%1</source>
+        <translation>Port:%1</translation>
+    </message>
+    <message>
+        <source>HTTPD server is running.</source>
+        <translation>HTTPD server is running.</translation>
+    </message>
+    <message>
+        <source>PNP service requires HTTPD enabled, please open HTTPD service first!</source>
+        <translation>PNP service requires HTTPD enabled, please open HTTPD service first!</translation>
+    </message>
+    <message>
+        <source>PNP service requires 5060 port, please stop other occupied service and try again!</source>
+        <translation>PNP service requires 5060 port, please stop other occupied service and try again!</translation>
+    </message>
+    <message>
+        <source>Enable PNP Server</source>
+        <translation>Enable PNP Server</translation>
     </message>
 </context>
 <context>

@@ -557,6 +557,41 @@
     </message>
 </context>
 <context>
+    <name>DeviceFlow</name>
+    <message>
+        <source>New Device</source>
+        <translation>新建设备</translation>
+    </message>
+    <message>
+        <source>New Devices</source>
+        <translation>批量新建设备</translation>
+    </message>
+    <message>
+        <source>Overview &amp;&amp; Edit</source>
+        <translation>查看与编辑</translation>
+    </message>
+    <message>
+        <source>Delete</source>
+        <translation>删除</translation>
+    </message>
+    <message>
+        <source>Do you want to delete the device %1?</source>
+        <translation>是否删除设备%1？</translation>
+    </message>
+    <message>
+        <source>Hidden by the search: %1</source>
+        <translation>被搜索条件隐藏：%1</translation>
+    </message>
+    <message>
+        <source>Delete All Devices</source>
+        <translation>删除全部设备</translation>
+    </message>
+    <message>
+        <source>Do you want to delete all devices?</source>
+        <translation>是否删除全部设备？</translation>
+    </message>
+</context>
+<context>
     <name>DocumentCommand</name>
     <message>
         <source>The folder %1 does not exist.</source>
@@ -599,6 +634,65 @@
     </message>
 </context>
 <context>
+    <name>ExportFlow</name>
+    <message>
+        <source>Select a folder to export</source>
+        <translation>选择导出文件夹</translation>
+    </message>
+    <message>
+        <source>Look in:</source>
+        <translation>查找范围：</translation>
+    </message>
+    <message>
+        <source>Path Name</source>
+        <translation>路径名</translation>
+    </message>
+    <message>
+        <source>Path Type</source>
+        <translation>路径类型</translation>
+    </message>
+    <message>
+        <source>Select</source>
+        <translation>选择</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
+    <message>
+        <source>Export Box</source>
+        <translation>导出</translation>
+    </message>
+    <message>
+        <source>Please choose correct path to export.</source>
+        <translation>请选择正确的导出路径。</translation>
+    </message>
+    <message>
+        <source>Replace action</source>
+        <translation>替换确认</translation>
+    </message>
+    <message>
+        <source>has already exist</source>
+        <translation>已存在</translation>
+    </message>
+    <message>
+        <source>,</source>
+        <translation>，</translation>
+    </message>
+    <message>
+        <source>do you want to replace it?</source>
+        <translation>是否替换？</translation>
+    </message>
+    <message>
+        <source>File has been exported successfully!</source>
+        <translation>文件导出成功！</translation>
+    </message>
+    <message>
+        <source>File export failed, please check directory!</source>
+        <translation>文件导出失败，请检查目录！</translation>
+    </message>
+</context>
+<context>
     <name>ExportPage</name>
     <message>
         <source>Export file</source>
@@ -630,6 +724,21 @@
     <message>
         <source>Please fulfill correct MAC address!</source>
         <translation>请输入正确的MAC地址！</translation>
+    </message>
+</context>
+<context>
+    <name>HelpFlow</name>
+    <message>
+        <source>Version: %1</source>
+        <translation>版本：%1</translation>
+    </message>
+    <message>
+        <source>Keeps the list of your desk phones and gives each one its configuration over the local network.</source>
+        <translation>管理您的话机列表，并通过局域网为每台话机下发配置。</translation>
+    </message>
+    <message>
+        <source>Free software under the MIT licence.</source>
+        <translation>基于MIT许可证的自由软件。</translation>
     </message>
 </context>
 <context>
@@ -761,6 +870,49 @@
     </message>
 </context>
 <context>
+    <name>ImportFlow</name>
+    <message>
+        <source>Open an device list file (recommended devices.csv)</source>
+        <translation>打开设备列表文件（推荐devices.csv）</translation>
+    </message>
+    <message>
+        <source>Look in</source>
+        <translation>查找范围</translation>
+    </message>
+    <message>
+        <source>File Name</source>
+        <translation>文件名</translation>
+    </message>
+    <message>
+        <source>File Type</source>
+        <translation>文件类型</translation>
+    </message>
+    <message>
+        <source>Open</source>
+        <translation>打开</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>取消</translation>
+    </message>
+    <message>
+        <source>csv text device list(*.csv)</source>
+        <translation>CSV文本设备列表(*.csv)</translation>
+    </message>
+    <message>
+        <source>Import Box</source>
+        <translation>导入</translation>
+    </message>
+    <message>
+        <source>Please choose correct file to import.</source>
+        <translation>请选择正确的导入文件。</translation>
+    </message>
+    <message>
+        <source>Import is failed, please check the file format and encoding.</source>
+        <translation>导入失败，请检查文件格式和编码。</translation>
+    </message>
+</context>
+<context>
     <name>ImportPage</name>
     <message>
         <source>Import file</source>
@@ -871,6 +1023,17 @@
     </message>
 </context>
 <context>
+    <name>LanguageSetting</name>
+    <message>
+        <source>Language change</source>
+        <translation>语言更改</translation>
+    </message>
+    <message>
+        <source>Language change will take effect after reboot.</source>
+        <translation>语言更改将在重新启动程序后生效。</translation>
+    </message>
+</context>
+<context>
     <name>LanguageTable</name>
     <message>
         <source>English(US)</source>
@@ -973,10 +1136,10 @@
     </message>
 </context>
 <context>
-    <name>MainWindow</name>
+    <name>MainMenu</name>
     <message>
-        <source>Velloran Device Management Tool</source>
-        <translation>Velloran设备管理工具</translation>
+        <source>&amp;File</source>
+        <translation>文件(&amp;F)</translation>
     </message>
     <message>
         <source>&amp;New</source>
@@ -1003,12 +1166,20 @@
         <translation>退出程序</translation>
     </message>
     <message>
+        <source>&amp;Import</source>
+        <translation>导入(&amp;I)</translation>
+    </message>
+    <message>
         <source>&amp;Local Import</source>
         <translation>本地导入(&amp;L)</translation>
     </message>
     <message>
         <source>Import file local</source>
         <translation>从本地文件导入</translation>
+    </message>
+    <message>
+        <source>&amp;Export</source>
+        <translation>导出(&amp;E)</translation>
     </message>
     <message>
         <source>&amp;Local Export</source>
@@ -1027,32 +1198,20 @@
         <translation>开启HTTPD服务</translation>
     </message>
     <message>
-        <source>Auto Start</source>
-        <translation>开机自动启动</translation>
+        <source>&amp;Language</source>
+        <translation>语言(&amp;L)</translation>
     </message>
     <message>
-        <source>auto start</source>
-        <translation>开机时自动启动本程序</translation>
-    </message>
-    <message>
-        <source>Recovery Data</source>
-        <translation>恢复数据</translation>
-    </message>
-    <message>
-        <source>recovery data</source>
-        <translation>启动时恢复上次的设备数据</translation>
-    </message>
-    <message>
-        <source>Auto Httpd</source>
-        <translation>自动开启HTTPD</translation>
-    </message>
-    <message>
-        <source>auto httpd</source>
-        <translation>启动时自动开启HTTPD服务</translation>
+        <source>&amp;Options</source>
+        <translation>选项(&amp;O)</translation>
     </message>
     <message>
         <source>Configure Httpd Port</source>
         <translation>配置HTTPD端口</translation>
+    </message>
+    <message>
+        <source>&amp;Help</source>
+        <translation>帮助(&amp;H)</translation>
     </message>
     <message>
         <source>Help</source>
@@ -1063,6 +1222,10 @@
         <translation>用户指南</translation>
     </message>
     <message>
+        <source>&amp;About</source>
+        <translation>关于(&amp;A)</translation>
+    </message>
+    <message>
         <source>About</source>
         <translation>关于</translation>
     </message>
@@ -1070,33 +1233,12 @@
         <source>Show about info</source>
         <translation>显示本程序的信息</translation>
     </message>
+</context>
+<context>
+    <name>MainWindow</name>
     <message>
-        <source>&amp;File</source>
-        <translation>文件(&amp;F)</translation>
-    </message>
-    <message>
-        <source>&amp;Import</source>
-        <translation>导入(&amp;I)</translation>
-    </message>
-    <message>
-        <source>&amp;Export</source>
-        <translation>导出(&amp;E)</translation>
-    </message>
-    <message>
-        <source>&amp;Language</source>
-        <translation>语言(&amp;L)</translation>
-    </message>
-    <message>
-        <source>&amp;Options</source>
-        <translation>选项(&amp;O)</translation>
-    </message>
-    <message>
-        <source>&amp;Help</source>
-        <translation>帮助(&amp;H)</translation>
-    </message>
-    <message>
-        <source>&amp;About</source>
-        <translation>关于(&amp;A)</translation>
+        <source>Velloran Device Management Tool</source>
+        <translation>Velloran设备管理工具</translation>
     </message>
     <message>
         <source>Database Error</source>
@@ -1107,200 +1249,8 @@
         <translation>无法读取phonebook.db中的设备列表：%1。该文件保持不变，本次运行不会保存任何内容。</translation>
     </message>
     <message>
-        <source>New Device</source>
-        <translation>新建设备</translation>
-    </message>
-    <message>
-        <source>New Devices</source>
-        <translation>批量新建设备</translation>
-    </message>
-    <message>
-        <source>Overview &amp;&amp; Edit</source>
-        <translation>查看与编辑</translation>
-    </message>
-    <message>
-        <source>Delete All Devices</source>
-        <translation>删除全部设备</translation>
-    </message>
-    <message>
-        <source>Do you want to delete all devices?</source>
-        <translation>是否删除全部设备？</translation>
-    </message>
-    <message>
-        <source>ServerIP:%1</source>
-        <translation>服务器IP：%1</translation>
-    </message>
-    <message>
-        <source>ServerIP%1:%2</source>
-        <translation>服务器IP%1：%2</translation>
-    </message>
-    <message>
-        <source>Port:%1</source>
-        <translation>端口：%1</translation>
-    </message>
-    <message>
-        <source>HTTPD server is running.</source>
-        <translation>HTTPD服务器正在运行。</translation>
-    </message>
-    <message>
-        <source>PNP service requires HTTPD enabled, please open HTTPD service first!</source>
-        <translation>PNP服务依赖HTTPD服务，请先开启HTTPD服务！</translation>
-    </message>
-    <message>
-        <source>PNP service requires 5060 port, please stop other occupied service and try again!</source>
-        <translation>PNP服务需要使用5060端口，请先停止占用该端口的其他服务，然后重试！</translation>
-    </message>
-    <message>
-        <source>Enable PNP Server</source>
-        <translation>启用PNP服务器</translation>
-    </message>
-    <message>
-        <source>Version: %1</source>
-        <translation>版本：%1</translation>
-    </message>
-    <message>
-        <source>Keeps the list of your desk phones and gives each one its configuration over the local network.</source>
-        <translation>管理您的话机列表，并通过局域网为每台话机下发配置。</translation>
-    </message>
-    <message>
-        <source>Free software under the MIT licence.</source>
-        <translation>基于MIT许可证的自由软件。</translation>
-    </message>
-    <message>
-        <source>Open an device list file (recommended devices.csv)</source>
-        <translation>打开设备列表文件（推荐devices.csv）</translation>
-    </message>
-    <message>
-        <source>csv text device list(*.csv)</source>
-        <translation>CSV文本设备列表(*.csv)</translation>
-    </message>
-    <message>
-        <source>Look in</source>
-        <translation>查找范围</translation>
-    </message>
-    <message>
-        <source>File Name</source>
-        <translation>文件名</translation>
-    </message>
-    <message>
-        <source>File Type</source>
-        <translation>文件类型</translation>
-    </message>
-    <message>
-        <source>Open</source>
-        <translation>打开</translation>
-    </message>
-    <message>
-        <source>Cancel</source>
-        <translation>取消</translation>
-    </message>
-    <message>
-        <source>Import Box</source>
-        <translation>导入</translation>
-    </message>
-    <message>
-        <source>Please choose correct file to import.</source>
-        <translation>请选择正确的导入文件。</translation>
-    </message>
-    <message>
-        <source>Import is failed, please check the file format and encoding.</source>
-        <translation>导入失败，请检查文件格式和编码。</translation>
-    </message>
-    <message>
-        <source>Select a folder to export</source>
-        <translation>选择导出文件夹</translation>
-    </message>
-    <message>
-        <source>Look in:</source>
-        <translation>查找范围：</translation>
-    </message>
-    <message>
-        <source>Path Name</source>
-        <translation>路径名</translation>
-    </message>
-    <message>
-        <source>Path Type</source>
-        <translation>路径类型</translation>
-    </message>
-    <message>
-        <source>Select</source>
-        <translation>选择</translation>
-    </message>
-    <message>
-        <source>Export Box</source>
-        <translation>导出</translation>
-    </message>
-    <message>
-        <source>Please choose correct path to export.</source>
-        <translation>请选择正确的导出路径。</translation>
-    </message>
-    <message>
-        <source>Replace action</source>
-        <translation>替换确认</translation>
-    </message>
-    <message>
-        <source>has already exist</source>
-        <translation>已存在</translation>
-    </message>
-    <message>
-        <source>,</source>
-        <translation>，</translation>
-    </message>
-    <message>
-        <source>do you want to replace it?</source>
-        <translation>是否替换？</translation>
-    </message>
-    <message>
-        <source>File has been exported successfully!</source>
-        <translation>文件导出成功！</translation>
-    </message>
-    <message>
-        <source>File export failed, please check directory!</source>
-        <translation>文件导出失败，请检查目录！</translation>
-    </message>
-    <message>
-        <source>Language change</source>
-        <translation>语言更改</translation>
-    </message>
-    <message>
-        <source>Language change will take effect after reboot.</source>
-        <translation>语言更改将在重新启动程序后生效。</translation>
-    </message>
-    <message>
-        <source>Options change</source>
-        <translation>选项更改</translation>
-    </message>
-    <message>
-        <source>Config&apos;s change will take effect after reboot.</source>
-        <translation>配置更改将在重新启动程序后生效。</translation>
-    </message>
-    <message>
-        <source>Port Error</source>
-        <translation>端口错误</translation>
-    </message>
-    <message>
-        <source>The port should between 5000 and 65535!</source>
-        <translation>端口应在5000到65535之间！</translation>
-    </message>
-    <message>
-        <source>Delete</source>
-        <translation>删除</translation>
-    </message>
-    <message>
-        <source>Do you want to delete the device %1?</source>
-        <translation>是否删除设备%1？</translation>
-    </message>
-    <message>
-        <source>%1 can not be written: %2.</source>
-        <translation>无法写入 %1：%2。</translation>
-    </message>
-    <message>
         <source>The device list is being read...</source>
         <translation>正在读取设备列表…</translation>
-    </message>
-    <message>
-        <source>Hidden by the search: %1</source>
-        <translation>被搜索条件隐藏：%1</translation>
     </message>
 </context>
 <context>
@@ -1349,6 +1299,48 @@
     </message>
 </context>
 <context>
+    <name>NotWritten</name>
+    <message>
+        <source>%1 can not be written: %2.</source>
+        <translation>无法写入 %1：%2。</translation>
+    </message>
+</context>
+<context>
+    <name>OptionsSetting</name>
+    <message>
+        <source>Auto Start</source>
+        <translation>开机自动启动</translation>
+    </message>
+    <message>
+        <source>auto start</source>
+        <translation>开机时自动启动本程序</translation>
+    </message>
+    <message>
+        <source>Recovery Data</source>
+        <translation>恢复数据</translation>
+    </message>
+    <message>
+        <source>recovery data</source>
+        <translation>启动时恢复上次的设备数据</translation>
+    </message>
+    <message>
+        <source>Auto Httpd</source>
+        <translation>自动开启HTTPD</translation>
+    </message>
+    <message>
+        <source>auto httpd</source>
+        <translation>启动时自动开启HTTPD服务</translation>
+    </message>
+    <message>
+        <source>Options change</source>
+        <translation>选项更改</translation>
+    </message>
+    <message>
+        <source>Config&apos;s change will take effect after reboot.</source>
+        <translation>配置更改将在重新启动程序后生效。</translation>
+    </message>
+</context>
+<context>
     <name>PathPage</name>
     <message>
         <source>Cancel</source>
@@ -1391,6 +1383,17 @@
     <message>
         <source>A running HTTPD keeps its port until it is closed and opened again.</source>
         <translation>正在运行的HTTPD仍使用原端口，关闭并重新开启后才使用新端口。</translation>
+    </message>
+</context>
+<context>
+    <name>PortSetting</name>
+    <message>
+        <source>Port Error</source>
+        <translation>端口错误</translation>
+    </message>
+    <message>
+        <source>The port should between 5000 and 65535!</source>
+        <translation>端口应在5000到65535之间！</translation>
     </message>
 </context>
 <context>
@@ -1492,6 +1495,37 @@
     <message>
         <source>Search %1</source>
         <translation>搜索%1</translation>
+    </message>
+</context>
+<context>
+    <name>ServiceFlow</name>
+    <message>
+        <source>ServerIP:%1</source>
+        <translation>服务器IP：%1</translation>
+    </message>
+    <message>
+        <source>ServerIP%1:%2</source>
+        <translation>服务器IP%1：%2</translation>
+    </message>
+    <message>
+        <source>Port:%1</source>
+        <translation>端口：%1</translation>
+    </message>
+    <message>
+        <source>HTTPD server is running.</source>
+        <translation>HTTPD服务器正在运行。</translation>
+    </message>
+    <message>
+        <source>PNP service requires HTTPD enabled, please open HTTPD service first!</source>
+        <translation>PNP服务依赖HTTPD服务，请先开启HTTPD服务！</translation>
+    </message>
+    <message>
+        <source>PNP service requires 5060 port, please stop other occupied service and try again!</source>
+        <translation>PNP服务需要使用5060端口，请先停止占用该端口的其他服务，然后重试！</translation>
+    </message>
+    <message>
+        <source>Enable PNP Server</source>
+        <translation>启用PNP服务器</translation>
     </message>
 </context>
 <context>

@@ -254,7 +254,7 @@ class Pictures:
     def new_device(self):
         ring = self.screen.place(self.command("New"))
         keys("ctrl+n")
-        title = self.wait_dialog("MainWindow", "New Device", 140)
+        title = self.wait_dialog("DeviceFlow", "New Device", 140)
         type_text("10000b")
         self.fill("ContactDialog", [("Account", NEW_ACCOUNT[self.language]),
                                     ("SIP Server", SERVER), ("SIP User ID", "2011"),
@@ -266,7 +266,7 @@ class Pictures:
     def new_devices(self):
         ring = self.screen.place(self.command("News"))
         keys("ctrl+t")
-        title = self.wait_dialog("MainWindow", "New Devices", 140)
+        title = self.wait_dialog("DeviceFlow", "New Devices", 140)
         self.fill("ContactsDialog", [("Product Count", "20"), ("Law of increasing MAC", "1"),
                                      ("Law of increasing User ID", "1"),
                                      ("SIP Server", SERVER),
@@ -284,13 +284,13 @@ class Pictures:
         eye = self.find("table cell", "ContactTitle", "Detail")
         ring = self.screen.place(eye)
         self.screen.click(eye)
-        title = self.wait_dialog("MainWindow", "Overview && Edit", WIDTH - PART_WIDTH + 16)
+        title = self.wait_dialog("DeviceFlow", "Overview && Edit", WIDTH - PART_WIDTH + 16)
         self.guide_picture("edit", ring, left=WIDTH - PART_WIDTH)
         self.close_dialog(title)
 
     def menus(self):
         for name, menu in (("language", "&Language"), ("options", "&Options")):
-            item = self.find("menu item", "MainWindow", menu)
+            item = self.find("menu item", "MainMenu", menu)
             self.screen.click(item)
             self.guide_picture(name, self.screen.place(item), width=MENU_WIDTH, height=MENU_HEIGHT)
             keys("Escape", "Escape")
