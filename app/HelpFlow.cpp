@@ -7,6 +7,8 @@
 #include "widgets/ShowInFront.h"
 #include "widgets/UserGuide.h"
 
+#include <QIcon>
+
 namespace {
 
 /// For a window without a parent, which the system would put anywhere. It stays on the screen.
