@@ -18,6 +18,7 @@ public:
     /// Puts the next piece in `piece`, nothing at the end of the file. Opens the files as open()
     /// does.
     ImportFault read(QByteArray &piece);
+    /// Writes these bytes behind those before them.
     ImportFault write(const QByteArray &bytes);
     /// What was written so far, in bytes.
     qint64 written() const { return m_to.size(); }

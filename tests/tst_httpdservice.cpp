@@ -140,7 +140,7 @@ private slots:
         for (const auto &[text, useDefault, port] : cases) {
             writePortFile(text);
             const HttpdPort setting = readHttpdPort(QStringLiteral("port.xml"));
-            QVERIFY2(setting.useDefault == useDefault && setting.port == port, text.left(200));
+            QVERIFY2(int(setting.policy) == useDefault && setting.port == port, text.left(200));
         }
     }
 
