@@ -1,19 +1,22 @@
 #pragma once
 
+#include "RawDatabase.h"
 #include "TestDevices.h"
 #include "storage/DBOperator.h"
 #include "storage/DataMgr.h"
 #include "widgets/Modal.h"
 
 #include <QAbstractButton>
+#include <QDir>
 #include <QMessageBox>
 #include <QSet>
 #include <QSignalSpy>
+#include <QTemporaryDir>
 
 #include <functional>
+#include <optional>
 
-/// What the tests of the program's data side work with: a user, and runs of the program over one
-/// folder.
+/// What the tests of the program's data side work with: a folder, a user, and runs of the program.
 
 struct SeenBox
 {
@@ -51,11 +54,12 @@ public:
     User(const User &) = delete;
     User &operator=(const User &) = delete;
 
-    QStringList titles() const
+    /// The boxes since the last call.
+    QStringList takeTitles()
     {
         QStringList titles;
-        for (const SeenBox &box : boxes)
-            titles.append(box.title);
+        while (!boxes.isEmpty())
+            titles.append(boxes.takeFirst().title);
         return titles;
     }
 
@@ -64,12 +68,8 @@ public:
     std::function<void()> meanwhile; ///< happens while each box is open
 };
 
-const QString yes = QStringLiteral("Yes");
-const QString no = QStringLiteral("No");
-const QString replaceAction = QStringLiteral("Replace action");
-const QString saveError = QStringLiteral("Save Error");
-const QString backupError = QStringLiteral("Backup Error");
-const QString backupTold = QStringLiteral("Backup");
+const QString yes = u"Yes"_s;
+const QString no = u"No"_s;
 
 /// The program's data side over one folder, as one run of the program has it. Every job is over
 /// when the call that starts it returns, unless a test wants slices.
@@ -86,9 +86,17 @@ struct Run
             lastReason = job.reason();
         });
     }
-
     /// Opened, with the devices of these stamps when there are any.
-    Run(const QString &folder, const char *stamps);
+    Run(const QString &folder, const char *stamps)
+        : Run(folder)
+    {
+        if (!mgr.openDatabase())
+            qFatal("the store can not be opened");
+        if (*stamps) {
+            mgr.addContacts(stampedDevices(stamps));
+            changes.clear();
+        }
+    }
 
     /// The MACs without the ".mac" of stamped devices, with a blank between.
     QString stamps() const
@@ -99,29 +107,25 @@ struct Run
         return stamps.join(QLatin1Char(' '));
     }
     QList<ContactInfo> contacts() const { return mgr.devices().snapshot().contacts(); }
+    void insert(const char *stamp) { mgr.insertContactNode(stampedDevice(QLatin1String(stamp))); }
 
     /// Whether the job that these calls start did what it was to.
     bool load()
     {
-        lastPhase = ListJob::Phase::GivenUp; // unless it ends
-        mgr.recoverPreviousData();
-        return lastPhase == ListJob::Phase::Done;
+        return did([this] { mgr.recoverPreviousData(); });
     }
     bool import(const QString &path)
     {
-        lastPhase = ListJob::Phase::GivenUp; // unless it ends
-        mgr.importFile(path);
-        return lastPhase == ListJob::Phase::Done;
-    }
-    bool save()
-    {
-        mgr.save();
-        return mgr.isSaved();
+        return did([&] { mgr.importFile(path); });
     }
     bool deleteAll()
     {
+        return did([this] { mgr.deleteAllContacts(); });
+    }
+    bool did(const std::function<void()> &job)
+    {
         lastPhase = ListJob::Phase::GivenUp; // unless it ends
-        mgr.deleteAllContacts();
+        job();
         return lastPhase == ListJob::Phase::Done;
     }
 
@@ -132,26 +136,51 @@ struct Run
     QString lastReason;
 };
 
-/// The devices with these stamps, which stand with a blank between them.
-inline QList<ContactInfo> stampedDevices(const char *stamps)
+/// A folder of the program and its user, made anew for each test by begin().
+class DataSide
 {
-    QList<ContactInfo> devices;
-    const QStringList list = QString::fromLatin1(stamps).split(QLatin1Char(' '));
-    for (const QString &stamp : list)
-        devices.append(stampedDevice(stamp));
-    return devices;
-}
-
-inline Run::Run(const QString &folder, const char *stamps)
-    : Run(folder)
-{
-    if (!mgr.openDatabase())
-        qFatal("the store can not be opened");
-    if (*stamps) {
-        mgr.addContacts(stampedDevices(stamps));
-        changes.clear();
+protected:
+    void begin()
+    {
+        m_folder.emplace();
+        m_user.emplace();
     }
-}
+
+    QString folder() const { return m_folder->path(); }
+    QString at(const QString &name) const { return m_folder->filePath(name); }
+    QString databasePath() const { return at(u"phonebook.db"_s); }
+    QStringList backups(const QString &pattern = u"*"_s) const
+    {
+        return QDir(at(u"backup"_s)).entryList({pattern}, QDir::Files, QDir::Name);
+    }
+    QString backupPath(const QString &name) const { return at(u"backup/"_s) + name; }
+    QByteArray backup(const QString &name) const { return fileContent(backupPath(name)); }
+    void blockBackups() const { writeFile(at(u"backup"_s)); }
+    void unblockBackups() const { QFile::remove(at(u"backup"_s)); }
+
+    /// The devices listed, as "a b"; then how the table differs from them, as "(1 rows for 2
+    /// devices)", and what the user was told or asked since the last call, as "[Save Error]".
+    QString state(const Run &run)
+    {
+        QString text = run.stamps();
+        const QString difference = RawDatabase(databasePath()).difference(run.contacts());
+        if (!difference.isEmpty())
+            text += u" (%1)"_s.arg(difference);
+        if (!m_user->boxes.isEmpty())
+            text += u" [%1]"_s.arg(m_user->takeTitles().join(u", "_s));
+        return text;
+    }
+    /// An earlier run leaves these devices.
+    void store(const QList<ContactInfo> &devices) const
+    {
+        Run(folder(), "").mgr.addContacts(devices);
+        if (!RawDatabase(databasePath()).difference(devices).isEmpty())
+            qFatal("the devices can not be stored");
+    }
+
+    std::optional<QTemporaryDir> m_folder;
+    std::optional<User> m_user;
+};
 
 /// `devices` as they are listed, numbered from 1.
 inline QList<ContactInfo> numbered(QList<ContactInfo> devices)
@@ -163,7 +192,7 @@ inline QList<ContactInfo> numbered(QList<ContactInfo> devices)
 
 /// A list of devices whose fields need no quoting.
 inline QString csvText(const QString &header, const QList<ContactInfo> &devices,
-                       const QString &lineEnd = QStringLiteral("\n"))
+                       const QString &lineEnd = u"\n"_s)
 {
     QString text = header + lineEnd;
     for (const ContactInfo &device : devices) {
@@ -178,5 +207,5 @@ inline QString csvText(const QString &header, const QList<ContactInfo> &devices,
 /// What a backup of these devices holds.
 inline QByteArray backupText(const QList<ContactInfo> &devices)
 {
-    return csvText(englishCsvHeader(), devices, QStringLiteral("\r\n")).toUtf8();
+    return csvText(englishCsvHeader(), devices, u"\r\n"_s).toUtf8();
 }

@@ -3,6 +3,13 @@
 #include "model/ContactFields.h"
 
 #include <QFile>
+#include <QTest>
+
+/// The text as a QString, as Qt 6 has it.
+inline QString operator""_s(const char16_t *text, std::size_t size)
+{
+    return QString::fromUtf16(text, static_cast<int>(size));
+}
 
 /// A device with its own text in every field: "<stamp>.<column>". Its MAC is "<stamp>.mac".
 inline ContactInfo stampedDevice(const QString &stamp)
@@ -28,6 +35,25 @@ inline ContactInfo deviceWithMac(const QString &mac)
     return device;
 }
 
+/// The devices with these stamps, which stand with a blank between them.
+inline QList<ContactInfo> stampedDevices(const char *stamps)
+{
+    QList<ContactInfo> devices;
+    const QStringList list = QString::fromLatin1(stamps).split(QLatin1Char(' '));
+    for (const QString &stamp : list)
+        devices.append(stampedDevice(stamp));
+    return devices;
+}
+
+/// As many devices with the stamps "0", "1", "2", ...
+inline QList<ContactInfo> manyDevices(int count)
+{
+    QList<ContactInfo> devices;
+    for (int i = 0; i < count; ++i)
+        devices.append(stampedDevice(QString::number(i)));
+    return devices;
+}
+
 /// A list of 1,000 devices whose fields all bear the stamp.
 inline QList<ContactInfo> thousandDevices(const QString &stamp)
 {
@@ -43,4 +69,21 @@ inline QByteArray fileContent(const QString &path)
 {
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+/// Makes a file of this content, whatever was there.
+inline QString writeFile(const QString &path, const QByteArray &content = {})
+{
+    QFile file(path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
+        qFatal("a test cannot write its file");
+    return path;
+}
+
+/// The rows of a test that are told apart by their names alone, as QFETCH(QByteArray, row).
+inline void addRows(std::initializer_list<const char *> names)
+{
+    QTest::addColumn<QByteArray>("row");
+    for (const char *const name : names)
+        QTest::newRow(name) << QByteArray(name);
 }

@@ -1,6 +1,7 @@
 #include "TestDevices.h"
 #include "model/DeviceList.h"
 #include "model/MacAddress.h"
+#include "model/ValueTables.h"
 
 #include <QRandomGenerator>
 #include <QtTest>
@@ -29,6 +30,7 @@ class TestDeviceList : public QObject
 private slots:
     void readsAddresses_data();
     void readsAddresses();
+    void languagesStandAtTheirPlaces();
     void agreesWithASimpleList();
     void snapshotsAreConsistentOnOtherThreads();
 };
@@ -39,8 +41,8 @@ void TestDeviceList::readsAddresses_data()
     QTest::addColumn<bool>("isAddress");
     QTest::addColumn<QString>("bare");
 
-    const auto pairs = QStringLiteral("02:00:a7:0A:00:01");
-    const auto digits = QStringLiteral("0200a70a0001");
+    const auto pairs = u"02:00:a7:0A:00:01"_s;
+    const auto digits = u"0200a70a0001"_s;
     for (const char *text : {"02:00:a7:0A:00:01", "02-00-a7-0A-00-01", "0200.a70A.0001",
                              "0200a70A0001", " 02 00 a7 0A 00 01\xc2\xa0", "02:00:a7:0A:00:01 "})
         QTest::newRow(text) << pairs << true << digits;
@@ -61,17 +63,23 @@ void TestDeviceList::readsAddresses()
     QCOMPARE(bareMac(text), bare);
 }
 
+void TestDeviceList::languagesStandAtTheirPlaces()
+{
+    int place = 0;
+    for (const LanguageEntry &entry : languageTable()) {
+        QString code;
+        applyLanguageChoice(place, code);
+        QCOMPARE(code, QLatin1String(entry.code));
+        QCOMPARE(languagePosition(code), place++);
+    }
+    QCOMPARE(languagePosition(u"xx"_s), -1);
+}
+
 /// Random edits over few addresses, so that duplicates and look-alikes are common; after each, the
 /// list must answer as a plain search does, and no snapshot taken earlier may have moved.
 void TestDeviceList::agreesWithASimpleList()
 {
-    const QStringList addresses = {QStringLiteral("A:B"),
-                                   QStringLiteral("a:b"),
-                                   QStringLiteral("ab"),
-                                   QStringLiteral("AC"),
-                                   QStringLiteral("ac"),
-                                   QStringLiteral("::"),
-                                   QString()};
+    const QStringList addresses = u"A:B,a:b,ab,AC,ac,::,"_s.split(QLatin1Char(','));
     QRandomGenerator random(20240229);
     const auto anyMac = [&] { return addresses.at(random.bounded(addresses.size())); };
 

@@ -1,19 +1,12 @@
 #include "app/LanguageFile.h"
-#include "app/OptionsFile.h"
 #include "export/CSVOutlookExport.h"
 #include "export/MacCfgExport.h"
 #include "net/HttpdPort.h"
 #include "storage/DeviceBackup.h"
 #include "tests/DataSide.h"
-#include "tests/FilePermissions.h"
-#include "tests/RawDatabase.h"
 #include "tests/SmallDisk.h"
-#include "tests/TestDevices.h"
 
 #include <QDirIterator>
-#include <QTest>
-
-#include <functional>
 
 #include <sys/stat.h>
 
@@ -21,7 +14,7 @@ namespace {
 
 constexpr int diskMebibytes = 4;
 constexpr int littleRoom = 100 * 1024;
-const QString diskFull = QStringLiteral("the disk is full");
+const QString diskFull = u"the disk is full"_s;
 
 QMap<QString, QByteArray> filesIn(const QString &folder)
 {
@@ -48,58 +41,34 @@ QList<ContactInfo> devicesWith(int size, const QString &mac)
 /// writer says no more than that.
 using Writer = std::function<QString(const QString &folder, int size)>;
 
-QString optionsOrLanguage(const QString &folder, int size)
-{
-    const QString path = folder + QLatin1String("settings.xml");
-    return size < littleRoom ? updateOptionsFile(path, {false, size % 2 == 0, false}).reason()
-                             : updateLanguageFile(path, QString(size, QLatin1Char('z'))).reason();
-}
-
-QString port(const QString &folder, int size)
-{
-    return writeHttpdPort(folder + QLatin1String("port.xml"), false,
-                          QString(size, QLatin1Char('8')))
-        .reason();
-}
-
 QString exported(const QString &folder, int size)
 {
     QList<ContactInfo> devices = devicesWith(size, QString::number(size));
     CSVOutlookExport exporter;
-    exporter.exportFile(QStringLiteral("UTF-8"), folder + QLatin1String("devices"), devices);
+    exporter.exportFile(u"UTF-8"_s, folder + u"devices"_s, devices);
     return exporter.reason();
 }
 
 QString document(const QString &folder, int size)
 {
-    QList<ContactInfo> devices = devicesWith(0, QStringLiteral("02:00:a7:00:00:01"));
+    QList<ContactInfo> devices = devicesWith(0, u"02:00:a7:00:00:01"_s);
     devices.first().dial_plan = QString(size, QLatin1Char('x'));
-    return MacCfgExport().exportFile(QString(), folder + QLatin1String("cfg0200a7000001.xml"),
-                                     devices)
-               ? QString()
-               : diskFull;
+    const QString path = folder + u"cfg0200a7000001.xml"_s;
+    return MacCfgExport().exportFile({}, path, devices) ? QString() : diskFull;
 }
 
 QString backup(const QString &folder, int size)
 {
     DeviceBackup backup(folder);
     const bool written = backup.write(devicesWith(size, QString::number(size)));
-    return backup.lastPath().isEmpty() == !written ? backup.errorText()
-                                                   : QStringLiteral("a path without a file");
+    return backup.lastPath().isEmpty() == !written ? backup.errorText() : u"no such file"_s;
 }
 
 QString databaseCopy(const QString &folder, int size)
 {
-    QTemporaryDir elsewhere;
-    const QString path = elsewhere.filePath(QStringLiteral("phonebook.db"));
-    QFile database(path);
-    QFile journal(path + QLatin1String("-journal"));
-    if (!database.open(QIODevice::WriteOnly) || !journal.open(QIODevice::WriteOnly))
-        return QStringLiteral("no source");
-    database.write(QByteArray(size, 'd'));
-    journal.write(QByteArray(size, 'j'));
-    database.close();
-    journal.close();
+    const QTemporaryDir elsewhere;
+    const QString path = writeFile(elsewhere.filePath(u"phonebook.db"_s), QByteArray(size, 'd'));
+    writeFile(path + u"-journal"_s, QByteArray(size, 'j'));
     DeviceBackup backup(folder);
     backup.copyDatabase(path);
     return backup.errorText();
@@ -131,8 +100,13 @@ void TestFullDisk::leavesTheOldFile_data()
         QTest::newRow(name + ", full") << write << 0 << 11;
         QTest::newRow(name + ", too large for the rest") << write << littleRoom << 4 * littleRoom;
     };
-    rows("settings", optionsOrLanguage);
-    rows("port", port);
+    rows("language", [](const QString &folder, int size) {
+        return updateLanguageFile(folder + u"x.xml"_s, QString(size, QLatin1Char('z'))).reason();
+    });
+    rows("port", [](const QString &folder, int size) {
+        const QString port(size, QLatin1Char('8'));
+        return writeHttpdPort(folder + u"port.xml"_s, false, port).reason();
+    });
     rows("export", exported);
     rows("document", document);
     rows("backup", backup);
@@ -165,16 +139,17 @@ void TestFullDisk::keepsTheList_data()
     QTest::addColumn<QString>("flow");
     QTest::addColumn<int>("bytesLeft");
     QTest::addColumn<QStringList>("boxes"); // with the answer "No" to every question
-    const QStringList refused = {backupError};
-    const QStringList unsaved = {saveError};
-    QTest::newRow("Delete All, full") << QStringLiteral("delete") << 0 << refused;
-    QTest::newRow("Delete All, little room") << QStringLiteral("delete") << littleRoom << refused;
-    QTest::newRow("import, full") << QStringLiteral("import") << 0 << QStringList();
-    QTest::newRow("import, little room") << QStringLiteral("import") << littleRoom << refused;
-    QTest::newRow("batch, full") << QStringLiteral("batch") << 0 << unsaved;
-    QTest::newRow("batch, little room") << QStringLiteral("batch") << littleRoom << unsaved;
-    QTest::newRow("exit, full") << QStringLiteral("exit") << 0
-                                << QStringList({saveError, saveError});
+    const auto row = [](const char *flow, int bytesLeft, const QStringList &boxes) {
+        QTest::addRow("%s, %d left", flow, bytesLeft)
+            << QString::fromLatin1(flow) << bytesLeft << boxes;
+    };
+    row("delete", 0, {u"Backup Error"_s});
+    row("delete", littleRoom, {u"Backup Error"_s});
+    row("import", 0, {});
+    row("import", littleRoom, {u"Backup Error"_s});
+    row("batch", 0, {u"Save Error"_s});
+    row("batch", littleRoom, {u"Save Error"_s});
+    row("exit", 0, {u"Save Error"_s, u"Save Error"_s});
 }
 
 /// The list in the window is the old one or the new one, the file holds the old one, whole, and the
@@ -188,16 +163,10 @@ void TestFullDisk::keepsTheList()
     if (!disk.isMounted())
         QSKIP("no file system can be mounted here");
     const QString folder = disk.folder().chopped(1);
-    QTemporaryDir elsewhere;
-    const QString list = elsewhere.filePath(QStringLiteral("list.csv"));
-    QFile file(list);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(DeviceBackup::csv(stampedDevices("x y")));
-    file.close();
-
-    QList<ContactInfo> devices;
-    for (int i = 0; i < 1500; ++i)
-        devices.append(stampedDevice(QString::number(i)));
+    const QTemporaryDir elsewhere;
+    const QString list =
+        writeFile(elsewhere.filePath(u"list.csv"_s), DeviceBackup::csv(stampedDevices("x y")));
+    const QList<ContactInfo> devices = manyDevices(1500);
     User user;
     user.answers = QStringList{no};
     Run run(folder, "");
@@ -211,52 +180,46 @@ void TestFullDisk::keepsTheList()
         run.mgr.setImportFlag(true);
         QVERIFY(!run.import(list));
     } else {
-        ContactInfo large = stampedDevice(QStringLiteral("large"));
+        ContactInfo large = stampedDevice(u"large"_s);
         large.company = QString(400 * 1024, QLatin1Char('x'));
         run.mgr.addContacts({large});
     }
     if (flow == QLatin1String("exit"))
         QVERIFY(!run.mgr.keepUnsavedList());
-    QCOMPARE(user.titles(), boxes);
+    QCOMPARE(user.takeTitles(), boxes);
     const bool isUnchanged = flow == QLatin1String("delete") || flow == QLatin1String("import");
     QCOMPARE(run.mgr.devices().size() == devices.size(), isUnchanged);
     QVERIFY(QDir(folder + QLatin1String("/backup")).isEmpty());
-    QString difference = RawDatabase(folder + QLatin1String("/phonebook.db")).difference(devices);
-    QCOMPARE(difference, QString());
+    const RawDatabase raw(folder + u"/phonebook.db"_s);
+    QCOMPARE(raw.difference(devices), QString());
 
     // With room again, what is in the window is saved.
     disk.empty();
     QVERIFY(run.mgr.keepUnsavedList());
-    difference = RawDatabase(folder + QLatin1String("/phonebook.db")).difference(run.contacts());
-    QCOMPARE(difference, QString());
+    QCOMPARE(raw.difference(run.contacts()), QString());
 }
 
 void TestFullDisk::givesTheReason_data()
 {
-    QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("reason");
-    const auto row = [](const char *name, const char *reason) {
-        QTest::newRow(name) << QString::fromLatin1(name) << QString::fromLatin1(reason);
-    };
-    row("link", "");
-    row("folder", "a folder has the file's name");
-    row("no folder/file", "the folder does not exist");
-    row("pipe", "Invalid argument"); // what the system says
+    QTest::newRow("link") << QString();
+    QTest::newRow("folder") << u"a folder has the file's name"_s;
+    QTest::newRow("no folder/file") << u"the folder does not exist"_s;
+    QTest::newRow("pipe") << u"Invalid argument"_s; // what the system says
 }
 
 void TestFullDisk::givesTheReason()
 {
-    QFETCH(QString, name);
+    const QString name = QString::fromLatin1(QTest::currentDataTag());
     QTemporaryDir folder;
-    QVERIFY(QDir(folder.path()).mkdir(QStringLiteral("folder")));
-    QCOMPARE(mkfifo(qPrintable(folder.filePath(QStringLiteral("pipe"))), 0600), 0);
-    const QString target = folder.filePath(QStringLiteral("target"));
+    QVERIFY(QDir(folder.path()).mkdir(u"folder"_s));
+    QCOMPARE(mkfifo(qPrintable(folder.filePath(u"pipe"_s)), 0600), 0);
+    const QString target = folder.filePath(u"target"_s);
     QVERIFY(writeWholeFile(target, "old", Durability::Synced, Readers::OwnerOnly));
-    QVERIFY(QFile::link(target, folder.filePath(QStringLiteral("link"))));
+    QVERIFY(QFile::link(target, folder.filePath(u"link"_s)));
     QTEST(writeWholeFile(folder.filePath(name), "new").reason(), "reason");
     QCOMPARE(QDir(folder.path()).entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot),
-             (QStringList{QStringLiteral("folder"), QStringLiteral("link"), QStringLiteral("pipe"),
-                          QStringLiteral("target")}));
+             QStringList({u"folder"_s, u"link"_s, u"pipe"_s, u"target"_s}));
     QCOMPARE(fileContent(target), QByteArray(name == QLatin1String("link") ? "new" : "old"));
     // As before: no new reader.
     QCOMPARE(filePermissions(target), QFile::ReadOwner | QFile::WriteOwner);
