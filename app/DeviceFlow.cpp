@@ -50,6 +50,7 @@ void DeviceFlow::openNew()
 void DeviceFlow::openBatch()
 {
     m_contactsDialog->setWindowTitle(tr("New Devices"));
+    m_typed = Typed::Since;
     m_contactsDialog->reset();
     m_contactsDialog->show();
 }
@@ -80,6 +81,7 @@ void DeviceFlow::add(const ContactInfo &contact)
 
 void DeviceFlow::addBatch(const QList<ContactInfo> &contacts)
 {
+    m_typed = Typed::HandedOver;
     if (!contacts.isEmpty())
         m_view.showDevice(contacts.constFirst().mac);
     m_dataMgr.addContacts(contacts);
@@ -88,15 +90,19 @@ void DeviceFlow::addBatch(const QList<ContactInfo> &contacts)
 void DeviceFlow::update(const ContactInfo &contact)
 {
     m_typed = Typed::HandedOver;
+    m_view.showDevice(contact.mac);
     m_dataMgr.updateContact(contact, m_editedMac);
 }
 
 void DeviceFlow::bringBack(ListJob::Kind kind)
 {
+    m_view.showDevice({});
     if (m_typed != Typed::HandedOver)
         return;
     if (kind == ListJob::Kind::Insert)
         m_contactDialog->bringBack();
+    else if (kind == ListJob::Kind::Add)
+        m_contactsDialog->show();
     else if (kind == ListJob::Kind::Edit)
         m_contactDialog->bringBackFor(&m_editedContact);
 }

@@ -37,8 +37,8 @@ public:
     void addBatch(const QList<ContactInfo> &contacts);
     /// Puts an edited device in the place of the one that the dialog was opened with.
     void update(const ContactInfo &contact);
-    /// Shows the dialog for one device again with what was typed, after a job of this kind left the
-    /// list as it was. Does nothing when the dialog was opened since.
+    /// Shows the dialog again with what was typed, after a job of this kind left the list as it
+    /// was. Does nothing when a dialog was opened since.
     void bringBack(ListJob::Kind kind);
 
     /// Deletes the device of this row without a question.
@@ -51,7 +51,7 @@ public:
     void markBusyUnlessSelected();
 
 private:
-    /// What the dialog for one device holds.
+    /// What the dialogs hold.
     enum class Typed {
         HandedOver, ///< what was handed over last, also after the dialog has closed
         Since       ///< something else: it was opened since

@@ -112,7 +112,10 @@ void ImportFlow::end(const ListJob &job)
         return;
     Modal::message(&m_window, QMessageBox::Warning, tr("Import Box"),
                    tr("Import is failed, please check the file format and encoding."),
-                   job.reason());
+                   job.isStoreAtFault()
+                       ? tr("The file is not the reason. The device list can not be changed: %1.")
+                             .arg(job.reason())
+                       : job.reason());
     // With its path, for another try.
     if (m_dataMgr.isClosed())
         return;

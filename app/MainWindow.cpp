@@ -205,11 +205,11 @@ void MainWindow::onJobEnded(const ListJob &job)
         m_import->end(job);
         break;
     case ListJob::Kind::Insert:
+    case ListJob::Kind::Add:
     case ListJob::Kind::Edit:
         if (!job.hasChangedList() && m_state == State::Open)
             m_deviceFlow->bringBack(job.kind());
         break;
-    case ListJob::Kind::Add:
     case ListJob::Kind::Clear:
     case ListJob::Kind::Undo:
     case ListJob::Kind::Redo:

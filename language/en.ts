@@ -911,6 +911,10 @@
         <source>Import is failed, please check the file format and encoding.</source>
         <translation>Import is failed, please check the file format and encoding.</translation>
     </message>
+    <message>
+        <source>The file is not the reason. The device list can not be changed: %1.</source>
+        <translation>The file is not the reason. The device list can not be changed: %1.</translation>
+    </message>
 </context>
 <context>
     <name>ImportPage</name>

@@ -911,6 +911,10 @@
         <source>Import is failed, please check the file format and encoding.</source>
         <translation>导入失败，请检查文件格式和编码。</translation>
     </message>
+    <message>
+        <source>The file is not the reason. The device list can not be changed: %1.</source>
+        <translation>原因不在该文件。无法更改设备列表：%1。</translation>
+    </message>
 </context>
 <context>
     <name>ImportPage</name>

@@ -85,6 +85,7 @@ ListJob::Phase ListJob::read()
         return ask({About::ListedDevice, m_order.source->listedMac(),
                     m_order.source->hasSeveralListed(), QString()});
     case ListSource::Step::Failed:
+        m_isStoreAtFault = false;
         return fail(m_order.source->reason());
     case ListSource::Step::Done:
         break;

@@ -92,6 +92,9 @@ public:
     bool hasChangedList() const { return m_handedOver; }
     /// Why the job failed, for the user; empty when there is nothing to add to that it did.
     QString reason() const { return m_reason; }
+    /// Whether reason() is the store's, made to stand inside a sentence, and not the source's,
+    /// which is a sentence.
+    bool isStoreAtFault() const { return m_isStoreAtFault; }
 
     /// Works until there is nothing to do, a question to be answered, or the time is over; also
     /// until a long list was handed over and before it is committed, unless there is no limit. At
@@ -124,6 +127,7 @@ private:
     bool m_handedOver = false;
     bool m_pause = false; ///< events should be handled before the next step
     QString m_reason;
+    bool m_isStoreAtFault = true;
     Question m_question = {};
     Phase m_askedIn = Phase::Reading;
     std::unique_ptr<ListBackup> m_listBackup; ///< of the list that is dropped

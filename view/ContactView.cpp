@@ -213,7 +213,6 @@ void ContactView::returnToLostPlace()
 void ContactView::showDevice(const QString &mac)
 {
     m_wantedMac = mac;
-    showWantedDevice();
 }
 
 void ContactView::showWantedDevice()

@@ -46,8 +46,8 @@ public:
     /// Number of devices in it that the search hides.
     int hiddenCount() const;
 
-    /// Brings the device with this MAC text into view and selects it, as far as the search shows
-    /// it; one that is not on show yet, with the next update.
+    /// With the next update, brings the device with this MAC text into view and selects it, as far
+    /// as the search shows it. An empty text takes that back.
     void showDevice(const QString &mac);
 
     /// After the list that an update took away has come back: the row that was current in it, and
