@@ -4,69 +4,15 @@
 #include "TestDevices.h"
 #include "storage/DBOperator.h"
 #include "storage/DataMgr.h"
-#include "widgets/Modal.h"
+#include "tests/User.h"
 
-#include <QAbstractButton>
 #include <QDir>
-#include <QMessageBox>
-#include <QSet>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 
-#include <functional>
 #include <optional>
 
 /// What the tests of the program's data side work with: a folder, a user, and runs of the program.
-
-struct SeenBox
-{
-    QString title;
-    QString text;
-    QSet<QString> buttons; ///< in no order: that is the desktop's choice
-};
-
-/// Stands for the user: remembers every box and presses a button of it.
-class User
-{
-public:
-    User()
-    {
-        Modal::setRunner([this](QDialog &dialog) {
-            auto &box = static_cast<QMessageBox &>(dialog);
-            const QString answer = answers.size() > 1 ? answers.takeFirst() : answers.value(0);
-            SeenBox seen{box.windowTitle(), box.text(), {}};
-            QAbstractButton *pressed = nullptr;
-            const QList<QAbstractButton *> buttons = box.buttons();
-            for (QAbstractButton *button : buttons) {
-                seen.buttons.insert(button->text());
-                if (button->text() == answer)
-                    pressed = button;
-            }
-            boxes.append(seen);
-            if (meanwhile)
-                meanwhile();
-            if (pressed)
-                pressed->click();
-            return 0;
-        });
-    }
-    ~User() { Modal::setRunner({}); }
-    User(const User &) = delete;
-    User &operator=(const User &) = delete;
-
-    /// The boxes since the last call.
-    QStringList takeTitles()
-    {
-        QStringList titles;
-        while (!boxes.isEmpty())
-            titles.append(boxes.takeFirst().title);
-        return titles;
-    }
-
-    QList<SeenBox> boxes;
-    QStringList answers;             ///< buttons to press in turn, the last one again and again
-    std::function<void()> meanwhile; ///< happens while each box is open
-};
 
 const QString yes = u"Yes"_s;
 const QString no = u"No"_s;

@@ -23,14 +23,6 @@ template <typename Dialog>
 class FormFixture
 {
 protected:
-    /// The size of the texts is the style sheet's business, and whether they fit is ours.
-    static void useStyleSheet()
-    {
-        const QByteArray sheet = fileContent(QStringLiteral(VL_SOURCE_DIR "/resource/style.qss"));
-        QVERIFY(!sheet.isEmpty());
-        qApp->setStyleSheet(QString::fromUtf8(sheet));
-    }
-
     void setUp() { m_dialog = std::make_unique<Dialog>(); }
     void tearDown() { m_dialog.reset(); }
 

@@ -1,8 +1,6 @@
 #pragma once
 
-// Whether all that a window shows has its place, and its edges are seen.
-#include "view/RowPictures.h"
-
+// Whether all that a window shows has its place.
 #include <QAbstractButton>
 #include <QComboBox>
 #include <QLabel>
@@ -88,20 +86,6 @@ inline QString faultOf(const QWidget &widget)
     return QString();
 }
 
-/// Whether the edge of a field or a button stands out enough from what is left of it, in a picture
-/// of its window at 100%.
-inline bool hasEdge(const QWidget &widget, const QImage &picture)
-{
-    const bool isField = widget.inherits("QLineEdit") || widget.inherits("QPushButton") ||
-                         widget.inherits("QComboBox") || widget.inherits("QPlainTextEdit");
-    const QPoint edge(0, widget.height() / 2);
-    if (!isField || !widget.isEnabled() || !widget.visibleRegion().contains(edge))
-        return true;
-    const QPoint place = widget.mapTo(widget.window(), edge);
-    return RowPictures::contrast(picture.pixelColor(place),
-                                 picture.pixelColor(place - QPoint(2, 0))) >= 3;
-}
-
 /// The faults of all that is shown in `shown`, and of its window on the screen. A line for each.
 inline QString faults(const QWidget &shown)
 {
@@ -119,8 +103,6 @@ inline QString faults(const QWidget &shown)
     const QWidget &window = *shown.window();
     if (!window.screen()->availableGeometry().contains(window.frameGeometry()))
         tell(window, QStringLiteral("off the screen"));
-    const bool isPlain = window.devicePixelRatioF() == 1 && !window.inherits("UserGuide");
-    const QImage picture = isPlain ? shown.window()->grab().toImage() : QImage();
     const auto widgets = shown.findChildren<QWidget *>();
     for (const QWidget *const widget : widgets) {
         if (!widget->isVisible() || widget->window() != &window)
@@ -128,8 +110,6 @@ inline QString faults(const QWidget &shown)
         const QString fault = faultOf(*widget);
         if (!fault.isEmpty())
             tell(*widget, fault);
-        if (isPlain && !hasEdge(*widget, picture))
-            tell(*widget, QStringLiteral("a faint edge"));
     }
     return found;
 }

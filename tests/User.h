@@ -35,6 +35,14 @@ public:
         return titles;
     }
 
+    /// The same of the boxes since the last call.
+    QStringList takeTitles()
+    {
+        const QStringList taken = titles();
+        boxes.clear();
+        return taken;
+    }
+
     /// "title: text" of each box since the last call, one a line.
     QString told()
     {

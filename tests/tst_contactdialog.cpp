@@ -4,8 +4,6 @@
 
 #include <QSignalSpy>
 
-#include <functional>
-
 namespace {
 
 ContactInfo withField(ContactInfo device, const char *column, const QString &text)
@@ -24,7 +22,6 @@ class TestContactDialog : public QObject, FormFixture<ContactDialog>
     Q_OBJECT
 
 private slots:
-    void initTestCase() { useStyleSheet(); }
     void init() { setUp(); }
     void cleanup() { tearDown(); }
 
@@ -35,15 +32,12 @@ private slots:
         open(&earlier);
         m_dialog->close();
         open();
-        QCOMPARE(box("productComboBox")->count(), 8);
         const QSignalSpy added(m_dialog.get(), SIGNAL(addSaveSucceed(ContactInfo)));
-        const QSignalSpy edited(m_dialog.get(), SIGNAL(editSaveSucceed(ContactInfo *)));
         typeKeys("a1b2c3\t");
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_Down);
         typeKeys("\t1001 \r");
 
         QVERIFY(!m_dialog->isVisible());
-        QCOMPARE(edited.size(), 0);
         ContactInfo expected;
         expected.mac = "02:00:A7:A1:B2:C3"_s;
         expected.product = "KTP21XX"_s;
@@ -54,43 +48,22 @@ private slots:
         expected.random_port = "0"_s;
         expected.keep_alive = "0"_s;
         expected.dial_plan = "{ x+ | *x+ | *xx*x+ }"_s;
-        QCOMPARE(added.size(), 1);
-        QCOMPARE(added.first().first().value<ContactInfo>(), expected);
-    }
-
-    void incompleteMacIsRefused()
-    {
-        ContactInfo device = withField(plainDevice(), "mac", "telephone"_s);
-        const ContactInfo before = device;
-        open(&device);
-        const QSignalSpy edited(m_dialog.get(), SIGNAL(editSaveSucceed(ContactInfo *)));
-        city()->setText("elsewhere"_s);
-        QTest::mouseClick(input<QPushButton>("saveButton"), Qt::LeftButton);
-        QVERIFY(m_dialog->isVisible());
-        QCOMPARE(edited.size(), 0);
-        QCOMPARE(device, before);
-        QCOMPARE(visibleTip(), "Please fulfill correct MAC address!"_s);
-        QVERIFY(input<IpLine>("macIpLine")->parts().first()->hasFocus());
+        QCOMPARE(added.value(0).value(0).value<ContactInfo>(), expected);
     }
 
     void oddTextsSurvive()
     {
         const std::pair<const char *, QString> rows[] = {
             {"mac", "0200a7a1b2c3"_s},
-            {"mac", "02:00:a7:a1:b2:c3"_s},
             {"mac", "2:0:A7:A1:B2:C3"_s},
             {"mac", "02:00:A7:A1:B2:C3:D4"_s},
             {"ip", "10.0.0.256"_s},
-            {"dns_server1", "host.example.com"_s},
             {"gateway_ip", "192.168"_s},
             {"product", "ktp16xx"_s},
-            {"product", QString()},
             {"speech_coding1", "OPUS & Co"_s},
             {"language", "tlh"_s},
-            {"language", QString()},
             {"random_port", QString()},
             {"random_port", "0"_s},
-            {"keep_alive", "No"_s},
             {"first_account", "  1001 "_s},
             {"dial_plan", "{ x+ }\n{ *x+ }\t"_s},
             {"phonebook_path", QString(40000, QLatin1Char('x'))}};
@@ -122,22 +95,29 @@ private slots:
         QCOMPARE(device.id, wanted.id);
     }
 
-    void closingForgetsTheRecord()
+    void refusedOrClosedTheRecordIsAsItWas()
     {
         ContactInfo device = plainDevice();
         const ContactInfo before = device;
         const QSignalSpy edited(m_dialog.get(), SIGNAL(editSaveSucceed(ContactInfo *)));
-        const std::function<void()> ways[] = {
-            [this] { input<QPushButton>("cancelButton")->click(); },
-            [this] { QTest::keyClick(m_dialog->focusWidget(), Qt::Key_Escape); },
-            [this] { m_dialog->close(); },
-            [this] { m_dialog->hide(); },
-        };
-        for (const auto &close : ways) {
+        for (const QByteArray &way :
+             {QByteArray(), QByteArray("saveButton"), QByteArray("cancelButton")}) {
             open(&device);
             city()->setText("not this"_s);
-            close();
-            QVERIFY(!m_dialog->isVisible());
+            auto *const mac = input<IpLine>("macIpLine");
+            if (way == "saveButton")
+                mac->setText(":00:A7:A1:B2:C3"_s);
+            if (way.isEmpty())
+                QTest::keyClick(m_dialog->focusWidget(), Qt::Key_Escape);
+            else
+                QTest::mouseClick(input<QPushButton>(way), Qt::LeftButton);
+            QCOMPARE(m_dialog->isVisible(), way == "saveButton");
+            if (m_dialog->isVisible()) {
+                QCOMPARE(visibleTip(), "Please fulfill correct MAC address!"_s);
+                QVERIFY(mac->parts().first()->hasFocus());
+                mac->setText(device.mac);
+                m_dialog->close();
+            }
             // The record may be gone by now: nothing writes to it any more.
             m_dialog->doSaveAction();
             QCOMPARE(device, before);
@@ -149,11 +129,11 @@ private slots:
     void comesBackWithWhatWasTyped()
     {
         ContactInfo device = plainDevice();
-        bool refuse = true;
-        connect(m_dialog.get(), &ContactDialog::editSaveSucceed, this, [&](ContactInfo *) {
-            if (std::exchange(refuse, false))
-                m_dialog->bringBack();
-        });
+        connect(m_dialog.get(), &ContactDialog::editSaveSucceed, this,
+                [this, refuse = true](ContactInfo *) mutable {
+                    if (std::exchange(refuse, false))
+                        m_dialog->bringBack();
+                });
         open(&device);
         city()->setText("elsewhere"_s);
         m_dialog->doSaveAction();
@@ -165,39 +145,11 @@ private slots:
 
         m_dialog->bringBackFor(&device);
         QVERIFY(m_dialog->isVisible());
+        QCOMPARE(m_dialog->pos(), place);
         QCOMPARE(city()->text(), "elsewhere"_s);
         city()->setText("at home"_s);
         m_dialog->doSaveAction();
         QCOMPARE(device.city, "at home"_s);
-        // And each time where it was closed, as another one of its kind is.
-        QCOMPARE(m_dialog->pos(), place);
-        setUp();
-        open();
-        QCOMPARE(m_dialog->pos(), place);
-    }
-
-    void advancedRows()
-    {
-        auto *const bar = input<QScrollArea>("formScrollArea")->verticalScrollBar();
-        auto *const button = input<QPushButton>("showAdvanceButton");
-        const auto shows = [&](bool advanced) {
-            return button->text() ==
-                       (advanced ? "Hide Advance Settings"_s : "Show Advance Settings"_s) &&
-                   box("speechCoding2ComboBox")->isVisible() &&
-                   input<QLineEdit>("usernameLineEdit")->isVisible() == advanced &&
-                   input<QLineEdit>("proxyServerLineEdit")->isVisible() == advanced &&
-                   bar->isVisible() == advanced;
-        };
-        open();
-        QTRY_VERIFY(shows(false));
-        for (const bool advanced : {true, false, true}) {
-            button->click();
-            QTRY_VERIFY(shows(advanced));
-        }
-        bar->setValue(bar->maximum());
-        m_dialog->close();
-        open();
-        QTRY_VERIFY(shows(false));
     }
 
     void wheelPassesBy()

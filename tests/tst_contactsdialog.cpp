@@ -27,49 +27,30 @@ class TestContactsDialog : public QObject, FormFixture<ContactsDialog>
     Q_OBJECT
 
 private slots:
-    void initTestCase()
-    {
-        registerContactTypes();
-        useStyleSheet();
-    }
-
+    void initTestCase() { registerContactTypes(); }
     void init() { setUp(); }
     void cleanup() { tearDown(); }
 
     void addresses()
     {
-        struct Row
-        {
-            const char *firstMac;
-            int count, step;
-            const char *macs = nullptr; ///< all of them
-            int number = 0;             ///< how many, where they are too many to be told
-        };
-        const Row rows[] = {
+        const std::tuple<const char *, int, int, const char *> rows[] = {
             {"0200A70000FE", 3, 2, "02:00:A7:00:00:FE 02:00:A7:00:01:00 02:00:A7:00:01:02"},
             {"0fffffffffff", 2, 1, "0F:FF:FF:FF:FF:FF 10:00:00:00:00:00"},
-            {"FFFFFFFFFFFF", 2, 1, "FF:FF:FF:FF:FF:FF"},
             {"000000000001", 5, -1, "00:00:00:00:00:01 00:00:00:00:00:00"},
-            {"0200A7000001", 2, 0, "02:00:A7:00:00:01 02:00:A7:00:00:01"},
             {"100000000000", 6, 0x40000000, // the product wraps
              "10:00:00:00:00:00 10:00:40:00:00:00 0F:FF:80:00:00:00 "
              "0F:FF:C0:00:00:00 10:00:00:00:00:00 10:00:40:00:00:00"},
             {"0200A71", 2, 1, "00:00:00:20:0A:71 00:00:00:20:0A:72"},
-            {"0200A7000001", -3, 2, ""},
-            {"FFFFFFFFFFFD", farTooMany, 2, nullptr, 2},
-            {"0200A7000001", farTooMany, 0, nullptr, maxBatchDevices + 1},
-            {"0200A7000001", 100001, 1, nullptr, maxBatchDevices + 1},
-            {"0200A7000001", 100000, 1, nullptr, maxBatchDevices}};
-        for (const Row &row : rows) {
+            {"FFFFFFFFFFFD", farTooMany, 2, "FF:FF:FF:FF:FF:FD FF:FF:FF:FF:FF:FF"},
+            {"0200A7000001", -3, 2, ""}};
+        for (const auto &[firstMac, count, step, macs] : rows) {
             DeviceBatch batch;
-            batch.firstMac = QLatin1String(row.firstMac);
-            batch.count = row.count;
-            batch.macStep = row.step;
+            batch.firstMac = QLatin1String(firstMac);
+            batch.count = count;
+            batch.macStep = step;
             const QList<ContactInfo> devices = makeDevices(batch);
-            if (row.macs)
-                QCOMPARE(macsOf(devices), QLatin1String(row.macs));
-            QCOMPARE(deviceCount(batch), row.macs ? devices.size() : row.number);
-            QCOMPARE(devices.size(), qMin(deviceCount(batch), maxBatchDevices));
+            QCOMPARE(macsOf(devices), QLatin1String(macs));
+            QCOMPARE(deviceCount(batch), devices.size());
         }
     }
 
@@ -78,9 +59,7 @@ private slots:
         constexpr int largest = std::numeric_limits<int>::max();
         const std::tuple<qint64, int, const char *> rows[] = {
             {1001, 1, "1001,1002,1003"},
-            {1001, 0, "1001,1001,1001"},
             {1, -1, "1,0,-1"},
-            {-5, 5, "-5,0,5"},
             {0, 7, ",,"}, // zero is no user ID
             {13800138000, 1, "13800138000,13800138001,13800138002"},
             {largest, largest, "2147483647,4294967294,6442450941"}};
@@ -121,13 +100,10 @@ private slots:
              "2 devices: FF:FF:FF:FF:FF:FC to FF:FF:FF:FF:FF:FE, no user IDs\n"
              "No usable number, counts as none: First SIP User ID. "
              "The numbers end at FF:FF:FF:FF:FF:FF."},
-            {"3|1|0|02:00:A7:00:00:01|5",
-             "3 devices: 02:00:A7:00:00:01 to 02:00:A7:00:00:03, user ID 5\n"
-             "3 of them are in the list already."},
-            {"9|-1|1|00:00:00:00:00:00|1",
-             "1 device: 00:00:00:00:00:00, user ID 1\nThe numbers end at 00:00:00:00:00:00."},
             {"two|2|1|02:00:A7:00:00:10|1",
              "No devices\nNo usable number, counts as none: Product Count."},
+            {"100000|2|1|02:00:A8:00:00:10|",
+             "100000 devices: 02:00:A8:00:00:10 to 02:00:A8:03:0D:4E, no user IDs"},
             {"100001|2|1|02:00:A7:00:00:10|1",
              "At most 100000 devices can be created in one step."}};
         const auto isListed = [](const QString &mac) { return mac.startsWith("02:00:A7"_s); };
@@ -139,30 +115,10 @@ private slots:
         }
     }
 
-    void createByKeyboard()
-    {
-        m_dialog->setLookup([](const QString &mac) { return mac.endsWith("FF"_s); });
-        m_dialog->reset();
-        showDialog();
-        // Over the maker's three bytes, and the model.
-        for (const char *const keys :
-             {"3", "\t1", "\t10", "\t\t\t\t0000ff", "\t\t10.0.0.1", "\t00123"})
-            typeKeys(keys);
-        QTRY_COMPARE(input<QLabel>("batchPreview")->text(),
-                     "3 devices: 02:00:A7:00:00:FF to 02:00:A7:00:01:01, user IDs 123 to 143\n"
-                     "1 of them is in the list already."_s);
-        const QSignalSpy added(m_dialog.get(), SIGNAL(addSaveSucceed(QList<ContactInfo>)));
-        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
-        QVERIFY(!m_dialog->isVisible());
-        const auto devices = added.first().first().value<QList<ContactInfo>>();
-        QCOMPARE(macsOf(devices), "02:00:A7:00:00:FF 02:00:A7:00:01:00 02:00:A7:00:01:01"_s);
-        QCOMPARE(devices.last().sip_user_id, "143"_s);
-        QCOMPARE(devices.last().sip_server, "10.0.0.1"_s);
-    }
-
     void everyFieldReachesAllDevices()
     {
         ContactInfo expected = choosableDevice();
+        m_dialog->setLookup([](const QString &mac) { return mac.endsWith("FE"_s); });
         open();
         enterChoices(expected);
         input<IpLine>("firstMacIpLine")->setText("02:00:a7:00:00:fe"_s);
@@ -172,6 +128,9 @@ private slots:
             QCOMPARE(edit(name)->text(), "00123"_s);
             edit(name)->setText("5"_s);
         }
+        QTRY_COMPARE(input<QLabel>("batchPreview")->text(),
+                     "2 devices: 02:00:A7:00:00:FE to 02:00:A7:00:01:00, user IDs 123 to 124\n"
+                     "1 of them is in the list already."_s);
         // These cannot be the same for all, and are left to the phone.
         for (QString *const address : {&expected.ip, &expected.subnet, &expected.gateway_ip,
                                        &expected.dns_server1, &expected.dns_server2})
@@ -191,7 +150,6 @@ private slots:
     void refusals()
     {
         open();
-        const QSignalSpy added(m_dialog.get(), SIGNAL(addSaveSucceed(QList<ContactInfo>)));
         auto *bar = input<QScrollArea>("formScrollArea")->verticalScrollBar();
         QTRY_VERIFY(bar->maximum() > 0);
         edit("productCountLineEdit")->setText(QString::number(farTooMany));
@@ -207,7 +165,6 @@ private slots:
         check("02:00:A7::11:22", "segment4IpPart", "Please fulfill correct MAC address!");
         check("02:00:A7:00:11:22", "productCountLineEdit",
               "At most 100000 devices can be created in one step.");
-        QCOMPARE(added.size(), 0);
         m_dialog->close();
         QVERIFY(visibleTip().isEmpty());
         // Without devices there is nothing to refuse.
@@ -222,7 +179,7 @@ private slots:
     void resetBringsDefaults()
     {
         open();
-        const ContactInfo fresh = save().last();
+        const ContactInfo fresh = save().constLast();
         QCOMPARE(fresh.mac, "02:00:A7:00:00:03"_s);
         open();
         const auto edits = m_dialog->findChildren<QLineEdit *>();
@@ -233,13 +190,9 @@ private slots:
             box->setCurrentIndex(box->count() - 1 - box->currentIndex());
         m_dialog->close();
         m_dialog->reset();
-        QCOMPARE(input<IpLine>("firstMacIpLine")->text(), "02:00:A7:::"_s);
         open();
         QVERIFY(edit("productCountLineEdit")->hasFocus());
-        QCOMPARE(edit("firstAccountLineEdit")->text(), QString());
-        const QList<ContactInfo> devices = save();
-        QCOMPARE(devices.size(), 2);
-        QCOMPARE(devices.last(), fresh);
+        QCOMPARE(save().constLast(), fresh);
     }
 
 private:

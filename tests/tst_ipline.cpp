@@ -5,9 +5,7 @@
 
 #include <QApplication>
 #include <QClipboard>
-#include <QDropEvent>
 #include <QInputMethodEvent>
-#include <QMimeData>
 #include <QSignalSpy>
 #include <QTest>
 #include <QVBoxLayout>
@@ -103,35 +101,27 @@ private slots:
             {MacByte, "A|F", "b", "AB|", ">"},
             {MacByte, "AB|", "c", "AB|", "!"},
             {MacByte, "[AB]", "c", "C|F"},
-            {MacByte, "[A]B", "c", "C|B"},
             {MacByte, "A[B]", "c", "AC|", ">"},
             {MacByte, "|AB", "g", "|AB", "!"},
             {MacByte, "AB|", ":", "AB|"},
-            {MacByte, "AB|", "-", "AB|"},
             {MacByte, "A|F", ".", "A|F", ">"},
-            {MacByte, "AB|", "{", "A|F"},
             {MacByte, "A|B", "{", "|FB"},
             {MacByte, "A|B", "}", "A|F"},
             {MacByte, "[AB]", "}", "|"},
             {MacByte, "|", "{", "|", "2"},
             {MacByte, "|AB", "<", "|AB", "<"},
-            {MacByte, "A|B", ">", "A|B"},
             {Octet, "[20]", "2", "2|"},
             {Octet, "2|", "6", "26|", "+"},
-            {Octet, "2|", "5", "25|"},
             {Octet, "25|", "5", "255|", "+"},
             {Octet, "25|", "6", "25|", "!"},
-            {Octet, "255|", "0", "255|", "!"},
             {Octet, "0|", "7", "7|"},
             {Octet, "|", "+", "|", "!"},
             {Octet, "20|", ".", "20|", "+"},
-            {Octet, "20|", ",", "20|", "+"},
             {Octet, "20|", "\u3002", "20|", "+"},
             {Octet, "[20]", ".", "[20]"},
             {Octet, "|", ".", "|"},
             // Deleting is no typing: whatever remains, the user is not moved on.
             {Octet, "|192", "}", "|92"},
-            {Octet, "1|05", "{", "|5"},
             {Octet, "|10", "{", "|10"},
             {Octet, "10|", ">", "10|", ">"},
             {FourCharacters, "abc|", "d", "abcd|", "+"},
@@ -163,27 +153,6 @@ private slots:
         }
     }
 
-    void wholeAddresses()
-    {
-        using namespace AddressSegment;
-        const auto check = [](int kind, const char *pieces,
-                              std::initializer_list<const char *> all) {
-            for (const char *const written : all) {
-                const QStringList found = piecesOfAddress(kind, QString::fromUtf8(written));
-                QCOMPARE(found.join(QLatin1Char(' ')), QLatin1String(pieces));
-            }
-        };
-        check(MacByte, "02 00 A7 A1 B2 C3",
-              {"02:00:a7:a1:b2:c3", "02-00-A7-A1-B2-C3", "0200a7a1b2c3", "0200.a7a1.b2c3",
-               " 02 00 A7 A1 B2 C3\n", "02:00:A7-A1:B2:C3"});
-        check(MacByte, "",
-              {"2:0:a7:a1:b2:c3", "02:00:A7:A1:B2", "02:00:A7:A1:B2:C3:D4", "0200A7A1B2CG", ""});
-        check(Octet, "192 168 1 10",
-              {"192.168.1.10", "192.168.001.10", " 192. 168 .1.10 ", "192 168 1 10",
-               "192.168.1.10/24", "\uff11\uff19\uff12\u3002168\uff0e1.10"});
-        check(Octet, "", {"192.168.1.256", "192.168.1", "192.168.1.1.1", "a.b.c.d"});
-    }
-
     void keys()
     {
         struct Row
@@ -193,20 +162,20 @@ private slots:
         const char *const full = "02:00:A7:A1:B2:C3|";
         const Row rows[] = {
             {"|:::::", "0200a7a1b2c3", full},
-            {"02:00:A7:|::", "a1b2c3", full},
-            {"|FF:EE:DD:CC:BB:AA", "0200a7a1b2c3", full},
             {"|:::::", "02:00:a7:a1:b2:c3", full},
             {"02:[AB]:A7:::", "}1d", "02:1D:|A7:::"},
             {"02:00:A7:::|", "{{{", "02:00:A7|:::"},
 
             {"|...", "192.168.100.20", "192.168.100.20|"},
             {"10.20.|30.40", "<>>>", "10.20.30|.40"},
-            {"10.200.|.40", "{", "10.20|0..40"},
 
             {"[11]:22:33:44:55:66", "#", full, "0200a7a1b2c3"},
             {"11:[22]:33:44:55:66", "#", "11:02:00:A7:|55:66", "0200A7"},
             {"11:[22]:33:44:55:66", "#", "11:[22]:33:44:55:66", "beef cake"},
+            {"11:|::::", "#", full, " 02 00-A7 A1:B2 C3\n"},
+            {"11:|::::", "#", "11:|::::", "02:00:A7:A1:B2:C3:D4"},
             {"1.2.|.", "#", "192.168.1.20|", "192.168.001.20"},
+            {"1.2.|.", "#", "192.168.1.10|", "\uff11\uff19\uff12\u3002168\uff0e1.10/24"},
             {"1.2.|.", "#", "1.2.3.4|", "3.4"},
             {"1.2.|.4", "#", "1.2.|.4", "192.168.1.256"},
         };
@@ -216,7 +185,7 @@ private slots:
             const QChar separator = QLatin1Char(isMac ? ':' : '.');
             IpLine *line = show(isMac ? IpLine::Form::Mac : IpLine::Form::Ip);
             setAppearance(*line, before, separator);
-            QApplication::clipboard()->setText(QLatin1String(row.clipboard));
+            QApplication::clipboard()->setText(QString::fromUtf8(row.clipboard));
             type(QLatin1String(row.typed));
             QCOMPARE(appearance(*line, separator), QLatin1String(row.after));
             QCOMPARE(line->value(), line->text());
@@ -232,22 +201,13 @@ private slots:
             event.setCommitString(text);
             QCoreApplication::sendEvent(&widget, &event);
         };
-        const Enter drop = [](QWidget &widget, const QString &text) {
-            QMimeData data;
-            data.setText(text);
-            QDragEnterEvent over(QPoint(1, 1), Qt::CopyAction, &data, Qt::LeftButton,
-                                 Qt::NoModifier);
-            QCoreApplication::sendEvent(&widget, &over);
-            QDropEvent event(QPointF(1, 1), Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
-            QCoreApplication::sendEvent(&widget, &event);
-        };
         const Enter contextMenu = [](QWidget &widget, const QString &text) {
             QApplication::clipboard()->setText(text);
             QMetaObject::invokeMethod(&widget, "paste");
         };
         IpLine *mac = show(IpLine::Form::Mac);
         IpLine *ip = show(IpLine::Form::Ip);
-        for (const Enter &enter : {inputMethod, drop, contextMenu}) {
+        for (const Enter &enter : {inputMethod, contextMenu}) {
             mac->setText("02:00:A7:::"_s);
             enter(*mac->parts().at(3), "a1\uff22"_s);
             QCOMPARE(appearance(*mac, QLatin1Char(':')), "02:00:A7:A1:B|F:"_s);
@@ -259,9 +219,23 @@ private slots:
         }
     }
 
-    void refusalsAndClicks()
+    void editsRefusalsAndClicks()
     {
         IpLine *line = show(IpLine::Form::Ip);
+        line->setText("host.example.com"_s);
+        line->focusPart(0);
+        type("1"_s);
+        QVERIFY(!line->findChild<QWidget *>("noteLabel"_s)->isVisible());
+        QCOMPARE(line->value(), "1..."_s);
+        // Half an address is told of once the user has left it.
+        QVERIFY(line->accessibleDescription().isEmpty());
+        line->parts().at(0)->clearFocus();
+        QCOMPARE(line->accessibleDescription(), "Incomplete address"_s);
+        // Back to how it looked: the user has emptied the entry.
+        line->focusPart(0);
+        type("{"_s);
+        QCOMPARE(line->value(), QString());
+
         line->setText("1.2.3.25"_s);
         const QSignalSpy refused(line, &IpLine::refused);
         line->focusPart(3);
@@ -273,10 +247,8 @@ private slots:
         // What is typed into a segment that was clicked, whatever it holds.
         IpPart *part = line->parts().at(1);
         QTest::mouseClick(part, Qt::LeftButton, {}, QPoint(part->width() - 3, part->height() / 2));
-        const QSignalSpy reported(part, &IpPart::sendMsg);
         type("78."_s);
         QCOMPARE(appearance(*line, QLatin1Char('.')), "1.78.[3].25"_s);
-        QCOMPARE(reported.first().at(0).toString(), "7"_s);
     }
 
     void textAndValue()
@@ -289,19 +261,13 @@ private slots:
         };
         const Row rows[] = {
             {Form::Mac, "02:00:A7:::", "02:00:A7:::"},
-            {Form::Mac, "02:00", "02:00::::"},
-            {Form::Mac, "2:0:A7:A1:B2:C3", "2:0:A7:A1:B2:C3"},
             {Form::Mac, "0200a7a1b2c3", "02:00:A7:A1:B2:C3"},
             {Form::Mac, "02:00:A7:A1:B2:C3:D4", "02:00:A7:A1:B2:C3",
              "Stored: 02:00:A7:A1:B2:C3:D4"},
             {Form::Mac, "<b>phone</b>", "", "Stored: <b>phone</b>"},
             {Form::Ip, "192.168", "192.168..", "Incomplete address"},
-            {Form::Mac, "0200.a7a1.b2c3", "02:00:A7:A1:B2:C3"},
             {Form::Ip, "10.0.0.256", "10.0.0.256"},
-            {Form::Ip, "", ""},
-            {Form::Ip, "0.0.0.0", "0.0.0.0"},
             {Form::Ip, "010.001.0.07", "010.001.0.07"},
-            {Form::Ip, "host.example.com", "", "Stored: host.example.com"},
         };
         for (const Row &row : rows) {
             const QString given = QLatin1String(row.given);
@@ -321,24 +287,6 @@ private slots:
             QCOMPARE(line->value(), given);
             delete line;
         }
-    }
-
-    void valueAfterEdit()
-    {
-        IpLine *line = show(IpLine::Form::Ip);
-        line->setText("host.example.com"_s);
-        line->focusPart(0);
-        type("1"_s);
-        QVERIFY(!line->findChild<QWidget *>("noteLabel"_s)->isVisible());
-        QCOMPARE(line->value(), "1..."_s);
-        // Half an address is told of once the user has left it.
-        QVERIFY(line->accessibleDescription().isEmpty());
-        line->parts().at(0)->clearFocus();
-        QCOMPARE(line->accessibleDescription(), "Incomplete address"_s);
-        line->parts().at(0)->setFocus();
-        // Back to how it looked: the user has emptied the entry.
-        type("{"_s);
-        QCOMPARE(line->value(), QString());
     }
 
 private:

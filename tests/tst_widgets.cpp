@@ -1,6 +1,8 @@
 #include "tests/Literal.h"
 #include "widgets/LoadingWidget.h"
 #include "widgets/SlidePage.h"
+#include "widgets/UserGuide.h"
+#include "widgets/UserGuideWidget.h"
 
 #include <QAction>
 #include <QApplication>
@@ -12,7 +14,9 @@
 #include <QMainWindow>
 #include <QMenuBar>
 #include <QPushButton>
+#include <QScopeGuard>
 #include <QSignalSpy>
+#include <QTemporaryDir>
 #include <QTest>
 #include <QVBoxLayout>
 
@@ -54,7 +58,7 @@ struct Page : SlidePage
     {
         auto *const column = new QVBoxLayout(this);
         disabled->setEnabled(false);
-        for (QWidget *const child : QVector<QWidget *>{disabled, edit, box, button})
+        for (QWidget *const child : std::initializer_list<QWidget *>{disabled, edit, box, button})
             column->addWidget(child);
     }
 
@@ -87,40 +91,35 @@ private slots:
     }
     void cleanup() { m_window.reset(); }
 
-    void coverFollowsTheWindow()
-    {
-        auto *const cover = new LoadingWidget;
-        QVERIFY(!cover->isVisible());
-        cover->showOver(m_window.get());
-        QCOMPARE(cover->geometry(), m_window->rect());
-        m_window->resize(640, 480);
-        QTRY_COMPARE(cover->size(), QSize(640, 480));
-        QCOMPARE(m_window->childAt(5, 5), cover);
-        const auto *const text = cover->findChild<QLabel *>("loadingTextLabel"_s);
-        QCOMPARE(text->text(), "Operating,please wait."_s);
-
-        const auto lightness = [&] {
-            return m_window->grab().toImage().pixelColor(5, 470).lightness();
-        };
-        QVERIFY(lightness() < 128);
-        cover->hide();
-        QVERIFY(lightness() > 128);
-    }
-
     void coverTakesTheMouse()
     {
         LoadingWidget cover(m_window.get());
-        QSignalSpy clicks(m_window->button, &QPushButton::clicked);
-        const QPoint onButton =
-            m_window->button->mapTo(m_window.get(), m_window->button->rect().center());
+        const QSignalSpy clicks(m_window->button, &QPushButton::clicked);
+        cover.showOver(m_window.get());
+        m_window->resize(640, 480);
+        QTRY_COMPARE(cover.geometry(), m_window->rect());
+        QCOMPARE(m_window->childAt(5, 5), &cover);
         const auto click = [&] {
-            QTest::mouseClick(m_window->windowHandle(), Qt::LeftButton, {}, onButton);
+            const QPoint center = m_window->button->rect().center();
+            QTest::mouseClick(m_window->windowHandle(), Qt::LeftButton, {},
+                              m_window->button->mapTo(m_window.get(), center));
             // To the button itself, as a grab would bring it there.
             QTest::mouseClick(m_window->button, Qt::LeftButton);
         };
-        cover.showOver(m_window.get());
         click();
         QCOMPARE(clicks.size(), 0);
+
+        // A question in a window of its own is not covered.
+        QDialog question(m_window.get());
+        auto *const edit = new QLineEdit(&question);
+        question.show();
+        QApplication::setActiveWindow(&question);
+        QVERIFY(QTest::qWaitForWindowActive(&question));
+        QTest::keyClick(question.windowHandle(), Qt::Key_A);
+        QCOMPARE(edit->text(), "a"_s);
+        QTest::mouseDClick(question.windowHandle(), Qt::LeftButton, {}, edit->geometry().center());
+        QCOMPARE(edit->selectedText(), "a"_s);
+        question.close();
         cover.hide();
         click();
         QCOMPARE(clicks.size(), 2);
@@ -155,25 +154,6 @@ private slots:
         }
     }
 
-    void coverLeavesOtherWindows()
-    {
-        LoadingWidget cover(m_window.get());
-        cover.showOver(m_window.get());
-        QDialog question(m_window.get());
-        question.setModal(true);
-        auto *const edit = new QLineEdit(&question);
-        auto *const button = new QPushButton("Yes"_s, &question);
-        button->move(0, 50);
-        QSignalSpy clicks(button, &QPushButton::clicked);
-        question.show();
-        QApplication::setActiveWindow(&question);
-        QVERIFY(QTest::qWaitForWindowActive(&question));
-        QTest::keyClick(question.windowHandle(), Qt::Key_A);
-        QTest::mouseClick(question.windowHandle(), Qt::LeftButton, {}, button->geometry().center());
-        QCOMPARE(edit->text(), "a"_s);
-        QCOMPARE(clicks.size(), 1);
-    }
-
     void coverReturnsTheFocus()
     {
         LoadingWidget cover(m_window.get());
@@ -193,32 +173,26 @@ private slots:
     {
         for (const auto edge : {SlidePage::Edge::Top, SlidePage::Edge::Bottom}) {
             Page page(edge, m_window->content);
-            m_window->hide();
-            m_window->show();
-            QVERIFY(!page.isVisible());
-
+            const QSignalSpy clicks(page.button, &QPushButton::clicked);
             page.slideIn();
-            QVERIFY(page.isOpen() && page.isVisible());
             QVERIFY(!page.geometry().intersects(m_window->content->rect()));
             QTRY_VERIFY(page.shownPart() > 0 && page.shownPart() < 1);
             QVERIFY(page.geometry().intersects(m_window->content->rect()));
             QTRY_COMPARE(page.geometry(), page.shownGeometry());
-
             // It follows its window, and a longer text needs more room.
-            for (const int width : {700, 500}) {
-                m_window->resize(width, 400);
-                QTRY_COMPARE(page.geometry(), page.shownGeometry());
-                QCOMPARE(page.width(), width);
-            }
-            const int before = page.height();
+            m_window->resize(m_window->width() + 50, 400);
+            QTRY_COMPARE(page.width(), m_window->width());
             page.button->setMinimumHeight(80);
-            QTRY_VERIFY(page.height() > before);
-            QCOMPARE(page.geometry(), page.shownGeometry());
+            QTRY_VERIFY(page.height() > 80 && page.geometry() == page.shownGeometry());
 
-            page.slideOut();
+            // On its way out it is deaf.
+            const QPoint center = page.button->mapTo(m_window.get(), page.button->rect().center());
+            QTest::mouseClick(m_window->windowHandle(), Qt::LeftButton, {}, center);
+            QTest::keyClick(m_window->windowHandle(), Qt::Key_Escape);
             QVERIFY(!page.isOpen() && page.isVisible());
+            QTest::mouseClick(m_window->windowHandle(), Qt::LeftButton, {}, center);
+            QCOMPARE(clicks.size(), 1);
             QTRY_VERIFY(!page.isVisible());
-            QVERIFY(!page.geometry().intersects(m_window->content->rect()));
         }
     }
 
@@ -246,23 +220,83 @@ private slots:
         QVERIFY(m_window->button->hasFocus());
     }
 
-    void closesByEscapeAndIsDeafThen()
+    void guideTakesPicturesFromTheList()
     {
-        Page page(SlidePage::Edge::Top, m_window->content);
-        const QSignalSpy clicks(page.button, &QPushButton::clicked);
-        int meant = 0;
-        for (QWidget *const input : QVector<QWidget *>{page.edit, page.box, page.button}) {
-            page.slideIn();
-            QTRY_COMPARE(page.shownPart(), 1.0);
-            const QPoint center = page.button->mapTo(m_window.get(), page.button->rect().center());
-            QTest::mouseClick(m_window->windowHandle(), Qt::LeftButton, {}, center);
-            QCOMPARE(clicks.size(), ++meant);
-            input->setFocus();
-            QTest::keyClick(m_window->windowHandle(), Qt::Key_Escape);
-            QVERIFY(!page.isOpen());
-            QTest::mouseClick(m_window->windowHandle(), Qt::LeftButton, {}, center);
-            QCOMPARE(clicks.size(), meant);
+        const QTemporaryDir folder;
+        QVERIFY(QDir::setCurrent(folder.path()));
+        const auto back = qScopeGuard([] { QDir::setCurrent(QStringLiteral(VL_SOURCE_DIR)); });
+        const QString guideFolder = "./resource/UserGuide/"_s;
+        QVERIFY(QDir().mkpath(guideFolder));
+        const QByteArray two =
+            R"(<root><item text="1" pic="a.png"/><item text="9" pic="b.png"/></root>)";
+        const std::tuple<QString, QByteArray, const char *> rows[] = {
+            {"en"_s, two, "1:a.png 9:b.png"},
+            {"EN"_s, two, "1:chinese/a.png 9:chinese/b.png"}, // any other language
+            // Numbers that are no page, and pages without a picture or with two.
+            {"en"_s, R"(<root><item text="10" pic="x"/><item text="0" pic="x"/>
+               <item text="0x2" pic="x"/><item pic="x"/><item text="99999999999999999999" pic="x"/>
+               <item text="1" pic="x"/><item text="1" pic="a.png"/>
+               <item text="1"/><item text="1" pic=""/></root>)",
+             "1:a.png"},
+            {"en"_s, two.chopped(8), ""},
+            {"en"_s, "", ""}};
+        for (const auto &[language, list, expected] : rows) {
+            QFile file(guideFolder + "userguide.xml"_s);
+            QVERIFY(file.open(QIODevice::WriteOnly));
+            file.write(list);
+            file.close();
+            const UserGuide guide(language);
+            QStringList pictures;
+            QCOMPARE(guide.pages().size(), 9);
+            for (int i = 0; i < 9; ++i) {
+                const QString picture = guide.pages().at(i).picture;
+                if (!picture.isEmpty())
+                    pictures.append("%1:"_s.arg(i + 1) + QString(picture).remove(guideFolder));
+            }
+            QCOMPARE(pictures.join(QLatin1Char(' ')), QLatin1String(expected));
         }
+    }
+
+    void guideTurnsItsPages()
+    {
+        auto guide = std::make_unique<UserGuide>("en"_s);
+        const auto counter = [&] { return guide->findChild<QLabel *>("guideCounter"_s)->text(); };
+        const auto visibleTitles = [&] {
+            QStringList titles;
+            const auto widgets = guide->findChildren<UserGuideWidget *>();
+            for (const UserGuideWidget *widget : widgets) {
+                if (!widget->isHidden())
+                    titles.append(widget->accessibleName());
+            }
+            return titles;
+        };
+        guide->show();
+        guide->activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(guide.get()));
+        // Who goes on by Space does not turn back at the end.
+        const std::pair<Qt::Key, int> keys[] = {
+            {Qt::Key_PageUp, 1}, {Qt::Key_Down, 2}, {Qt::Key_PageDown, 3}, {Qt::Key_Up, 2},
+            {Qt::Key_Down, 3},   {Qt::Key_Down, 4}, {Qt::Key_Down, 5},     {Qt::Key_PageUp, 4},
+            {Qt::Key_Down, 5},   {Qt::Key_Down, 6}, {Qt::Key_Down, 7},     {Qt::Key_Down, 8},
+            {Qt::Key_Down, 9},   {Qt::Key_Down, 9}, {Qt::Key_Space, 9}};
+        for (const auto &[key, page] : keys) {
+            QTest::keyClick(QApplication::focusWidget(), key);
+            QCOMPARE(counter(), "%1/9"_s.arg(page));
+            QCOMPARE(guide->findChild<QPushButton *>("arrow_up"_s)->isEnabled(), page > 1);
+            QCOMPARE(guide->findChild<QPushButton *>("arrow_down"_s)->isEnabled(), page < 9);
+        }
+        QTest::mouseClick(guide->findChild<QPushButton *>("arrow_up"_s), Qt::LeftButton);
+        // Closed with the page still on its way, it opens with the page in its place.
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
+        QVERIFY(!guide->isVisible());
+        guide->show();
+        QCOMPARE(counter(), "8/9"_s);
+        QTRY_COMPARE(visibleTitles(), QStringList(guide->pages().at(7).title));
+        // Gone in the middle of a turn, which then has nothing to end.
+        for (int turn = 0; turn < 2; ++turn)
+            guide->leftPressed();
+        guide.reset();
+        QCoreApplication::processEvents();
     }
 
 private:

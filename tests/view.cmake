@@ -1,6 +1,5 @@
 vl_test(tst_contactmodel LINK vl::view)
 vl_test(tst_contactview SCREEN LINK vl::view)
-vl_test(tst_pinyin LINK vl::view)
 
 # Skipped where the readings are lacking or of another version.
 add_test(NAME pinyin_table
