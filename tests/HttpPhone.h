@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Literal.h"
 #include "model/ExportType.h"
 #include "model/ProvisioningSource.h"
 #include "model/WholeFile.h"
@@ -7,7 +8,6 @@
 #include "net/SocketPlatform.h"
 
 #include <QByteArray>
-#include <QFile>
 #include <QStringList>
 
 #include <atomic>
@@ -33,40 +33,32 @@ constexpr int endOfSending = SHUT_WR;
 class FakeSource : public ProvisioningSource
 {
 public:
-    void saveList() override { ++saves; }
+    void saveList() override {}
     int deviceCount() const override { return 0; }
     quint64 listVersion() const override { return version; }
-    bool hasDevice(const QString &mac) const override
-    {
-        return !mac.contains(QLatin1String("unk"));
-    }
+    bool hasDevice(const QString &mac) const override { return !mac.contains("unk"_s); }
     bool exportDevices(int type, const QString &codecName, const QString &fileName,
                        const QString &folder) override
     {
         {
             std::unique_lock<std::mutex> guard(m_mutex);
-            m_exports.append(QStringLiteral("%1 %2 %3").arg(type).arg(codecName, fileName));
+            m_exports.append("%1 %2 %3"_s.arg(type).arg(codecName, fileName));
             m_released.wait(guard, [&] { return fileName != m_held; });
         }
-        if (fileName.contains(QLatin1String("unknown")))
+        if (fileName.contains("unknown"_s))
             return false;
         const QString path = folder + QLatin1Char('/') + fileName;
-        const bool written =
-            bool(writeWholeFile(path, document(type, fileName.toUtf8()), Durability::Replaced));
-        if (fileName.contains(QLatin1String("vanishing")))
-            QFile::remove(path);
         const std::lock_guard<std::mutex> disk(m_disk);
         std::this_thread::sleep_for(writeTime);
-        return written;
+        return bool(writeWholeFile(path, document(type, fileName.toUtf8()), Durability::Replaced));
     }
     void requestEnded(const RequestEnd &request) override
     {
         if (log)
             log->note(request);
         const std::lock_guard<std::mutex> guard(m_mutex);
-        m_ends.append(QStringLiteral("%1 %2")
-                          .arg(QLatin1String(RequestEnd::word(request.outcome)))
-                          .arg(request.bytes));
+        m_ends.append(
+            "%1 %2"_s.arg(QLatin1String(RequestEnd::word(request.outcome))).arg(request.bytes));
     }
 
     static QByteArray document(int type, const QByteArray &fileName)
@@ -86,7 +78,6 @@ public:
     /// How requests ended, with the bytes sent.
     QStringList ends() const { return locked(m_ends); }
 
-    std::atomic<int> saves{0};
     std::atomic<quint64> version{0};
     // Before the first request:
     std::chrono::milliseconds writeTime{0}; ///< the disk takes for a document, one after the other
@@ -113,7 +104,10 @@ class Phone
 public:
     /// The last number of its address, 127.0.0.x, tells the telephone's host.
     explicit Phone(quint16 port, int host = 1)
-        : m_socket(new Handle(::socket(AF_INET, SOCK_STREAM, 0)), &Phone::close)
+        : m_socket(new Handle(::socket(AF_INET, SOCK_STREAM, 0)), [](const Handle *socket) {
+            SocketPlatform::close(std::intptr_t(*socket));
+            delete socket;
+        })
     {
         const auto local = address(0, host);
         ::bind(*m_socket, &local, sizeof local);
@@ -126,15 +120,8 @@ public:
     /// False when the server has closed its end.
     bool send(const QByteArray &bytes)
     {
-        int sent = 0;
-        while (sent < bytes.size()) {
-            const auto count = ::send(*m_socket, bytes.constData() + sent,
-                                      SocketSize(bytes.size() - sent), sendQuietly);
-            if (count <= 0)
-                return false;
-            sent += static_cast<int>(count);
-        }
-        return true;
+        return ::send(*m_socket, bytes.constData(), SocketSize(bytes.size()), sendQuietly) ==
+               bytes.size();
     }
 
     void endInput() { ::shutdown(*m_socket, endOfSending); }
@@ -155,17 +142,12 @@ public:
     /// True once the server has closed the connection or sent something, within the time.
     bool hasNews(std::chrono::milliseconds time = std::chrono::milliseconds(0)) const
     {
-        return SocketPlatform::hasInput(static_cast<std::intptr_t>(*m_socket), time);
+        return SocketPlatform::hasInput(std::intptr_t(*m_socket), time);
     }
 
 private:
     using Handle = decltype(::socket(0, 0, 0));
 
-    static void close(const Handle *socket)
-    {
-        SocketPlatform::close(static_cast<std::intptr_t>(*socket));
-        delete socket;
-    }
     static sockaddr address(quint16 port, int host)
     {
         sockaddr_in address{};
@@ -197,6 +179,5 @@ inline QByteArray ask(quint16 port, const QByteArray &bytes, bool *reset = nullp
 
 inline QByteArray bodyOf(const QByteArray &answer)
 {
-    const int end = answer.indexOf("\r\n\r\n");
-    return end < 0 ? QByteArray() : answer.mid(end + 4);
+    return answer.mid(answer.indexOf("\r\n\r\n") + 4);
 }

@@ -1,5 +1,6 @@
 #include "FilePermissions.h"
 #include "HttpPhone.h"
+#include "Literal.h"
 #include "TestDevices.h"
 #include "net/HttpdServer.h"
 
@@ -16,7 +17,7 @@
 #include <unistd.h>
 #endif
 
-#include <ctime>
+#include <functional>
 #include <future>
 #include <vector>
 
@@ -24,11 +25,10 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// What takes a fraction of a second here. Far more is allowed, as a test machine may be busy with
-/// other things: what these tests catch is waiting for a client's time-out, which is 30 seconds.
-constexpr qint64 soon = 10000;
+constexpr qint64 soon = 10000; // far less than a client's time-out, which is 30 seconds
 
 const char docName[] = "cfg0200a7aabbcc.xml";
+const QString docFile = "cfg0200a7aabbcc.xml"_s;
 const char ok[] = "HTTP/1.0 200 Ok\r\n";
 
 int entryCount(const QString &folder)
@@ -36,24 +36,31 @@ int entryCount(const QString &folder)
     return QDir(folder).entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot).size();
 }
 
-int descriptorCount()
+/// For one of many documents.
+QByteArray numbered(int number)
 {
-    return entryCount(QStringLiteral("/proc/self/fd"));
+    return request("cfg" + QByteArray::number(number) + ".xml", "KTP");
 }
 
-/// From so many hosts by turns, the first of them 127.0.0.`firstHost`.
-std::vector<Phone> connectMany(quint16 port, int count, int firstHost = 1, int hosts = 1)
+/// So many connect, from these hosts by turns, the first of them 127.0.0.`firstHost`, and then
+/// send.
+std::vector<Phone> askMany(quint16 port, int count, const std::function<QByteArray(int)> &bytes,
+                           int firstHost = 1, int hosts = 1)
 {
     std::vector<Phone> phones;
-    phones.reserve(static_cast<std::size_t>(count));
+    phones.reserve(std::size_t(count));
     for (int i = 0; i < count; ++i)
         phones.emplace_back(port, firstHost + i % hosts);
+    int number = 0;
+    for (Phone &phone : phones)
+        phone.send(bytes(number++));
     return phones;
 }
 
-auto countNews(const std::vector<Phone> &phones)
+int countNews(const std::vector<Phone> &phones)
 {
-    return std::count_if(phones.begin(), phones.end(), [](const Phone &p) { return p.hasNews(); });
+    return int(
+        std::count_if(phones.begin(), phones.end(), [](const Phone &p) { return p.hasNews(); }));
 }
 
 } // namespace
@@ -80,81 +87,60 @@ private slots:
     {
         QTest::addColumn<QByteArray>("bytes");
         QTest::addColumn<QString>("product");
-        QTest::addColumn<int>("type");
-        const auto row = [](const char *name, const QByteArray &bytes, const char *product,
-                            int type) {
-            QTest::newRow(name) << bytes << QString::fromLatin1(product) << type;
-        };
-        row("cordless", request(docName, "Velloran DK715"), "DK", 14);
-        row("video phone", request(docName, "KTV3275 KTP"), "KTV3275", 13);
+        QTest::newRow("cordless") << request(docName, "Velloran DK715") << "DK"_s;
+        QTest::newRow("video phone") << request(docName, "KTV3275 KTP") << "KTV3275"_s;
         // What fits is taken, and the answer arrives although the rest is never read.
-        row("more than fits", request(docName, "KTP") + QByteArray("X: y\r\n").repeated(16 * 1024),
-            "KTP", 13);
-        row("in the rest of a line too long", QByteArray(1023, 'a') + request(docName, "DK"), "DK",
-            14);
+        QTest::newRow("more than fits")
+            << request(docName, "KTP") + QByteArray("X: y\r\n").repeated(16 * 1024) << "KTP"_s;
+        QTest::newRow("in the rest of a line too long")
+            << QByteArray(1023, 'a') + request(docName, "DK") << "DK"_s;
     }
 
     void answer()
     {
         QFETCH(QByteArray, bytes);
         QFETCH(QString, product);
-        QFETCH(int, type);
-        QSignalSpy reports(m_server.get(), &HttpdServer::requestServer);
-
-        const QDateTime before = QDateTime::currentDateTime().addSecs(-1);
+        const int type = product == "DK"_s ? CordlessXml : DeskPhoneXml;
         bool reset = true;
         const QByteArray answer = ask(m_port, bytes, &reset);
-
         const QByteArray stamp =
             answer.mid(answer.indexOf("Last-Modified: ") + 15, 24).split('\r')[0];
         // English, although main() made the system speak Chinese.
         QCOMPARE(QLocale::system().language(), QLocale::Chinese);
-        const QString format = QStringLiteral("ddd MMM d HH:mm:ss yyyy");
+        const QString format = "ddd MMM d HH:mm:ss yyyy"_s;
         const QDateTime modified = QLocale::c().toDateTime(QString::fromLatin1(stamp), format);
         QCOMPARE(QLocale::c().toString(modified, format).toLatin1(), stamp);
-        QVERIFY(modified >= before && modified <= QDateTime::currentDateTime());
+        QVERIFY(modified.msecsTo(QDateTime::currentDateTime()) < soon);
         QCOMPARE(answer, ok + ("Server: Fortune/1.0\r\nLast-Modified: " + stamp) +
                              "\r\nAccept-Ranges: bytes\r\nContent-Type: application/xml\r\n\r\n" +
                              FakeSource::document(type, docName));
         QVERIFY(!reset);
-        QCOMPARE(m_source->exports(),
-                 QStringList(QStringLiteral("%1 UTF-8 %2").arg(type).arg(QLatin1String(docName))));
-        QCOMPARE(m_source->saves.load(), 1);
-        QTRY_COMPARE(m_source->ends(), QStringList(QStringLiteral("sent %1").arg(answer.size())));
-        QTRY_COMPARE(reports.size(), 1);
-        QCOMPARE(reports[0][0].toString(),
-                 QStringLiteral("One device request cfg.\nProduct:%1\nFileName:%2")
-                     .arg(product, QLatin1String(docName)));
+        QCOMPARE(m_source->exports(), QStringList("%1 UTF-8 %2"_s.arg(type).arg(docFile)));
+        QTRY_COMPARE(m_source->ends(), QStringList("sent %1"_s.arg(answer.size())));
     }
 
     void noAnswer_data()
     {
         QTest::addColumn<QByteArray>("bytes");
-        QTest::addColumn<int>("reports");
-        QTest::addColumn<int>("exports");
         QTest::addColumn<QString>("end");
-        const auto row = [](const char *name, const QByteArray &bytes, int reports, int exports,
-                            const char *end) {
-            QTest::newRow(name) << bytes << reports << exports << QString::fromLatin1(end);
+        const auto row = [](const char *end, const QByteArray &bytes) {
+            QTest::addRow("%s %.25s", end, bytes.constData()) << bytes << QString::fromLatin1(end);
         };
         const auto get = [](const QByteArray &name) { return request(name, "KTP"); };
-        row("firmware", get("ktp2140fw.bin"), 0, 0, "no name 0");
-        row("unknown device", get("cfgunknown.xml"), 1, 1, "not listed 0");
-        row("file gone after generation", get("cfgvanishing.xml"), 1, 1, "not written 0");
-        row("line without end", "GET /cfg0200a7aabbcc.xml HTTP/1.1", 0, 0, "no name 0");
-        row("binary", QByteArray("\0\xff\xfe\n\0\n\n", 7), 0, 0, "no name 0");
-        row("10 MB without a line end", QByteArray(10 << 20, 'a'), 0, 0, "no name 0");
-        row("10 MB of lines", QByteArray("X: y\r\n").repeated(1700000), 0, 0, "no name 0");
-        row("NUL", get(QByteArray("cfgx.xml\0y", 10)), 1, 0, "refused name 0");
-        row("traversal by query form after a plain one",
-            "GET /cfg0a.xml HTTP/1.1\r\n" + get("../x.xml?pro=KTP"), 1, 0, "refused name 0");
-        row("name split by the line limit", get("cfg" + QByteArray(1100, 'a') + ".xml"), 0, 0,
-            "no name 0");
+        row("no name 0", get("ktp2140fw.bin"));
+        row("not listed 0", get("cfgunknown.xml"));
+        row("no name 0", "GET /cfg0200a7aabbcc.xml HTTP/1.1"); // and no line's end
+        row("no name 0", QByteArray("\0\xff\xfe\n\0\n\n", 7));
+        row("no name 0", QByteArray(10 << 20, 'a'));
+        row("no name 0", QByteArray("X: y\r\n").repeated(1700000));
+        row("refused name 0", get(QByteArray("cfgx.xml\0y", 10)));
+        row("refused name 0", "GET /cfg0a.xml HTTP/1.1\r\n" + get("../x.xml?pro=KTP"));
     }
 
     void noAnswer()
     {
         QFETCH(QByteArray, bytes);
+        QFETCH(QString, end);
         QSignalSpy reports(m_server.get(), &HttpdServer::requestServer);
         QElapsedTimer timer;
         timer.start();
@@ -162,49 +148,29 @@ private slots:
         QCOMPARE(ask(m_port, bytes, &reset), QByteArray());
         QVERIFY(!reset || bytes.size() > 1 << 20);
         QVERIFY(timer.elapsed() < soon);
-        QTEST(m_source->exports().size(), "exports");
+        QCOMPARE(m_source->exports().size(), end.startsWith("not "_s) ? 1 : 0);
         // The report is on its way before the connection is closed.
         QCoreApplication::processEvents();
-        QTEST(reports.size(), "reports");
-        QTRY_COMPARE(m_source->ends().size(), 1);
-        QTEST(m_source->ends().first(), "end");
+        QCOMPARE(reports.size(), end == "no name 0"_s ? 0 : 1);
+        QTRY_COMPARE(m_source->ends(), QStringList(end));
         QCOMPARE(entryCount(path("HTTPD/MACCFG")), 0);
-    }
-
-    /// They are private, and made anew when somebody cleans up between two requests.
-    void folders()
-    {
-        for (int i = 0; i < 2; ++i) {
-            QVERIFY(ask(m_port, request(docName, "KTP")).startsWith(ok));
-            for (const char *name : {"HTTPD", "HTTPD/MACCFG"})
-                QCOMPARE(filePermissions(path(name)),
-                         QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-            QVERIFY(QDir(path("HTTPD")).removeRecursively());
-        }
     }
 
     void unchangedDocument()
     {
-        int exports = 0;
-        const auto fetch = [&](const char *agent, int type, int made) {
-            QCOMPARE(bodyOf(ask(m_port, request(docName, agent))),
-                     FakeSource::document(type, docName));
-            QCOMPARE(m_source->exports().size(), exports += made);
-        };
         m_source->version = 1;
-        fetch("KTP", DeskPhoneXml, 1);
-        fetch("KTP", DeskPhoneXml, 0);
-        fetch("DK", CordlessXml, 1);
-        fetch("KTP", DeskPhoneXml, 1);
-        m_source->version = 2;
-        fetch("KTP", DeskPhoneXml, 1);
-        fetch("KTP", DeskPhoneXml, 0);
-        // Somebody else's change, or removal, is made good.
-        const QString file = path("HTTPD/MACCFG/") + QLatin1String(docName);
-        QVERIFY(QFile::resize(file, 1));
-        fetch("KTP", DeskPhoneXml, 1);
-        QVERIFY(QFile::remove(file));
-        fetch("KTP", DeskPhoneXml, 1);
+        const auto isFetched = [&] {
+            return bodyOf(ask(m_port, request(docName, "KTP"))) ==
+                   FakeSource::document(DeskPhoneXml, docName);
+        };
+        QVERIFY(isFetched() && isFetched());
+        QCOMPARE(m_source->exports().size(), 1);
+        // What somebody else did is made good, and the folders are private.
+        QVERIFY(QFile::resize(path("HTTPD/MACCFG/") + docFile, 1) && isFetched());
+        QVERIFY(QDir(path("HTTPD")).removeRecursively() && isFetched());
+        for (const char *name : {"HTTPD", "HTTPD/MACCFG"})
+            QCOMPARE(filePermissions(path(name)),
+                     QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     }
 
     void inSegments()
@@ -229,34 +195,13 @@ private slots:
             leaving.send(request("cfghuge.xml", "DK"));
             QTRY_VERIFY(leaving.hasNews());
         }
-        QTRY_VERIFY(m_source->ends().last().startsWith(QLatin1String("gave up")));
-    }
+        QTRY_VERIFY(m_source->ends().last().startsWith("gave up"_s));
 
-    void slowClientIsClosed()
-    {
-        QElapsedTimer timer;
+        QElapsedTimer timer; // an endless line is not waited for
         timer.start();
-        Phone phone(m_port);
-        while (phone.send("G") && !phone.hasNews(100ms))
+        Phone slow(m_port);
+        while (slow.send("G") && !slow.hasNews(100ms))
             QVERIFY(timer.elapsed() < soon);
-    }
-
-    void namesDoNotWaitForEachOther()
-    {
-        m_source->hold(QLatin1String(docName));
-        Phone held(m_port);
-        held.send(request(docName, "KTP"));
-        QTRY_COMPARE(m_source->exports().size(), 1);
-
-        // A few names, as one may share its lock with the held one by chance.
-        std::vector<Phone> others = connectMany(m_port, 8);
-        int number = 0;
-        for (Phone &other : others)
-            other.send(request("cfg" + QByteArray::number(++number) + ".xml", "KTP"));
-        QTRY_VERIFY(countNews(others) >= 4);
-        QVERIFY(!held.hasNews());
-        m_source->hold(QString());
-        QVERIFY(!held.receiveAll().isEmpty());
     }
 
     /// More than may be served at a time: all are real, so none is turned away. The log has not a
@@ -267,16 +212,12 @@ private slots:
         log.start();
         m_source->log = &log;
         const int count = HttpdServer::maxConnections + 100;
-        const auto name = [](int i) { return "cfg" + QByteArray::number(i % 50) + ".xml"; };
         for (int round = 0; round < 2; ++round) {
-            std::vector<Phone> phones = connectMany(m_port, count, 1, 3);
             int number = 0;
-            for (Phone &phone : phones)
-                phone.send(request(name(++number), "KTP"));
-            number = 0;
-            for (Phone &phone : phones)
-                QCOMPARE(bodyOf(phone.receiveAll()),
-                         FakeSource::document(DeskPhoneXml, name(++number)));
+            for (Phone &phone : askMany(m_port, count, numbered, 1, 3)) {
+                const QByteArray name = " cfg" + QByteArray::number(number++) + ".xml ";
+                QVERIFY(bodyOf(phone.receiveAll()).contains(name));
+            }
         }
         QTRY_COMPARE(m_source->ends().size(), 2 * count);
         m_server.reset();
@@ -288,51 +229,34 @@ private slots:
         QCOMPARE(rows.first() + '\n', RequestLogFile::titleRow());
         QVERIFY2(rows.size() < 2 * count, "no row stands for several");
         int requests = 0;
-        for (const QByteArray &row : rows.mid(1)) {
+        for (const QByteArray &row : rows.mid(1))
             requests += row.mid(row.lastIndexOf(',') + 1).toInt();
-            QVERIFY2(row.contains(" more from 127.0.0.") || row.contains(".xml,KTP,sent,"), row);
-        }
         QCOMPARE(requests, 2 * count);
     }
 
-    void idleClientsMakeRoom()
+    /// Idle clients make room, the oldest first, before their time has run out.
+    void hostileHosts_data()
     {
-        const QString threads = QStringLiteral("/proc/self/task");
-        const int threadsBefore = entryCount(threads);
-        const auto open = [](const std::vector<Phone> &phones) {
-            return static_cast<int>(phones.size()) - static_cast<int>(countNews(phones));
-        };
-        const std::vector<Phone> old = connectMany(m_port, 600, 2, 10);
-        QTRY_VERIFY(open(old) <= HttpdServer::maxConnections);
-        const std::vector<Phone> young = connectMany(m_port, 400, 2, 10);
-        QCOMPARE(bodyOf(ask(m_port, request(docName, "KTP"))),
-                 FakeSource::document(DeskPhoneXml, docName));
-
-        // The oldest have gone, the newest are still there: nobody waited for their time to run
-        // out.
-        QTRY_VERIFY(open(old) + open(young) <= HttpdServer::maxConnections);
-        QVERIFY(open(old) + open(young) >= HttpdServer::maxConnections - 2);
-        QCOMPARE(open(young), 400);
-        QTRY_VERIFY(m_source->ends().count(QStringLiteral("dropped 0")) >= 486);
-        QVERIFY(entryCount(threads) - threadsBefore <= HttpdServer::maxConnections);
-    }
-
-    void hostileHost_data()
-    {
+        QTest::addColumn<int>("hosts");
         QTest::addColumn<QByteArray>("bytes");
-        QTest::newRow("holds connections") << QByteArray();
-        QTest::newRow("asks at once for what is slow to write") << request("cfg%1.xml", "KTP");
-        QTest::newRow("asks at once for the telephone's document") << request(docName, "DK715");
+        QTest::newRow("holds connections") << 1 << QByteArray("G");
+        QTest::newRow("many hold connections") << 10 << QByteArray();
+        QTest::newRow("asks at once for what is slow to write") << 1 << numbered(1);
+        QTest::newRow("asks at once for the phone's document") << 1 << request(docName, "DK715");
     }
 
-    void hostileHost()
+    void hostileHosts()
     {
+        QFETCH(int, hosts);
         QFETCH(QByteArray, bytes);
         m_source->writeTime = 20ms;
-        std::vector<Phone> hostile = connectMany(m_port, 900);
-        int number = 0;
-        for (Phone &phone : hostile)
-            phone.send(QByteArray(bytes).replace("%1", QByteArray::number(++number)));
+        const auto sent = [&](int number) {
+            return QByteArray(bytes).replace("cfg1.", "cfg" + QByteArray::number(number) + '.');
+        };
+        const std::vector<Phone> old = askMany(m_port, 600, sent, 3, hosts);
+        if (hosts > 1)
+            QTRY_VERIFY(countNews(old) >= 600 - HttpdServer::maxConnections);
+        const std::vector<Phone> young = askMany(m_port, 300, sent, 3, hosts);
         QElapsedTimer timer;
         timer.start();
         Phone phone(m_port, 2);
@@ -340,36 +264,26 @@ private slots:
         const QByteArray answer = phone.receiveAll();
         QVERIFY2(timer.elapsed() < 1000, qPrintable(QString::number(timer.elapsed())));
         QCOMPARE(bodyOf(answer), FakeSource::document(DeskPhoneXml, docName));
+        if (hosts > 1) {
+            QTRY_VERIFY(countNews(old) + countNews(young) >= 900 - HttpdServer::maxConnections);
+            QCOMPARE(countNews(young), 0);
+        }
     }
 
     void folderHasABound()
     {
         const QString folder = path("HTTPD/MACCFG/");
-        const auto document = [&](int number) {
-            return folder + QStringLiteral("cfg%1.xml").arg(number, 12, 10, QLatin1Char('0'));
+        const auto name = [](int number) {
+            return "cfg" + QByteArray::number(number).rightJustified(12, '0') + ".xml";
         };
-        QDir().mkpath(folder);
-        for (int i = 0; i < 1200; ++i) {
-            QFile file(document(i));
-            QVERIFY(file.open(QIODevice::WriteOnly));
-            QVERIFY(file.setFileTime(QDateTime::currentDateTime().addDays(-1).addSecs(i),
-                                     QFileDevice::FileModificationTime));
-        }
-        ask(m_port, request("cfg0a.xml", "KTP"));
-        QTRY_VERIFY(entryCount(folder) <= 1000);
-        QVERIFY(!QFile::exists(folder + QStringLiteral("cfg0a.xml"))); // the only odd one
-        QVERIFY(!QFile::exists(document(0)));
-        QVERIFY(QFile::exists(document(1199)));
-
-        for (int number = 0; number < 2000;) {
-            std::vector<Phone> phones = connectMany(m_port, 100);
-            for (Phone &phone : phones)
-                phone.send(request("cfg0a.xml" + QByteArray::number(++number), "KTP"));
-            for (Phone &phone : phones)
+        for (int number = 0; number < 2000; number += 100) {
+            const auto asked = [&](int i) { return request(name(number + i), "KTP"); };
+            for (Phone &phone : askMany(m_port, 100, asked))
                 QVERIFY(phone.receiveAll().startsWith(ok));
             QTRY_VERIFY(entryCount(folder) <= 1000);
         }
-        QVERIFY(QFile::exists(document(1199)));
+        QVERIFY(!QFile::exists(folder + QString::fromLatin1(name(0)))); // the oldest go
+        QVERIFY(QFile::exists(folder + QString::fromLatin1(name(1999))));
 
         m_server->clearDocuments(); // nobody asks meanwhile
         QTRY_COMPARE(entryCount(folder), 0);
@@ -383,7 +297,7 @@ private slots:
               std::pair("cfg0a.xml?password=x", "cfg0a.xml?..."),
               std::pair("http://me:x@pc/fw.bin", "pc/fw.bin")}) {
             LogRow row;
-            row.request = {1, QString::fromLatin1(asked), QStringLiteral("KTP"), {}, 0, 0x0a000009};
+            row.request = {1, QString::fromLatin1(asked), "KTP"_s, {}, 0, 0x0a000009};
             row.request.outcome = RequestOutcome::NotListed;
             const QByteArray text = RequestLogFile::text(row);
             QCOMPARE(text.mid(text.indexOf(",http,")),
@@ -410,9 +324,8 @@ private slots:
             QVERIFY(log.add(many));
         const QFileInfoList files = QDir(folder).entryInfoList(QDir::Files, QDir::Name);
         QCOMPARE(files.size(), RequestLogFile::files);
-        QCOMPARE(files.first().fileName(), QStringLiteral("requests-1.csv"));
-        for (const QFileInfo &file : files)
-            QVERIFY(file.size() <= RequestLogFile::fullSize);
+        QCOMPARE(files.first().fileName(), "requests-1.csv"_s);
+        QVERIFY(files.first().size() <= RequestLogFile::fullSize);
         QVERIFY(fileContent(files.at(3).filePath()).startsWith(RequestLogFile::titleRow()));
     }
 
@@ -423,8 +336,7 @@ private slots:
 #else
         rlimit original{};
         QCOMPARE(getrlimit(RLIMIT_NOFILE, &original), 0);
-        rlimit small = original;
-        small.rlim_cur = 400;
+        const rlimit small{400, original.rlim_max};
         QCOMPARE(setrlimit(RLIMIT_NOFILE, &small), 0);
         std::vector<int> fillers;
         const auto restore = qScopeGuard([&] {
@@ -433,10 +345,11 @@ private slots:
             setrlimit(RLIMIT_NOFILE, &original);
         });
 
-        const int openBefore = descriptorCount();
-        const std::vector<Phone> idle = connectMany(m_port, 30);
+        const auto descriptors = [] { return entryCount("/proc/self/fd"_s); };
+        const int openBefore = descriptors();
+        const std::vector<Phone> idle = askMany(m_port, 30, [](int) { return ""; });
         // Of each connection the client's end, and the server's socket and handle.
-        QTRY_VERIFY(descriptorCount() >= openBefore + 3 * 30);
+        QTRY_VERIFY(descriptors() >= openBefore + 3 * 30);
         for (int fd = 0; (fd = ::open("/dev/null", O_RDONLY | O_CLOEXEC)) >= 0;)
             fillers.push_back(fd);
         // The last descriptor: now a connection waits that cannot be accepted.
@@ -445,15 +358,8 @@ private slots:
         Phone late(m_port);
         late.send(request(docName, "KTP"));
 
-        QElapsedTimer timer;
-        const std::clock_t cpu = std::clock();
-        timer.start();
         // Idle clients give way until there is enough for the telephone.
         QTRY_VERIFY(late.hasNews());
-        const double busy = static_cast<double>(std::clock() - cpu) * 1000 / CLOCKS_PER_SEC;
-        QVERIFY2(timer.elapsed() >= 40, "the shortage is not one");
-        QVERIFY2(busy < static_cast<double>(timer.elapsed()) / 2,
-                 qPrintable(QString::number(busy)));
         QVERIFY(late.receiveAll().startsWith(ok));
         QVERIFY(countNews(idle) < 30);
 #endif
@@ -461,17 +367,13 @@ private slots:
 
     void stopWithOpenConnections()
     {
-        const int openBefore = descriptorCount();
-        std::vector<Phone> phones = connectMany(m_port, 502);
-        QTRY_VERIFY(descriptorCount() >= openBefore + 2 * 500); // of each, both ends
-        phones.front().send("GET /cfg0200a7");
-        phones.back().send(request("cfghuge.xml", "KTP")); // an answer that nobody fetches
+        std::vector<Phone> phones = askMany(m_port, 502, [](int) { return "GET /cfghuge"; });
+        phones.back().send(".xml\r\n\r\n"); // an answer that nobody fetches
         QTRY_VERIFY_WITH_TIMEOUT(phones.back().hasNews(), 10000);
 
         QElapsedTimer timer;
         timer.start();
         m_server->shutDown();
-        QVERIFY(!m_server->isListening());
         m_server->deleteLater();
         QSignalSpy destroyed(m_server.release(), &QObject::destroyed);
         QTRY_COMPARE(destroyed.size(), 1);
@@ -483,10 +385,15 @@ private slots:
 
     void destroyWhileGenerating()
     {
-        m_source->hold(QLatin1String(docName));
-        Phone phone(m_port);
-        phone.send(request(docName, "KTP"));
+        m_source->hold(docFile);
+        Phone held(m_port);
+        held.send(request(docName, "KTP"));
         QTRY_COMPARE(m_source->exports().size(), 1);
+        // Other documents do not wait for it: a few, as one may share its lock by chance.
+        const std::vector<Phone> others = askMany(m_port, 8, numbered);
+        QTRY_VERIFY(countNews(others) >= 4);
+        QVERIFY(!held.hasNews());
+
         QElapsedTimer timer;
         timer.start();
         auto release = std::async(std::launch::async, [&] {

@@ -1,3 +1,4 @@
+#include "Literal.h"
 #include "net/NetInterface.h"
 #include "net/PhysicalNetCard.h"
 #include "net/SysfsNetCard.h"
@@ -8,15 +9,10 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-namespace {
+#include <tuple>
+#include <vector>
 
-NetInterface interface(const char *name, bool physical, const QStringList &addresses)
-{
-    NetInterface result{QString::fromLatin1(name), physical, {}};
-    for (const QString &address : addresses)
-        result.addresses.append(QHostAddress(address));
-    return result;
-}
+namespace {
 
 QString text(const char *s)
 {
@@ -33,19 +29,18 @@ class TestNetCards : public QObject
 private slots:
     void orderAndAddresses()
     {
+        const auto ip = [](const char *address) { return QHostAddress(text(address)); };
         const QList<NetCardInfo> cards = netCards({
-            interface("lo", true, {text("127.0.0.1"), text("::1"), text("10.9.9.9")}),
-            interface("first", true, {text("10.0.0.1"), text("fe80::1"), text("10.0.0.2")}),
-            interface("tunnel", false, {text("10.1.0.1")}),
-            interface("second", true, {text("fe80::2")}),
-            interface("bridge", false, {text("0.0.0.0"), text("127.0.0.2")}),
+            {"lo"_s, true, {ip("127.0.0.1"), ip("::1"), ip("10.9.9.9")}},
+            {"first"_s, true, {ip("10.0.0.1"), ip("fe80::1"), ip("10.0.0.2")}},
+            {"tunnel"_s, false, {ip("10.1.0.1")}},
+            {"second"_s, true, {ip("fe80::2")}},
+            {"bridge"_s, false, {ip("0.0.0.0"), ip("127.0.0.2")}},
         });
-        QStringList seen;
+        QString seen;
         for (const NetCardInfo &card : cards)
-            seen.append(card.name + QLatin1Char(card.isPhysical ? '+' : '-') +
-                        card.ipList.join(QLatin1Char(',')));
-        QCOMPARE(seen, (QStringList{text("second+"), text("first+10.0.0.1,10.0.0.2"),
-                                    text("tunnel-10.1.0.1"), text("bridge-127.0.0.2")}));
+            seen += card.name + text(card.isPhysical ? "+" : "-") + card.ipList.join(","_s) + " "_s;
+        QCOMPARE(seen, "second+ first+10.0.0.1,10.0.0.2 tunnel-10.1.0.1 bridge-127.0.0.2 "_s);
     }
 
     void pciCards()
@@ -56,21 +51,20 @@ private slots:
                     QDir().mkpath(QFileInfo(root.filePath(name)).path()));
             QVERIFY(QFile::link(root.filePath(target), root.filePath(name)));
         };
-        for (const auto &[path, bus] :
-             {std::pair("pci0/03.0", "pci"), std::pair("pci0/03.0/virtio2", "virtio"),
-              std::pair("pci0/04.0", "pci"), std::pair("pci0/04.0/usb1", "usb"),
-              std::pair("platform/mmio", "platform"), std::pair("platform/mmio/virtio0", "virtio")})
-            link(text("bus/") + text(bus), text("devices/") + text(path) + text("/subsystem"));
-        for (const auto &[name, path] :
-             {std::pair("enp3s0", "pci0/03.0"), std::pair("eth0", "pci0/03.0/virtio2"),
-              std::pair("eth1", "platform/mmio/virtio0"), std::pair("usb0", "pci0/04.0/usb1"),
-              std::pair("gone0", "pci0/05.0")})
-            link(text("devices/") + text(path), text("class/net/") + text(name) + text("/device"));
-        QVERIFY(QDir(root.filePath(text("devices/pci0/05.0"))).removeRecursively());
-        QVERIFY(QDir().mkpath(root.filePath(text("class/net/br0"))));
+        const std::vector<std::tuple<const char *, const char *, const char *>> nodes = {
+            {"pci0/03.0", "pci", "enp3s0"},        {"pci0/03.0/virtio2", "virtio", "eth0"},
+            {"pci0/04.0", "pci", "two"},           {"pci0/04.0/usb1", "usb", "usb0"},
+            {"platform/mmio", "platform", "mmio"}, {"platform/mmio/virtio0", "virtio", "eth1"},
+            {"pci0/05.0", "pci", "gone0"},
+        };
+        for (const auto &[path, bus, name] : nodes) {
+            link("bus/"_s + text(bus), "devices/"_s + text(path) + "/subsystem"_s);
+            link("devices/"_s + text(path), "class/net/"_s + text(name) + "/device"_s);
+        }
+        QVERIFY(QDir(root.filePath("devices/pci0/05.0"_s)).removeRecursively());
+        QVERIFY(QDir().mkpath(root.filePath("class/net/br0"_s)));
 
-        QVERIFY(isPciNetCard(text("enp3s0"), root.path()));
-        QVERIFY(isPciNetCard(text("eth0"), root.path()));
+        QVERIFY(isPciNetCard("enp3s0"_s, root.path()) && isPciNetCard("eth0"_s, root.path()));
         for (const char *name : {"eth1", "usb0", "br0", "gone0", "none0", ""})
             QVERIFY2(!isPciNetCard(text(name), root.path()), name);
     }
@@ -86,20 +80,18 @@ private slots:
                                         "{4D36E972-E325-11CE-BFC1-08002BE10318}/") +
                               text(number),
                           QSettings::NativeFormat);
-            key.setValue(text("NetCfgInstanceId"), text(instance));
-            key.setValue(text("MatchingDeviceId"), text(device));
+            key.setValue("NetCfgInstanceId"_s, text(instance));
+            key.setValue("MatchingDeviceId"_s, text(device));
         };
         write("0000", "{AA-0}", "PCI\\VEN_8086");
         write("0001", "{AA-1}", "root\\vmware");
         write("0005", "{AA-5}", "usb\\pci");
-        for (const auto &[number, instance] :
-             {std::pair("0007", "{AA-1}"), std::pair("0010", "{AA-10}"),
-              std::pair("0011", "{AA-11}"), std::pair("0012", "{AA-12}")})
-            write(number, instance, "pci\\ven_10ec");
+        for (const char *number : {"0007", "0010", "0011", "0012"})
+            write(number, number, "pci\\ven_10ec");
         // The keys are looked through from 0000 to 0011.
-        for (const char *name : {"{AA-0}", "{AA-1}", "{AA-10}", "{AA-11}"})
+        for (const char *name : {"{AA-0}", "0007", "0010", "0011"})
             QVERIFY2(isPhysicalNetCard(text(name)), name);
-        for (const char *name : {"{AA-12}", "{AA-5}", "{aa-0}", ""})
+        for (const char *name : {"0012", "{AA-1}", "{AA-5}", "{aa-0}", ""})
             QVERIFY2(!isPhysicalNetCard(text(name)), name);
     }
 };

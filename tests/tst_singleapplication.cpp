@@ -1,3 +1,4 @@
+#include "Literal.h"
 #include "app/SingleApplication.h"
 
 #include <QFile>
@@ -13,19 +14,15 @@ namespace {
 constexpr int patienceMs = 20000;
 
 /// A program that is nothing but its start-up: this test with a name as its argument. Says "first"
-/// when it is the first copy, and "knock" each time a later copy wakes it. Ends when its input is
-/// closed.
+/// when it is the first copy, "knock" when a later one wakes it. Ends with its input.
 int runCopy(int argc, char **argv)
 {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     QCoreApplication::setApplicationName(QString::fromLocal8Bit(argv[1]));
     SingleApplication application(argc, argv);
-    const auto say = [](const char *text) {
-        std::puts(text);
-        std::fflush(stdout);
-    };
-    say("first");
-    QObject::connect(&application, &SingleApplication::showUp, [&] { say("knock"); });
+    std::setbuf(stdout, nullptr);
+    std::puts("first");
+    QObject::connect(&application, &SingleApplication::showUp, [] { std::puts("knock"); });
     std::thread input([&application] {
         while (std::getchar() != EOF) {
         }
@@ -40,16 +37,7 @@ class Copy : public QProcess
 {
 public:
     explicit Copy(const QString &name) { start(QCoreApplication::applicationFilePath(), {name}); }
-    ~Copy() override
-    {
-        kill();
-        waitForFinished(patienceMs);
-    }
-    int count(const char *line)
-    {
-        m_output += readAllStandardOutput();
-        return m_output.count(line);
-    }
+    int count(const char *line) { return (m_output += readAllStandardOutput()).count(line); }
 
 private:
     QByteArray m_output;
@@ -64,20 +52,14 @@ class TestSingleApplication : public QObject
 private slots:
     void keepsOnlySafeCharactersInTheKey()
     {
-        const auto key = [](const char *application, const char *organization) {
-            return SingleApplication::instanceKey(QString::fromLatin1(application),
-                                                  QString::fromLatin1(organization));
-        };
-        QCOMPARE(key("a b", "c-d.e"), QStringLiteral("a bc-d.e"));
-        QCOMPARE(key("a/b:c\\d", "x\ny"), QStringLiteral("abcdxy"));
-        QCOMPARE(key("/:\\", "*?"), QString());
+        QCOMPARE(SingleApplication::instanceKey("a b/:c\\d"_s, "x\ny-.*?"_s), "a bcdxy-."_s);
     }
 
     void laterCopiesWakeTheFirstAndEnd()
     {
         const QTemporaryDir runtimeFolder;
         qputenv("XDG_RUNTIME_DIR", runtimeFolder.path().toLocal8Bit());
-        const QString name = QStringLiteral("vl-test-%1").arg(QCoreApplication::applicationPid());
+        const QString name = "vl-test-%1"_s.arg(QCoreApplication::applicationPid());
         // A killed copy does not keep the next from starting.
         for (int round = 0; round < 3; ++round) {
             Copy copy(name);
@@ -92,8 +74,7 @@ private slots:
         for (int knocks = 1; knocks <= 3; ++knocks) {
             Copy later(name);
             QVERIFY(later.waitForFinished(patienceMs));
-            QCOMPARE(later.exitStatus(), QProcess::NormalExit);
-            QCOMPARE(later.exitCode(), 0);
+            QVERIFY(later.exitStatus() == QProcess::NormalExit && later.exitCode() == 0);
             QCOMPARE(later.count("first"), 0);
             QTRY_COMPARE_WITH_TIMEOUT(first.count("knock"), knocks, patienceMs);
         }

@@ -1,12 +1,13 @@
 #!/usr/bin/env python3
-"""Telephones that boot without a configuration, as real ones do: each asks the local network by
-SIP where its file is, again until it is answered, and fetches the file. Prints as JSON what each
-of them heard and fetched; what is right is for others to say.
+"""Phones that boot without a configuration, as real ones do: each asks the local network by SIP
+where its file is, again until it is answered, and fetches the file. Prints as JSON what each heard
+and fetched.
 
-    phones.py --url http://192.0.2.1:80 192.0.2.20 0200a7000001 KTP2135
+    phones.py --count 50 192.0.2.20 0200a7000001 KTP2135
 """
 
 import argparse
+import contextlib
 import json
 import socket
 import threading
@@ -29,7 +30,7 @@ def subscribe(via, mac, model):
         "Accept: application/url", "Content-Length: 0", "", ""]).encode()
 
 
-def boot(address, mac, model, url, delay, story):
+def boot(address, mac, model, delay, story):
     """One telephone; what it met is in `story` afterwards."""
     time.sleep(delay)
     story.update(mac=mac, model=model, heard=[], file="")
@@ -48,36 +49,30 @@ def boot(address, mac, model, url, delay, story):
             except TimeoutError:
                 if story["heard"]:
                     break
-    if story["heard"]:
-        url = story["heard"][-1].partition("\r\n\r\n")[2] or url
-    if not url:
+    if len(story["heard"]) < 2:
         return
+    url = story["heard"][-1].partition("\r\n\r\n")[2]
     request = urllib.request.Request(url.rstrip("/") + f"/cfg{mac}.xml",
                                      headers={"User-Agent": f"{model} 1.0"})
-    try:
-        with urllib.request.urlopen(request, timeout=10) as answer:
-            story["file"] = answer.read().decode()
-    except OSError as error:
-        story["error"] = str(error)
+    with contextlib.suppress(OSError), urllib.request.urlopen(request, timeout=10) as answer:
+        story["file"] = answer.read().decode()
     story["seconds"] = time.monotonic() - begin - QUIET_S
 
 
 def main():
     parser = argparse.ArgumentParser(description=__doc__)
-    parser.add_argument("--url", default="", help="fetch from there unless told where")
     parser.add_argument("--count", type=int, default=1, help="boot within a second, MACs count up")
     parser.add_argument("address", help="one's own")
     parser.add_argument("mac")
     parser.add_argument("model", nargs="+", help="in turn")
     options = parser.parse_args()
-    stories, threads = [], []
-    for number in range(options.count):
-        stories.append({})
-        threads.append(threading.Thread(target=boot, args=(
-            options.address, format(int(options.mac, 16) + number, "012x"),
-            options.model[number % len(options.model)], options.url, number / options.count,
-            stories[-1])))
-        threads[-1].start()
+    stories = [{} for _ in range(options.count)]
+    threads = [threading.Thread(target=boot, args=(
+        options.address, format(int(options.mac, 16) + number, "012x"),
+        options.model[number % len(options.model)], number / options.count, story))
+        for number, story in enumerate(stories)]
+    for thread in threads:
+        thread.start()
     for thread in threads:
         thread.join()
     print(json.dumps(stories))

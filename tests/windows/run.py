@@ -3,8 +3,8 @@ would; a telephone on a second host fetches its file.
 
     run.py <folder for pictures and logs> <installer> <portable archive>
 
-Wine's windows tell a screen reader nothing, so the eyes here are the window titles, the files,
-the registry, the wire and the debug log; and the screenshots, for a person.
+Wine's windows tell a screen reader nothing, so the eyes here are the window titles, the files, the
+registry, the wire and the debug log; and the screenshots, for a person.
 """
 
 import os
@@ -18,7 +18,7 @@ from pathlib import Path
 sys.path.insert(0, str(Path(__file__).parents[2] / "scripts" / "tour"))
 import screen  # noqa: E402
 import tour  # noqa: E402
-from screen import active_title, keys, type_text, wait_active, wait_for, wait_gone, xdotool  # noqa: E402
+from screen import active_title, keys, type_text, wait_active, wait_for, wait_gone  # noqa: E402
 from tour import check, check_equal, check_soon, chinese, say  # noqa: E402
 
 TITLE = "Velloran Device Management Tool"
@@ -26,11 +26,9 @@ RUN_KEY = r"HKCU\SOFTWARE\Microsoft\Windows\CurrentVersion\Run"
 UNINSTALL_KEY = r"HKCU\Software\Microsoft\Windows\CurrentVersion\Uninstall\VlManager"
 ADAPTERS_KEY = (r"HKLM\SYSTEM\CurrentControlSet\Control\Class"
                 r"\{4D36E972-E325-11CE-BFC1-08002BE10318}")
-MAC = "0200A7A1B2C3"
 STORED_MAC = "02:00:A7:A1:B2:C3"
 FILE = "cfg0200a7a1b2c3.xml"
 AGENT = "Velloran KTP16XX 1.0.4.9 02:00:a7:a1:b2:c3"
-LONGEST_PLAIN_PATH = 259
 # Of the second card, as the stage lays it.
 OTHER_ADDRESS = "198.51.100.10"
 
@@ -64,10 +62,6 @@ def registry_value(key, name):
         if equals and left == f'"{name}"':
             return right[1:-1].replace("\\\\", "\\")
     return None
-
-
-def set_registry_value(key, name, text):
-    check_equal(wine("reg", "add", key, "/v", name, "/d", text, "/f")[0], 0, f"{name} is set")
 
 
 class Program(tour.Program):
@@ -114,15 +108,12 @@ class Walk:
 
     def run(self):
         self.install()
-        self.first_start_in_chinese()
-        self.new_device()
+        self.import_gbk()
         self.cards()
         self.telephones()
         self.auto_start()
-        self.import_gbk()
         self.close_httpd()
         self.port_80_taken()
-        self.second_start()
         self.upgrade()
         self.uninstall()
         self.portable()
@@ -152,41 +143,32 @@ class Walk:
         check("chinese" in hint, "VLManager.ini names the language", hint)
         check_equal(registry_value(UNINSTALL_KEY, "DisplayVersion"), "1.0.0.10",
                     "the list of programs names the version")
-        check(self.start_menu_entry().is_file(), "the start menu has an entry")
+        check(self.start_menu_entries(), "the start menu has an entry")
 
     @staticmethod
-    def start_menu_entry():
-        found = list(PREFIX.glob("drive_c/users/*/AppData/Roaming/Microsoft/Windows/Start Menu/"
-                                 f"Programs/{TITLE}.lnk"))
-        return found[0] if found else PREFIX / "no such file"
+    def start_menu_entries():
+        return list(PREFIX.glob("drive_c/users/*/AppData/Roaming/Microsoft/Windows/Start Menu/"
+                                f"Programs/{TITLE}.lnk"))
 
-    def first_start_in_chinese(self):
-        say("-- first start")
+    def import_gbk(self):
+        say("-- first start, in Chinese; a list in the encoding of a Chinese Windows, in a long path")
         self.program.start()
-        self.screen.shot("chinese")
-        check(not (self.program.folder / "VLManager.ini").exists(), "the hint is taken over")
         check_equal(self.program.settings("language/config.xml"), [("Language", "zh")],
-                    "config.xml holds")
-
-    def new_device(self):
-        say("-- a device, by keyboard")
-        keys("ctrl+n")
-        wait_active(chinese("New Device"))
-        type_text(MAC[6:])
-        keys("Tab")
-        for text in ("Front desk", "sip.example.net", "2001"):
-            keys("Tab")
-            type_text(text)
-        self.screen.shot("new-device")
+                    "the hint is taken over, config.xml holds")
+        folder = "C:\\lists in\\" + "\\".join(["long" * 30] * 2)
+        lists = unix(folder)
+        lists.mkdir(parents=True)
+        (lists / "devices.csv").write_bytes(
+            f'MAC,用户ID,分机号,SIP服务器,城市\r\n{STORED_MAC},2001,前台,sip.example.net,"上海, 北京"\r\n'
+            .encode("gbk"))
+        keys("ctrl+i")
+        time.sleep(1)
+        type_text(folder + r"\devices.csv")
         keys("Return")
-        wait_gone(chinese("New Device"))
-        check_soon(lambda: [row["mac"] for row in self.program.rows()] == [STORED_MAC],
-                   "phonebook.db holds the device")
-
-    def open_httpd(self):
-        wait_active(chinese(TITLE))
-        keys("alt+t")
-        wait_active(chinese("Select avaliable NIC"))
+        check_soon(lambda: [(row["mac"], row["first_account"], row["city"])
+                            for row in self.program.rows()] ==
+                   [(STORED_MAC, "前台", "上海, 北京")], "phonebook.db holds the device")
+        self.screen.shot("imported")
 
     def cards(self):
         say("-- which card is physical, by the registry")
@@ -198,23 +180,26 @@ class Walk:
             return
 
         # With none checked, accepting means the last of the list.
-        self.open_and_check(addresses[adapters[-1][1]], "cards-virtual")
+        self.open_httpd("cards-virtual")
+        self.check_published(addresses[adapters[-1][1]])
         for identity, name in sorted(adapters, key=lambda adapter: adapter[1], reverse=True):
             self.close_httpd()
-            key = ADAPTERS_KEY + r"\0003"
-            set_registry_value(key, "NetCfgInstanceId", identity)
-            set_registry_value(key, "MatchingDeviceId", r"PCI\VEN_8086&DEV_15F3")
-            self.open_and_check(addresses[name], f"cards-{name}-physical")
+            for value, text in (("NetCfgInstanceId", identity),
+                                ("MatchingDeviceId", r"PCI\VEN_8086&DEV_15F3")):
+                wine("reg", "add", ADAPTERS_KEY + r"\0003", "/v", value, "/d", text, "/f")
+            self.open_httpd(f"cards-{name}-physical")
+            self.check_published(addresses[name])
         wine("reg", "delete", ADAPTERS_KEY, "/f")
 
-    def open_and_check(self, address, picture):
+    def open_httpd(self, picture):
         """Takes the card that is checked beforehand."""
-        self.open_httpd()
-        self.screen.shot(picture)
-        keys("Return")
-        wait_gone(chinese("Select avaliable NIC"))
+        wait_active(chinese(TITLE))
+        keys("alt+t")
+        self.answer(chinese("Select avaliable NIC"), picture)
+
+    def check_published(self, address):
         wanted = f'httpd address changed addr =  "{address}" port =  "80"'
-        check_soon(lambda: self.program.published() == wanted, f"{picture}: {address}")
+        check_soon(lambda: self.program.published() == wanted, f"the address is {address}")
 
     def close_httpd(self):
         wait_active(chinese(TITLE))
@@ -226,7 +211,6 @@ class Walk:
         status, answer = self.fetch()
         check_equal(status, 0, "curl's status")
         check("<P35>2001</P35>" in answer, "the document is the device's", answer)
-        self.screen.shot("fetched")
 
         say("-- a name that this file system takes for the same")
         before = self.stored_document()
@@ -238,26 +222,13 @@ class Walk:
             ["wine", "cmd", "/c", f'(ping -n 6 127.0.0.1 >nul) < "{FOLDER}\\HTTPD\\MACCFG\\{FILE}"'],
             stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
         time.sleep(2)
-        first = "P4060" if "<P35>" in self.stored_document() else "P35"
-        agent = {"P35": AGENT, "P4060": "Velloran DK715"}[first]
+        agent = "Velloran DK715"
         status, answer = self.fetch(agent=agent)
         check(reader.poll() is None, "the reader still has the file")
-        check(not answer or f"<{first}>" in answer, "nobody gets the other family's document",
-              answer)
+        check(not answer or "<P4060>" in answer, "nobody gets the other family's document", answer)
         reader.wait()
         status, answer = self.fetch(agent=agent)
-        check(f"<{first}>2001</{first}>" in answer, "afterwards the document is made", answer)
-
-        say("-- plug and play")
-        keys("alt+p")
-        heard = []
-        check_soon(lambda: heard.extend(self.phone.boot(MAC.lower(), "KTP16XX")) or
-                   len(heard) >= 2, "a telephone out of the box is answered")
-        if heard:
-            check_equal(heard[0].split("\r\n")[0], "SIP/2.0 202 Accepted subscription", "at first")
-            check_equal(heard[1].partition("\r\n\r\n")[2], f"http://{self.address}:80/",
-                        "then it is sent to")
-        self.screen.shot("plug-and-play")
+        check("<P4060>2001</P4060>" in answer, "afterwards the document is made", answer)
 
     def stored_document(self):
         return (self.program.folder / "HTTPD/MACCFG" / FILE).read_text(encoding="utf-8")
@@ -270,57 +241,18 @@ class Walk:
             keys("alt+o", "Return")
             self.answer(chinese("Options change"), picture)
             check_equal(registry_value(RUN_KEY, "VlManager"), wanted, "the Run value is")
-        check_equal(self.program.settings("language/options.xml"),
-                    [("AutoStart", "1"), ("RecoveryData", "1"), ("AutoHttpd", "0")],
-                    "options.xml holds")
-
-    def import_gbk(self):
-        say("-- a list in the encoding of a Chinese Windows, with its line ends, under a long path")
-        folder = "C:\\lists in\\" + "\\".join(["long" * 30] * 2)
-        check(len(folder) > LONGEST_PLAIN_PATH - len("\\devices.csv"), "the path is long")
-        lists = unix(folder)
-        lists.mkdir(parents=True)
-        (lists / "devices.csv").write_bytes(
-            'MAC,分机号,SIP服务器,随机端口,网关IP,拨号规则,城市,公司\r\n'
-            '02:00:A7:00:00:21,前台,sip.example.net,,,,上海,"甲乙, 丙公司"\r\n'
-            '02:00:A7:00:00:22,仓库,sip.example.net,,,,北京,"末""行"\r\n'.encode("gbk"))
-        keys("ctrl+i")
-        time.sleep(1)
-        type_text(folder + r"\devices.csv")
-        self.screen.shot("import")
-        keys("Return")
-        wanted = [("前台", "上海", "甲乙, 丙公司"), ("仓库", "北京", '末"行')]
-        check_soon(lambda: [(row["first_account"], row["city"], row["company"])
-                            for row in self.program.rows()] == wanted,
-                   f"phonebook.db holds {wanted}")
-        self.screen.shot("imported")
-        backups = list((self.program.folder / "backup").glob("devices-*.csv"))
-        check_equal(len(backups), 1, "backups of the list that was replaced")
 
     def port_80_taken(self):
         say("-- another program has port 80, at one of the addresses")
         with tour.port_80_held(self.address):
-            self.open_httpd()
-            keys("Return")
+            self.open_httpd("port-80-card")
             self.answer(chinese("Httpd Server"), "port-80-taken")
             check_soon(lambda: 'port =  "80"' not in self.program.published(),
                        "the service takes another port")
 
-    def second_start(self):
-        say("-- a second start")
-        title = chinese(TITLE)
-        xdotool("windowminimize", screen.windows(title)[0])
-        wait_for("the window to be minimised", lambda: active_title() != title)
-        check_equal(wine(self.program.path)[0], 0, "the second copy ends with status")
-        check_soon(lambda: active_title() == title, "and brings the window back")
-        check_equal(len(screen.windows(title)), 1, "windows on the screen")
-
     def upgrade(self):
         say("-- install over it")
-        def kept():
-            return [self.program.rows(), self.program.settings("language/options.xml"),
-                    self.program.settings("language/config.xml")]
-        before = kept()
+        before = self.program.rows()
         check_equal(self.setup(), 2, "while the program runs, the installer's status")
         self.program.close()
         (self.program.folder / "resource" / "old.png").write_bytes(b"")
@@ -328,7 +260,7 @@ class Walk:
         check(not (self.program.folder / "resource" / "old.png").exists(),
               "a picture of the older version is gone")
         self.program.start()
-        check_equal(kept(), before, "the devices and settings stay")
+        check_equal(self.program.rows(), before, "the devices stay")
         self.program.close()
 
     def remove(self, *arguments):
@@ -340,16 +272,13 @@ class Walk:
         say("-- remove it, and keep the devices")
         before = self.program.rows()
         self.remove()
-        check_soon(lambda: self.program.files() == ["backup", "phonebook.db"], "what stays")
-        say(f"{self.program.files()}")
+        check_soon(lambda: set(self.program.files()) - {"backup"} == {"phonebook.db"},
+                   "the devices stay")
         check_equal(registry_value(RUN_KEY, "VlManager"), None, "the Run value")
-        check(not self.start_menu_entry().exists(), "the start menu's entry is gone")
+        check_equal(self.start_menu_entries(), [], "entries in the start menu")
 
         say("-- install again: the devices are back; then remove all")
         check_equal(self.setup("/LANGUAGE=en", "/D=" + FOLDER), 0, "the installer's status")
-        self.program.start(TITLE)
-        self.screen.shot("installed-again")
-        self.program.close()
         check_equal(self.program.rows(), before, "the devices are back")
         self.remove("/DEVICES")
         check_soon(lambda: not self.program.folder.exists(), "nothing stays")
@@ -363,7 +292,6 @@ class Walk:
         check_equal(self.program.files(), ["LICENSE.txt", "VlManager.exe", "language", "resource"],
                     "unpacked")
         self.program.start(TITLE)
-        self.screen.shot("portable")
         self.program.close()
         check_equal(self.program.rows(), [], "its own list")
 
