@@ -1,5 +1,7 @@
+#include "model/PhonesSeen.h"
 #include "tests/Literal.h"
 #include "tests/TestDevices.h"
+#include "view/ContactDelegate.h"
 #include "view/ContactModel.h"
 #include "view/ContactTitle.h"
 #include "view/ContactView.h"
@@ -10,6 +12,7 @@
 
 #include <QAbstractButton>
 #include <QHeaderView>
+#include <QHelpEvent>
 #include <QLabel>
 #include <QMouseEvent>
 #include <QScrollBar>
@@ -359,6 +362,57 @@ private slots:
             const QColor text = rowPictures.textColor(f.view->palette(), state);
             QVERIFY(RowPictures::contrast(text, state.selected ? band : plain) >= 4.5);
         }
+    }
+
+    void pointerMarksTheButton()
+    {
+        Fixture f(3);
+        QWidget *const viewport = f.view->viewport();
+        const auto *const hint = f.view->findChild<QLabel *>("cellHint"_s);
+        const auto tipOver = [&](int column) {
+            const QPoint place = f.cell(1, column);
+            QTest::mouseMove(viewport, place);
+            emit f.view->entered(f.proxy().index(1, column));
+            QHelpEvent rest(QEvent::ToolTip, place, viewport->mapToGlobal(place));
+            QCoreApplication::sendEvent(viewport, &rest);
+            return hint->isVisible() ? hint->text() : QString();
+        };
+        // It covers neither the buttons of any row nor the row below.
+        const auto isClear = [&](int lowest) {
+            const QPoint eye = viewport->mapToGlobal(f.cell(1, ContactModel::Detail));
+            return hint->geometry().right() < eye.x() - ContactDelegate::iconEdge / 2 &&
+                   hint->geometry().bottom() <= eye.y() + lowest;
+        };
+        QCOMPARE(tipOver(ContactModel::Detail), "View/Edit"_s);
+        QCOMPARE(tipOver(ContactModel::Delete), "Delete"_s);
+        QVERIFY(isClear(ContactView::rowPixels / 2));
+        QCOMPARE(viewport->cursor().shape(), Qt::PointingHandCursor);
+        QVERIFY(tipOver(ContactModel::Mac).contains("No phone"_s));
+        QCOMPARE(tipOver(ContactModel::City), QString());
+        const PhonesSeen seen(f.list);
+        f.view->setPhonesSeen(seen);
+        f.list.replaceAt(1, deviceWithMac("02:00:A7:00:00:01"_s));
+        f.view->updateContactModel();
+        QVERIFY(!tipOver(ContactModel::Department).isEmpty());
+        QVERIFY(isClear(-ContactView::rowPixels / 2));
+
+        // The row under the pointer is marked, and no other.
+        const auto grabRow = [&](int row) {
+            return viewport->grab(QRect(0, row * ContactView::rowPixels, 300, 29)).toImage();
+        };
+        QTest::mouseMove(viewport, f.cell(0, ContactModel::City));
+        const QImage marked = grabRow(0);
+        const QImage other = grabRow(2);
+        QEvent leave(QEvent::Leave);
+        QCoreApplication::sendEvent(viewport, &leave);
+        QVERIFY(grabRow(0) != marked);
+        QCOMPARE(grabRow(2), other);
+        // Rows that go leave the mark with what is then under the pointer.
+        tipOver(ContactModel::Delete);
+        for (int i = 0; i < 2; ++i)
+            f.list.removeAt(1);
+        f.view->updateContactModel();
+        QCOMPARE(viewport->cursor().shape(), Qt::ArrowCursor);
     }
 };
 

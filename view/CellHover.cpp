@@ -2,8 +2,9 @@
 
 #include "view/ContactDelegate.h"
 #include "view/ContactModel.h"
+#include "widgets/Grid.h"
+#include "widgets/ToolTipWidget.h"
 
-#include <QApplication>
 #include <QMouseEvent>
 #include <QScreen>
 #include <QTableView>
@@ -13,7 +14,8 @@
 
 namespace {
 
-constexpr int gap = 3; ///< between a hint and its cell
+constexpr int gap = 3; ///< between a hint and its cell, or the buttons
+constexpr int hintMilliseconds = 10000;
 
 bool hasHintAtOnce(const QModelIndex &index)
 {
@@ -26,7 +28,10 @@ CellHover::CellHover(QTableView &view, ContactDelegate &delegate)
     : QObject(&view)
     , m_view(view)
     , m_delegate(delegate)
+    , m_hint(new ToolTipWidget(&view))
 {
+    m_hint->setObjectName(QStringLiteral("cellHint"));
+    m_hint->setMargin(gridPx / 2); // not higher than a row
     view.viewport()->installEventFilter(this);
 }
 
@@ -42,6 +47,12 @@ bool CellHover::eventFilter(QObject *watched, QEvent *event)
     case QEvent::Hide:
         m_pointerInside = false;
         update();
+        m_hint->hide();
+        break;
+    case QEvent::MouseButtonPress:
+    case QEvent::Wheel:
+    case QEvent::WindowDeactivate:
+        m_hint->hide();
         break;
     case QEvent::ToolTip: {
         const QModelIndex index = m_view.indexAt(static_cast<QHelpEvent *>(event)->pos());
@@ -58,6 +69,8 @@ bool CellHover::eventFilter(QObject *watched, QEvent *event)
 void CellHover::update()
 {
     const QModelIndex index = m_pointerInside ? m_view.indexAt(m_pointer) : QModelIndex();
+    if (m_hinted != index)
+        m_hint->hide();
     if (index.row() == m_row && index.column() == m_column)
         return;
     repaintRow(m_row);
@@ -78,7 +91,8 @@ void CellHover::repaintRow(int row)
 
 void CellHover::showHint(const QModelIndex &index)
 {
-    QToolTip::showText(QPoint(), QString());
+    QToolTip::hideText();
+    m_hint->hide();
     if (!hasHintAtOnce(index))
         return;
     QString text = index.data(Qt::ToolTipRole).toString();
@@ -91,29 +105,30 @@ void CellHover::showText(const QModelIndex &index, const QString &text)
 {
     if (text.isEmpty())
         return;
-    const QRect cell = m_view.visualRect(index);
-    QToolTip::showText(m_view.viewport()->mapToGlobal(cell.topLeft()), text, m_view.viewport(),
-                       cell);
-    // Qt keeps it clear of the pointer, and thereby puts it over the row below.
-    const QWidgetList windows = QApplication::topLevelWidgets();
-    for (QWidget *const window : windows) {
-        if (window->isVisible() && window->inherits("QTipLabel"))
-            window->move(placeOf(index, *window));
-    }
+    m_hinted = index;
+    const int widest = rightEdge() - m_view.screen()->availableGeometry().left();
+    m_hint->showHint(
+        text, m_view.viewport(), widest, [&](const QSize &size) { return placeOf(index, size); },
+        hintMilliseconds);
+}
+
+/// Up to where a hint may reach on the screen: the columns of the buttons.
+int CellHover::rightEdge() const
+{
+    const int left =
+        std::min(m_view.columnViewportPosition(ContactModel::Detail), m_view.viewport()->width());
+    return std::min(m_view.viewport()->mapToGlobal(QPoint(left, 0)).x() - gap,
+                    m_view.screen()->availableGeometry().right());
 }
 
 /// Beside the buttons on their left, and up from the lower edge; above any other cell.
-QPoint CellHover::placeOf(const QModelIndex &index, const QWidget &hint) const
+QPoint CellHover::placeOf(const QModelIndex &index, const QSize &hint) const
 {
     const QRect cell = m_view.visualRect(index);
-    const QSize size = hint.frameGeometry().size();
-    QPoint place(cell.left(), cell.top() - gap - size.height());
-    if (ContactModel::isAction(index.column())) {
-        const int buttons = m_view.columnViewportPosition(ContactModel::Detail);
-        place = QPoint(buttons - gap - size.width(), cell.bottom() - size.height());
-    }
-    place = m_view.viewport()->mapToGlobal(place);
-    const QRect room = m_view.screen()->availableGeometry();
-    place.setX(std::max(std::min(place.x(), room.right() - size.width()), room.left()));
-    return place;
+    const QPoint corner = m_view.viewport()->mapToGlobal(cell.topLeft());
+    const int rightmost = rightEdge() - hint.width();
+    if (ContactModel::isAction(index.column()))
+        return {rightmost, corner.y() + cell.height() - hint.height()};
+    const int leftmost = m_view.screen()->availableGeometry().left();
+    return {std::max(std::min(corner.x(), rightmost), leftmost), corner.y() - gap - hint.height()};
 }

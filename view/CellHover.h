@@ -1,16 +1,18 @@
 #pragma once
 
 #include <QObject>
+#include <QPersistentModelIndex>
 #include <QPoint>
 
 class ContactDelegate;
-class QModelIndex;
+class QSize;
 class QString;
 class QTableView;
-class QWidget;
+class ToolTipWidget;
 
 /// What the pointer does over the device list: it marks the row and the button under it, and brings
-/// up hints. A hint stands where it covers neither a button nor the row below.
+/// up hints. A hint stands where it covers neither a button nor the row below, and never under the
+/// pointer.
 class CellHover : public QObject
 {
     Q_OBJECT
@@ -33,11 +35,14 @@ public:
 private:
     void repaintRow(int row);
     void showText(const QModelIndex &index, const QString &text);
-    QPoint placeOf(const QModelIndex &index, const QWidget &hint) const;
+    QPoint placeOf(const QModelIndex &index, const QSize &hint) const;
+    int rightEdge() const;
 
     QTableView &m_view;
     ContactDelegate &m_delegate;
-    QPoint m_pointer; ///< in the viewport; meaningful while m_pointerInside
+    ToolTipWidget *m_hint;
+    QPersistentModelIndex m_hinted; ///< the cell of the last hint
+    QPoint m_pointer;               ///< in the viewport; meaningful while m_pointerInside
     bool m_pointerInside = false;
     int m_row = -1;
     int m_column = -1;

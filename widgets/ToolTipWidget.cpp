@@ -16,7 +16,7 @@ constexpr int gap = 4; ///< between the anchor and the tip
 } // namespace
 
 ToolTipWidget::ToolTipWidget(QWidget *parent)
-    : QLabel(parent, Qt::ToolTip | Qt::FramelessWindowHint)
+    : QLabel(parent, Qt::ToolTip | Qt::FramelessWindowHint | Qt::WindowTransparentForInput)
 {
     setProperty("class", QStringLiteral("ToolTipWidget"));
     setAttribute(Qt::WA_ShowWithoutActivating);
@@ -35,16 +35,28 @@ ToolTipWidget::ToolTipWidget(QWidget *parent)
 
 void ToolTipWidget::showMessage(const QString &text, QWidget *anchor, int milliseconds)
 {
+    showHint(
+        text, anchor, anchor->screen()->availableGeometry().width(),
+        [=](const QSize &) { return placeAt(*anchor); }, milliseconds);
+    QAccessibleEvent alert(this, QAccessible::Alert);
+    QAccessible::updateAccessibility(&alert);
+}
+
+void ToolTipWidget::showHint(const QString &text, QWidget *anchor, int widest, const Place &place,
+                             int milliseconds)
+{
     watch(anchor);
     setText(text);
     setAccessibleName(text);
-    adjustSize();
-    placeAt(*anchor);
+    setWordWrap(false);
+    ensurePolished();
+    setWordWrap(sizeHint().width() > widest);
+    resize(wordWrap() ? QSize(widest, heightForWidth(widest)) : sizeHint());
+    // Not under the pointer for a moment either, as what is there would be left by it.
+    move(place(size()));
     show();
     raise();
     m_timer.start(milliseconds);
-    QAccessibleEvent alert(this, QAccessible::Alert);
-    QAccessible::updateAccessibility(&alert);
 }
 
 void ToolTipWidget::watch(QWidget *anchor)
@@ -59,14 +71,14 @@ void ToolTipWidget::watch(QWidget *anchor)
     m_window->installEventFilter(this);
 }
 
-void ToolTipWidget::placeAt(const QWidget &anchor)
+QPoint ToolTipWidget::placeAt(const QWidget &anchor) const
 {
     QPoint position = anchor.mapToGlobal(QPoint(0, anchor.height() + gap));
     const QRect screen = anchor.screen()->availableGeometry();
     if (position.y() + height() > screen.bottom())
         position.setY(anchor.mapToGlobal(QPoint(0, 0)).y() - gap - height());
     position.setX(std::max(screen.left(), std::min(position.x(), screen.right() - width())));
-    move(position);
+    return position;
 }
 
 bool ToolTipWidget::eventFilter(QObject *watched, QEvent *event)
