@@ -3,6 +3,7 @@
 #include "dialogs/ContactDialog.h"
 #include "dialogs/ContactsDialog.h"
 #include "model/DebugLog.h"
+#include "net/PrintableText.h"
 #include "storage/DataMgr.h"
 #include "view/ContactView.h"
 #include "widgets/Modal.h"
@@ -127,7 +128,8 @@ void DeviceFlow::askAndDeleteCurrent()
         return;
     const QString mac = m_dataMgr.devices().at(row).info.mac;
     if (Modal::question(&m_window, tr("Delete"),
-                        tr("Do you want to delete the device %1?").arg(mac)) != Modal::Answer::Yes)
+                        tr("Do you want to delete the device %1?").arg(shortPrintableText(mac))) !=
+        Modal::Answer::Yes)
         return;
     // A phone or another window may have changed the list meanwhile.
     const int current = m_view.currentListRow();

@@ -175,6 +175,7 @@ bool HttpdService::showBox(QMessageBox::Icon icon, const QString &text)
 {
     QMessageBox box(icon, tr("Httpd Server"), text, QMessageBox::Ok, this);
     box.setWindowIcon(Modal::windowIcon());
+    box.setTextFormat(Qt::PlainText);
     m_box = &box;
     Modal::run(box);
     // An answered box is hidden; one whose event loop was ended from outside is not.

@@ -16,3 +16,12 @@ QString printableText(QString text)
     }
     return text;
 }
+
+QString shortPrintableText(const QString &text)
+{
+    constexpr int longest = 100;
+    if (text.size() <= longest)
+        return printableText(text);
+    const bool halves = text.at(longest - 1).isHighSurrogate();
+    return printableText(text.left(halves ? longest - 1 : longest)) + QChar(0x2026);
+}

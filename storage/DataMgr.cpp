@@ -6,6 +6,7 @@
 #include "model/FreeMemory.h"
 #include "model/MacAddress.h"
 #include "model/PhoneFamily.h"
+#include "net/PrintableText.h"
 #include "storage/DBOperator.h"
 #include "storage/DatabaseLayer.h"
 #include "storage/EditedDevice.h"
@@ -361,8 +362,8 @@ ListJob::Answer DataMgr::ask(const ListJob::Question &question)
 
 ListJob::Answer DataMgr::askAboutListed(const ListJob::Question &question)
 {
-    const QString text = QLatin1String("MAC:") + question.mac + tr(" has already exist") + tr(",") +
-                         tr("do you want to replace it?");
+    const QString text = QLatin1String("MAC:") + shortPrintableText(question.mac) +
+                         tr(" has already exist") + tr(",") + tr("do you want to replace it?");
     const QString title = tr("Replace action");
     switch (question.several ? Modal::questionOfMany(nullptr, title, text)
                              : Modal::question(nullptr, title, text)) {

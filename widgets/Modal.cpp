@@ -4,6 +4,7 @@
 #include <QDialog>
 #include <QHash>
 #include <QIcon>
+#include <QLabel>
 #include <QMainWindow>
 #include <QPointer>
 #include <QPushButton>
@@ -20,12 +21,18 @@ Modal::Runner &currentRunner()
     return runner;
 }
 
-void setUp(QMessageBox &box, QMessageBox::Icon icon, const QString &title, const QString &text)
+void setUp(QMessageBox &box, QMessageBox::Icon icon, const QString &title, const QString &text,
+           const QString &note)
 {
     box.setWindowIcon(Modal::windowIcon());
     box.setIcon(icon);
     box.setWindowTitle(title);
     box.setText(text);
+    box.setInformativeText(note);
+    // Both texts: the box's own setting leaves out the note.
+    const auto labels = box.findChildren<QLabel *>();
+    for (QLabel *const label : labels)
+        label->setTextFormat(Qt::PlainText);
 }
 
 /// The program's window where it is on screen.
@@ -57,8 +64,7 @@ Modal::Answer ask(QWidget *parent, const QString &title, const QString &text, bo
 {
     using Modal::Answer;
     QMessageBox box(parent);
-    setUp(box, QMessageBox::Question, title, text);
-    box.setInformativeText(note);
+    setUp(box, QMessageBox::Question, title, text, note);
     QHash<const QAbstractButton *, Answer> answers;
     const auto add = [&](const QString &label, QMessageBox::ButtonRole role, Answer answer) {
         QPushButton *const button = box.addButton(label, role);
@@ -108,8 +114,7 @@ void message(QWidget *parent, QMessageBox::Icon icon, const QString &title, cons
              const QString &note)
 {
     QMessageBox box(parent);
-    setUp(box, icon, title, text);
-    box.setInformativeText(note);
+    setUp(box, icon, title, text, note);
     box.setStandardButtons(QMessageBox::Ok);
     run(box);
 }

@@ -25,7 +25,7 @@ void setRunner(Runner runner);
 QIcon windowIcon();
 
 /// Shows a message with a single Ok button.
-/// `note`, if any, stands below the text.
+/// `note`, if any, stands below the text. The texts of all boxes are taken as plain text.
 void message(QWidget *parent, QMessageBox::Icon icon, const QString &title, const QString &text,
              const QString &note = {});
 
