@@ -1,6 +1,7 @@
 #include "app/PathDialog.h"
 
 #include "widgets/Modal.h"
+#include "widgets/OpenWhereClosed.h"
 #include "widgets/ScreenRoom.h"
 
 #include <QHeaderView>
@@ -26,6 +27,8 @@ PathDialog::PathDialog(const QString &title, const Labels &labels, QWidget *pare
     setLabelText(Reject, labels.reject);
     // As it comes, it cuts the dates off.
     resize(dialogSize.boundedTo(screenRoom(*this).size()));
+    setObjectName(title); // by which each purpose has a place of its own
+    openWhereClosed(*this);
     QHeaderView *const header = findChild<QTreeView *>()->header();
     header->setSectionResizeMode(QHeaderView::ResizeToContents);
     header->setSectionResizeMode(0, QHeaderView::Stretch);

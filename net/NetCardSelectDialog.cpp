@@ -2,6 +2,7 @@
 
 #include "net/NetCardItem.h"
 #include "widgets/Modal.h"
+#include "widgets/OpenWhereClosed.h"
 #include "widgets/ScrollArea.h"
 
 #include <QLabel>
@@ -31,6 +32,7 @@ NetCardSelectDialog::NetCardSelectDialog(QWidget *parent)
     setWindowTitle(tr("Select avaliable NIC"));
     setWindowIcon(Modal::windowIcon());
     setFixedSize(500, 210);
+    openWhereClosed(*this);
 
     m_container->setObjectName(QStringLiteral("netCardContainer"));
     m_container->setFixedWidth(460);

@@ -45,13 +45,14 @@ const QWidget *mainWindow()
     return found == windows.end() ? nullptr : *found;
 }
 
-/// Puts a dialog over the program's window. Qt would take the parent, which for a question of a
-/// service is not on screen, or there is none. A box knows its size only once it is shown.
+/// Puts a dialog that has no place yet over the program's window. Qt would take the parent, which
+/// for a question of a service is not on screen, or there is none. A box knows its size only once
+/// it is shown.
 void centreWhenShown(QDialog &dialog)
 {
     const QWidget *const parent = dialog.parentWidget();
     const QPointer<const QWidget> window = mainWindow();
-    if (!window || (parent && parent->isVisible()))
+    if (!window || (parent && parent->isVisible()) || dialog.testAttribute(Qt::WA_Moved))
         return;
     QTimer::singleShot(0, &dialog, [&dialog, window] {
         if (window)

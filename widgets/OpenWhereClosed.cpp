@@ -1,12 +1,12 @@
 #include "widgets/OpenWhereClosed.h"
 
+#include "widgets/ScreenRoom.h"
+
 #include <QEvent>
 #include <QGuiApplication>
 #include <QHash>
 #include <QScreen>
 #include <QWidget>
-
-#include <algorithm>
 
 namespace {
 
@@ -17,15 +17,12 @@ QHash<QString, QPoint> &places()
 }
 
 /// The screen may have become smaller, or have gone with its cable.
-QPoint onScreen(QPoint place, const QSize &size)
+QPoint onScreen(const QPoint &place, const QWidget &window)
 {
     const QScreen *screen = QGuiApplication::screenAt(place);
     if (!screen)
         screen = QGuiApplication::primaryScreen();
-    const QRect room = screen->availableGeometry();
-    place.setX(std::max(std::min(place.x(), room.right() - size.width()), room.left()));
-    place.setY(std::max(std::min(place.y(), room.bottom() - size.height()), room.top()));
-    return place;
+    return pulledInto(screen->availableGeometry(), QRect(place, sizeWithFrame(window))).topLeft();
 }
 
 class PlaceKeeper : public QObject
@@ -36,16 +33,20 @@ public:
         , m_window(window)
     {
         window.installEventFilter(this);
+        // Before the system makes the window: only until then the place counts as that of the
+        // frame, which is not known before the window is shown.
+        const auto place = places().constFind(window.objectName());
+        if (place != places().constEnd())
+            window.move(onScreen(*place, window));
     }
 
     bool eventFilter(QObject *watched, QEvent *event) override
     {
-        const bool ours = watched == &m_window && !event->spontaneous();
-        const QString name = m_window.objectName();
-        if (ours && event->type() == QEvent::Show && places().contains(name))
-            m_window.move(onScreen(places().value(name), m_window.frameGeometry().size()));
-        else if (ours && event->type() == QEvent::Hide)
-            places().insert(name, m_window.pos());
+        if (watched == &m_window && event->type() == QEvent::Hide && !event->spontaneous()) {
+            places().insert(m_window.objectName(), m_window.pos());
+            // For its next time. A window that was moved to where it is is not centred.
+            m_window.move(onScreen(m_window.pos(), m_window));
+        }
         return QObject::eventFilter(watched, event);
     }
 

@@ -20,6 +20,12 @@ QRect screenRoom(const QWidget &window)
     return placed.screen()->availableGeometry().marginsRemoved(thickestFrame);
 }
 
+QSize sizeWithFrame(const QWidget &window)
+{
+    const bool hasFrame = window.testAttribute(Qt::WA_WState_Created);
+    return hasFrame ? window.frameSize() : window.size().grownBy(thickestFrame);
+}
+
 QRect pulledInto(const QRect &room, QRect place)
 {
     place.setSize(place.size().boundedTo(room.size()));

@@ -10,5 +10,8 @@ class QWidget;
 /// QWidget::geometry().
 QRect screenRoom(const QWidget &window);
 
+/// The size of the window with its frame, or with the thickest usual one while it has none yet.
+QSize sizeWithFrame(const QWidget &window);
+
 /// `place` moved, and made smaller where that is not enough, so that all of it lies in `room`.
 QRect pulledInto(const QRect &room, QRect place);
