@@ -8,6 +8,7 @@
 #include <QApplication>
 #include <QEvent>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
 
 #include <algorithm>
@@ -101,10 +102,26 @@ IpLine::IpLine(Form form, QWidget *parent)
 
 bool IpLine::eventFilter(QObject *watched, QEvent *event)
 {
-    // Nobody is told of an address that is still being typed that it is half an address.
     if (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut)
         updateNote();
+    else if (event->type() == QEvent::KeyPress && isToldByReturn(*static_cast<QKeyEvent *>(event)))
+        return true;
     return QWidget::eventFilter(watched, event);
+}
+
+/// Return would save what the user has not been told to be half an address. One that is no MAC is
+/// refused then, which tells it as well.
+bool IpLine::isToldByReturn(const QKeyEvent &key)
+{
+    const bool isReturn = key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter;
+    if (!isReturn || m_form == Form::Mac || !isIncomplete())
+        return false;
+    if (m_marked && !key.isAutoRepeat())
+        return false;
+    m_marked = true;
+    updateNote();
+    emit refused(tr("Incomplete address. Press Enter again to save it as it is."));
+    return true;
 }
 
 QChar IpLine::separator() const
@@ -162,6 +179,7 @@ void IpLine::setText(const QString &text)
     m_given = text;
     m_shown = joined();
     m_userEdited = false;
+    m_marked = false;
     updateNote();
 }
 
@@ -186,10 +204,12 @@ bool IpLine::isIncomplete() const
 
 void IpLine::updateNote()
 {
+    // Nobody is told of an address that is typed for the first time that it is half an address.
+    m_marked = isIncomplete() && (m_marked || !isAncestorOf(QApplication::focusWidget()));
     QString note;
     if (!m_fits && isUnchanged())
         note = tr("Stored: %1").arg(m_given);
-    else if (isIncomplete() && !isAncestorOf(QApplication::focusWidget()))
+    else if (m_marked)
         note = tr("Incomplete address");
     m_note->setVisible(!note.isEmpty());
     m_note->setFullText(note);

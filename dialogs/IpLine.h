@@ -5,13 +5,15 @@
 
 class ElidedLabel;
 class IpPart;
+class QKeyEvent;
 
 /// Entry of an IPv4 or MAC address in segments, offered and accepted as one text.
 ///
 /// A stored text need not be an address: lists are imported and kept as they are. So that opening
 /// and saving a device loses nothing, the text that was set is remembered and given back by value()
 /// until the entry is changed, even where the segments cannot show it. For the same reason half an
-/// address is marked beside it and not refused.
+/// address is marked beside it and not refused. It is marked when the focus leaves the entry, or by
+/// Return, which does nothing else then: Return again is as it is anywhere.
 class IpLine : public QWidget
 {
     Q_OBJECT
@@ -46,7 +48,8 @@ public:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 signals:
-    /// Something that the user entered has no place in the entry; `reason` tells why.
+    /// Something that the user entered has no place in the entry, or Return only marked it;
+    /// `reason` tells why.
     void refused(const QString &reason);
 
 public slots:
@@ -60,6 +63,7 @@ private:
     bool isUnchanged() const;
     QString joined() const;
     QChar separator() const;
+    bool isToldByReturn(const QKeyEvent &key);
     void updateNote();
 
     const Form m_form;
@@ -69,4 +73,5 @@ private:
     QString m_shown;     ///< the segments as the last set left them; null before the first
     bool m_fits = true;  ///< the segments show all of m_given
     bool m_userEdited = false;
+    bool m_marked = false; ///< the user has been told that it is half an address
 };
