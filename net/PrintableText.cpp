@@ -20,8 +20,15 @@ QString printableText(QString text)
 QString shortPrintableText(const QString &text)
 {
     constexpr int longest = 100;
-    if (text.size() <= longest)
-        return printableText(text);
-    const bool halves = text.at(longest - 1).isHighSurrogate();
-    return printableText(text.left(halves ? longest - 1 : longest)) + QChar(0x2026);
+    constexpr int longestInLine = 20;
+    constexpr QChar lineMayEnd(0x200B);
+    QString shown = printableText(text.left(longest));
+    if (!shown.isEmpty() && shown.at(shown.size() - 1).isHighSurrogate())
+        shown.chop(1);
+    for (int i = longestInLine; i < shown.size(); i += longestInLine + 1) {
+        if (shown.at(i).isLowSurrogate())
+            ++i;
+        shown.insert(i, lineMayEnd);
+    }
+    return text.size() > longest ? shown + QChar(0x2026) : shown;
 }

@@ -8,5 +8,5 @@
 QString printableText(QString text);
 
 /// The same of at most a hundred characters, with an ellipsis where some are left out: what is
-/// named in a sentence has to leave the rest of it in sight.
+/// named in a sentence has to leave the rest of it in sight. A line may end within it.
 QString shortPrintableText(const QString &text);
