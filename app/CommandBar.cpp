@@ -80,7 +80,8 @@ CommandBar::CommandBar(QWidget *parent)
 QSize CommandBar::minimumSizeHint() const
 {
     const int widest =
-        std::max(m_listRow->minimumSize().width(), m_serviceRow->minimumSize().width());
+        std::max({m_titleRow->minimumSize().width(), m_listRow->minimumSize().width(),
+                  m_serviceRow->minimumSize().width()});
     return {widest, QWidget::minimumSizeHint().height()};
 }
 

@@ -2,6 +2,7 @@
 
 #include "dialogs/IpPart.h"
 #include "model/DebugLog.h"
+#include "widgets/ElidedLabel.h"
 #include "widgets/Grid.h"
 #include "widgets/Modal.h"
 
@@ -23,38 +24,6 @@ constexpr int macByteWidth = 40;
 constexpr int separatorWidth = 12;
 
 } // namespace
-
-/// A line of text that takes the room that is left and shows as much as fits.
-class ElidedLabel : public QLabel
-{
-public:
-    ElidedLabel()
-    {
-        setTextFormat(Qt::PlainText);
-        setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-    }
-
-    void setFullText(const QString &text)
-    {
-        m_text = text;
-        // Wrapped, so that the tool tip does not take it for plain text and shows "&lt;".
-        setToolTip(QLatin1String("<span>") + text.toHtmlEscaped() + QLatin1String("</span>"));
-        setAccessibleName(text);
-        elide();
-    }
-
-protected:
-    void resizeEvent(QResizeEvent *event) override
-    {
-        QLabel::resizeEvent(event);
-        elide();
-    }
-
-private:
-    void elide() { setText(fontMetrics().elidedText(m_text, Qt::ElideRight, width())); }
-
-    QString m_text;
-};
 
 IpLine::IpLine(Form form, QWidget *parent)
     : QWidget(parent)
@@ -93,6 +62,7 @@ IpLine::IpLine(Form form, QWidget *parent)
 
     m_note->setObjectName(QStringLiteral("noteLabel"));
     m_note->setProperty("class", QStringLiteral("IpLineNoteLabel"));
+    m_note->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     m_note->hide();
     layout->addSpacing(gridPx);
     layout->addWidget(m_note, 1);

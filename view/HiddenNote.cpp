@@ -2,12 +2,12 @@
 
 #include "view/ContactView.h"
 #include "view/SearchBar.h"
+#include "widgets/ElidedLabel.h"
 #include "widgets/Grid.h"
 
 #include <QAbstractItemModel>
 #include <QAccessible>
 #include <QHBoxLayout>
-#include <QLabel>
 #include <QPushButton>
 
 #include <algorithm>
@@ -15,7 +15,7 @@
 HiddenNote::HiddenNote(ContactView &view, SearchBar &searchBar, QWidget *parent)
     : QWidget(parent)
     , m_view(view)
-    , m_label(new QLabel(this))
+    , m_label(new ElidedLabel(this))
 {
     setObjectName(QStringLiteral("hiddenNote"));
     m_label->setObjectName(QStringLiteral("hiddenLabel"));
@@ -62,8 +62,12 @@ void HiddenNote::onListChanged()
 void HiddenNote::showCount()
 {
     const int fresh = m_hidden - m_hiddenBySearch;
-    m_label->setText(
-        fresh > 0 ? tr("Hidden by the search: %1, new or changed: %2").arg(m_hidden).arg(fresh)
-                  : tr("Hidden by the search: %1").arg(m_hidden));
+    if (fresh > 0)
+        m_label->setFullText(
+            tr("Hidden by the search: %1, new or changed: %2").arg(m_hidden).arg(fresh),
+            tr("Hidden: %1, new: %2").arg(m_hidden).arg(fresh));
+    else
+        m_label->setFullText(tr("Hidden by the search: %1").arg(m_hidden),
+                             tr("Hidden: %1").arg(m_hidden));
     setVisible(m_hidden > 0);
 }

@@ -3,7 +3,7 @@
 #include <QWidget>
 
 class ContactView;
-class QLabel;
+class ElidedLabel;
 class SearchBar;
 
 /// Says how many devices the search hides, and whether what was just added or changed is among
@@ -22,7 +22,7 @@ private:
     void showCount();
 
     const ContactView &m_view;
-    QLabel *m_label;
+    ElidedLabel *m_label;
     int m_hidden = 0;
     int m_hiddenBySearch = 0; ///< so many were hidden when the search was typed
 };
