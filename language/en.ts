@@ -755,6 +755,14 @@
         <source>Hidden by the search: %1</source>
         <translation>Hidden by the search: %1</translation>
     </message>
+    <message>
+        <source>Hidden: %1, new: %2</source>
+        <translation>Hidden: %1, new: %2</translation>
+    </message>
+    <message>
+        <source>Hidden: %1</source>
+        <translation>Hidden: %1</translation>
+    </message>
 </context>
 <context>
     <name>HttpdService</name>
@@ -1001,6 +1009,10 @@
     <message>
         <source>Incomplete address</source>
         <translation>Incomplete address</translation>
+    </message>
+    <message>
+        <source>Incomplete address. Press Enter again to save it as it is.</source>
+        <translation>Incomplete address. Press Enter again to save it as it is.</translation>
     </message>
 </context>
 <context>

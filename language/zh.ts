@@ -755,6 +755,14 @@
         <source>Hidden by the search: %1</source>
         <translation>被搜索隐藏：%1</translation>
     </message>
+    <message>
+        <source>Hidden: %1, new: %2</source>
+        <translation>已隐藏：%1，新：%2</translation>
+    </message>
+    <message>
+        <source>Hidden: %1</source>
+        <translation>已隐藏：%1</translation>
+    </message>
 </context>
 <context>
     <name>HttpdService</name>
@@ -1001,6 +1009,10 @@
     <message>
         <source>Incomplete address</source>
         <translation>地址不完整</translation>
+    </message>
+    <message>
+        <source>Incomplete address. Press Enter again to save it as it is.</source>
+        <translation>地址不完整。再按一次回车键将按原样保存。</translation>
     </message>
 </context>
 <context>
