@@ -289,6 +289,27 @@ private slots:
         }
     }
 
+    void valueAfterEdit()
+    {
+        IpLine *line = show(IpLine::Form::Ip);
+        line->setText("host.example.com"_s);
+        line->focusPart(0);
+        type("1"_s);
+        QVERIFY(!line->findChild<QWidget *>("noteLabel"_s)->isVisible());
+        QCOMPARE(line->value(), "1..."_s);
+        // Half an address is told of before it is saved.
+        QVERIFY(line->accessibleDescription().isEmpty());
+        const QSignalSpy returns(line->parts().at(0), &QLineEdit::returnPressed);
+        for (const int passed : {0, 1}) {
+            QTest::keyClick(line->parts().at(0), Qt::Key_Return);
+            QCOMPARE(returns.size(), passed);
+            QCOMPARE(line->accessibleDescription(), "Incomplete address"_s);
+        }
+        // Back to how it looked: the user has emptied the entry.
+        type("{"_s);
+        QCOMPARE(line->value(), QString());
+    }
+
 private:
     IpLine *show(IpLine::Form form)
     {
