@@ -111,6 +111,10 @@ void CommandBar::setSeenCount(int seen)
 void CommandBar::addNote(QWidget *note)
 {
     m_titleRow->insertWidget(m_titleRow->indexOf(m_countLabel), note);
+    // There and back: what is made later would come between if it were merely last before them.
+    auto *const button = note->findChild<QPushButton *>();
+    setTabOrder(m_newButton, button);
+    setTabOrder(button, m_newButton);
 }
 
 void CommandBar::showHttpOpen(bool open)

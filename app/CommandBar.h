@@ -22,7 +22,8 @@ public:
     void setDeviceCount(int count);
     /// How many devices' telephones have asked for their files, beside the count.
     void setSeenCount(int seen);
-    /// Puts `note` beside the device count. The bar becomes its parent.
+    /// Puts `note` beside the device count, with its button before the bar's in the order of the
+    /// Tab key. The bar becomes its parent.
     void addNote(QWidget *note);
 
     QPushButton *newButton() const { return m_newButton; }

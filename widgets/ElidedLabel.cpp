@@ -1,5 +1,7 @@
 #include "widgets/ElidedLabel.h"
 
+#include <QTextDocument>
+
 #include <algorithm>
 
 ElidedLabel::ElidedLabel(QWidget *parent)
@@ -13,7 +15,9 @@ void ElidedLabel::setFullText(const QString &text, const QString &shorter)
     m_text = text;
     m_shorter = shorter;
     // Wrapped, so that the tool tip does not take it for plain text and shows "&lt;".
-    setToolTip(QLatin1String("<span>") + text.toHtmlEscaped() + QLatin1String("</span>"));
+    setToolTip(Qt::mightBeRichText(text)
+                   ? QLatin1String("<span>") + text.toHtmlEscaped() + QLatin1String("</span>")
+                   : text);
     setAccessibleName(text);
     updateGeometry();
     elide();
