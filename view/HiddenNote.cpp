@@ -20,6 +20,7 @@ HiddenNote::HiddenNote(ContactView &view, SearchBar &searchBar, QWidget *parent)
     setObjectName(QStringLiteral("hiddenNote"));
     m_label->setObjectName(QStringLiteral("hiddenLabel"));
     m_label->setProperty("class", QStringLiteral("HiddenLabel"));
+    m_label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     auto *const button = new QPushButton(tr("Clear search"), this);
     button->setObjectName(QStringLiteral("clearSearchButton"));
     button->setAutoDefault(false);
