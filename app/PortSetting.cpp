@@ -54,6 +54,10 @@ void PortSetting::store()
 {
     if (!m_dialog)
         return;
+    if (m_dialog->isAsStored()) {
+        close();
+        return;
+    }
     const int port = m_dialog->portText().toInt();
     const bool inRange = port >= PortDialog::lowestPort && port <= PortDialog::highestPort;
     if (!inRange && !m_dialog->useDefault()) {
@@ -62,10 +66,6 @@ void PortSetting::store()
         // Closed meanwhile, when the program quits.
         if (m_dialog)
             m_dialog->showWrongPort();
-        return;
-    }
-    if (m_dialog->isAsStored()) {
-        close();
         return;
     }
     const WriteResult stored =

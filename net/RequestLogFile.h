@@ -16,7 +16,7 @@
 class RequestLogFile
 {
 public:
-    static constexpr qint64 fullSize = 5 * 1000 * 1000; ///< in bytes
+    static constexpr qint64 fullSize = 5'000'000; ///< in bytes
     static constexpr int files = 5;                     ///< in all
 
     /// The folder is made with the first row.
