@@ -395,24 +395,6 @@ private slots:
         f.view->updateContactModel();
         QVERIFY(!tipOver(ContactModel::Department).isEmpty());
         QVERIFY(isClear(-ContactView::rowPixels / 2));
-
-        // The row under the pointer is marked, and no other.
-        const auto grabRow = [&](int row) {
-            return viewport->grab(QRect(0, row * ContactView::rowPixels, 300, 29)).toImage();
-        };
-        QTest::mouseMove(viewport, f.cell(0, ContactModel::City));
-        const QImage marked = grabRow(0);
-        const QImage other = grabRow(2);
-        QEvent leave(QEvent::Leave);
-        QCoreApplication::sendEvent(viewport, &leave);
-        QVERIFY(grabRow(0) != marked);
-        QCOMPARE(grabRow(2), other);
-        // Rows that go leave the mark with what is then under the pointer.
-        tipOver(ContactModel::Delete);
-        for (int i = 0; i < 2; ++i)
-            f.list.removeAt(1);
-        f.view->updateContactModel();
-        QCOMPARE(viewport->cursor().shape(), Qt::ArrowCursor);
     }
 };
 

@@ -91,40 +91,6 @@ private slots:
     }
     void cleanup() { m_window.reset(); }
 
-    void coverTakesTheMouse()
-    {
-        LoadingWidget cover(m_window.get());
-        const QSignalSpy clicks(m_window->button, &QPushButton::clicked);
-        cover.showOver(m_window.get());
-        m_window->resize(640, 480);
-        QTRY_COMPARE(cover.geometry(), m_window->rect());
-        QCOMPARE(m_window->childAt(5, 5), &cover);
-        const auto click = [&] {
-            const QPoint center = m_window->button->rect().center();
-            QTest::mouseClick(m_window->windowHandle(), Qt::LeftButton, {},
-                              m_window->button->mapTo(m_window.get(), center));
-            // To the button itself, as a grab would bring it there.
-            QTest::mouseClick(m_window->button, Qt::LeftButton);
-        };
-        click();
-        QCOMPARE(clicks.size(), 0);
-
-        // A question in a window of its own is not covered.
-        QDialog question(m_window.get());
-        auto *const edit = new QLineEdit(&question);
-        question.show();
-        QApplication::setActiveWindow(&question);
-        QVERIFY(QTest::qWaitForWindowActive(&question));
-        QTest::keyClick(question.windowHandle(), Qt::Key_A);
-        QCOMPARE(edit->text(), "a"_s);
-        QTest::mouseDClick(question.windowHandle(), Qt::LeftButton, {}, edit->geometry().center());
-        QCOMPARE(edit->selectedText(), "a"_s);
-        question.close();
-        cover.hide();
-        click();
-        QCOMPARE(clicks.size(), 2);
-    }
-
     void coverTakesTheKeys()
     {
         // A letter, the next input, and the keys of an action, a button and a menu.
@@ -218,43 +184,6 @@ private slots:
         m_window->button->setFocus();
         page.slideOut();
         QVERIFY(m_window->button->hasFocus());
-    }
-
-    void guideTakesPicturesFromTheList()
-    {
-        const QTemporaryDir folder;
-        QVERIFY(QDir::setCurrent(folder.path()));
-        const auto back = qScopeGuard([] { QDir::setCurrent(QStringLiteral(VL_SOURCE_DIR)); });
-        const QString guideFolder = "./resource/UserGuide/"_s;
-        QVERIFY(QDir().mkpath(guideFolder));
-        const QByteArray two =
-            R"(<root><item text="1" pic="a.png"/><item text="9" pic="b.png"/></root>)";
-        const std::tuple<QString, QByteArray, const char *> rows[] = {
-            {"en"_s, two, "1:a.png 9:b.png"},
-            {"EN"_s, two, "1:chinese/a.png 9:chinese/b.png"}, // any other language
-            // Numbers that are no page, and pages without a picture or with two.
-            {"en"_s, R"(<root><item text="10" pic="x"/><item text="0" pic="x"/>
-               <item text="0x2" pic="x"/><item pic="x"/><item text="99999999999999999999" pic="x"/>
-               <item text="1" pic="x"/><item text="1" pic="a.png"/>
-               <item text="1"/><item text="1" pic=""/></root>)",
-             "1:a.png"},
-            {"en"_s, two.chopped(8), ""},
-            {"en"_s, "", ""}};
-        for (const auto &[language, list, expected] : rows) {
-            QFile file(guideFolder + "userguide.xml"_s);
-            QVERIFY(file.open(QIODevice::WriteOnly));
-            file.write(list);
-            file.close();
-            const UserGuide guide(language);
-            QStringList pictures;
-            QCOMPARE(guide.pages().size(), 9);
-            for (int i = 0; i < 9; ++i) {
-                const QString picture = guide.pages().at(i).picture;
-                if (!picture.isEmpty())
-                    pictures.append("%1:"_s.arg(i + 1) + QString(picture).remove(guideFolder));
-            }
-            QCOMPARE(pictures.join(QLatin1Char(' ')), QLatin1String(expected));
-        }
     }
 
     void guideTurnsItsPages()
