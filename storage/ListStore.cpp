@@ -63,7 +63,11 @@ bool ListStore::lock()
     qint64 process = 0;
     QString host;
     QString program;
-    m_lock.getLockInfo(&process, &host, &program);
+    // Whoever left a file that names nobody was stopped, as by the power being cut, before it could
+    // write there. One that runs holds the file, which then cannot be removed.
+    if (!m_lock.getLockInfo(&process, &host, &program) && m_lock.removeStaleLockFile() &&
+        m_lock.tryLock())
+        return true;
     const QString reason = QCoreApplication::translate(
         "ListStore", "the list is in use by the program \"%1\" on the computer "
                      "\"%2\" (process %3). If that program no longer runs, remove "

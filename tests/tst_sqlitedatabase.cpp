@@ -140,6 +140,8 @@ void TestSqliteDatabase::clashingIdFails()
     // The failure must not leave a transaction open.
     QVERIFY(m_store->insertContacts({device(2, "b")}));
     QCOMPARE(summary(raw), u"1 a 0,2 b 1"_s);
+    m_store->closeDatabase();
+    QVERIFY(!m_store->insertContacts({device(3, "c")}));
 }
 
 /// Tables of earlier programs may have been made without the key.
