@@ -393,6 +393,8 @@ class Tour:
         """Each of these was asked for by a phone, and ended so."""
         def rows():
             log = self.program.folder / "log" / "requests.csv"
+            if not log.exists():
+                return []  # it is written a moment after the answer
             with log.open(newline="", encoding="utf-8") as file:
                 return [tuple(row.values()) for row in csv.DictReader(file)]
         for entry in wanted:
