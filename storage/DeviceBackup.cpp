@@ -17,8 +17,7 @@ namespace {
 
 constexpr int keptLists = 30;
 constexpr int keptDatabases = 10;
-constexpr qint64 comparedAtOnce = qint64(1) << 20;
-constexpr qint64 writtenAtOnce = qint64(1) << 20;
+constexpr qint64 pieceSize = qint64(1) << 20; // compared or written at once
 const QString lineEnd = QStringLiteral("\r\n");
 
 /// The files of a database: what its last writer may have left, by which it is put right when it is
@@ -55,7 +54,7 @@ bool holds(const QString &filePath, QIODevice &content)
     if (!file.open(QIODevice::ReadOnly) || file.size() != content.size() || !content.seek(0))
         return false;
     while (!file.atEnd()) {
-        const QByteArray part = file.read(comparedAtOnce);
+        const QByteArray part = file.read(pieceSize);
         if (part.isEmpty() || part != content.read(part.size()))
             return false;
     }
@@ -182,7 +181,7 @@ DeviceBackup::Writing::Step DeviceBackup::Writing::compare()
 
 DeviceBackup::Writing::Step DeviceBackup::Writing::write()
 {
-    const QByteArray part = m_content->read(writtenAtOnce);
+    const QByteArray part = m_content->read(pieceSize);
     if (part.isEmpty() && !m_content->atEnd()) {
         m_backup.took(WriteResult::failed(m_content->errorString()));
         return Step::Failed;

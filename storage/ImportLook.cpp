@@ -3,6 +3,7 @@
 #include "import/ParseBase.h"
 #include "import/ParseFactory.h"
 #include "import/TextSource.h"
+#include "storage/ImportedDevices.h"
 #include "storage/NoTarget.h"
 
 #include <QDeadlineTimer>
@@ -147,8 +148,5 @@ void ImportLook::letGo()
 
 void ImportLook::removeWorkFiles(const QString &folder)
 {
-    NoTarget nobody;
-    const std::unique_ptr<ParseBase> parser(
-        ParseFactory().createParser(nobody, workPrefix(folder)));
-    parser->removeWorkFiles();
+    ImportedDevices::removeWorkFiles(workPrefix(folder));
 }

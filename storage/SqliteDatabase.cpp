@@ -81,12 +81,12 @@ const QString selectAll = QStringLiteral(
 
 struct KnownError
 {
-    int code; ///< SQLite's primary result code
+    int code; ///< SQLite's primary result code, or the one extended code that is told apart
     const char *text;
 };
 
 /// What a user can do something about. SQLite itself speaks English only.
-constexpr std::array<KnownError, 8> knownErrors = {{
+constexpr std::array<KnownError, 9> knownErrors = {{
     {5, QT_TRANSLATE_NOOP("SqliteDatabase", "the database is in use by another program")},
     {6, QT_TRANSLATE_NOOP("SqliteDatabase", "the database is in use by another program")},
     {8, QT_TRANSLATE_NOOP("SqliteDatabase", "the database is read-only")},
@@ -95,6 +95,7 @@ constexpr std::array<KnownError, 8> knownErrors = {{
     {13, QT_TRANSLATE_NOOP("SqliteDatabase", "the disk is full")},
     {14, QT_TRANSLATE_NOOP("SqliteDatabase", "the database can not be opened")},
     {26, QT_TRANSLATE_NOOP("SqliteDatabase", "the file is not a database")},
+    {movedAway, QT_TRANSLATE_NOOP("SqliteDatabase", "another file has taken its place")},
 }};
 
 /// What the database says of it; what Qt was about to do tells a user nothing.
@@ -487,8 +488,7 @@ bool SqliteDatabase::noted(const QSqlError &error)
         return true;
     const int code = error.nativeErrorCode().toInt();
     m_lastErrorCode = code == movedAway ? code : code & primaryCode;
-    m_lastErrorText =
-        code == movedAway ? tr("another file has taken its place") : reason(error, m_lastErrorCode);
+    m_lastErrorText = reason(error, m_lastErrorCode);
     // What had to be written is what a save that was cut short has to be taken back by.
     if (m_lastErrorCode == readOnly && m_database.connectOptions() == readingOnly)
         m_lastErrorText = tr("the last save was cut short, which the next start of the program "
