@@ -19,6 +19,10 @@ set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
 
+# Where it was made; it is not installed.
+set(SQLite3_INCLUDE_DIR $ENV{VL_WINDOWS_LIBRARIES}/sqlite CACHE PATH "")
+set(SQLite3_LIBRARY $ENV{VL_WINDOWS_LIBRARIES}/sqlite/libsqlite3.a CACHE FILEPATH "")
+
 # Tests run under Wine where it is installed.
 find_program(wine wine)
 if(wine)

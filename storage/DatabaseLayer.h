@@ -1,6 +1,7 @@
 #pragma once
 
 #include "model/ContactInfo.h"
+#include "model/DeviceList.h"
 
 #include <QMap>
 #include <QObject>
@@ -67,9 +68,9 @@ public:
     /// deleteAll() in steps, for a long table: deletes some rows, at most so many. Says how many,
     /// or -1.
     virtual int deleteSome(int count) = 0;
-    /// mergeNewRecords() in steps, for a long list that is inserted into an emptied table: settles
-    /// these rows, of which `first` counts from 0.
-    virtual bool settleRows(int first, int count) = 0;
+    /// Inserts up to `count` devices from the row `first` on, for a long list and an emptied table:
+    /// what insertContacts() and mergeNewRecords() come to there. Within a transaction.
+    virtual bool insertSettled(const DeviceListSnapshot &list, int first, int count) = 0;
 
     /// Transactions nest: only the outermost one begins and ends one in the database, and a
     /// roll-back anywhere rolls all of it back. Once one has begun, nobody else can write. Use

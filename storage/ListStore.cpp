@@ -313,16 +313,16 @@ ListStore::Step ListStore::writeRows(const DeviceListSnapshot &list)
     }
     const int first = m_writtenRows;
     m_writtenRows += DBOperator::rowsAtOnce;
-    const bool written =
-        m_dbOperator.saveRows(list, first, DBOperator::rowsAtOnce) &&
-        (!isLongList(list.size()) || database().settleRows(first, DBOperator::rowsAtOnce));
+    const bool written = isLongList(list.size())
+                             ? database().insertSettled(list, first, DBOperator::rowsAtOnce)
+                             : m_dbOperator.saveRows(list, first, DBOperator::rowsAtOnce);
     return written ? Step::More : databaseFailed();
 }
 
 ListStore::Step ListStore::finish(const DeviceListSnapshot &list)
 {
-    // A long list is merged with each batch, as looking at all of it at once takes too long. No
-    // other rows are there that it could replace.
+    // The rows of a long list are settled as they are written, as looking at all of them takes too
+    // long. No other rows are there that they could replace.
     if (!isLongList(list.size()) && !database().mergeNewRecords())
         return databaseFailed();
     m_writing = Writing::No;

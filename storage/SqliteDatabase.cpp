@@ -2,12 +2,16 @@
 
 #include "model/ContactFields.h"
 #include "model/DebugLog.h"
+#include "storage/RowInserter.h"
 #include "storage/ScopedTransaction.h"
 
 #include <QFile>
 #include <QFileInfo>
+#include <QSqlDriver>
 #include <QTextCodec>
 #include <QThread>
+
+#include <sqlite3.h>
 
 #include <algorithm>
 #include <array>
@@ -20,12 +24,8 @@ const QString contactTable = QStringLiteral("contact1");
 /// The id and the flag as well.
 constexpr int contactTableColumns = static_cast<int>(contactFieldCount) + 2;
 
-constexpr int locked = 5;               // SQLITE_BUSY: by another program
-constexpr int lockedWithin = 6;         // SQLITE_LOCKED
-constexpr int readOnly = 8;             // SQLITE_READONLY
-constexpr int movedAway = 8 | (4 << 8); // SQLITE_READONLY_DBMOVED, an extended code
-constexpr int primaryCode = 0xff;       // of an error; what is above it only says more
-constexpr int rowsReadAtOnce = 1000;    // where nobody waits
+constexpr int primaryCode = 0xff;    // of an error; what is above it only says more
+constexpr int rowsReadAtOnce = 1000; // where nobody waits
 
 // A long list may be being saved: that takes seconds, and nobody is kept waiting here.
 const QString readingOnly = QStringLiteral("QSQLITE_OPEN_READONLY;QSQLITE_BUSY_TIMEOUT=10000");
@@ -67,8 +67,6 @@ const QString dropReplaced = QStringLiteral(
     "delete from contact1 where id in(select p1.id as contact_id from contact1 p1,contact1 p2 "
     "where p1.id<>p2.id and p1.mac=p2.mac and p1.flag<>p2.flag and p1.flag=0)");
 const QString settleNew = QStringLiteral("update contact1 set flag = 0 where flag = 1");
-const QString settleSome =
-    QStringLiteral("update contact1 set flag = 0 where flag = 1 and rowid between ? and ?");
 const QString selectAll = QStringLiteral(
     "SELECT contact1.id, contact1.mac, contact1.product, contact1.sip_server, "
     "contact1.sip_user_id, contact1.first_account, contact1.ip, contact1.username, "
@@ -87,15 +85,17 @@ struct KnownError
 
 /// What a user can do something about. SQLite itself speaks English only.
 constexpr std::array<KnownError, 9> knownErrors = {{
-    {5, QT_TRANSLATE_NOOP("SqliteDatabase", "the database is in use by another program")},
-    {6, QT_TRANSLATE_NOOP("SqliteDatabase", "the database is in use by another program")},
-    {8, QT_TRANSLATE_NOOP("SqliteDatabase", "the database is read-only")},
-    {10, QT_TRANSLATE_NOOP("SqliteDatabase", "reading or writing the disk failed")},
-    {11, QT_TRANSLATE_NOOP("SqliteDatabase", "the database is damaged")},
-    {13, QT_TRANSLATE_NOOP("SqliteDatabase", "the disk is full")},
-    {14, QT_TRANSLATE_NOOP("SqliteDatabase", "the database can not be opened")},
-    {26, QT_TRANSLATE_NOOP("SqliteDatabase", "the file is not a database")},
-    {movedAway, QT_TRANSLATE_NOOP("SqliteDatabase", "another file has taken its place")},
+    {SQLITE_BUSY, QT_TRANSLATE_NOOP("SqliteDatabase", "the database is in use by another program")},
+    {SQLITE_LOCKED,
+     QT_TRANSLATE_NOOP("SqliteDatabase", "the database is in use by another program")},
+    {SQLITE_READONLY, QT_TRANSLATE_NOOP("SqliteDatabase", "the database is read-only")},
+    {SQLITE_IOERR, QT_TRANSLATE_NOOP("SqliteDatabase", "reading or writing the disk failed")},
+    {SQLITE_CORRUPT, QT_TRANSLATE_NOOP("SqliteDatabase", "the database is damaged")},
+    {SQLITE_FULL, QT_TRANSLATE_NOOP("SqliteDatabase", "the disk is full")},
+    {SQLITE_CANTOPEN, QT_TRANSLATE_NOOP("SqliteDatabase", "the database can not be opened")},
+    {SQLITE_NOTADB, QT_TRANSLATE_NOOP("SqliteDatabase", "the file is not a database")},
+    {SQLITE_READONLY_DBMOVED,
+     QT_TRANSLATE_NOOP("SqliteDatabase", "another file has taken its place")},
 }};
 
 /// What the database says of it; what Qt was about to do tells a user nothing.
@@ -106,6 +106,28 @@ QString reason(const QSqlError &error, int code)
     if (known != knownErrors.end())
         return SqliteDatabase::tr(known->text);
     return error.databaseText().isEmpty() ? error.text() : error.databaseText();
+}
+
+QSqlError notOpen()
+{
+    return QSqlError(QString(), SqliteDatabase::tr("the database is not open"),
+                     QSqlError::ConnectionError);
+}
+
+/// The driver's own connection, which must be open. The driver uses the library that this program
+/// is linked with.
+sqlite3 *handleOf(const QSqlDatabase &database)
+{
+    const QVariant handle = database.driver()->handle();
+    return *static_cast<sqlite3 *const *>(handle.constData());
+}
+
+/// In the form in which the driver tells of its own statements.
+QSqlError errorOf(sqlite3 *database)
+{
+    return QSqlError(QString(), QString::fromUtf8(sqlite3_errmsg(database)),
+                     QSqlError::StatementError,
+                     QString::number(sqlite3_extended_errcode(database)));
 }
 
 void useUtf8AsLocaleCodec()
@@ -292,11 +314,18 @@ bool SqliteDatabase::insertColumns(const ColumnMap &columns)
     if (prepared && !nothingToDo)
         query.execBatch();
     const bool inserted = nothingToDo || succeeded(query);
-    if (!prepared && number(Sql::countColumns) > contactTableColumns)
-        m_lastErrorText = tr("a newer version of this program has written the database");
+    if (!prepared)
+        notePreparationFailed();
     // Also after a failed row: what becomes of the rows before it is for whoever opened the
     // outermost transaction to say.
     return transaction.commit() && inserted;
+}
+
+/// Of the statement that inserts a row.
+void SqliteDatabase::notePreparationFailed()
+{
+    if (number(Sql::countColumns) > contactTableColumns)
+        m_lastErrorText = tr("a newer version of this program has written the database");
 }
 
 bool SqliteDatabase::updateFields(const QString &table, const QStringList &columns,
@@ -339,14 +368,22 @@ int SqliteDatabase::deleteSome(int count)
     return succeeded(query) ? query.numRowsAffected() : -1;
 }
 
-bool SqliteDatabase::settleRows(int first, int count)
+bool SqliteDatabase::insertSettled(const DeviceListSnapshot &list, int first, int count)
 {
-    QSqlQuery query = newQuery();
-    query.prepare(Sql::settleSome);
-    query.addBindValue(first + 1);
-    query.addBindValue(first + count);
-    query.exec();
-    return succeeded(query);
+    Q_ASSERT(QThread::currentThread() == thread());
+    if (!m_database.isOpen())
+        return noted(notOpen());
+    sqlite3 *const database = handleOf(m_database);
+    RowInserter rows(database, Sql::insertRow);
+    bool inserted = rows.isPrepared();
+    const int end = std::min(first + count, list.size());
+    for (int row = first; inserted && row < end; ++row)
+        inserted = rows.insert(list.at(row).number, list.infoAt(row));
+    if (!inserted)
+        noted(errorOf(database));
+    if (!rows.isPrepared())
+        notePreparationFailed();
+    return inserted;
 }
 
 QList<ContactInfo> SqliteDatabase::queryContacts()
@@ -452,12 +489,12 @@ void SqliteDatabase::setWaitsForLocks(bool wait)
 
 bool SqliteDatabase::lastErrorIsLock() const
 {
-    return m_lastErrorCode == locked || m_lastErrorCode == lockedWithin;
+    return m_lastErrorCode == SQLITE_BUSY || m_lastErrorCode == SQLITE_LOCKED;
 }
 
 bool SqliteDatabase::lastErrorIsMove() const
 {
-    return m_lastErrorCode == movedAway;
+    return m_lastErrorCode == SQLITE_READONLY_DBMOVED;
 }
 
 QSqlQuery SqliteDatabase::newQuery() const
@@ -477,9 +514,7 @@ bool SqliteDatabase::execute(const QString &statement)
 bool SqliteDatabase::succeeded(const QSqlQuery &query)
 {
     // On a closed database a statement is not even tried, and leaves no error of its own.
-    return noted(m_database.isOpen() ? query.lastError()
-                                     : QSqlError(QString(), tr("the database is not open"),
-                                                 QSqlError::ConnectionError));
+    return noted(m_database.isOpen() ? query.lastError() : notOpen());
 }
 
 bool SqliteDatabase::noted(const QSqlError &error)
@@ -487,10 +522,10 @@ bool SqliteDatabase::noted(const QSqlError &error)
     if (!error.isValid())
         return true;
     const int code = error.nativeErrorCode().toInt();
-    m_lastErrorCode = code == movedAway ? code : code & primaryCode;
+    m_lastErrorCode = code == SQLITE_READONLY_DBMOVED ? code : code & primaryCode;
     m_lastErrorText = reason(error, m_lastErrorCode);
     // What had to be written is what a save that was cut short has to be taken back by.
-    if (m_lastErrorCode == readOnly && m_database.connectOptions() == readingOnly)
+    if (m_lastErrorCode == SQLITE_READONLY && m_database.connectOptions() == readingOnly)
         m_lastErrorText = tr("the last save was cut short, which the next start of the program "
                              "puts right");
     qCDebug(debugLog) << error;

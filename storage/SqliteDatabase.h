@@ -35,7 +35,7 @@ public:
 
     std::unique_ptr<ContactReader> readContacts() override;
     int deleteSome(int count) override;
-    bool settleRows(int first, int count) override;
+    bool insertSettled(const DeviceListSnapshot &list, int first, int count) override;
     bool beginTransaction() override;
     bool beginReading() override;
     bool commitTransaction() override;
@@ -54,6 +54,7 @@ private:
     QSqlQuery newQuery() const;
     bool begin(const QString &statement);
     bool execute(const QString &statement);
+    void notePreparationFailed();
     bool succeeded(const QSqlQuery &query);
     bool noted(const QSqlError &error);
     int number(const QString &statement);

@@ -149,6 +149,8 @@ void TestFullDisk::keepsTheList_data()
     row("import", littleRoom, {u"Backup Error"_s});
     row("batch", 0, {u"Save Error"_s});
     row("batch", littleRoom, {u"Save Error"_s});
+    row("long batch", 0, {u"Save Error"_s}); // written in another way
+    row("long batch", littleRoom, {u"Save Error"_s});
     row("exit", 0, {u"Save Error"_s, u"Save Error"_s});
 }
 
@@ -166,7 +168,8 @@ void TestFullDisk::keepsTheList()
     const QTemporaryDir elsewhere;
     const QString list =
         writeFile(elsewhere.filePath(u"list.csv"_s), DeviceBackup::csv(stampedDevices("x y")));
-    const QList<ContactInfo> devices = manyDevices(1500);
+    const QList<ContactInfo> devices =
+        manyDevices(flow == QLatin1String("long batch") ? 2500 : 1500);
     User user;
     user.answers = QStringList{no};
     Run run(folder, "");

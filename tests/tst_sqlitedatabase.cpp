@@ -112,6 +112,14 @@ void TestSqliteDatabase::everyFieldIsInItsColumn()
     QVERIFY(m_store->mergeNewRecords());
     QVERIFY(raw.exec(u"update contact1 set id = 1 where id = 30"_s));
     QCOMPARE(raw.difference(devices), QString());
+
+    // A long list is written in another way, to the same effect.
+    DeviceList list;
+    list.assign(devices + devices);
+    QVERIFY(m_store->deleteAll());
+    for (const int first : {0, 4})
+        QVERIFY(m_store->insertSettled(list.snapshot(), first, 4));
+    QCOMPARE(raw.difference(devices + devices), QString());
 }
 
 void TestSqliteDatabase::mergeReplacesOlderRows()
@@ -134,7 +142,10 @@ void TestSqliteDatabase::clashingIdFails()
     QVERIFY(m_store->insertContacts({device(1, "a")}));
     QVERIFY(m_store->mergeNewRecords());
     QVERIFY(!m_store->insertContacts({device(1, "b")}));
-    QVERIFY(!m_store->lastErrorText().isEmpty());
+    DeviceList list;
+    list.assign({device(1, "c")});
+    QVERIFY(!m_store->insertSettled(list.snapshot(), 0, 1));
+    QCOMPARE(m_store->lastErrorText(), u"UNIQUE constraint failed: contact1.id"_s);
     const RawDatabase raw(path());
     QCOMPARE(summary(raw), u"1 a 0"_s);
     // The failure must not leave a transaction open.
@@ -142,6 +153,7 @@ void TestSqliteDatabase::clashingIdFails()
     QCOMPARE(summary(raw), u"1 a 0,2 b 1"_s);
     m_store->closeDatabase();
     QVERIFY(!m_store->insertContacts({device(3, "c")}));
+    QVERIFY(!m_store->insertSettled(list.snapshot(), 0, 1));
 }
 
 /// Tables of earlier programs may have been made without the key.
