@@ -10,6 +10,7 @@ import argparse
 import contextlib
 import json
 import socket
+import struct
 import threading
 import time
 import urllib.request
@@ -28,6 +29,15 @@ def subscribe(via, mac, model):
         f"Contact: <sip:MAC%3A{mac}@{via}>", "Max-Forwards: 70", "Expires: 0",
         f'Event: ua-profile;profile-type="device";vendor="phone";model="{model}";version="1.0"',
         "Accept: application/url", "Content-Length: 0", "", ""]).encode()
+
+
+def send_damaged(address):
+    """A datagram whose checksum is wrong: whoever waits for one is woken, and then there is none."""
+    data = bytes(200)  # a short one is looked at before
+    with socket.socket(socket.AF_INET, socket.SOCK_RAW, socket.IPPROTO_UDP) as sock:
+        sock.setsockopt(socket.IPPROTO_IP, socket.IP_MULTICAST_IF, socket.inet_aton(address))
+        header = struct.pack("!4H", GROUP[1], GROUP[1], 8 + len(data), 1)
+        sock.sendto(header + data, GROUP)
 
 
 def boot(address, mac, model, delay, story):
@@ -67,6 +77,7 @@ def main():
     parser.add_argument("model", nargs="+", help="in turn")
     options = parser.parse_args()
     stories = [{} for _ in range(options.count)]
+    send_damaged(options.address)
     threads = [threading.Thread(target=boot, args=(
         options.address, format(int(options.mac, 16) + number, "012x"),
         options.model[number % len(options.model)], number / options.count, story))
