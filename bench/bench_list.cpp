@@ -10,6 +10,7 @@
 #include "model/FreeMemory.h"
 #include "storage/DBOperator.h"
 #include "storage/DataMgr.h"
+#include "storage/DeviceBackup.h"
 #include "view/ContactView.h"
 
 #include <QAbstractItemModel>
@@ -21,6 +22,7 @@
 #include <QLoggingCategory>
 #include <QPushButton>
 #include <QTemporaryDir>
+#include <QTemporaryFile>
 #include <QTest>
 
 #include <cstdio>
@@ -213,6 +215,13 @@ void measureChanges(const QString &parent, int listed)
     measure("one deleted", [&](int row) { program.dataMgr->deleteContactAt(row); });
     measure("one added",
             [&](int row) { program.dataMgr->insertContactNode(benchDevice(listed + row)); });
+    QTemporaryFile list(parent + QStringLiteral("/bench-XXXXXX.csv"));
+    if (!list.open() || list.write(DeviceBackup::csv(benchDevices(listed))) < 0 || !list.flush())
+        std::printf("the list to be imported cannot be written\n");
+    measure("all replaced by an import", [&](int) {
+        program.dataMgr->setImportFlag(true);
+        program.dataMgr->importFile(list.fileName());
+    });
 }
 
 void measureKeys(const QString &parent, int listed)
