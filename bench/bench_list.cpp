@@ -83,6 +83,22 @@ public:
     std::unique_ptr<MainWindow> window;
 };
 
+/// A device list in a file.
+class ListFile
+{
+public:
+    ListFile(const QString &parent, const QList<ContactInfo> &devices)
+        : m_file(parent + QStringLiteral("/bench-XXXXXX.csv"))
+    {
+        if (!m_file.open() || m_file.write(DeviceBackup::csv(devices)) < 0 || !m_file.flush())
+            std::printf("the list to be imported cannot be written\n");
+    }
+    QString path() const { return m_file.fileName(); }
+
+private:
+    QTemporaryFile m_file;
+};
+
 /// Notes when a view is first painted with at least so many rows.
 class FirstPaint : public QObject
 {
@@ -215,13 +231,18 @@ void measureChanges(const QString &parent, int listed)
     measure("one deleted", [&](int row) { program.dataMgr->deleteContactAt(row); });
     measure("one added",
             [&](int row) { program.dataMgr->insertContactNode(benchDevice(listed + row)); });
-    QTemporaryFile list(parent + QStringLiteral("/bench-XXXXXX.csv"));
-    if (!list.open() || list.write(DeviceBackup::csv(benchDevices(listed))) < 0 || !list.flush())
-        std::printf("the list to be imported cannot be written\n");
-    measure("all replaced by an import", [&](int) {
+    const auto import = [&](const QString &path) {
         program.dataMgr->setImportFlag(true);
-        program.dataMgr->importFile(list.fileName());
-    });
+        program.dataMgr->importFile(path);
+    };
+    const ListFile same(parent, benchDevices(listed));
+    QList<ContactInfo> moved = benchDevices(listed);
+    for (ContactInfo &device : moved)
+        device.city = QStringLiteral("Shelbyville");
+    const ListFile other(parent, moved);
+    measure("the same imported", [&](int) { import(same.path()); });
+    measure("another list imported",
+            [&](int row) { import(row % 2 == 0 ? other.path() : same.path()); });
 }
 
 void measureKeys(const QString &parent, int listed)
@@ -383,6 +404,7 @@ int main(int argc, char *argv[])
     registerContactTypes();
     applyAppearance(application);
     const QString parent = QCoreApplication::arguments().value(1, QDir::tempPath());
+    if (qEnvironmentVariableIsSet("ONLY")) { measureChanges(parent, 100000); return 0; }
     measureMemory(parent, 100000);
     measureBatch(parent, 0, 10000);
     measureBatch(parent, 100000, 10000);

@@ -4,13 +4,17 @@
 
 #include <algorithm>
 
-bool operator==(const ContactInfo &left, const ContactInfo &right)
+bool hasSameTexts(const ContactInfo &left, const ContactInfo &right)
 {
     const auto &fields = contactFields();
-    return left.id == right.id &&
-           std::all_of(fields.begin(), fields.end(), [&](const ContactField &field) {
-               return left.*field.member == right.*field.member;
-           });
+    return std::all_of(fields.begin(), fields.end(), [&](const ContactField &field) {
+        return left.*field.member == right.*field.member;
+    });
+}
+
+bool operator==(const ContactInfo &left, const ContactInfo &right)
+{
+    return left.id == right.id && hasSameTexts(left, right);
 }
 
 void registerContactTypes()

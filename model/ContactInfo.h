@@ -40,6 +40,8 @@ struct ContactInfo
     QString phonebook_path;
 };
 
+/// True when both records hold the same texts, whatever their ids.
+bool hasSameTexts(const ContactInfo &left, const ContactInfo &right);
 /// True when both records hold the same texts and the same id.
 bool operator==(const ContactInfo &left, const ContactInfo &right);
 inline bool operator!=(const ContactInfo &left, const ContactInfo &right)

@@ -212,11 +212,7 @@ bool DeviceListSnapshot::isSameRecord(int row, const DeviceListSnapshot &other, 
 {
     const Record &mine = m_state->at(row);
     const Record &theirs = other.m_state->at(otherRow);
-    const auto &fields = contactFields();
-    return &mine == &theirs ||
-           std::all_of(fields.begin(), fields.end(), [&](const ContactField &field) {
-               return mine.info.*field.member == theirs.info.*field.member;
-           });
+    return &mine == &theirs || hasSameTexts(mine.info, theirs.info);
 }
 
 int DeviceListSnapshot::rowOfMac(const QString &mac) const

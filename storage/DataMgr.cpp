@@ -329,6 +329,13 @@ void DataMgr::save()
         startSave();
 }
 
+std::unique_ptr<ListSource> DataMgr::importOf(const QString &path) const
+{
+    const DeviceListSnapshot present = m_devices.snapshot();
+    return std::make_unique<ImportedDevices>(m_importFlag ? DeviceListSnapshot() : present, present,
+                                             m_directory, path);
+}
+
 void DataMgr::importFile(const QString &path)
 {
     const bool flag = m_importFlag;
@@ -344,8 +351,7 @@ void DataMgr::importFile(const QString &path)
     if (m_store.isElsewhere())
         order.refusal = m_store.reason(); // its work files lie where ours would
     else
-        order.source = std::make_unique<ImportedDevices>(
-            m_importFlag ? DeviceListSnapshot() : m_devices.snapshot(), m_directory, path);
+        order.source = importOf(path);
     start(std::move(order));
 }
 

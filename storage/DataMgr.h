@@ -191,6 +191,7 @@ private:
     void restore(ListJob::Kind kind);
     void updateAt(int row, const ContactInfo &contact);
     int rowNow(qint32 number, const QString &mac) const;
+    std::unique_ptr<ListSource> importOf(const QString &path) const;
     ListJob::Answer ask(const ListJob::Question &question);
     ListJob::Answer askAboutListed(const ListJob::Question &question);
     void tellEnd(const ListJob &job);

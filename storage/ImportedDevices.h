@@ -11,8 +11,10 @@ class ParseBase;
 class ImportedDevices : public MergedDevices
 {
 public:
-    /// The importer makes its work files in `workFolder`, which ends in "/".
-    ImportedDevices(const DeviceListSnapshot &list, const QString &workFolder, const QString &path);
+    /// Adds the devices to `list`, for a list that replaces `present`. The importer makes its work
+    /// files in `workFolder`, which ends in "/".
+    ImportedDevices(const DeviceListSnapshot &list, const DeviceListSnapshot &present,
+                    const QString &workFolder, const QString &path);
     ~ImportedDevices() override;
 
     Step step() override;

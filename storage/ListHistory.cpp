@@ -1,9 +1,12 @@
 #include "storage/ListHistory.h"
 
 #include "model/ContactFields.h"
+#include "model/FreeMemory.h"
+#include "storage/LongList.h"
 
 #include <algorithm>
 #include <numeric>
+#include <utility>
 
 namespace {
 
@@ -31,6 +34,12 @@ int countDifferent(const DeviceListSnapshot &one, const DeviceListSnapshot &othe
     for (int row = std::min(one.size(), other.size()) - 1; row >= 0; --row)
         different += one.isSameRecord(row, other, row) ? 0 : 1;
     return different;
+}
+
+void letGo(ListChange change)
+{
+    if (isLongList(change.before.size() + change.after.size()))
+        freeAside(std::move(change));
 }
 
 } // namespace
@@ -69,7 +78,10 @@ void ListHistory::add(const ListChange &change)
         return;
     m_latest = Latest::Made;
     ++m_changeCount;
-    m_takenBack.clear();
+    while (!m_takenBack.empty()) {
+        letGo(std::move(m_takenBack.back()));
+        m_takenBack.pop_back();
+    }
     m_made.push_back(change);
     forget();
 }
@@ -82,6 +94,7 @@ void ListHistory::forget()
                         [](qint64 sum, const ListChange &change) { return sum + change.bytes; });
     while (m_made.size() > mostSteps || (m_made.size() > 1 && bytes > mostBytes)) {
         bytes -= m_made.front().bytes;
+        letGo(std::move(m_made.front()));
         m_made.pop_front();
     }
 }

@@ -1,6 +1,8 @@
 #include "storage/MergedDevices.h"
 
 #include "model/DebugLog.h"
+#include "model/FreeMemory.h"
+#include "storage/LongList.h"
 
 #include <QSet>
 
@@ -15,6 +17,18 @@ MergedDevices::MergedDevices(const DeviceListSnapshot &list, const QList<Contact
     : m_list(list)
     , m_devices(devices)
 {
+}
+
+MergedDevices::MergedDevices(const DeviceListSnapshot &list, const DeviceListSnapshot &present)
+    : m_list(list)
+    , m_present(present)
+{
+}
+
+MergedDevices::~MergedDevices()
+{
+    if (isLongList(m_devices.size() + m_present.size()))
+        freeAside(std::make_pair(std::move(m_devices), std::move(m_present)));
 }
 
 ListSource::Step MergedDevices::step()
@@ -35,7 +49,8 @@ ListSource::Step MergedDevices::step()
     return m_next == m_devices.size() ? Step::Done : Step::More;
 }
 
-/// Bit by bit, as all at the end would make the window wait. What others hold as well is theirs.
+/// The list holds its texts by now, and both at once would take twice the room. What others hold as
+/// well is theirs.
 void MergedDevices::letGoOf(int device)
 {
     if (m_devices.isDetached())
@@ -73,10 +88,19 @@ void MergedDevices::addOrReplace(int row, const ContactInfo &device, DuplicateAn
 {
     qCDebug(debugLog) << "insertContactNode.";
     if (row < 0)
-        m_list.append(device);
-    else if (answer == DuplicateAnswer::Replace || answer == DuplicateAnswer::ReplaceAll)
-        m_list.replaceAt(row, device);
-    else
+        add(device);
+    else if (answer != DuplicateAnswer::Replace && answer != DuplicateAnswer::ReplaceAll)
         return;
+    else if (!hasSameTexts(m_list.at(row).info, device))
+        m_list.replaceAt(row, device);
     m_changed = true;
+}
+
+void MergedDevices::add(const ContactInfo &device)
+{
+    const int row = m_present.rowOfMac(device.mac);
+    if (row >= 0 && hasSameTexts(m_present.infoAt(row), device))
+        m_list.append(m_present, row);
+    else
+        m_list.append(device);
 }

@@ -15,6 +15,8 @@ public:
     /// Adds `devices`, in their order, to `list`.
     MergedDevices(const DeviceListSnapshot &list, const QList<ContactInfo> &devices);
 
+    ~MergedDevices() override;
+
     Step step() override;
     DeviceList &list() override { return m_list; }
     QString listedMac() const override;
@@ -23,6 +25,9 @@ public:
     bool hasChanged() const override { return m_changed; }
 
 protected:
+    /// The new list shares the records that hold the same texts in `present`, the list that it
+    /// replaces: a comparison of the two is then fast, however long they are.
+    MergedDevices(const DeviceListSnapshot &list, const DeviceListSnapshot &present);
     /// Takes what there is to add, where it was not known from the start.
     void setDevices(QList<ContactInfo> devices) { m_devices = std::move(devices); }
 
@@ -31,9 +36,11 @@ private:
     bool areSeveralListed() const;
     /// `row` is that of the listed device with its MAC, or -1.
     void addOrReplace(int row, const ContactInfo &device, DuplicateAnswer answer);
+    void add(const ContactInfo &device);
     void letGoOf(int device);
 
     DeviceList m_list;
+    DeviceListSnapshot m_present;
     QList<ContactInfo> m_devices;
     int m_next = 0;
     bool m_changed = false;
