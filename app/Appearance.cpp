@@ -17,8 +17,9 @@ const QColor placeholderColor(0x68, 0x77, 0x89);
 const QColor accentColor(0x1f, 0x6f, 0xeb);
 const QColor tipColor(0x24, 0x34, 0x4a);
 
-/// What the sheet leaves to the palette: a text colour for line edits set there would also set
-/// their placeholders, at a strength that is hard to read. It also keeps a dark desktop out.
+/// The colours that the style sheet leaves to the palette: a text colour for line edits in the
+/// sheet would also colour their placeholders, too faintly to read. The palette also overrides a
+/// dark desktop.
 QPalette lightPalette()
 {
     QPalette palette = QApplication::style()->standardPalette();

@@ -7,7 +7,7 @@ class QApplication;
 /// program's folder as the working directory.
 void applyAppearance(QApplication &application);
 
-/// Writes Chinese in the shapes and with the punctuation of simplified Chinese. Left to itself, a
-/// system set to another language takes Japanese shapes where the two differ, and a Latin font's
-/// quotation marks. Call it before the widgets are made.
+/// Selects fonts with the shapes and the punctuation of simplified Chinese. By default, a system
+/// set to another language takes Japanese shapes where the two differ, and the quotation marks of a
+/// Latin font. Call it before the widgets are created.
 void applyChineseFont();

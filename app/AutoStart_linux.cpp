@@ -1,4 +1,4 @@
-// The desktop's autostart entry of the user.
+// The user's autostart entry of the desktop.
 #include "app/AutoStart.h"
 
 #include <QDir>
@@ -7,8 +7,8 @@
 
 namespace {
 
-/// An argument of a command line in a desktop entry: quoted, without field codes, and then escaped
-/// as every text of such a file is.
+/// `argument` as a desktop entry has it in a command line: quoted, "%" doubled against field codes,
+/// and then escaped like every text of such a file.
 QString execArgument(const QString &argument)
 {
     QString quoted;
@@ -38,8 +38,8 @@ WriteResult set(const QString &programPath, bool on)
 {
     const QString path = place();
     QDir().mkpath(QFileInfo(path).path());
-    // A hidden entry counts as none, and also hides one of the same name that an administrator may
-    // have laid down for everybody, which removing this file would bring back.
+    // A hidden entry counts as none. Removing the file instead would uncover an entry of the same
+    // name that an administrator may have installed for everybody.
     const QString entry =
         QStringLiteral("[Desktop Entry]\n"
                        "Type=Application\n"

@@ -16,7 +16,7 @@ QString place()
 WriteResult set(const QString &programPath, bool on)
 {
     QSettings settings(QDir::toNativeSeparators(place()), QSettings::NativeFormat);
-    // The value stays in the key and then names nothing.
+    // When switched off, the value stays in the key but names nothing.
     settings.setValue(QStringLiteral("VlManager"),
                       on ? QVariant(QDir::toNativeSeparators(programPath)) : QVariant());
     settings.sync();

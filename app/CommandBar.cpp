@@ -111,7 +111,7 @@ void CommandBar::setSeenCount(int seen)
 void CommandBar::addNote(QWidget *note)
 {
     m_titleRow->insertWidget(m_titleRow->indexOf(m_countLabel), note);
-    // There and back: what is made later would come between if it were merely last before them.
+    // Setting the order both ways keeps widgets created later from coming in between.
     auto *const button = note->findChild<QPushButton *>();
     setTabOrder(m_newButton, button);
     setTabOrder(button, m_newButton);
@@ -139,7 +139,7 @@ void CommandBar::showService(QPushButton &button, const QString &text, const cha
 {
     button.setText(text);
     button.setIcon(icon(iconName));
-    // Of two owners of a key neither gets it, and a menu opens by no other.
+    // A key with two owners reaches neither, and a menu opens by no other key.
     if (isMenuKey(button.shortcut()))
         button.setShortcut({});
 }

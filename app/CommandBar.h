@@ -8,9 +8,9 @@ class QKeySequence;
 class QLabel;
 class QPushButton;
 
-/// What stands above the list: its title with the device count, the buttons that work on the list,
-/// and the two buttons that switch the services, which go below the others where the window is too
-/// narrow for all. The buttons only exist here; what they do is connected by the window.
+/// The bar above the list: its title with the device count, the buttons that work on the list, and
+/// the two buttons that switch the services. The latter move below the others if the window is too
+/// narrow. The window connects the buttons.
 class CommandBar : public QWidget
 {
     Q_OBJECT
@@ -20,10 +20,10 @@ public:
     QSize minimumSizeHint() const override;
 
     void setDeviceCount(int count);
-    /// How many devices' telephones have asked for their files, beside the count.
+    /// Tells, in the tool tip of the count, how many phones have asked for their files.
     void setSeenCount(int seen);
-    /// Puts `note` beside the device count, with its button before the bar's in the order of the
-    /// Tab key. The bar becomes its parent.
+    /// Puts `note`, which becomes a child of the bar, beside the device count. Its button comes
+    /// before those of the bar in the tab order.
     void addNote(QWidget *note);
 
     QPushButton *newButton() const { return m_newButton; }
@@ -34,9 +34,8 @@ public:
     QPushButton *httpButton() const { return m_httpButton; }
     QPushButton *pnpButton() const { return m_pnpButton; }
 
-    /// A service button keeps the service's state in its text, so these set text, icon and tip
-    /// together. Text and icon say what a press does. The underlined letter is a key unless a menu
-    /// of the window has it.
+    /// A service button shows the service's state by its text and icon, which say what a press
+    /// does. The underlined letter is a shortcut unless a menu of the window has it.
     void showHttpOpen(bool open);
     bool isHttpOpen() const;
     void showPnpEnabled(bool enabled);

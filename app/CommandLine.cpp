@@ -22,7 +22,7 @@ class Texts
     Q_DECLARE_TR_FUNCTIONS(CommandLine)
 };
 
-/// The language of the interface, for which the window need not have been open.
+/// Installs the stored language of the interface; the window need never have been open.
 void installTranslators(QCoreApplication &application)
 {
     const QString folder = programFolder() + QLatin1String("language");
@@ -67,7 +67,7 @@ bool CommandLine::isWanted(int argc, char *const *argv)
 int CommandLine::run(int &argc, char **argv)
 {
     Console::open();
-    // Whatever starts commands at night often sets no locale; names are in UTF-8 all the same.
+    // A scheduler often sets no locale; names are in UTF-8 all the same.
     QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
     QCoreApplication application(argc, argv);
     installTranslators(application);

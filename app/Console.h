@@ -2,15 +2,15 @@
 
 #include <QString>
 
-/// What a command says to whoever typed it. Each platform has its own source. GUI thread.
+/// The console output of a command. Each platform has its own source. GUI thread.
 namespace Console {
 
 enum class Stream { Output, Error };
 
-/// Takes the terminal that the program was started from, where that is not given anyway. To be
-/// called first.
+/// Attaches to the terminal from which the program was started, unless the system does that. Call
+/// it first.
 void open();
-/// Whether somebody watches, and no file or other program takes what is written.
+/// Whether the stream goes to a terminal, and not to a file or another program.
 bool isTerminal(Stream stream);
 /// Writes the text at once. Lines end in "\n".
 void write(Stream stream, const QString &text);

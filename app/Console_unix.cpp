@@ -15,7 +15,7 @@ std::FILE *fileOf(Console::Stream stream)
 
 void Console::open()
 {
-    // Every program has the terminal that it was started from.
+    // Every program has the terminal from which it was started.
 }
 
 bool Console::isTerminal(Stream stream)

@@ -11,7 +11,7 @@ HANDLE handleOf(Console::Stream stream)
     return GetStdHandle(stream == Console::Stream::Output ? STD_OUTPUT_HANDLE : STD_ERROR_HANDLE);
 }
 
-/// Gives the stream to the console, unless whoever started the program has redirected it.
+/// Connects the stream to the console, unless it was redirected when the program was started.
 void useConsole(DWORD stream)
 {
     const HANDLE given = GetStdHandle(stream);
@@ -29,7 +29,7 @@ void useConsole(DWORD stream)
 
 void Console::open()
 {
-    // A program with windows has no console of its own, and gets none by being started from one.
+    // A windowed program has no console, not even if it is started from one.
     if (!AttachConsole(ATTACH_PARENT_PROCESS))
         return;
     useConsole(STD_OUTPUT_HANDLE);

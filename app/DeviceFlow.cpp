@@ -19,8 +19,8 @@ DeviceFlow::DeviceFlow(DataMgr &dataMgr, ContactView &view, QWidget &window)
     , m_contactsDialog(new ContactsDialog(&window))
 {
     createDialogs();
-    // The trash can by keyboard. The row that a key means is easier to mistake than the one that is
-    // clicked, so this asks.
+    // The Delete key does what the trash can does. The wrong row is more easily deleted by key than
+    // by click, so this asks.
     auto *const deleteKey = new QShortcut(QKeySequence::Delete, &m_view);
     deleteKey->setContext(Qt::WidgetShortcut);
     connect(deleteKey, &QShortcut::activated, this, &DeviceFlow::askAndDeleteCurrent);
@@ -34,8 +34,8 @@ void DeviceFlow::createDialogs()
     for (QDialog *const dialog :
          {static_cast<QDialog *>(m_contactDialog), static_cast<QDialog *>(m_contactsDialog)}) {
         dialog->setWindowModality(Qt::WindowModal);
-        // Where a dialog goes at once with a box over it, a window manager may hand the keyboard to
-        // the dialog that is just going, and then to nobody.
+        // When a dialog closes and a box opens at once, a window manager may give the focus to the
+        // closing dialog, and then to nobody.
         connect(dialog, &QDialog::finished, &m_window, &QWidget::activateWindow);
     }
 }
@@ -65,7 +65,7 @@ void DeviceFlow::openEdit(int row)
     m_editedContact = node.info;
     m_editedContact.id = node.number;
     m_editedMac = node.info.mac;
-    // A title bar knows no shortcuts, and would show both.
+    // A title bar has no mnemonics, and would show both "&".
     m_contactDialog->setWindowTitle(
         tr("Overview && Edit").replace(QLatin1String("&&"), QLatin1String("&")));
     m_typed = Typed::Since;
@@ -131,7 +131,7 @@ void DeviceFlow::askAndDeleteCurrent()
                         tr("Do you want to delete the device %1?").arg(shortPrintableText(mac))) !=
         Modal::Answer::Yes)
         return;
-    // A phone or another window may have changed the list meanwhile.
+    // A job may have changed the list meanwhile.
     const int current = m_view.currentListRow();
     if (current >= 0 && current < m_dataMgr.devices().size() &&
         m_dataMgr.devices().at(current).info.mac == mac)

@@ -14,7 +14,7 @@ namespace {
 
 constexpr int rowsReadAtOnce = 1000;
 constexpr int barLength = 40;
-constexpr int lineLength = barLength + 30; ///< with the numbers behind the bar
+constexpr int lineLength = barLength + 30; ///< including the numbers after the bar
 constexpr int progressSteps = 200;
 
 QString numberText(qint64 number)
@@ -38,7 +38,7 @@ bool DocumentCommand::run(bool removeOthers)
     return readList() && writeDocuments(removeOthers);
 }
 
-/// All of it before anything is written: meanwhile the program beside this one cannot save.
+/// Reads the whole list before anything is written: a running program cannot save meanwhile.
 bool DocumentCommand::readList()
 {
     SqliteDatabase database(m_listFolder);
@@ -102,7 +102,7 @@ void DocumentCommand::tellOmitted(const std::vector<DocumentWriter::Outcome> &ou
                            QLatin1Char('\n') + lines);
 }
 
-/// A bar, where somebody watches.
+/// Draws a progress bar, if the output goes to a terminal.
 void DocumentCommand::showProgress(int begun)
 {
     const int total = m_list.size();

@@ -8,8 +8,8 @@
 
 #include <vector>
 
-/// Writes the documents of the stored list into a folder, and says on the console how it went. The
-/// database is only read, also while another program has the list. GUI thread.
+/// Writes the documents of the stored list into a folder, and reports on the console. The database
+/// is only read, even while another program has the list open. GUI thread.
 class DocumentCommand
 {
     Q_DECLARE_TR_FUNCTIONS(DocumentCommand)
@@ -18,7 +18,7 @@ public:
     /// `listFolder` holds the database and ends in "/"; the documents go into `folder`.
     DocumentCommand(const QString &listFolder, const QString &folder);
 
-    /// False when that failed; the reason was told.
+    /// Returns false on failure, after reporting the reason.
     bool run(bool removeOthers);
 
 private:
@@ -33,5 +33,5 @@ private:
     QString m_folder;
     DeviceList m_list;
     bool m_isWatched;
-    int m_nextShown = 0; ///< when so many devices were begun, the bar moves
+    int m_nextShown = 0; ///< number of devices begun at which the bar moves next
 };

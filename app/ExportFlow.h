@@ -12,8 +12,9 @@ class ExportFlow : public QObject
 {
     Q_OBJECT
 public:
-    /// `window` is the parent of this object and of its boxes, `content` the page's. `dataMgr` and
-    /// `language`, in which the titles of the columns are written, must outlive this object.
+    /// `window` is the parent of this object and of its boxes, `content` that of the page.
+    /// `dataMgr`, and `language`, which decides on the titles of the columns, must outlive this
+    /// object.
     ExportFlow(DataMgr &dataMgr, const LanguageSetting &language, QWidget &window,
                QWidget &content);
 
@@ -23,7 +24,7 @@ public:
     void close();
     /// Lets the user choose the folder.
     void selectFolder();
-    /// Exports to the folder in the path, and closes the page once that has worked.
+    /// Exports to the folder in the path, and closes the page on success.
     void begin();
 
 signals:

@@ -10,6 +10,6 @@ class ExportPage : public PathPage
 public:
     explicit ExportPage(QWidget *parent);
 
-    /// Where the user begins to look for a folder: at the one in the path, else at their documents.
+    /// The folder where the selection starts: the one in the path, else the user's documents.
     QString startFolder() const;
 };

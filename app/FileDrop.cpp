@@ -16,7 +16,7 @@ FileDrop::FileDrop(QWidget &window, std::function<bool()> isReady)
 {
     window.setAcceptDrops(true);
     window.installEventFilter(this);
-    // They would take a file's address for a text.
+    // The text boxes would take the URL of a file as text.
     const auto edits = window.findChildren<QLineEdit *>();
     for (QLineEdit *const edit : edits) {
         if (edit->window() == &window)
@@ -37,7 +37,7 @@ bool FileDrop::eventFilter(QObject *watched, QEvent *event)
         drop.ignore();
         return true;
     }
-    // Not moved, or the other program would remove it afterwards.
+    // The file is copied: after a move, the other program would remove it.
     drop.setDropAction(Qt::CopyAction);
     drop.accept();
     if (isDrop) {
@@ -47,7 +47,7 @@ bool FileDrop::eventFilter(QObject *watched, QEvent *event)
     return true;
 }
 
-/// The path of the file, or an empty one when it is not for us.
+/// The path of the dropped file; empty if the drop is not accepted.
 QString FileDrop::takenPath(const QDropEvent &event) const
 {
     const QList<QUrl> urls = event.mimeData()->urls();

@@ -7,14 +7,14 @@
 class QDropEvent;
 class QWidget;
 
-/// Lets the user drop a device list file on a window: one CSV file, and nothing else. What is taken
-/// shows at the pointer. Belongs to the window; its text boxes go on taking text. GUI thread.
+/// Lets the user drop a device list, one CSV file and nothing else, on a window. The pointer shows
+/// what is accepted. Belongs to the window, whose text boxes still accept text. GUI thread.
 class FileDrop : public QObject
 {
     Q_OBJECT
 public:
-    /// `isReady` says whether the window can use a file at the moment. To be made after the
-    /// window's text boxes.
+    /// `isReady` tells whether the window can take a file at the moment. Create this object after
+    /// the window's text boxes.
     FileDrop(QWidget &window, std::function<bool()> isReady);
 
 signals:

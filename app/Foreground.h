@@ -1,6 +1,6 @@
 #pragma once
 
-/// Lets another program bring its window to the front, for which this one must have been started
-/// by the user just now. Windows would otherwise only let that window's button in the task bar
-/// blink. Each platform has its own source.
+/// Lets another program bring its window to the front. This program may do so only if the user has
+/// just started it. Windows would otherwise only let the task bar button of that window blink. Each
+/// platform has its own source.
 void letOthersComeToFront();

@@ -2,5 +2,5 @@
 
 void letOthersComeToFront()
 {
-    // Left to the window manager.
+    // The window manager decides.
 }

@@ -11,7 +11,7 @@
 
 namespace {
 
-/// For a window without a parent, which the system would put anywhere. It stays on the screen.
+/// Centres a window without a parent, which the system would put anywhere, and keeps it on screen.
 void centreOver(QWidget &window, const QWidget &other)
 {
     QRect place(QPoint(), window.size());

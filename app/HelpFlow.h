@@ -7,8 +7,8 @@
 class LanguageSetting;
 class UserGuide;
 
-/// What the window tells about the program. Owns the user guide, made on first use and without a
-/// parent, so that it can be read beside an open dialog; and the box with the version. GUI thread.
+/// Shows the user guide, and the box with the version. Owns the box and the guide, which is created
+/// on first use and without a parent, so that it can be read beside an open dialog. GUI thread.
 class HelpFlow : public QObject
 {
     Q_OBJECT
@@ -18,7 +18,7 @@ public:
     HelpFlow(const LanguageSetting &language, QWidget &window);
     ~HelpFlow() override;
 
-    /// Shows the help window, which goes on where it was closed.
+    /// Shows the help window, at the page where it was closed.
     void showGuide();
     /// Shows what the program is, and its version. Returns when the box is closed.
     void showAbout();

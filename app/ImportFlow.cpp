@@ -70,7 +70,7 @@ void ImportFlow::selectFile()
     PathDialog dialog(tr("Open an device list file (recommended devices.csv)"),
                       {tr("Look in"), tr("File Name"), tr("File Type"), tr("Open"), tr("Cancel")},
                       &m_window);
-    // A folder that is not there would be taken for the name of a file.
+    // The dialog would take a missing folder for the name of a file.
     const bool hasBackups = QFileInfo(m_folder + backupFolder).isDir();
     dialog.setDirectory(hasBackups ? m_folder + backupFolder : m_folder);
     dialog.setNameFilter(tr("csv text device list(*.csv)"));
@@ -116,7 +116,7 @@ void ImportFlow::end(const ListJob &job)
                        ? tr("The file is not the reason. The device list can not be changed: %1.")
                              .arg(job.reason())
                        : job.reason());
-    // With its path, for another try.
+    // The page keeps its path, for another try.
     if (m_dataMgr.isClosed())
         return;
     m_page->slideIn();

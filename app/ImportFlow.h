@@ -9,16 +9,16 @@ class ListJob;
 class LoadingWidget;
 
 /// The import of a list: from the page that asks for a file, or a file dropped on the window, to
-/// the end of the data manager's import. Owns the page, which holds the path, the look ahead at the
-/// file that it names, and the overlay, whose showing means that an import is under way; and the
-/// boxes on the way. GUI thread.
+/// the end of the data manager's import. Owns the page, which holds the path; the look ahead at
+/// that file; the overlay, which shows exactly while an import is under way; and the boxes on the
+/// way. GUI thread.
 class ImportFlow : public QObject
 {
     Q_OBJECT
 public:
-    /// `window` is the parent of this object and of its boxes, and takes the files that are
-    /// dropped; `content` is the page's parent. To be made after the window's text boxes. `dataMgr`
-    /// must outlive this object; `folder` holds the work files and ends in "/".
+    /// `window` is the parent of this object and of its boxes, and takes dropped files; `content`
+    /// is the parent of the page. Create this object after the window's text boxes. `dataMgr` must
+    /// outlive this object; `folder` holds the work files and ends in "/".
     ImportFlow(DataMgr &dataMgr, const QString &folder, QWidget &window, QWidget &content);
 
     /// Shows the page with an empty path. Does nothing while it is open.
@@ -29,12 +29,13 @@ public:
     void selectFile();
     /// Begins to import the file in the path, under the overlay.
     void begin();
-    /// To be called when an import has ended, however it did.
+    /// Call this when an import has ended, whatever its outcome.
     void end(const ListJob &job);
 
     /// Ends the look ahead, before the program ends.
     void stopLooking();
-    /// Shows no import any longer, when the program goes on after one was given up for its end.
+    /// Hides the overlay if an end of the program, for which an import was given up, does not
+    /// happen.
     void giveUp();
 
 signals:

@@ -32,7 +32,7 @@ ImportPage::ImportPage(QWidget *parent)
     addOption(m_hintLabel, 1);
     m_previewLabel->setObjectName(QStringLiteral("importPreview"));
     m_previewLabel->setWordWrap(true);
-    m_previewLabel->ensurePolished(); // into the font of the style sheet
+    m_previewLabel->ensurePolished(); // sets the font of the style sheet
     m_previewLabel->setMinimumHeight(previewLines * m_previewLabel->fontMetrics().lineSpacing());
     addLine(m_previewLabel);
     m_typingPause.setSingleShot(true);
@@ -58,7 +58,7 @@ void ImportPage::updateHint()
 
 void ImportPage::lookAhead()
 {
-    // What was said is of another file, or of another list.
+    // The outlook so far is that of another file, or of another list.
     emit lookWanted({});
     m_typingPause.start();
 }
@@ -67,7 +67,7 @@ void ImportPage::hideEvent(QHideEvent *event)
 {
     PathPage::hideEvent(event);
     if (event->spontaneous())
-        return; // with the window
+        return; // the window is hidden or minimized
     m_typingPause.stop();
     emit lookWanted({});
 }

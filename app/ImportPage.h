@@ -8,8 +8,8 @@
 class QCheckBox;
 class QLabel;
 
-/// Asks which file to import, and what becomes of the present list. Says of a file that is chosen
-/// what its import will do.
+/// Asks which file to import, and what becomes of the present list. Tells what the import of the
+/// chosen file will do.
 class ImportPage : public PathPage
 {
     Q_OBJECT
@@ -17,16 +17,16 @@ class ImportPage : public PathPage
 public:
     explicit ImportPage(QWidget *parent);
 
-    /// State of the "Clear list" box. When it is set, the import keeps the present list.
+    /// State of the "Clear list" box. If it is checked, the import keeps the present list.
     bool clearList() const;
 
-    /// Says what is known of the file.
+    /// Shows what is known of the file.
     void showOutlook(const ImportOutlook &outlook);
-    /// Asks for a look at the file that is chosen, in a moment.
+    /// Requests a look at the chosen file, after a short delay.
     void lookAhead();
 
 signals:
-    /// The file at `path`, which need not exist, is to be looked at; none, when it is empty.
+    /// The file at `path`, which need not exist, is to be looked at; an empty path ends the look.
     void lookWanted(const QString &path);
 
 protected:
@@ -39,8 +39,8 @@ private:
     QString numbersText() const;
 
     QCheckBox *m_clearListBox;
-    QLabel *m_hintLabel;    ///< says what the box, as it stands, does
-    QLabel *m_previewLabel; ///< says what an import of the file would do
+    QLabel *m_hintLabel;    ///< tells what the box does in its present state
+    QLabel *m_previewLabel; ///< tells what an import of the file would do
     ImportOutlook m_outlook;
-    QTimer m_typingPause; ///< until a path that is being typed is looked at
+    QTimer m_typingPause; ///< delay of the look while a path is being typed
 };

@@ -13,7 +13,7 @@ QString segment(const QString &key)
 
 QString server(const QString &key)
 {
-    // Readable by its user only, unlike the folder for temporary files.
+    // Only the user can read this folder, unlike the folder for temporary files.
     const QString folder = QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation);
     return folder.isEmpty() ? segment(key) : folder + QLatin1Char('/') + key;
 }

@@ -2,7 +2,7 @@
 
 namespace InstanceNames {
 
-// A segment belongs to the user's session already.
+// A segment already belongs to the user's session.
 QString segment(const QString &key)
 {
     return key;

@@ -28,7 +28,7 @@ LanguageSetting::LanguageSetting(const QString &folder, QWidget &window)
     , m_stored(english)
     , m_actions(new QActionGroup(this))
 {
-    // Each language is named in itself.
+    // Each language is named in that language.
     auto *const chineseAction = new QAction(QStringLiteral("简体中文"), &window);
     chineseAction->setObjectName(chinese);
     auto *const englishAction = new QAction(QStringLiteral("English"), &window);
@@ -68,7 +68,7 @@ void LanguageSetting::takeInstallersNote()
     if (language.isEmpty())
         return;
     use(language);
-    // In this order: a choice that cannot be stored yet must not be gone.
+    // The note is removed last: a choice that cannot be stored yet must not be lost.
     if (store(language))
         QFile::remove(notePath);
 }
@@ -94,7 +94,7 @@ void LanguageSetting::loadEnglish()
     installTranslators({QStringLiteral("en.qm")});
 }
 
-/// In place of those that are there. One whose file is missing leaves the built-in English texts.
+/// Replaces the installed translators. A missing file leaves the built-in English texts.
 void LanguageSetting::installTranslators(const QStringList &fileNames)
 {
     m_stored = m_language;

@@ -23,21 +23,21 @@ public:
     /// "zh" or "en".
     const QString &language() const { return m_language; }
     bool isChinese() const;
-    /// In menu order. Each has its language word as object name.
+    /// The actions in menu order. The object name of each is its language word.
     QList<QAction *> actions() const;
 
-    /// Loads the language by the installer's note if there is one, which it uses up, else as it was
-    /// stored. To be called before anything that shows a text: no widget is translated again. False
-    /// when nothing readable is stored.
+    /// Loads the stored language, after storing that of the installer's note, if any. Removes the
+    /// note once its language is stored. Call this before anything shows a text: no widget is
+    /// translated again. Returns false if nothing readable is stored.
     bool load();
-    /// Install the translators, and remember the language word.
+    /// Install the translators and remember the language word.
     void loadChinese();
     void loadEnglish();
-    /// Stores the language whose action is checked; it counts from the next start on. Where it
-    /// cannot be stored, the user is told and the actions show what is.
+    /// Stores the language of the checked action, for the next start. If that fails, tells the user
+    /// and makes the actions show the stored language.
     void storeChosen();
 
-    /// Write the language word to a new file, and to one that is there.
+    /// Write the language word to a new file, or to an existing one.
     WriteResult createFile(const QString &language) const;
     WriteResult updateFile(const QString &language) const;
 
@@ -50,8 +50,8 @@ private:
 
     QString m_folder;
     QString m_configPath;
-    QString m_language; ///< of this run
-    QString m_stored;   ///< of the next
+    QString m_language; ///< language word of this run
+    QString m_stored;   ///< language word of the next run
     QVector<QTranslator *> m_translators;
     QActionGroup *m_actions;
 };

@@ -10,8 +10,8 @@
 
 namespace {
 
-/// Shown in the menu; the tool bar's button of the same name answers to it, as a shortcut that two
-/// objects claim reaches neither.
+/// The menu only shows these keys. The button of the same name reacts to them, as a shortcut with
+/// two owners reaches neither.
 using ShownKeys = QList<QKeySequence>;
 
 QAction *addAction(MainWindow &window, const QString &text, const QString &statusTip,
@@ -25,7 +25,7 @@ QAction *addAction(MainWindow &window, const QString &text, const QString &statu
     return action;
 }
 
-/// An action that is null stands for a separator.
+/// A null action stands for a separator.
 void addMenu(MainWindow &window, const QString &text, const char *name,
              const QList<QAction *> &actions)
 {
@@ -63,7 +63,7 @@ void MainMenu::addTo(MainWindow &window, const LanguageSetting &language,
     addMenu(window, tr("&Export"), "exportMenu",
             {addAction(window, tr("&Local Export"), tr("Export file local"),
                        &MainWindow::localExport, key("CTRL+E"))});
-    // In no menu.
+    // This action is in no menu.
     addAction(window, tr("&Httpd"), tr("Open httpd service"), &MainWindow::selectHttpdService);
 
     const QList<QAction *> languages = language.actions();

@@ -12,7 +12,7 @@ class MainMenu
     Q_DECLARE_TR_FUNCTIONS(MainMenu)
 
 public:
-    /// Makes the menus and those actions that no setting owns. They belong to the window, and each
+    /// Creates the menus, and those actions that no setting owns. The window owns them, and each
     /// action is connected to its slot there.
     static void addTo(MainWindow &window, const LanguageSetting &language,
                       const OptionsSetting &options);

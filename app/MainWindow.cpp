@@ -29,8 +29,8 @@
 
 namespace {
 
-constexpr int shortestListPx = 10 * gridPx; ///< two rows and what is scrolled with
-constexpr int smallScreenPx = 1000;         ///< less leaves the list no width to spare
+constexpr int shortestListPx = 10 * gridPx; ///< two rows and a scroll bar
+constexpr int smallScreenPx = 1000;         ///< a smaller one leaves the list no width to spare
 
 } // namespace
 
@@ -71,7 +71,7 @@ MainWindow::MainWindow(DataMgr &dataMgr, const QString &folder, QWidget *parent)
 
 MainWindow::~MainWindow()
 {
-    // The content goes after this destructor, when there is no window left to close.
+    // The content is destroyed after this destructor, when there is no window left to close.
     disconnect(centralWidget(), &QObject::destroyed, this, &MainWindow::closeWindow);
     closeWindow();
 }
@@ -115,8 +115,8 @@ void MainWindow::createContent()
     column->addWidget(list, 1);
     column->addWidget(m_reportBox);
 
-    // In the smallest windows it scrolls. The pages lie over all of it, and a screen reader finds
-    // them beside the area, not in it.
+    // In the smallest windows the content scrolls. The pages lie over all of it, and a screen
+    // reader finds them beside the scroll area, not in it.
     auto *const middle = new QWidget(this);
     auto *const area = new ScrollArea(middle);
     area->setObjectName(QStringLiteral("contentScrollArea"));
@@ -127,7 +127,7 @@ void MainWindow::createContent()
     whole->setContentsMargins(0, 0, 0, 0);
     whole->addWidget(area);
     setCentralWidget(middle);
-    // Where the actions' status tips appear, beside the last change.
+    // The status bar shows the actions' status tips and the last change.
     statusBar()->setObjectName(QStringLiteral("status_bar"));
     statusBar()->addPermanentWidget(new UndoBar(m_dataMgr, *m_view, this));
 }
@@ -138,7 +138,7 @@ void MainWindow::createFlows()
     m_deviceFlow = new DeviceFlow(m_dataMgr, *m_view, *this);
     m_import = new ImportFlow(m_dataMgr, m_folder, *this, content);
     m_export = new ExportFlow(m_dataMgr, *m_language, *this, content);
-    // One page at a time.
+    // Only one page is open at a time.
     connect(m_import, &ImportFlow::opening, m_export, &ExportFlow::close);
     connect(m_export, &ExportFlow::opening, m_import, &ImportFlow::close);
     m_services = new ServiceFlow(m_dataMgr, *m_commandBar, *m_reportBox, *this);
@@ -226,8 +226,8 @@ void MainWindow::onIdle()
         QMetaObject::invokeMethod(this, &MainWindow::closeWindow, Qt::QueuedConnection);
 }
 
-/// What waits for the window to show and for the list: one after the other, as each may stop for
-/// the user.
+/// The steps of the start that wait for the window and the list; one after the other, as each may
+/// stop for the user.
 void MainWindow::finishStart()
 {
     if (m_state != State::Starting || !m_dataMgr.worker().isIdle())
@@ -259,14 +259,14 @@ void MainWindow::closeWindow()
 {
     if (m_state == State::Ending || m_state == State::Closed)
         return;
-    // A list in the making is finished first; a question that nobody answers is not waited for.
+    // A job under way is finished first, unless it waits for an answer of the user.
     if (m_dataMgr.worker().phase() == ListWorker::Phase::Working) {
         m_state = State::Closing;
         return;
     }
     m_state = State::Ending;
     m_import->stopLooking();
-    // First, as a list that could not be saved on a full disk may need the room.
+    // Work files go first: on a full disk, saving the list may need their room.
     m_dataMgr.removeWorkFiles();
     if (!m_dataMgr.keepUnsavedList()) {
         m_state = State::Open;

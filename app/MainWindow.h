@@ -18,26 +18,26 @@ class DataMgr;
 class ListJob;
 class ReportBox;
 
-/// The one top-level window: the device list between its buttons and the report box, and the start
-/// and the end of the program. What a menu or a button begins is a flow, what is stored beside the
-/// list is a setting: each is a class of its own, and the slots of the window hand over to it. It
-/// stores nothing itself: every flow calls the data manager, and the view follows that one's
-/// updateModel(). GUI thread.
+/// The main window: the device list between its buttons and the report box, and the start and the
+/// end of the program. A menu or a button begins a flow; what is stored beside the list is a
+/// setting. Each is a class of its own, to which the slots of the window hand over. The window
+/// stores nothing itself: every flow calls the data manager, and the view follows
+/// DataMgr::updateModel(). GUI thread.
 class MainWindow : public QMainWindow
 {
     Q_OBJECT
 public:
-    /// The window over the program's own data manager and folder.
+    /// Works with the program's own data manager and folder.
     explicit MainWindow(QWidget *parent = nullptr);
     /// `dataMgr` must outlive the window; `folder` holds the work files and "language/" and ends in
-    /// "/". The window is not shown, and what may stop for the user waits for the event loop.
+    /// "/". Does not show the window. Steps that may ask the user wait for the event loop.
     MainWindow(DataMgr &dataMgr, const QString &folder, QWidget *parent = nullptr);
     ~MainWindow() override;
 
-    /// Shows the window in front of the others, with whatever box of its own stands open.
+    /// Shows the window in front of the others, with an open box of its own, if any.
     void bringToFront();
 
-    // See the settings for what these do. But for the first, part of the interface; nothing here
+    // See the settings for what these do. All but the first are part of the interface; nothing here
     // calls them.
     bool loadLanguageSetting() { return m_language->load(); }
     WriteResult createConfigFile(const QString &word) { return m_language->createFile(word); }
@@ -57,8 +57,8 @@ signals:
     void globalQuit();
 
 public slots:
-    // Most hand over to the flow or the setting that does it. Where that one connects its buttons
-    // itself, the slot is part of the interface; nothing here calls it.
+    // Most slots hand over to a flow or a setting. Where that connects its buttons itself, the slot
+    // is part of the interface; nothing here calls it.
     void selectLocalFile() { m_import->selectFile(); }
     void selectHttpdService() { m_services->switchHttpd(); }
     void selectPNPServer() { m_services->switchPnp(); }
@@ -72,11 +72,11 @@ public slots:
     void loadZhLang() { m_language->loadChinese(); }
     void loadEnLang() { m_language->loadEnglish(); }
     void about() { m_help->showAbout(); }
-    /// Ends the program: once, however often it is reached.
+    /// Ends the program: once, however often it is called.
     void closeWindow();
-    /// Opens the database. When that fails, the user is told at the end of the start.
+    /// Opens the database. A failure is reported to the user at the end of the start.
     void createConnection();
-    /// Keeps the store's pointer.
+    /// Keeps the pointer to the store.
     void onCreateDatabase();
     void onRemoveContact() { m_deviceFlow->markBusyUnlessSelected(); }
     void onDeleteContact() { m_deviceFlow->deleteCurrent(); }
@@ -96,7 +96,7 @@ public slots:
     void onContactsDialogAddFinished(const QList<ContactInfo> &all) { m_deviceFlow->addBatch(all); }
     void showContactViewDetail(int index) { m_deviceFlow->openEdit(index); }
     void deleteOneContact(int index) { m_deviceFlow->deleteRow(index); }
-    /// Shows how many devices there are.
+    /// Shows the number of devices.
     void onViewUpdated();
     void onDeleteAll() { m_deviceFlow->deleteAll(); }
 
@@ -107,7 +107,7 @@ private:
     enum class State {
         Starting, ///< the stored list is being read
         Open,
-        Closing, ///< as soon as what is under way on the list is done
+        Closing, ///< waits for the job that is under way
         Ending,  ///< the list is being made safe, which may ask the user
         Closed
     };

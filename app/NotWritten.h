@@ -6,7 +6,7 @@
 
 class QWidget;
 
-/// What the user is told where a file or an entry cannot be written.
+/// Tells the user that a file or an entry cannot be written.
 class NotWritten
 {
     Q_DECLARE_TR_FUNCTIONS(NotWritten)

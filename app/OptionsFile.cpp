@@ -35,7 +35,7 @@ Options optionsIn(const QDomDocument &document)
     return options;
 }
 
-/// True when all three switches stand where they are looked for.
+/// Whether all three switches are in the expected order.
 bool hasEverySwitch(const QDomDocument &document)
 {
     QDomNode node = document.documentElement().firstChild();

@@ -6,9 +6,9 @@
 
 #include <optional>
 
-/// The option switches of "language/options.xml". One without a value is not in the file: it counts
-/// as off, and is written as the program was shipped with it, which for the recovery of the data is
-/// on: a list must not stay out of sight for good because a file was lost.
+/// The option switches of "language/options.xml". A switch without a value is not in the file: it
+/// counts as off, and is written as the program was shipped with it. `recoveryData` is shipped on:
+/// a lost file must not hide the list for good.
 struct Options
 {
     std::optional<bool> autoStart;
@@ -16,14 +16,14 @@ struct Options
     std::optional<bool> autoHttpd;
 };
 
-/// Reads the file: its elements count only as long as they stand in the expected order, what comes
-/// after the first that does not gets no value. False when there is no such file, when it may not
-/// be written, or when it does not parse; no switch has a value then.
+/// Reads the file. Its elements count up to the first that is not in the expected order; later
+/// switches have no value. Returns false, and no values, if the file is missing, may not be written
+/// or does not parse.
 bool readOptionsFile(const QString &filePath, Options &options);
 
-/// Writes the file anew.
+/// Writes a new file.
 WriteResult createOptionsFile(const QString &filePath, const Options &options);
 
-/// Changes the switches of a file that is there. Where its elements are not those that
-/// readOptionsFile() takes, the file is written anew.
+/// Changes the switches of an existing file. If its elements are not those that readOptionsFile()
+/// expects, the file is written anew.
 WriteResult updateOptionsFile(const QString &filePath, const Options &options);

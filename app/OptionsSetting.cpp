@@ -59,7 +59,7 @@ void OptionsSetting::storeShown()
 {
     Options wanted = {m_autoStart->isChecked(), m_recoveryData->isChecked(),
                       m_autoHttpd->isChecked()};
-    // Off, but not because anybody has chosen so.
+    // The switch is off because the file lacks it, not because anybody chose so.
     if (!m_stored.recoveryData && !*wanted.recoveryData)
         wanted.recoveryData = true;
     show(m_stored);
@@ -71,7 +71,7 @@ void OptionsSetting::storeShown()
                    tr("Config's change will take effect after reboot."));
 }
 
-/// All of it or, as far as that can be had, nothing.
+/// Stores everything or, as far as possible, nothing.
 bool OptionsSetting::store(const Options &wanted)
 {
     const bool before = m_stored.autoStart.value_or(false);

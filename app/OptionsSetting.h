@@ -8,8 +8,8 @@ class DataMgr;
 class QAction;
 class QWidget;
 
-/// The three options. Owns them as they are stored, the actions that show them, the entry that
-/// starts the program with the user's session, and the boxes that follow a change. GUI thread.
+/// The three options. Owns their stored values, the actions that show them, the entry that starts
+/// the program with the user's session, and the boxes that follow a change. GUI thread.
 class OptionsSetting : public QObject
 {
     Q_OBJECT
@@ -18,23 +18,23 @@ public:
     /// ends in "/". `dataMgr` must outlive this object.
     OptionsSetting(DataMgr &dataMgr, const QString &folder, QWidget &window);
 
-    /// Each is checked while its option is on.
+    /// Each action is checked while its option is on.
     QAction *autoStartAction() const { return m_autoStart; }
     QAction *recoveryDataAction() const { return m_recoveryData; }
     QAction *autoHttpdAction() const { return m_autoHttpd; }
 
-    /// Reads the stored options and shows them. Lets the data manager recover the stored list if
-    /// they say so. False when there are none.
+    /// Reads the stored options and shows them. Makes the data manager recover the stored list if
+    /// the option for that is on. Returns false if no options can be read.
     bool readAndApply();
-    /// True when the HTTP service is to be opened at the start.
+    /// Whether the HTTP service is to be opened at the start.
     bool opensHttpd() const;
-    /// Stores the options as the actions show them; they count from the next start on. Where they
-    /// cannot be stored, the user is told and the actions show what is.
+    /// Stores the options that the actions show, for the next start. If that fails, tells the user
+    /// and makes the actions show the stored options.
     void storeShown();
 
-    /// Lets the user's session start the program, or no longer.
+    /// Enters whether the user's session starts the program.
     static WriteResult setAutoStart(bool on);
-    /// Write the options to a new file, and to one that is there.
+    /// Write the options to a new file, or to an existing one.
     WriteResult createFile(const Options &options) const;
     WriteResult updateFile(const Options &options) const;
 

@@ -16,7 +16,7 @@ constexpr QSize dialogSize(760, 460);
 PathDialog::PathDialog(const QString &title, const Labels &labels, QWidget *parent)
     : QFileDialog(parent)
 {
-    // First: what was set before would be lost with the system's dialog.
+    // This comes first: settings made for the system's dialog would be lost.
     setOption(DontUseNativeDialog);
     setWindowIcon(Modal::windowIcon());
     setWindowTitle(title);
@@ -25,9 +25,9 @@ PathDialog::PathDialog(const QString &title, const Labels &labels, QWidget *pare
     setLabelText(FileType, labels.fileType);
     setLabelText(Accept, labels.accept);
     setLabelText(Reject, labels.reject);
-    // As it comes, it cuts the dates off.
+    // The default size cuts off the dates.
     resize(dialogSize.boundedTo(screenRoom(*this).size()));
-    setObjectName(title); // by which each purpose has a place of its own
+    setObjectName(title); // gives each purpose a position of its own
     openWhereClosed(*this);
     QHeaderView *const header = findChild<QTreeView *>()->header();
     header->setSectionResizeMode(QHeaderView::ResizeToContents);

@@ -2,7 +2,7 @@
 
 #include <QFileDialog>
 
-/// Lets the user choose a file or a folder. Always Qt's own dialog, as the system's would not take
+/// Lets the user choose a file or a folder. Always Qt's own dialog, as the system's would ignore
 /// the labels.
 class PathDialog : public QFileDialog
 {

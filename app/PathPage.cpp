@@ -25,7 +25,7 @@ PathPage::PathPage(const Texts &texts, QWidget *parent)
     setObjectName(texts.name + QLatin1String("Page"));
     setAccessibleName(texts.title);
     setStyleSheet(QStringLiteral(".QLabel {background-color:#b5b5b5}"));
-    // The page is of its labels' colour.
+    // The page has the colour of its labels.
     QPalette colors = palette();
     colors.setColor(QPalette::Window, pageColor);
     setPalette(colors);
@@ -105,7 +105,7 @@ QString PathPage::path() const
 void PathPage::setPath(const QString &path)
 {
     if (path == m_pathEdit->text())
-        emit pathChanged(path); // the file may be another one by now
+        emit pathChanged(path); // the file may have changed
     else
         m_pathEdit->setText(path);
 }

@@ -7,9 +7,8 @@ class QLineEdit;
 class QPushButton;
 class QVBoxLayout;
 
-/// What the import and the export page have in common: a path, a button that lets the user select
-/// one, a button that begins with it, and one that gives up. The page only holds these; what they
-/// do is connected by the window.
+/// The common part of the import page and the export page: a path, a button to select one, a button
+/// to begin, and a button to give up. The page only holds these; a flow connects them.
 class PathPage : public SlidePage
 {
     Q_OBJECT
@@ -21,28 +20,27 @@ public:
 
 signals:
     void selectRequested();
-    /// Typed, or set, be it to the same path again.
+    /// The path was typed or set, even if to the same path again.
     void pathChanged(const QString &path);
-    /// The button, or Enter in the path.
+    /// The button was pressed, or Enter in the path.
     void beginRequested();
     void abortRequested();
 
 protected:
     struct Texts
     {
-        QString name; ///< what the object names of the page and its widgets begin with
+        QString name; ///< prefix of the object names of the page and its widgets
         QString title;
-        QString pathLabel; ///< beside the path; without one the title names the path
+        QString pathLabel; ///< beside the path; if empty, the title names the path
         QString select;
         QString begin;
     };
 
     PathPage(const Texts &texts, QWidget *parent);
 
-    /// Adds a widget to the row of the buttons, on the other side, and to the tab order between
-    /// the path and the buttons.
+    /// Adds a widget to the row of the buttons, at the other end, and to the tab order before them.
     void addOption(QWidget *option, int stretch = 0);
-    /// Adds a widget of the page's width between the path and the buttons.
+    /// Adds a widget of full width between the path and the buttons.
     void addLine(QWidget *line);
     QPushButton &beginButton() const { return *m_beginButton; }
 

@@ -44,7 +44,7 @@ PortDialog::PortDialog(QWidget *parent)
     m_portEdit->setObjectName(QStringLiteral("portLineEdit"));
     m_portEdit->setAccessibleName(label->text());
     auto *const validator = new QIntValidator(lowestPort, highestPort, m_portEdit);
-    // Not "5,000", which some languages would allow and the file does not.
+    // Rejects "5,000", which some languages would allow and the file does not.
     QLocale plainDigits = QLocale::c();
     plainDigits.setNumberOptions(QLocale::RejectGroupSeparator);
     validator->setLocale(plainDigits);

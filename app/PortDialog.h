@@ -8,9 +8,8 @@ class QCheckBox;
 class QLineEdit;
 class QPushButton;
 
-/// Asks on which port the HTTP service is to listen: the default one or one of the user's. It opens
-/// where it was closed last. Neither checks nor stores anything; what the buttons do is connected
-/// by the window.
+/// Asks on which port the HTTP service is to listen: the default one or one of the user's. Opens
+/// where it was last closed. Neither checks nor stores anything; PortSetting connects the buttons.
 class PortDialog : public QDialog
 {
     Q_OBJECT
@@ -28,13 +27,13 @@ public:
     bool useDefault() const;
     /// The custom port as it was typed, possibly empty.
     QString portText() const;
-    /// Shows a choice that is stored. Without one, the dialog shows the default port.
+    /// Shows the stored choice. Without this call, the dialog shows the default port.
     void setStored(bool useDefault, const QString &portText);
-    /// What is stored stands there as it was shown, so that there is nothing to store.
+    /// Whether the dialog shows the stored choice unchanged, so that there is nothing to store.
     bool isAsStored() const;
-    /// The custom port can be typed only where the default is not used.
+    /// Enables or disables the input of the custom port.
     void setPortEnabled(bool enabled);
-    /// Leads the user back to the port that cannot be taken.
+    /// Leads the user back to the port that was refused.
     void showWrongPort();
 
 private:

@@ -35,7 +35,7 @@ void PortSetting::createDialog()
     m_dialog = new PortDialog(&m_window);
     m_dialog->setWindowModality(Qt::WindowModal);
     const HttpdPort stored = readHttpdPort(portPath);
-    // What is neither choice is not to be kept by a press of OK.
+    // A press of OK must not keep a stored value that is neither choice.
     if (QFile::exists(portPath) && stored.policy != HttpdPort::Policy::NoPort)
         m_dialog->setStored(stored.policy == HttpdPort::Policy::Default, stored.portText);
     connect(m_dialog->useDefaultBox(), &QCheckBox::clicked, this, &PortSetting::setUseDefault);
@@ -63,7 +63,7 @@ void PortSetting::store()
     if (!inRange && !m_dialog->useDefault()) {
         Modal::message(m_dialog, QMessageBox::Critical, tr("Port Error"),
                        tr("The port should between 5000 and 65535!"));
-        // Closed meanwhile, when the program quits.
+        // The dialog is gone if the program has quit meanwhile.
         if (m_dialog)
             m_dialog->showWrongPort();
         return;

@@ -5,7 +5,7 @@
 class PortDialog;
 class QWidget;
 
-/// The port of the HTTP service, which reads it at its next start. Owns the dialog while that is on
+/// The port of the HTTP service, which reads it at its next start. Owns the dialog while it is on
 /// screen, and the boxes over it. GUI thread.
 class PortSetting : public QObject
 {
@@ -16,10 +16,10 @@ public:
 
     /// Asks for the port.
     void open();
-    /// The dialog's check box was clicked.
+    /// Follows a click on the dialog's check box.
     void setUseDefault(bool useDefault);
-    /// Stores the port and removes the dialog; tells the user when it is out of range or cannot be
-    /// stored.
+    /// Stores the port and removes the dialog. If the port is out of range or cannot be stored,
+    /// tells the user instead.
     void store();
     /// Removes the dialog.
     void close();

@@ -1,4 +1,4 @@
 #pragma once
 
-/// As the user is told it.
+/// The version that the user sees.
 constexpr char programVersion[] = "1.0.0.10";

@@ -17,18 +17,18 @@ namespace {
 
 constexpr int keptLines = 2000;
 
-/// Of many reports so many show at once, the others together at the end of each interval
+/// This many reports show at once. Further ones show together at the end of each interval
 /// (milliseconds): one by one, a few thousand would take seconds.
 constexpr int shownAtOnce = 20;
 constexpr qint64 shortestInterval = 100;
 constexpr qint64 longestInterval = 1000;
 
-/// An interval is so many times as long as it took to show what came in the last one, so that a
-/// storm leaves the window its time, and the phones theirs.
+/// An interval is this many times as long as showing the last reports took, so that a storm of
+/// requests leaves time for the window and the phones.
 constexpr qint64 restFactor = 20;
 
-/// Reports that are kept until they show; more would not be left in the box anyway.
-constexpr int keptReports = 2 * keptLines / 5; ///< of four lines and an end of one, by turns
+/// The most reports that wait to be shown; the box would not keep more anyway.
+constexpr int keptReports = 2 * keptLines / 5; ///< reports of four lines alternate with ends of one
 
 constexpr int boxHeight = 168;
 constexpr int lowestBoxHeight = 96; ///< where the window has no room for more
@@ -126,7 +126,7 @@ void ReportBox::showPending()
     QElapsedTimer effort;
     effort.start();
     m_shown = m_pending.size() <= shownAtOnce ? 0 : shownAtOnce;
-    // The text anew, as taking thousands of lines from its beginning costs far more.
+    // The whole text is replaced: removing thousands of lines from its start costs far more.
     QStringList lines;
     if (m_pending.size() < keptReports)
         lines = m_text->toPlainText().split(QLatin1Char('\n'));

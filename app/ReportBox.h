@@ -11,11 +11,11 @@
 class QLabel;
 class QPlainTextEdit;
 
-/// The box below the list in which the HTTP service reports: where it runs and which phone asked
-/// for what. Where it runs stays in sight above the box when that has scrolled on.
+/// The box below the list with the reports of the HTTP service: where it runs and which phone asked
+/// for what. Where it runs stays visible above the box when the box scrolls.
 ///
-/// Keeps the newest reports only, so that a network that asks all day costs no memory. When many
-/// come at once, they show a moment later, together.
+/// Keeps only the newest reports, so that a network that asks all day costs no memory. Many reports
+/// at once show together, a moment later.
 class ReportBox : public QWidget
 {
     Q_OBJECT
@@ -24,17 +24,17 @@ public:
 
     /// Adds a line on the service itself.
     void addLine(const QString &line);
-    /// Adds a report, set apart from what stands before by an empty line.
+    /// Adds a report after an empty line.
     void addReport(const QString &report);
-    /// Adds a line on how a request ended, right below what stands before.
+    /// Adds a line on how a request ended, without an empty line.
     void addEnd(const RequestEnd &request);
     void clear();
-    /// What the box holds, shown or about to be.
+    /// All text of the box; shows the pending reports first.
     QString text();
 
 private:
-    /// A report, or a request's end. That becomes a text when it is to show, as in a storm most
-    /// never do.
+    /// A report, or a request's end. The latter becomes a text only when it is shown, as in a storm
+    /// of requests most never are.
     using Entry = std::variant<QString, RequestEnd>;
 
     static QString textOf(const Entry &entry);
@@ -44,7 +44,7 @@ private:
 
     QLabel *m_service; ///< the lines on the service
     QPlainTextEdit *m_text;
-    QList<Entry> m_pending; ///< reports that do not show yet
-    QTimer m_timer;         ///< runs out some time after reports were shown
-    int m_shown = 0;        ///< reports shown since it was started
+    QList<Entry> m_pending; ///< not shown yet
+    QTimer m_timer;         ///< shows the pending reports; runs until there are none
+    int m_shown = 0;        ///< reports shown since the timer was started
 };

@@ -29,7 +29,7 @@ void ServiceFlow::switchHttpd()
         break;
     case HttpdControl::State::Opening:
     case HttpdControl::State::Closing:
-        break; // the user is being asked already
+        break; // the user is already being asked
     }
 }
 

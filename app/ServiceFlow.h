@@ -6,9 +6,9 @@ class CommandBar;
 class DataMgr;
 class ReportBox;
 
-/// The services of the window: HTTP and plug and play, opened and closed by their buttons, whose
-/// texts hold the state, and what they report. Owns the boxes on the way; the buttons and the
-/// report box are the window's. GUI thread.
+/// Opens and closes the services, HTTP and plug and play, by their buttons, which show the state;
+/// and shows what they report. Owns the boxes on the way; the window owns the buttons and the
+/// report box. GUI thread.
 class ServiceFlow : public QObject
 {
     Q_OBJECT

@@ -38,8 +38,8 @@ public:
 bool SingleApplicationPrivate::claimKey(const QString &key)
 {
     sharedMemory = std::make_unique<QSharedMemory>(InstanceNames::segment(key));
-    // Where a segment outlives a process that was killed, leaving it as the last one removes it; a
-    // running copy's segment stays.
+    // On some systems a segment outlives a killed process. The last process that detaches removes
+    // it; the segment of a running copy stays.
     if (sharedMemory->attach())
         sharedMemory->detach();
     return sharedMemory->create(segmentBytes, QSharedMemory::ReadWrite);
@@ -50,7 +50,7 @@ void SingleApplicationPrivate::listenForKnocks(const QString &key)
     localServer = std::make_unique<QLocalServer>();
     const QString name = InstanceNames::server(key);
     QLocalServer::removeServer(name);
-    // Without a listener later copies still end, they only cannot wake this one.
+    // Without a listener, later copies still end but cannot wake this one.
     localServer->listen(name);
     QObject::connect(localServer.get(), &QLocalServer::newConnection, q,
                      &SingleApplication::slotConnectionEstablished);
@@ -74,7 +74,7 @@ SingleApplication::SingleApplication(int &argc, char **argv)
         d->listenForKnocks(key);
     } else {
         d->knock(key);
-        // At once: this copy has built nothing that would want to be taken down.
+        // This copy ends at once: it has created nothing that needs to be taken down.
         std::_Exit(EXIT_SUCCESS);
     }
 }

@@ -6,8 +6,8 @@
 
 class SingleApplicationPrivate;
 
-/// The application object, of which a user's session has one running copy. A later copy wakes the
-/// first one and ends inside the constructor, with exit status 0. GUI thread.
+/// The application object. A user's session has one running copy; a later one wakes it and ends
+/// inside the constructor, with exit status 0. GUI thread.
 class SingleApplication : public QApplication
 {
     Q_OBJECT
@@ -16,12 +16,12 @@ public:
     /// Releases the key, so that the next start is the first copy again.
     ~SingleApplication() override;
 
-    /// What names the shared-memory segment and the local server of this program: both names
+    /// The key of the shared-memory segment and the local server of this program: both names
     /// joined, without what is neither a word character nor "-", "." or a blank.
     static QString instanceKey(const QString &applicationName, const QString &organizationName);
 
 signals:
-    /// Another start was attempted. Once per attempt.
+    /// Another copy was started. Emitted once for each copy.
     void showUp();
 
 public slots:

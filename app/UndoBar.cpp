@@ -17,7 +17,7 @@ const QKeySequence undoKey(Qt::CTRL + Qt::Key_Z);
 const QKeySequence redoKey(Qt::CTRL + Qt::SHIFT + Qt::Key_Z);
 const QKeySequence otherRedoKey(Qt::CTRL + Qt::Key_Y);
 
-/// Where these keys take back what was typed.
+/// Whether the focus is where these keys undo typing.
 bool isTyping()
 {
     const QWidget *const focus = QApplication::focusWidget();
@@ -26,7 +26,7 @@ bool isTyping()
     return (line && !line->isReadOnly()) || (text && !text->isReadOnly());
 }
 
-/// The MAC of the only device among these.
+/// The MAC of the only device in `rows`; empty unless there is exactly one.
 QString macOfOne(const DeviceRows &rows)
 {
     return rows.size() == 1 ? rows.infoAt(0).mac : QString();
@@ -47,7 +47,7 @@ QString textOf(const ListChange &change)
                 .arg(macOfOne(change.after));
         return withReplaced(UndoBar::tr("%1 devices added").arg(count), change.replaced);
     case ListChange::Kind::Edit:
-        // Another's MAC may have been given to it, and moved more than this one row.
+        // The device may have been given another's MAC, which changes more than this one row.
         return change.before.size() == 1 && change.after.size() == 1
                    ? UndoBar::tr("Changed %1").arg(macOfOne(change.after))
                    : UndoBar::tr("A device changed, another replaced");
@@ -120,18 +120,18 @@ void UndoBar::onHistoryChanged()
     }
 }
 
-/// Makes the first of the rows that have come back, if any, the current one.
+/// Makes the first of the restored rows, if any, the current one.
 void UndoBar::showRestored(int first, const DeviceRows &rows)
 {
     if (rows.size() > 0)
         m_view.showGroupContacts(first, first);
 }
 
-/// What a list brings as a MAC may be any text.
+/// `text` cut to what the bar can show: a MAC from an imported list may be any text.
 QString UndoBar::shortened(const QString &text) const
 {
     constexpr int longestPx = 480;
-    constexpr int longest = 500; // of what is measured
+    constexpr int longest = 500; // characters to measure
     return m_label->fontMetrics().elidedText(text.left(longest).simplified(), Qt::ElideRight,
                                              longestPx);
 }
@@ -147,7 +147,7 @@ void UndoBar::show(const QString &text, const QString &button, const QString &ke
 
 void UndoBar::onClicked()
 {
-    // The second half of a double click would make again what the first has taken back.
+    // The second click of a double click would redo what the first has undone.
     const bool again =
         m_sinceClick.isValid() && m_sinceClick.elapsed() < QApplication::doubleClickInterval();
     m_sinceClick.start();

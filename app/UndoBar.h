@@ -9,14 +9,13 @@ class DeviceRows;
 class QLabel;
 class QPushButton;
 
-/// Says what was changed last in the list, with a button that takes it back or, once it is taken
-/// back, makes it again. Out of sight until something was changed. Also has the keys for both, in
-/// the window that it is a part of.
+/// Shows the last change of the list, with a button that undoes it or, once undone, redoes it.
+/// Invisible until something was changed. Also provides the shortcuts for both in its window.
 class UndoBar : public QWidget
 {
     Q_OBJECT
 public:
-    /// `dataMgr` and `view`, which shows its list, must outlive the bar.
+    /// `dataMgr`, and `view`, which shows the list, must outlive the bar.
     UndoBar(DataMgr &dataMgr, ContactView &view, QWidget *parent = nullptr);
 
 private:

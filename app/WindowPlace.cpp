@@ -10,7 +10,7 @@
 namespace {
 
 constexpr QSize firstSize(1200, 760);
-/// What is still of use: the content scrolls in it.
+/// The smallest useful size: the content scrolls in it.
 constexpr QSize smallestSize(560, 280);
 
 QString elementName()
@@ -36,7 +36,7 @@ WindowPlace::WindowPlace(QMainWindow &window, const QString &filePath)
         window.setGeometry(pulledInto(room, place));
     } else if (!window.isMaximized() &&
                !window.screen()->availableGeometry().contains(window.geometry())) {
-        // The screen was a larger one then.
+        // The screen was larger then.
         window.setGeometry(pulledInto(screenRoom(window), window.geometry()));
     }
 }

@@ -5,8 +5,8 @@
 
 class QMainWindow;
 
-/// Size and position of the main window: where it was at the end of the last run when that still
-/// fits the screen, else a size that suits the list, in the middle of the screen. GUI thread.
+/// Size and position of the main window: those at the end of the last run, made to fit the screen;
+/// at a first start a size that suits the list, in the middle of the screen. GUI thread.
 class WindowPlace : public QObject
 {
     Q_OBJECT
@@ -17,8 +17,8 @@ public:
     WindowPlace(QMainWindow &window, const QString &filePath);
 
 public slots:
-    /// Writes the present place to the file, unless it stands there already. A folder that cannot
-    /// be written costs the place and nothing else.
+    /// Writes the present place to the file, unless it is stored already. If the folder cannot be
+    /// written, only the place is lost.
     void save();
 
 private:

@@ -13,7 +13,7 @@ namespace {
 void quietDebugLog()
 {
 #ifdef NDEBUG
-    // Qt's own logging rules, which come from outside, can switch the messages on again.
+    // Qt's logging rules from the environment can switch the messages on again.
     QLoggingCategory::setFilterRules(QStringLiteral("default.debug=false"));
 #endif
 }
@@ -26,13 +26,13 @@ int main(int argc, char *argv[])
     if (CommandLine::isWanted(argc, argv))
         return CommandLine::run(argc, argv);
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
-    // Rounded, 150% would be 200%, and the window too large for the screens that are set to it.
+    // With rounding, 150% becomes 200%, and the window is too large for screens that are set to it.
     QGuiApplication::setHighDpiScaleFactorRoundingPolicy(
         Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
 
     auto *const application = new SingleApplication(argc, argv);
-    // The program may be started from anywhere, and finds its files by relative paths.
+    // The program may be started from anywhere, but finds its files by relative paths.
     QDir::setCurrent(programFolder());
     registerContactTypes();
     applyAppearance(*application);

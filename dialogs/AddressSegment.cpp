@@ -26,7 +26,7 @@ bool isHexDigit(QChar c)
            (c >= QLatin1Char('A') && c <= QLatin1Char('F'));
 }
 
-/// What a full stop is on other keyboards: the keypad's comma, the input method's own.
+/// A full stop or what other keyboards have in its place: the keypad's comma, the ideographic stop.
 bool isStop(QChar c)
 {
     return c == QLatin1Char('.') || c == QLatin1Char(',') || c == QChar(0x3002);
@@ -65,7 +65,7 @@ Result settleOctet(const QString &text, int cursor, bool grew)
             grew && full ? Move::NextSelected : Move::Stay};
 }
 
-/// A single digit is filled up with "F", on the side where the cursor is not.
+/// Fills up a single digit with "F" at the cursor.
 Result settleMacByte(const QString &text, int cursor)
 {
     const QString digits = text.toUpper();
@@ -120,7 +120,7 @@ Result type(int kind, const State &before, QChar character)
     }
     if (kind == FourCharacters)
         return typeAnything(before, character);
-    // Who types a written address with all it has gets there: the digits alone have moved on.
+    // A typed separator changes nothing: the digits before it have already moved the focus.
     if (isSeparator(character))
         return walk(before, Move::Stay);
     return kind == Octet ? typeOctet(before, character) : typeMacByte(before, character);

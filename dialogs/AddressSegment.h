@@ -4,12 +4,11 @@
 #include <QString>
 #include <QStringList>
 
-/// The rules by which one segment of an address takes what the user types: what its text becomes,
-/// where its cursor stands, and whether the user goes on in a neighbour. Pure functions; IpPart
-/// carries out what they say.
+/// Rules for input into one segment of an address: the text and the cursor that result, and whether
+/// the focus moves to a neighbour. Pure functions; IpPart applies the results.
 namespace AddressSegment {
 
-/// What a segment holds. The numbers are fixed.
+/// The content of a segment. The values are fixed.
 enum Kind : int {
     Octet = 0,          ///< a number from 0 to 255, "0" at first
     FourCharacters = 1, ///< four characters of any kind
@@ -19,7 +18,7 @@ enum Kind : int {
 /// The most characters that a segment holds.
 int maxLength(int kind);
 
-/// A text with the cursor or the selection in it.
+/// The text of a segment, with its cursor and its selection.
 struct State
 {
     QString text;
@@ -28,7 +27,7 @@ struct State
     int selectionLength = 0; ///< 0 without a selection
 };
 
-/// One key, by what it does.
+/// One key press, by its effect.
 struct Input
 {
     enum Action { Type, Backspace, Delete, Left, Right };
@@ -36,21 +35,21 @@ struct Input
     QChar character; ///< what is typed
 };
 
-/// Where the user goes on.
+/// Where the focus moves.
 enum class Move {
     Stay,
     NextSelected, ///< the next segment, all of it selected
-    NextStart,    ///< the next segment, in front of its text
-    PreviousEnd,  ///< the segment before, behind its text
-    PreviousRest, ///< the segment before, behind its second character
+    NextStart,    ///< the next segment, cursor before its text
+    PreviousEnd,  ///< the previous segment, cursor after its text
+    PreviousRest, ///< the previous segment, cursor after its second character
 };
 
-/// Why an input changed nothing. None also where there is nothing to explain.
+/// Why an input changed nothing. None also if there is nothing to explain.
 enum class Refusal {
     None,
     NoDigit,  ///< the character is no digit of such an address
     TooLarge, ///< the octet would exceed 255
-    Full,     ///< the cursor stands behind the last digit that has room
+    Full,     ///< the segment has no room for a digit at the cursor
 };
 
 struct Result
@@ -61,29 +60,27 @@ struct Result
     Refusal refusal = Refusal::None;
 };
 
-/// What `input` makes of a segment. The moves are those of a segment with neighbours on both sides;
-/// at an end of the row the cursor stays where the result has it.
+/// The effect of `input` on a segment. Assumes neighbours on both sides; at an end of the row, only
+/// the move is left out.
 Result apply(int kind, const State &before, Input input);
 
-/// What becomes of a text that was changed in some other way, by a cut or an undo: it is brought
-/// into the form of its kind. Only a text that `grew` can move the user on.
+/// Brings a text that was changed in another way, such as by a cut or an undo, into the form of its
+/// kind. Only a text that `grew` can move the focus.
 Result settle(int kind, const QString &text, int cursor, bool grew);
 
-/// The pieces of a whole address written in any usual way: of a MAC address six pairs with ":",
-/// "-",
-/// "." or blanks between any two of them, or nothing; of an IPv4 address four numbers up to 255,
-/// with or without the length of its network ("/24"). As they are entered: in capitals, without
-/// leading zeros. Empty when `text` is no such address.
+/// The segments of a whole address in any usual notation; empty when `text` is no such address. A
+/// MAC address has six pairs with ":", "-", ".", blanks or nothing between any two of them. An IPv4
+/// address has four numbers up to 255, with or without a prefix length ("/24"). The pieces have the
+/// form of the entry: upper-case digits, numbers without leading zeros.
 QStringList piecesOfAddress(int kind, const QString &text);
 
-/// Whether `text`, typed into a row with room for `segments` more, goes in to its last character.
+/// Whether all of `text` can be typed into a row that has `segments` segments from the cursor on.
 bool canBeTyped(int kind, const QString &text, int segments);
 
-/// `text` as it would have been typed on a plain keyboard: what input methods write in full width
-/// becomes ASCII.
+/// `text` as typed on a plain keyboard: the full-width characters of input methods become ASCII.
 QString plainText(const QString &text);
 
-/// Whether `character` parts the segments of a written address.
+/// Whether `character` separates the segments of a written address.
 bool isSeparator(QChar character);
 
 } // namespace AddressSegment

@@ -39,7 +39,7 @@ QString summary(const BatchOutlook &outlook)
         .arg(QString::number(outlook.count), macs(outlook), userIds(outlook));
 }
 
-/// The labels of the fields whose text is of no use.
+/// The labels of the fields whose text is not usable.
 QString unusableFields(const BatchOutlook &outlook)
 {
     QStringList fields;
@@ -85,8 +85,8 @@ BatchPreview::BatchPreview(QWidget *parent)
     setObjectName(QStringLiteral("batchPreview"));
     setWordWrap(true);
     setAlignment(Qt::AlignLeft | Qt::AlignTop);
-    ensurePolished(); // into the font of the style sheet
-    // What is rounded off at a broken scale would cut the last line.
+    ensurePolished(); // sets the font of the style sheet
+    // Without the extra pixels, rounding at a fractional screen scale cuts off the last line.
     setFixedHeight(qCeil(lineCount * QFontMetricsF(font()).lineSpacing()) + airPx);
 }
 
@@ -105,6 +105,6 @@ QString BatchPreview::textOf(const BatchOutlook &outlook)
 void BatchPreview::showOutlook(const BatchOutlook &outlook)
 {
     setText(textOf(outlook));
-    // What is longer than its place.
+    // The tool tip has the text that does not fit.
     setToolTip(heightForWidth(width()) > height() ? text() : QString());
 }

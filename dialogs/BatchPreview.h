@@ -4,8 +4,8 @@
 
 struct BatchOutlook;
 
-/// Says what a batch of devices will be, and what is odd about it. Keeps its height whatever it
-/// says.
+/// Describes the batch of devices that would be created, and what is odd about it. Has a fixed
+/// height.
 class BatchPreview : public QLabel
 {
     Q_OBJECT
@@ -15,6 +15,6 @@ public:
 
     void showOutlook(const BatchOutlook &outlook);
 
-    /// The text for the user.
+    /// The text that showOutlook() shows.
     static QString textOf(const BatchOutlook &outlook);
 };

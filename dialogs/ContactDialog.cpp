@@ -13,7 +13,7 @@ namespace {
 constexpr int basicHeight = 360;
 constexpr int advancedHeight = 800;
 constexpr int basicRowCount = 9;
-// The default address ends with the maker's three bytes; the user goes on with the fourth.
+// The default address has only the maker's three bytes; the user goes on with the fourth.
 constexpr int firstOwnMacByte = 3;
 
 } // namespace
@@ -90,7 +90,7 @@ void ContactDialog::loadContact(bool isAdd, ContactInfo *info)
     scrollToTop();
     form().load(isAdd || !info ? ContactForm::defaultContact() : *info);
 
-    // An existing device keeps its address: a stray key there would make it another device.
+    // The focus avoids the address of an existing device: a stray key would make it another device.
     if (isAdd)
         m_macLine->focusPart(firstOwnMacByte);
     else
@@ -106,7 +106,7 @@ void ContactDialog::setAdvancedVisible(bool visible)
 
 void ContactDialog::showAdvanceBtnClicked()
 {
-    // Some desktops mark a letter of the text with "&".
+    // Some desktops insert "&" into the text, for a mnemonic.
     const QString state = m_advanceButton->text().remove(QLatin1Char('&'));
     if (state == tr("Show Advance Settings"))
         setAdvancedVisible(true);
@@ -142,14 +142,15 @@ void ContactDialog::closeEvent(QCloseEvent *event)
     qCDebug(debugLog) << "contact dialog close, m_isAdd = " << m_isAdd;
     qCDebug(debugLog) << "m_curInfo =" << m_curInfo;
     m_curInfo = nullptr;
-    // Ends a modal run and reports the end like every other way of leaving a dialog.
+    // The base class ends a modal run and emits the same signals as any other way to leave a
+    // dialog.
     FormDialog::closeEvent(event);
     event->accept();
 }
 
 void ContactDialog::hideEvent(QHideEvent *event)
 {
-    // Escape hides the dialog without a close event. Minimizing is no end.
+    // Escape hides the dialog without a close event. A spontaneous event comes from minimizing it.
     if (!event->spontaneous())
         m_curInfo = nullptr;
     FormDialog::hideEvent(event);

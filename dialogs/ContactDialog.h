@@ -6,8 +6,8 @@
 class IpLine;
 class QPushButton;
 
-/// Creates one device, or shows and edits one. Made once and reused: loadContact() before each
-/// showing. The dialog stores nothing itself; what the user saved is handed over by signal.
+/// Creates one device, or shows and edits one. Created once and reused: call loadContact() before
+/// each showing. The dialog stores nothing itself; signals hand over what the user saved.
 class ContactDialog : public FormDialog
 {
     Q_OBJECT
@@ -15,25 +15,26 @@ class ContactDialog : public FormDialog
 public:
     explicit ContactDialog(QWidget *parent = nullptr);
 
-    /// Makes the dialog ready to be shown. Add mode (`isAdd`): the defaults of a new device, `info`
-    /// is null. Edit mode: the texts of `*info`, which stays the caller's, must live until the
-    /// dialog is closed, and is changed only by a save.
+    /// Prepares the dialog for showing. Add mode (`isAdd`): shows the defaults of a new device;
+    /// `info` is null. Edit mode: shows `*info`, which the caller owns and must keep until the
+    /// dialog is closed. Only a save changes `*info`.
     void loadContact(bool isAdd, ContactInfo *info);
 
-    /// FormDialog::bringBack() in edit mode: what is typed goes on belonging to `*info`, for which
-    /// the same holds as in loadContact().
+    /// FormDialog::bringBack() in edit mode: the next save changes `*info`, for which the same
+    /// holds as in loadContact().
     void bringBackFor(ContactInfo *info);
 
 signals:
-    /// Edit mode: the loaded record holds the new texts. The dialog forgets it when this returns.
+    /// Edit mode: `*info` holds the new texts. The dialog drops the pointer when this returns,
+    /// unless it is brought back.
     void editSaveSucceed(ContactInfo *info);
     /// Add mode: the new record.
     void addSaveSucceed(const ContactInfo &info);
 
 public slots:
-    /// Hands the record over and closes, unless the MAC address is incomplete; then says so.
+    /// Hands the record over and closes; if the MAC address is incomplete, says so instead.
     void doSaveAction() override;
-    /// Shows the advanced rows, or hides them, as the text of the button says.
+    /// Shows or hides the advanced rows, as the text of the button says.
     void showAdvanceBtnClicked();
 
 protected:

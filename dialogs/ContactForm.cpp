@@ -19,7 +19,7 @@ constexpr int labelWidth = 180;
 constexpr int labelHeight = 30;
 constexpr int labelGap = 12;
 constexpr int rowSpacing = 2;
-/// With a pixel of air on both sides; the height of the form leaves no room for more.
+/// One pixel of line and one of space on each side; the form has no height for more.
 constexpr int groupLineHeight = 3;
 constexpr int rightMargin = 16;
 
@@ -43,9 +43,9 @@ QStringList choices(ContactInput kind)
     }
 }
 
-/// Selects the item at `position`. A value that is not on offer (position -1) becomes an item
-/// behind the others, so that the user sees it and it stays until another is chosen; the one of
-/// the record before goes.
+/// Selects the item at `position`. A value that is not on offer (position -1) becomes an additional
+/// last item, so that the user sees it and keeps it until choosing another. The additional item of
+/// the previous record is removed.
 void select(QComboBox &box, ContactInput kind, int position, const QString &value)
 {
     const int offered = choices(kind).size();
@@ -86,7 +86,7 @@ QWidget *ContactForm::addRow(const ContactRow &row, const QString &styleClass)
         input->setAccessibleName(row.label);
     label->setBuddy(input);
     for (QWidget *const widget : {static_cast<QWidget *>(label), input}) {
-        // Rich text is broken into lines.
+        // A tool tip wraps its text only if that is rich text.
         widget->setToolTip(row.toolTip.isEmpty() ? QString()
                                                  : QStringLiteral("<p>%1</p>").arg(row.toolTip));
         widget->setAccessibleDescription(row.toolTip);
@@ -119,7 +119,7 @@ QWidget *ContactForm::createInput(ContactInput kind)
     case ContactInput::Text:
     case ContactInput::Password: {
         auto *edit = new QLineEdit(this);
-        // The usual limit would cut off what an imported list may hold.
+        // The default limit would cut off long texts of an imported list.
         edit->setMaxLength(std::numeric_limits<int>::max());
         if (kind == ContactInput::Password)
             edit->setEchoMode(QLineEdit::Password);
@@ -134,7 +134,7 @@ QWidget *ContactForm::createComboBox(ContactInput kind)
 {
     auto *box = new QComboBox(this);
     box->addItems(choices(kind));
-    // However long a stored value is, the form keeps its width.
+    // A long stored value must not widen the form.
     box->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
     box->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     box->setFocusPolicy(Qt::StrongFocus);
@@ -144,7 +144,7 @@ QWidget *ContactForm::createComboBox(ContactInput kind)
 
 bool ContactForm::eventFilter(QObject *watched, QEvent *event)
 {
-    // Scrolling through the form must not change a box that happens to pass below the pointer.
+    // Scrolling through the form must not change a box that passes under the pointer.
     const auto *box = qobject_cast<QComboBox *>(watched);
     if (box && event->type() == QEvent::Wheel && !box->hasFocus()) {
         event->ignore();
@@ -196,10 +196,10 @@ void ContactForm::store(ContactInfo &info) const
         if (const auto *line = qobject_cast<IpLine *>(row.input)) {
             value = line->value();
         } else if (const auto *edit = qobject_cast<QLineEdit *>(row.input)) {
-            // What was pasted may bring the line end of a spreadsheet's cell.
+            // A pasted text may contain the line end of a spreadsheet cell.
             value = edit->isModified() ? inOneLine(edit->text()) : edit->text();
         } else if (const auto *box = qobject_cast<QComboBox *>(row.input)) {
-            // A position behind the table is the record's own unknown code, which stays.
+            // An unchanged box keeps the text of the record, even one that is not on offer.
             if (box->currentIndex() == row.givenIndex)
                 value = row.given;
             else if (row.kind == ContactInput::Language)

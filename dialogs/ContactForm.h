@@ -29,17 +29,17 @@ struct ContactRow
     ContactInput input;
     QString ContactInfo::*field = nullptr; ///< null for a row that is not part of the record
     bool startsGroup = false;              ///< a line stands above it
-    QString toolTip = QString();           ///< what the label alone does not say
+    QString toolTip = QString();           ///< explains what the label leaves out
 };
 
-/// For that member of a ContactRow.
+/// Names the value of that member where rows are listed.
 constexpr bool startsGroup = true;
 
-/// The labelled inputs of a device, one below the other; what the device dialogs scroll.
+/// The labelled inputs of a device, one below the other, for the device dialogs to scroll.
 ///
-/// Every text that a record holds survives load() and store() unchanged as long as its input is not
-/// touched: a model, codec or language that is not on offer becomes an item of its own, an address
-/// keeps its text (see IpLine), and a switch that is not turned keeps what it shows as "Yes".
+/// load() and store() keep every text whose input is not touched: a model, codec or language that
+/// is not on offer becomes an additional item, an address keeps its text (see IpLine), and an
+/// unchanged switch keeps the value that it shows as "Yes".
 class ContactForm : public QWidget
 {
     Q_OBJECT
@@ -57,7 +57,7 @@ public:
     /// Shows or hides the rows from `first` to the last.
     void setRowsVisibleFrom(int first, bool visible);
 
-    /// The input of that object name, or null.
+    /// The input with that object name, or null.
     template <typename Input>
     Input *input(const char *name) const
     {
@@ -66,10 +66,10 @@ public:
 
     /// Copies the fields of `info` into their inputs. Inputs without a field are left alone.
     void load(const ContactInfo &info);
-    /// Copies what the inputs show into their fields of `info`; the other fields are left alone.
+    /// Copies the values of the inputs into their fields of `info`; leaves the other fields alone.
     void store(ContactInfo &info) const;
 
-    /// What the inputs of a new device show.
+    /// The default texts of a new device.
     static ContactInfo defaultContact();
 
     bool eventFilter(QObject *watched, QEvent *event) override;
@@ -83,7 +83,7 @@ private:
         QWidget *input;
         QWidget *groupLine;        ///< null where no group starts
         QString given = QString(); ///< the text last loaded
-        int givenIndex = -1;       ///< how a box shows it
+        int givenIndex = -1;       ///< its index, if the input is a box
     };
 
     QWidget *createGroupLine();

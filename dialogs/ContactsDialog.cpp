@@ -15,7 +15,7 @@
 namespace {
 
 constexpr int formHeight = 780;
-/// From this row on the form looks like that of a single device.
+/// From this row on, the form is styled like that of a single device.
 constexpr int firstSingleStyleRow = 12;
 
 } // namespace
@@ -61,7 +61,7 @@ void ContactsDialog::updatePreview()
 {
     const auto inNoList = [](const QString &) { return false; };
     m_preview->showOutlook(outlookOf(texts(), m_isListed ? m_isListed : inNoList));
-    // Who cannot see the line hears it on the way to "Save".
+    // A screen reader reads the preview out at the "Save" button.
     findChild<QPushButton *>(QStringLiteral("saveButton"))
         ->setAccessibleDescription(m_preview->text());
 }

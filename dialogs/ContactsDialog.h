@@ -14,9 +14,9 @@ class QLineEdit;
 struct BatchTexts;
 struct DeviceBatch;
 
-/// Creates many devices in one step: a count, a first address and user ID with their steps, and
-/// what all of them share. Made once and reused: reset() before each showing. The dialog stores
-/// nothing itself; the new devices are handed over by signal.
+/// Creates many devices in one step: from a count, a first address and user ID with their steps,
+/// and the texts that all devices share. Created once and reused: call reset() before each showing.
+/// The dialog stores nothing itself; a signal hands over the new devices.
 class ContactsDialog : public FormDialog
 {
     Q_OBJECT
@@ -26,20 +26,20 @@ public:
 
     /// Sets every input to its default.
     void reset();
-    /// Sets who knows whether a device of the list has this MAC.
+    /// Sets the function that tells whether a device of the list has this MAC.
     void setLookup(std::function<bool(const QString &mac)> isListed);
 
 signals:
-    /// The new devices, in rising order; empty when the count is no positive number.
+    /// The new devices in the order of the batch; empty unless the count is a positive number.
     void addSaveSucceed(const QList<ContactInfo> &devices);
 
 public slots:
-    /// Hands the devices over and closes, unless the first MAC address is incomplete or the
-    /// devices are more than maxBatchDevices; then says so and stays.
+    /// Hands the devices over and closes. If the first MAC address is incomplete or there are more
+    /// than maxBatchDevices devices, says so and stays.
     void doSaveAction() override;
-    /// Shows `text` as first account and authentication ID.
+    /// Copies `text` into the first account and the first authentication ID.
     void slotUserIdChanged(const QString &text);
-    /// Says what "Save" would make now, once the events that wait have been handled.
+    /// Updates the preview of what "Save" would create, once the pending events are handled.
     void lookAhead();
 
 private:
@@ -53,6 +53,6 @@ private:
     QLineEdit *m_countEdit = nullptr;
     IpLine *m_macLine = nullptr;
     BatchPreview *m_preview = nullptr;
-    QTimer m_previewTimer; ///< one address that is set changes six inputs
+    QTimer m_previewTimer; ///< one update for an address, which changes six inputs
     std::function<bool(const QString &mac)> m_isListed;
 };

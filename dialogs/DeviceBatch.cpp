@@ -12,14 +12,14 @@ namespace {
 constexpr int macDigits = 12;
 constexpr qint64 firstTooLargeMac = Q_INT64_C(1) << (4 * macDigits);
 
-/// The product keeps 32 bits and its sign, so a long enough batch turns back.
+/// The product is a signed 32-bit number that wraps, so the addresses of a long batch jump back.
 qint64 macAt(const DeviceBatch &batch, qint64 base, int index)
 {
     const quint32 product = static_cast<quint32>(index) * static_cast<quint32>(batch.macStep);
     return base + static_cast<qint32>(product);
 }
 
-/// A negative number would be written with all sixteen digits.
+/// A negative number does not fit: it would be written with sixteen digits.
 bool fits(qint64 mac)
 {
     return mac >= 0 && mac < firstTooLargeMac;
@@ -30,7 +30,7 @@ qint64 baseOf(const DeviceBatch &batch)
     return batch.firstMac.toLongLong(nullptr, 16);
 }
 
-/// Written digit by digit: the outlook on a long batch does this with every key that is typed.
+/// Written digit by digit for speed: the preview of a long batch does this at every key press.
 QString macText(qint64 mac)
 {
     constexpr int lastPlace = macDigits + macDigits / 2 - 2;
@@ -49,7 +49,8 @@ QString userIdAt(const DeviceBatch &batch, int index)
     return QString::number(batch.firstUserId + qint64(index) * batch.userIdStep);
 }
 
-/// 0 when the text is no whole number, or none from -largest - 1 to largest; then also says so.
+/// The number in `text`. If it is no integer from -largest - 1 to largest, marks `which` as
+/// unusable and returns 0.
 qint64 read(const QString &text, qint64 largest, BatchOutlook::Number which,
             QFlags<BatchOutlook::Number> &unusable)
 {
@@ -72,14 +73,13 @@ DeviceBatch read(const BatchTexts &texts, QFlags<BatchOutlook::Number> &unusable
     batch.macStep = number(texts.macStep, BatchOutlook::MacStep);
     batch.userIdStep = number(texts.userIdStep, BatchOutlook::UserIdStep);
     batch.firstMac = QString(texts.firstMac).remove(QLatin1Char(':'));
-    // Without a first user ID there are none, on purpose.
+    // No first user ID is a choice, not a mistake: the devices then have no user IDs.
     if (!texts.firstUserId.trimmed().isEmpty())
         batch.firstUserId = read(texts.firstUserId, maxUserId, BatchOutlook::FirstUserId, unusable);
     return batch;
 }
 
-/// How many addresses follow one another before the first comes again: the product comes round with
-/// its 32 bits.
+/// The number of addresses before the first one comes again, as the 32-bit product wraps.
 qint64 macsInRound(const DeviceBatch &batch)
 {
     return (Q_INT64_C(1) << 32) >> qCountTrailingZeroBits(static_cast<quint32>(batch.macStep));

@@ -7,7 +7,7 @@
 
 #include <functional>
 
-/// What is typed into the fields by which the devices of a batch differ.
+/// The typed texts of the fields in which the devices of a batch differ.
 struct BatchTexts
 {
     QString count;
@@ -17,46 +17,46 @@ struct BatchTexts
     QString firstUserId;
 };
 
-/// A row of new devices whose addresses and user IDs rise by fixed steps.
+/// A series of new devices whose addresses and user IDs change by fixed steps.
 struct DeviceBatch
 {
     qint32 count = 0;       ///< devices wanted; none when zero or negative
     qint32 macStep = 0;     ///< added to the address from one device to the next
     qint32 userIdStep = 0;  ///< added to the user ID from one device to the next
     QString firstMac;       ///< hexadecimal digits without separators
-    qint64 firstUserId = 0; ///< with 0 all user IDs are empty
-    ContactInfo common;     ///< every other text
+    qint64 firstUserId = 0; ///< 0: all user IDs are empty
+    ContactInfo common;     ///< the texts that all devices share
 };
 
-/// More than any site has telephones, and still made in a moment. The steps alone do not end every
-/// batch: with step 0, or as far as the 32-bit product wraps, the addresses never leave the range.
+/// More than the phones of any site, and still created in a moment. The steps alone do not end
+/// every batch: with step 0, or where the 32-bit product wraps, the addresses never leave the
+/// range.
 constexpr int maxBatchDevices = 100000;
 
-/// The largest first user ID that is taken as a number. Numbers of telephones have 15 digits at
-/// most, and with 18 no step leads out of 64 bits.
+/// The largest first user ID that is taken as a number. Phone numbers have at most 15 digits, and
+/// from 18 digits no step leads beyond 64 bits.
 constexpr qint64 maxUserId = Q_INT64_C(999999999999999999);
 
-/// Reads what was typed; a text that is no number, or one out of range, counts as 0. What all
-/// devices share stays empty.
+/// Reads the typed texts; one that is no number, or out of range, counts as 0. Leaves `common`
+/// empty.
 DeviceBatch readBatch(const BatchTexts &texts);
 
-/// How many devices makeDevices() makes of the batch. Counts no further than
-/// maxBatchDevices + 1, which stands for "too many".
+/// The number of devices that the batch has; maxBatchDevices + 1 stands for "too many".
 int deviceCount(const DeviceBatch &batch);
 
-/// The devices in rising order, at most maxBatchDevices. Addresses are upper case, in groups joined
-/// by ":"; SIP user ID, authentication ID and account all carry the user ID. The first address
-/// that has no room in twelve digits ends the batch.
+/// The devices in the order of the batch, at most maxBatchDevices. Addresses are upper case, in
+/// groups joined by ":"; SIP user ID, authentication ID and account all hold the user ID. The batch
+/// ends before the first address that does not fit twelve digits.
 QList<ContactInfo> makeDevices(const DeviceBatch &batch);
 
-/// What makeDevices() will make of what is typed, and what is odd about it.
+/// A preview of makeDevices() for the typed texts, and what is odd about them.
 struct BatchOutlook
 {
     enum Number { Count = 1, MacStep = 2, UserIdStep = 4, FirstUserId = 8 };
     enum class End {
         AsWanted, ///< the batch has as many devices as were asked for
         Highest,  ///< it ends at the highest address
-        Lowest    ///< it ends at the lowest one
+        Lowest    ///< it ends at the lowest address
     };
 
     int count = 0;           ///< see deviceCount()
@@ -64,13 +64,13 @@ struct BatchOutlook
     QString lastMac;         ///< of the last device
     QString firstUserId;     ///< of the first device; empty when none has one
     QString lastUserId;      ///< of the last device
-    QFlags<Number> unusable; ///< these fields hold something that counts as 0 without being it
+    QFlags<Number> unusable; ///< their text is no usable number and counts as 0
     End end = End::AsWanted;
     int differentMacs = 0; ///< fewer than count when they repeat
-    int listed = 0;        ///< how many of these are in the list already
+    int listed = 0;        ///< how many of the different MACs are in the list
 };
 
-/// `isListed` tells whether a device of the list has this MAC; it is asked about each one at most
-/// once, and not at all when there are too many.
+/// `isListed` tells whether a device of the list has this MAC. It is called at most once for each
+/// MAC, and never if there are too many devices.
 BatchOutlook outlookOf(const BatchTexts &texts,
                        const std::function<bool(const QString &mac)> &isListed);

@@ -51,7 +51,7 @@ void FormDialog::createLayout(QPushButton *extra, QWidget *note)
         before = button;
     };
     if (extra) {
-        // The one button that Return presses, and that looks so, is "Save".
+        // "Save" is the only button that Return presses, and the only one that looks so.
         extra->setAutoDefault(false);
         add(extra);
     }
@@ -61,7 +61,7 @@ void FormDialog::createLayout(QPushButton *extra, QWidget *note)
     saveButton->setObjectName(QStringLiteral("saveButton"));
     saveButton->setDefault(true);
     connect(saveButton, &QPushButton::clicked, this, [this] {
-        // A second click, made while a long list was saved, arrives when the dialog is gone.
+        // A second click during a long save arrives when the dialog is already hidden.
         if (isVisible())
             doSaveAction();
     });

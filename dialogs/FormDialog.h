@@ -10,18 +10,18 @@ class QPushButton;
 class QScrollArea;
 class ToolTipWidget;
 
-/// What the dialogs for devices share: a form that scrolls, "Save" and "Cancel" below it, and the
-/// tip that tells what is wrong with an input.
+/// The common part of the device dialogs: a form that scrolls, "Save" and "Cancel" below it, and
+/// the tip that tells what is wrong with an input.
 class FormDialog : public QDialog
 {
     Q_OBJECT
 
 public:
-    /// Takes back the end of the dialog: to be called while what was saved is being handed over,
-    /// and the dialog then stays, or later, and it is shown again. Everything is as it was typed.
+    /// Takes back the end of the dialog, with everything as it was typed. Called during the
+    /// hand-over, it keeps the dialog open; called later, it shows the dialog again.
     void bringBack();
 
-    /// Opens no higher than the screen: the form scrolls in what is left of it.
+    /// Limits the height to that of the screen; the form scrolls in the rest.
     void setVisible(bool visible) override;
 
 public slots:
@@ -32,18 +32,17 @@ protected:
     explicit FormDialog(QWidget *parent);
 
     ContactForm &form() const { return *m_form; }
-    /// Lays form and buttons out once the form has its rows; `extra`, if any, stands left of them,
-    /// and `note` between the form and them.
+    /// Lays out form and buttons; call it once the form has its rows. `extra`, if any, stands left
+    /// of the buttons, and `note` above them.
     void createLayout(QPushButton *extra, QWidget *note = nullptr);
     void scrollToTop();
-    /// Hands over what was entered by `handOver` and closes, unless bringBack() is called
-    /// meanwhile.
+    /// Calls `handOver`, then closes unless bringBack() was called meanwhile.
     void finish(const std::function<void()> &handOver);
-    /// Shows the input and says what is wrong with it; the keyboard is the caller's business.
+    /// Scrolls to the input and shows `text` beside it. The caller sets the focus.
     void complain(QWidget &input, const QString &text);
-    /// Whether all six bytes are there; if not, says so and leads to the first that lacks.
+    /// Whether all six bytes are filled in. If not, says so and focuses the first empty byte.
     bool checkMac(IpLine &line);
-    /// Whether the text of such an entry has six bytes.
+    /// Whether `text`, from a MAC entry, has six bytes.
     static bool isWholeMac(const QString &text);
 
 private:

@@ -79,8 +79,8 @@ bool IpLine::eventFilter(QObject *watched, QEvent *event)
     return QWidget::eventFilter(watched, event);
 }
 
-/// Return would save what the user has not been told to be half an address. One that is no MAC is
-/// refused then, which tells it as well.
+/// The first Return reports an incomplete IP address that is not marked yet, instead of saving it
+/// unnoticed. An incomplete MAC address needs no report here, as a save refuses it.
 bool IpLine::isToldByReturn(const QKeyEvent &key)
 {
     const bool isReturn = key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter;
@@ -119,7 +119,7 @@ QString IpLine::text() const
         qCDebug(debugLog) << (m_form == Form::Mac ? "mac is empty." : "ip is empty");
         return QString();
     }
-    // Only worth a note: 0.0.0.0 may be what is stored, and the text is kept as it is shown.
+    // Only logged: 0.0.0.0 may be the stored text, and it stays as it is shown.
     if (m_form == Form::Ip && m_parts.first()->text() == QLatin1String("0"))
         qCDebug(debugLog) << " the first part of the ipaddressn can not be 0";
     return joined();
@@ -142,7 +142,7 @@ void IpLine::setText(const QString &text)
         pieces.clear();
     for (int i = 0; i < m_parts.size(); ++i) {
         m_parts[i]->setText(pieces.value(i));
-        // Typing over a byte starts at its first digit.
+        // Typing overwrites a byte from its first digit on.
         if (m_form == Form::Mac)
             m_parts[i]->setCursorPosition(0);
     }
@@ -164,7 +164,8 @@ QString IpLine::value() const
     return isUnchanged() ? m_given : current;
 }
 
-/// Some segments are empty and others are not. The MAC address of a new device is so at first.
+/// Whether some segments are empty and others are not. The MAC address of a new device, which is
+/// incomplete at first, counts only once the user has edited it.
 bool IpLine::isIncomplete() const
 {
     const bool hasGap = std::any_of(m_parts.begin(), m_parts.end(),
@@ -174,7 +175,7 @@ bool IpLine::isIncomplete() const
 
 void IpLine::updateNote()
 {
-    // Nobody is told of an address that is typed for the first time that it is half an address.
+    // An address is not marked while it is being typed for the first time.
     m_marked = isIncomplete() && (m_marked || !isAncestorOf(QApplication::focusWidget()));
     QString note;
     if (!m_fits && isUnchanged())

@@ -7,13 +7,13 @@ class ElidedLabel;
 class IpPart;
 class QKeyEvent;
 
-/// Entry of an IPv4 or MAC address in segments, offered and accepted as one text.
+/// Entry of an IPv4 or MAC address in segments, set and returned as one text.
 ///
-/// A stored text need not be an address: lists are imported and kept as they are. So that opening
-/// and saving a device loses nothing, the text that was set is remembered and given back by value()
-/// until the entry is changed, even where the segments cannot show it. For the same reason half an
-/// address is marked beside it and not refused. It is marked when the focus leaves the entry, or by
-/// Return, which does nothing else then: Return again is as it is anywhere.
+/// A stored text need not be an address, as an import keeps texts as they are. value() returns the
+/// text last set until the entry is changed, even if the segments cannot show it, so opening and
+/// saving a device loses nothing. For the same reason an incomplete address is marked, not refused:
+/// when the focus leaves the entry or, for an IP address, at the first Return, which then does
+/// nothing else.
 class IpLine : public QWidget
 {
     Q_OBJECT
@@ -26,30 +26,29 @@ public:
 
     explicit IpLine(Form form, QWidget *parent = nullptr);
 
-    /// What the segments show, joined by the separator as typed; empty when all are empty.
+    /// The segments joined by the separator, as typed; empty if all segments are empty.
     QString text() const;
-    /// Splits `text` over the segments; missing pieces leave theirs empty. A text with a piece that
-    /// is too long for its segment leaves all empty and is shown beside them.
+    /// Splits `text` over the segments; segments without a piece stay empty. A piece that is too
+    /// long leaves all segments empty. A text that does not fit is shown beside the segments.
     void setText(const QString &text);
 
-    /// What to store: the text last set as long as the entry is unchanged, else text().
+    /// The text to store: the one last set while the entry is unchanged, else text().
     QString value() const;
 
-    /// Names the entry for screen readers, and each segment with its place in it.
+    /// Names the entry, and each segment with its position, for screen readers.
     void setLabelText(const QString &label);
 
     /// The segments from left to right; owned by this widget.
     const QVector<IpPart *> &parts() const { return m_parts; }
-    /// Puts the focus into segment `index` (must exist), ready to type over it.
+    /// Focuses segment `index` (must exist) and selects its text.
     void focusPart(int index);
-    /// Puts the focus into the first empty segment, or the first of all.
+    /// Focuses the first empty segment, or the first of all.
     void focusFirstEmptyPart();
 
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 signals:
-    /// Something that the user entered has no place in the entry, or Return only marked it;
-    /// `reason` tells why.
+    /// An input has no place in the entry, or Return only marked the address; `reason` tells why.
     void refused(const QString &reason);
 
 public slots:
@@ -68,10 +67,10 @@ private:
 
     const Form m_form;
     QVector<IpPart *> m_parts;
-    ElidedLabel *m_note; ///< what is stored and cannot be shown, or that some of it is missing
+    ElidedLabel *m_note; ///< the stored text that does not fit, or "incomplete"
     QString m_given;     ///< the text last set
-    QString m_shown;     ///< the segments as the last set left them; null before the first
+    QString m_shown;     ///< text of the segments after the last set; null before it
     bool m_fits = true;  ///< the segments show all of m_given
     bool m_userEdited = false;
-    bool m_marked = false; ///< the user has been told that it is half an address
+    bool m_marked = false; ///< the user has been told that the address is incomplete
 };

@@ -21,8 +21,8 @@ using AddressSegment::Refusal;
 
 namespace {
 
-/// QIntValidator lets pass what may still become a number in range: a sign, the language's digit
-/// grouping, and 256 to 999. In an octet none of them is on the way to anything.
+/// QIntValidator accepts as intermediate what may still become a number in range: a sign, the digit
+/// grouping of the language, and 256 to 999. None of these can become a valid octet.
 class OctetValidator : public QIntValidator
 {
 public:
@@ -44,8 +44,8 @@ public:
     }
 };
 
-/// A shortcut may carry a letter as its text; that is not typing. AltGr is Ctrl and Alt together on
-/// some systems, and types.
+/// Whether a key is a shortcut, which may carry a letter as its text but types nothing. AltGr
+/// types, and is Ctrl and Alt together on some systems.
 bool isCommand(const QKeyEvent &event)
 {
     const Qt::KeyboardModifiers modifiers =
@@ -53,7 +53,7 @@ bool isCommand(const QKeyEvent &event)
     return modifiers != 0 && modifiers != (Qt::ControlModifier | Qt::AltModifier);
 }
 
-/// The input that a key is, or none where the line edit knows better what to do with it.
+/// The input that a key stands for; none if the line edit handles the key itself.
 std::optional<Input> inputOf(const QKeyEvent &event)
 {
     if (isCommand(event))
@@ -94,12 +94,12 @@ IpPart::IpPart(int kind, QWidget *parent)
             QRegularExpression(QStringLiteral("^[0-9A-Fa-f]+$")), this));
         setInputMethodHints(Qt::ImhLatinOnly | Qt::ImhNoPredictiveText | Qt::ImhUppercaseOnly);
         setText(QStringLiteral("FF"));
-        // Typing overwrites from the cursor on; at the end nothing would be left to overwrite.
+        // Typing overwrites from the cursor on; at the end there is nothing to overwrite.
         setCursorPosition(0);
     }
     m_length = text().size();
 
-    // QLineEdit reports an edit of the user's just before it reports the change.
+    // QLineEdit emits textEdited() just before textChanged().
     connect(this, &QLineEdit::textEdited, this, [this] {
         if (m_doing != Doing::Settled)
             m_doing = Doing::Editing;
@@ -128,7 +128,8 @@ void IpPart::textIpvCheck(const QString &changed)
     take(AddressSegment::settle(m_kind, changed, cursorPosition(), grew));
 }
 
-/// A digit typed into a full MAC segment is the business of macModify(), which is told of each key.
+/// Whether macModify(), which hears of each key, is to handle this character: the MAC segment is
+/// full.
 bool IpPart::overwrites(QChar character) const
 {
     return m_kind == MacByte && !hasSelectedText() && text().size() == maxLength() &&
@@ -175,7 +176,7 @@ void IpPart::dropEvent(QDropEvent *event)
     m_doing = Doing::Nothing;
     setCursorPosition(cursorPositionAt(event->pos()));
     enterText(event->mimeData()->text());
-    // Whoever dragged it out of another field keeps it there.
+    // A copy leaves the text in the field from which it was dragged.
     event->setDropAction(Qt::CopyAction);
     event->accept();
 }
@@ -185,7 +186,7 @@ void IpPart::paste()
     enterText(QGuiApplication::clipboard()->text());
 }
 
-/// A whole address goes into all segments; anything else as if it was typed.
+/// A whole address goes into all segments; any other text is entered as if it was typed.
 void IpPart::enterText(const QString &entered)
 {
     if (fillRow(entered))
@@ -194,7 +195,7 @@ void IpPart::enterText(const QString &entered)
     int segments = 0;
     for (const IpPart *part = this; part; part = part->m_next)
         ++segments;
-    // Half a word must not become half an address.
+    // A text that fits only in part must not become part of an address.
     if (!AddressSegment::canBeTyped(m_kind, plain, segments)) {
         emit refused(tr("This text is no such address."));
         return;
@@ -239,7 +240,7 @@ IpPart *IpPart::take(const AddressSegment::Result &result)
     return moveOn(result.move);
 }
 
-/// As an edit of the user's, which can be undone, and with nothing left to check or fill.
+/// Replaces the text like an edit of the user, which can be undone, without further checks.
 void IpPart::replaceText(const QString &changed)
 {
     const QScopedValueRollback<Doing> doing(m_doing, Doing::Settled);
@@ -298,7 +299,7 @@ void IpPart::focusInEvent(QFocusEvent *event)
 void IpPart::mouseReleaseEvent(QMouseEvent *event)
 {
     QLineEdit::mouseReleaseEvent(event);
-    // A click behind the last character of a full segment would leave no way to type.
+    // A cursor behind the last character of a full segment would leave no way to type.
     if (m_doing == Doing::ClickingInto && !hasSelectedText())
         selectAll();
     m_doing = Doing::Nothing;

@@ -5,11 +5,10 @@
 #include <QLineEdit>
 
 /// One segment of an address: a line edit that passes the focus on to its neighbours as the user
-/// types, so that a whole address goes in without leaving the keyboard. How it takes an input is
-/// told by AddressSegment.
+/// types, so that a whole address is typed without a break. AddressSegment has the rules.
 ///
-/// Moves, fillers and rewriting answer the user's edits only. A text set by the program is taken as
-/// it stands and leaves the focus where it is.
+/// Only edits of the user are filled up, rewritten and move the focus. A text that the program sets
+/// stays as it is and leaves the focus where it is.
 class IpPart : public QLineEdit
 {
     Q_OBJECT
@@ -20,25 +19,25 @@ public:
 
     int kind() const { return m_kind; }
 
-    /// The segments to the left and right, null at the ends. Not owned; they must live as long as
-    /// this one receives events.
+    /// Sets the segments to the left and right, null at the ends. They are not owned and must live
+    /// as long as this one receives events.
     void setNeighbours(IpPart *previous, IpPart *next);
 
 signals:
-    /// The text of a key that was pressed here; sent after the key was handled.
+    /// The text of a pressed key; emitted at the end of its handling.
     void sendMsg(const QString &keyText);
-    /// Something that the user entered has no place here; `reason` tells why.
+    /// An input has no place here; `reason` tells why.
     void refused(const QString &reason);
 
 public slots:
-    /// Follows a change of the text: rewrites it and moves on as its kind asks. Does nothing for a
-    /// change that the program made.
+    /// Rewrites a text that the user changed, and moves the focus, as the kind asks. Does nothing
+    /// for a change that the program made.
     void textIpvCheck(const QString &changed);
-    /// Overwrites the digit at the cursor of a full MAC segment; anything that is no digit is
-    /// ignored. `keyText` is the text of the key.
+    /// Overwrites the digit at the cursor of a full MAC segment with `keyText`, the text of a key;
+    /// any other character leaves the segment unchanged.
     void macModify(const QString &keyText);
     /// Pastes the clipboard; a whole address goes into all segments of the row. Hides
-    /// QLineEdit::paste(), so that the context menu arrives here too.
+    /// QLineEdit::paste(), so that the context menu calls this function too.
     void paste();
 
 protected:
@@ -49,17 +48,17 @@ protected:
     void mouseReleaseEvent(QMouseEvent *event) override;
 
 private:
-    /// What the user is doing here at this moment.
+    /// What is happening in this segment.
     enum class Doing {
         Nothing,
         Editing,      ///< the line edit itself has changed the text and is about to report it
-        Settled,      ///< the present key has had its whole effect
+        Settled,      ///< the current input has had its whole effect
         ClickingInto, ///< the mouse button that brought the focus is still down
     };
 
     AddressSegment::State state() const;
     bool overwrites(QChar character) const;
-    /// Carries out an input and returns the segment in which the user goes on.
+    /// Applies an input and returns the segment in which the user goes on.
     IpPart *enter(AddressSegment::Input input);
     void enterText(const QString &text);
     bool fillRow(const QString &address);

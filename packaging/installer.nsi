@@ -2,12 +2,12 @@
 ;   makensis -DVERSION=1.0.0.10 -DPROGRAM=<folder with the program> -DOUTPUT=<file> \
 ;            -DPROJECT=<project> -DPICTURES=<folder with side.bmp> installer.nsi
 ;
-; On the command line: /S asks and shows nothing, /LANGUAGE=zh or en answers the question
-; for the language, /D=<folder> (the last, without quotes) the one for the folder. The
-; uninstaller knows /S, and /DEVICES to remove the device list as well.
+; Command line: /S shows and asks nothing, /LANGUAGE=zh or en sets the language, and
+; /D=<folder> (the last one, without quotes) sets the folder. The uninstaller takes /S, and
+; /DEVICES to remove the device list as well.
 ;
-; What belongs to the user is never overwritten: the settings in language\ are laid down
-; once, and phonebook.db, backup\, port.xml and window.xml are not the installer's at all.
+; No file of the user is ever overwritten: the settings in language\ are installed only if
+; they are missing; phonebook.db, backup\, port.xml and window.xml are never installed.
 Target amd64-unicode
 !include MUI2.nsh
 !include FileFunc.nsh
@@ -39,7 +39,7 @@ VIAddVersionKey "LegalCopyright" ""
 !define MUI_UNICON "${PROJECT}\resource\icons\logo.ico"
 !define MUI_WELCOMEFINISHPAGE_BITMAP "${PICTURES}\side.bmp"
 !define MUI_ABORTWARNING
-; An upgrade does not ask again; the uninstaller speaks the same language.
+; An upgrade does not ask for the language again; the uninstaller uses the same one.
 !define MUI_LANGDLL_REGISTRY_ROOT HKCU
 !define MUI_LANGDLL_REGISTRY_KEY "${SETTINGS_KEY}"
 !define MUI_LANGDLL_REGISTRY_VALUENAME "Language"
@@ -74,14 +74,14 @@ LangString notWritable ${LANG_SIMPCHINESE} "无法写入此文件夹。程序需
 LangString devicesToo ${LANG_ENGLISH} "Remove the device list and its backups as well?"
 LangString devicesToo ${LANG_SIMPCHINESE} "是否同时删除设备列表及其备份？"
 
-; waitUntilClosed <un. or nothing>: ends the installation, with status 2, when the program
-; in $INSTDIR still runs and the user does not close it.
+; waitUntilClosed: ends the installer or the uninstaller, with status 2, if the program in
+; $INSTDIR still runs and the user does not close it.
 !macro waitUntilClosed
     ${Do}
         ${IfNot} ${FileExists} "$INSTDIR\VlManager.exe"
             ${Break}
         ${EndIf}
-        ; A program that runs cannot be written to.
+        ; A running program cannot be opened for writing.
         ClearErrors
         FileOpen $0 "$INSTDIR\VlManager.exe" a
         ${IfNot} ${Errors}
@@ -192,7 +192,7 @@ Section Uninstall
     RMDir "$INSTDIR\backup"
     devicesStay:
 
-    ; File by file: the folder may hold what is none of ours, and then stays.
+    ; Removed file by file: the folder may hold files of others, and then stays.
     Delete "$INSTDIR\VlManager.exe"
     Delete "$INSTDIR\LICENSE.txt"
     Delete "$INSTDIR\VLManager.ini"

@@ -31,7 +31,7 @@ CellHover::CellHover(QTableView &view, ContactDelegate &delegate)
     , m_hint(new ToolTipWidget(&view))
 {
     m_hint->setObjectName(QStringLiteral("cellHint"));
-    m_hint->setMargin(gridPx / 2); // not higher than a row
+    m_hint->setMargin(gridPx / 2); // keeps a hint no higher than a row
     view.viewport()->installEventFilter(this);
 }
 
@@ -112,7 +112,7 @@ void CellHover::showText(const QModelIndex &index, const QString &text)
         hintMilliseconds);
 }
 
-/// Up to where a hint may reach on the screen: the columns of the buttons.
+/// The right limit of a hint, in screen coordinates: just left of the button columns.
 int CellHover::rightEdge() const
 {
     const int left =
@@ -121,7 +121,7 @@ int CellHover::rightEdge() const
                     m_view.screen()->availableGeometry().right());
 }
 
-/// Beside the buttons on their left, and up from the lower edge; above any other cell.
+/// The hint of a button stands left of the buttons and grows upwards; any other, above its cell.
 QPoint CellHover::placeOf(const QModelIndex &index, const QSize &hint) const
 {
     const QRect cell = m_view.visualRect(index);

@@ -10,24 +10,24 @@ class QString;
 class QTableView;
 class ToolTipWidget;
 
-/// What the pointer does over the device list: it marks the row and the button under it, and brings
-/// up hints. A hint stands where it covers neither a button nor the row below, and never under the
+/// Reacts to the pointer over the device list: marks the row and the button under the pointer, and
+/// shows hints. A hint covers neither a button nor the row below, and never appears under the
 /// pointer.
 class CellHover : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Follows the pointer over `view`, the parent, whose cells `delegate` paints. Both outlive it.
+    /// Follows the pointer over `view`, the parent, whose cells `delegate` paints. Both must
+    /// outlive this object.
     CellHover(QTableView &view, ContactDelegate &delegate);
 
-    /// Looks what is under the pointer now: rows also move under one that stands still, by the
-    /// wheel, a filter or a deletion.
+    /// Determines again what is under the pointer. The wheel, a filter or a deletion moves rows
+    /// under a pointer that stands still.
     void update();
 
-    /// Takes the hint away and brings up that of this cell, if it has one that is worth it at once:
-    /// what a click on a button does, or what is wrong with the device. What else the model says
-    /// comes up where the pointer rests for a moment.
+    /// Hides the current hint. Shows the hint of this cell at once if it says what a click on a
+    /// button does or what is wrong with the device. Any other hint appears when the pointer rests.
     void showHint(const QModelIndex &index);
 
     bool eventFilter(QObject *watched, QEvent *event) override;
@@ -42,7 +42,7 @@ private:
     ContactDelegate &m_delegate;
     ToolTipWidget *m_hint;
     QPersistentModelIndex m_hinted; ///< the cell of the last hint
-    QPoint m_pointer;               ///< in the viewport; meaningful while m_pointerInside
+    QPoint m_pointer;               ///< in viewport coordinates; valid while m_pointerInside
     bool m_pointerInside = false;
     int m_row = -1;
     int m_column = -1;

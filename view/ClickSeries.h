@@ -4,12 +4,12 @@
 
 class QMouseEvent;
 
-/// Tells the presses of a double, triple or longer click from the press that begins one.
+/// Distinguishes the later presses of a double, triple or longer click from the first press.
 class ClickSeries
 {
 public:
-    /// To be told of every press, those of double clicks included. True when it follows the one
-    /// before as fast and as near as the presses of one click do.
+    /// Call it for every press, including those of double clicks. Returns true if `press` follows
+    /// the previous press fast and near enough to belong to the same series of clicks.
     bool goesOn(const QMouseEvent &press);
 
 private:

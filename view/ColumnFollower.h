@@ -14,11 +14,11 @@ class ColumnFollower : public QObject
     Q_OBJECT
 
 public:
-    /// Follows `table` on behalf of `bar`, and lives as long as the bar, its parent. Without
-    /// effect once the table is gone.
+    /// Follows `table`. `bar` becomes the parent and so the owner. Has no effect once the table is
+    /// gone.
     ColumnFollower(QTableView &table, QWidget &bar);
 
-    /// Puts `widget`, a child of the bar, over `column` from now on.
+    /// Keeps `widget`, a child of the bar, over `column` from now on.
     void add(int column, QWidget *widget);
 
     bool eventFilter(QObject *watched, QEvent *event) override;
@@ -31,7 +31,7 @@ private:
     };
 
     void align();
-    /// Where the table's first pixel column lies in the bar.
+    /// The x coordinate, in the bar, of the left edge of the table's viewport.
     int tableLeft() const;
 
     QPointer<QTableView> m_table;

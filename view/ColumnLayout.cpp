@@ -16,10 +16,10 @@ namespace {
 struct Share
 {
     int minimum;
-    int weight; ///< of the width that is left when every column has its minimum
+    int weight; ///< relative share of the width beyond all minimums
 };
 
-// Number and actions never need much more; a server name or a company may be long.
+// The number and the buttons never need much more. A server name or a company may be long.
 constexpr std::array<Share, ContactModel::ColumnCount> shares = {{
     {56, 0},  // Number
     {130, 1}, // Mac
@@ -34,18 +34,17 @@ constexpr std::array<Share, ContactModel::ColumnCount> shares = {{
     {48, 0},  // Delete
 }};
 
-/// Closer than the margins of a cell: nothing is cut off by it, and the smallest window holds the
-/// words of a large font.
+/// As narrow as the margins of a cell, so that the words of a large font fit the smallest window.
 constexpr int headerMargins = textMargin + 2;
-/// The words over the buttons stand in the middle.
+/// The header words over the buttons are centred.
 constexpr int actionMargins = 6;
-/// Beside the word in a search box: its margins and its frame. The magnifier comes on top where the
-/// column is wider.
+/// What a search box needs beside its word: margins and frame. The magnifier appears only where the
+/// column has more room.
 constexpr int searchBoxMargins = 17;
-/// Beside what is typed there: the same, and the cursor.
+/// What a search box needs beside typed text: the same, and the cursor.
 constexpr int searchTextMargins = 19;
 constexpr int fewestNumberDigits = 5;
-/// What the columns of the buttons get beyond their words in a wide window.
+/// The most that a button column gets beyond its minimum in a wide window.
 constexpr int mostActionAir = 10;
 
 } // namespace
@@ -72,7 +71,7 @@ Widths minimums(const QFont &font, int highestNumber)
         result[column] =
             std::max(result[column], textMargin + metrics.horizontalAdvance(text) + textEnd);
     };
-    // Of the widest digit, so that no address is ever cut short.
+    // D is the widest hexadecimal digit, so no address is ever cut short.
     makeRoomFor(ContactModel::Mac, QStringLiteral("DD:DD:DD:DD:DD:DD"));
     for (const QString &model : productModels())
         makeRoomFor(ContactModel::Product, model);
@@ -99,7 +98,7 @@ Widths widths(int viewportWidth, const Widths &minimums)
         result[action] += air;
         left -= air;
     }
-    // Each column takes its part of what is then left, so that rounding never loses a pixel.
+    // Each column takes its share of the width then left, so that rounding never loses a pixel.
     for (std::size_t column = 0; column < shares.size(); ++column) {
         if (shares[column].weight == 0)
             continue;

@@ -6,22 +6,22 @@
 
 class QFont;
 
-/// How the table shares its width out to its columns. All in logical pixels.
+/// Distributes the width of the table over its columns. All values are in logical pixels.
 namespace ColumnLayout {
 
 using Widths = std::array<int, ContactModel::ColumnCount>;
 
-/// Room before a cell's text, and before its header label.
+/// Room before the text of a cell and of its header label.
 constexpr int textMargin = 8;
-/// Room behind a cell's text; the next cell has its own.
+/// Room after the text of a cell. The next cell adds its own margin.
 constexpr int textEnd = 2;
 
-/// What each column needs in this font to show its header word, a MAC address, or a running number
-/// up to `highestNumber`; never less than suits the usual font.
+/// The least width of each column: enough for its header word, a MAC address, a product model or a
+/// running number up to `highestNumber` in this font, and never below a fixed minimum.
 Widths minimums(const QFont &font, int highestNumber);
 
 /// The column widths for a viewport of this width. They add up to exactly `viewportWidth`, or to
-/// the sum of the minimums where the viewport is narrower than that.
+/// the sum of the minimums if the viewport is narrower.
 Widths widths(int viewportWidth, const Widths &minimums);
 
 } // namespace ColumnLayout

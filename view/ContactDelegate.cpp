@@ -14,7 +14,7 @@
 
 namespace {
 
-/// The rectangle of the whole row that a cell belongs to.
+/// The rectangle of the whole row to which a cell belongs.
 QRect rowRect(const QStyleOptionViewItem &option)
 {
     const auto *table = qobject_cast<const QTableView *>(option.widget);
@@ -24,8 +24,8 @@ QRect rowRect(const QStyleOptionViewItem &option)
             table->horizontalHeader()->length(), option.rect.height()};
 }
 
-/// As much of a text as can matter in so many pixels: to measure all of a very long one takes
-/// longer than to paint the list.
+/// The beginning of `text`, at least as long as can show in `pixels`. Measuring all of a very long
+/// text takes longer than painting the list.
 QString beginning(const QString &text, int pixels)
 {
     constexpr int narrowestOnAverage = 2;
@@ -73,7 +73,7 @@ void ContactDelegate::paintText(QPainter &painter, const QStyleOptionViewItem &o
         beginning(index.data(Qt::DisplayRole).toString(), room.width()), Qt::ElideRight,
         room.width(), Qt::TextSingleLine);
     painter.save();
-    // Stacked accents reach out of their row.
+    // Stacked accents would reach into other rows.
     painter.setClipRect(option.rect, Qt::IntersectClip);
     painter.setFont(option.font);
     painter.setPen(color);
@@ -91,7 +91,7 @@ void ContactDelegate::paintAction(QPainter &painter, const QStyleOptionViewItem 
     QRect button(0, 0, iconEdge + 8, iconEdge + 6);
     button.moveCenter(option.rect.center());
     if (index.row() == m_hoveredRow && index.column() == m_hoveredColumn) {
-        // Red says that this one cannot be taken back.
+        // Red marks the button that deletes.
         QColor tint = index.column() == ContactModel::Delete
                           ? QColor(0xD3, 0x2F, 0x2F)
                           : option.palette.color(QPalette::Active, QPalette::Highlight);
@@ -110,7 +110,7 @@ void ContactDelegate::paintAction(QPainter &painter, const QStyleOptionViewItem 
     painter.drawPixmap(DevicePixels::snapped(painter, place).topLeft(), icon);
 }
 
-/// Scaled for the screen's real pixels, once for each picture.
+/// The picture scaled for the physical pixels of the screen; cached for each picture.
 const QPixmap &ContactDelegate::iconFor(const QPixmap &picture, qreal pixelRatio) const
 {
     QPixmap &icon = m_icons[picture.cacheKey()];

@@ -18,7 +18,7 @@ public:
     /// `pictures` is not owned and must outlive the delegate.
     explicit ContactDelegate(RowPictures &pictures, QObject *parent = nullptr);
 
-    /// The cell under the pointer, by its row and column in the view; -1 for none.
+    /// Sets the cell under the pointer, by its row and column in the view; -1 for none.
     void setHovered(int row, int column);
 
     void paint(QPainter *painter, const QStyleOptionViewItem &option,

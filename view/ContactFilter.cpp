@@ -23,8 +23,8 @@ char16_t folded(QChar c)
     return c.toCaseFolded().unicode();
 }
 
-/// Whether `text` contains `keyword`, which is folded already. Most rows end at the first
-/// character, so this beats a search that prepares itself for each text.
+/// Whether `text` contains `keyword`, which is already case-folded. Most comparisons fail at the
+/// first character, so this beats a search that needs a set-up for each text.
 bool contains(const QString &text, const QString &keyword)
 {
     const int last = text.size() - keyword.size();
@@ -55,15 +55,15 @@ bool ContactFilter::setKeyword(int column, const QString &keyword)
     if (column == filterKeyColumn() && keyword == m_keyword)
         return false;
 
-    // Left to itself the base class takes rows out and puts them in one stretch at a time, which is
-    // quadratic for a keyword that matches here and there: seconds for a hundred thousand devices.
-    // So the new rule is set while every row stays as it is, and then the mapping is built anew.
-    // The present one must exist by then: it is what the rows stay by.
+    // The base class removes and inserts rows one stretch at a time. That is quadratic for a
+    // keyword that matches here and there: seconds for a hundred thousand devices. So the new rule
+    // is set while every row keeps its state, and then the mapping is rebuilt as a whole. The
+    // present mapping must exist before that, as it is what keeps the rows.
     rowCount();
     if (!isCurrent(m_accepted))
         acceptRows(false);
-    // A keyword that goes on from the one before can only find what that one has found. An address
-    // that is found by its digits alone needs some.
+    // A keyword that contains the previous one can match only rows that the previous one matched.
+    // In the column of MAC addresses this holds only if the previous keyword has digits.
     const bool narrower = column == filterKeyColumn() && keyword.contains(m_keyword) &&
                           (column != ContactModel::Mac || !m_digits.isEmpty());
     setFilterKeyColumn(column);
@@ -93,7 +93,7 @@ bool ContactFilter::isCurrent(const Accepted &accepted) const
     return accepted.version == snapshot.version() && accepted.rows.size() == snapshot.size();
 }
 
-/// Works out what the present keyword shows, among what is shown where it is a narrower one.
+/// Determines the rows that the keyword shows; if `narrower`, only among those accepted so far.
 void ContactFilter::acceptRows(bool narrower)
 {
     const DeviceListSnapshot &snapshot = m_model.snapshot();
@@ -116,8 +116,8 @@ bool ContactFilter::matches(int row) const
     return contains(text, m_folded) || (column == ContactModel::Mac && matchesMac(text));
 }
 
-/// Whether the digits of the address contain those of the keyword. A keyword that parts its bytes
-/// keeps to them: "2:00" is no part of 20:0A.
+/// Whether the digits of the address contain those of the keyword. A keyword with separators
+/// matches at byte boundaries only: "2:00" does not match 20:0A.
 bool ContactFilter::matchesMac(const QString &mac) const
 {
     QVarLengthArray<char16_t, 32> digits;

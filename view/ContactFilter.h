@@ -7,8 +7,8 @@
 
 class ContactModel;
 
-/// Shows the devices whose text in one column contains a keyword, whatever the case of its letters.
-/// A MAC address is found by its digits, however it and the keyword part them. Rows keep the order
+/// Shows the devices whose text in one column contains a keyword; case does not matter. A MAC
+/// address matches by its digits, whatever separators it and the keyword use. Rows keep the order
 /// of the list.
 class ContactFilter : public QSortFilterProxyModel
 {
@@ -18,12 +18,12 @@ public:
     /// Filters `model`, which is not owned and must outlive the filter.
     explicit ContactFilter(ContactModel &model, QObject *parent = nullptr);
 
-    /// Filters on `keyword` in `column`; an empty keyword shows every row. Row numbers are worked
-    /// out once, in one pass over the list, whatever the number of rows that come or go. False when
-    /// this filter was in force already and nothing had to be done.
+    /// Filters on `keyword` in `column`; an empty keyword shows every row. Takes one pass over the
+    /// list, however many rows appear or disappear. Returns false, and does nothing, if this filter
+    /// is already in force.
     bool setKeyword(int column, const QString &keyword);
 
-    /// The action columns are pictures, and the header is hidden: both speak to a screen reader.
+    /// Names the action columns, which hold pictures, and the hidden header for screen readers.
     QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
     QVariant headerData(int section, Qt::Orientation orientation,
                         int role = Qt::DisplayRole) const override;
@@ -32,7 +32,7 @@ protected:
     bool filterAcceptsRow(int sourceRow, const QModelIndex &sourceParent) const override;
 
 private:
-    /// Which rows of one state of the list are shown.
+    /// The rows that are shown, for one version of the list.
     struct Accepted
     {
         quint64 version = 0;
@@ -47,8 +47,8 @@ private:
 
     const ContactModel &m_model;
     QString m_keyword;     ///< as it was given
-    QString m_folded;      ///< without the case of its letters
-    QString m_digits;      ///< without what parts the bytes of an address
-    int m_firstGroup = -1; ///< the digits in front of the first separator; -1 without one
+    QString m_folded;      ///< the keyword, case-folded
+    QString m_digits;      ///< the folded keyword without separators
+    int m_firstGroup = -1; ///< characters before the first separator; -1 without one
     Accepted m_accepted;
 };

@@ -87,8 +87,8 @@ bool ContactModel::removeRows(int row, int count, const QModelIndex &parent)
     return true;
 }
 
-/// Where the list does not bear out what was announced on a caller's word, whoever counted along
-/// starts over instead of keeping rows that do not exist.
+/// Starts over from the present list. A caller may have announced rows that the list does not have;
+/// a view must not keep them.
 void ContactModel::announceReset()
 {
     beginResetModel();
@@ -154,7 +154,7 @@ void ContactModel::adopt(const DeviceListSnapshot &fresh, int head, int tail)
     m_snapshot = fresh;
 }
 
-/// The devices before and after the changed stretch are the same, but their numbers may not be.
+/// The devices around the changed stretch are the same, but their numbers may have changed.
 void ContactModel::announceNumbers()
 {
     const int tailRow = m_snapshot.size() - m_renumbering->tail;
@@ -191,7 +191,7 @@ bool ContactModel::lacksMac(int row) const
     return !isMac(m_snapshot.infoAt(row).mac);
 }
 
-/// What there is to say of a device beside its texts.
+/// The hint of a cell: how the phone's last request went, or that the device has no valid MAC.
 QVariant ContactModel::note(int row, int column) const
 {
     if (!lacksMac(row))

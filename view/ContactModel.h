@@ -11,14 +11,14 @@ class PhonesSeen;
 
 /// The device list as a table: nine columns of text and two of pictures that act as buttons.
 ///
-/// Works on a snapshot, so what is on show stays consistent while the list changes; refresh() takes
-/// the next one. Read only: the list is changed by its owner. GUI thread.
+/// Works on a snapshot, so the rows stay consistent while the list changes; refresh() takes the
+/// next snapshot. Read-only: only the owner of the list changes it. GUI thread.
 class ContactModel : public QAbstractTableModel
 {
     Q_OBJECT
 
 public:
-    /// The primary account stands before the user id, the reverse of the record's order.
+    /// The primary account stands before the user ID, the reverse of their order in the record.
     enum Column {
         Number,
         Mac,
@@ -34,20 +34,20 @@ public:
         ColumnCount
     };
 
-    /// Whether a click in `column` does something to its device.
+    /// Whether a click in `column` opens or deletes the device.
     static constexpr bool isAction(int column) { return column == Detail || column == Delete; }
 
-    /// Beside the usual roles.
+    /// Roles in addition to those of Qt.
     enum Role {
-        /// True in every cell of a device that has no MAC: no phone can ask for its document.
+        /// True in every cell of a device without a valid MAC, whose document no phone can ask for.
         NoMacRole = Qt::UserRole,
     };
 
     /// `list` is not owned and must outlive the model.
     explicit ContactModel(const DeviceList &list, QObject *parent = nullptr);
 
-    /// Has the cells tell which telephones have asked for their files. `seen` must outlive the
-    /// model.
+    /// Makes the hints of the cells tell which phones have asked for their files. `seen` must
+    /// outlive the model.
     void setPhonesSeen(const PhonesSeen &seen) { m_seen = &seen; }
 
     int rowCount(const QModelIndex &parent = QModelIndex()) const override;
@@ -55,40 +55,39 @@ public:
     QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
     Qt::DropActions supportedDropActions() const override;
 
-    /// Announces that the list has already received `count` devices from `row` on, and takes its
-    /// present contents. Always true.
+    /// Announces that the list has already received `count` devices from `row` on, and takes the
+    /// present list. Always returns true.
     /// Part of the interface; nothing here calls it.
     bool insertRows(int row, int count, const QModelIndex &parent = QModelIndex()) override;
-    /// Announces that the list has already lost the `count` devices from `row` on, and takes its
-    /// present contents. Always true.
+    /// Announces that the list has already lost the `count` devices from `row` on, and takes the
+    /// present list. Always returns true.
     /// Part of the interface; nothing here calls it.
     bool removeRows(int row, int count, const QModelIndex &parent = QModelIndex()) override;
 
-    /// Keeps the display setting and starts over from the present list.
+    /// Stores the display setting and resets the model to the present list.
     /// Part of the interface; nothing here calls it.
     void resetModel(bool displaySetting);
     bool displaySetting() const { return m_displaySetting; }
 
-    /// Row of the device with this running number, or -1.
+    /// The row of the device with this running number, or -1.
     /// Part of the interface; nothing here calls it.
     int positionOfNumber(int number) const;
 
-    /// Takes the present contents of the list and announces the smallest change that explains the
-    /// difference, so that views keep scroll position and selection. O(n), without effect when
-    /// nothing changed.
+    /// Takes the present list and announces the smallest change that explains the difference, so
+    /// that views keep their scroll position and selection. O(n); has no effect if nothing changed.
     void refresh();
 
-    /// The running number of the device at `row` (must exist), as the views know it by now.
+    /// The running number of the device at `row` (must exist), as last announced to the views.
     int shownNumber(int row) const;
     /// The text of the device at `row` (must exist) in `column`; empty in columns without one.
     const QString &text(int row, int column) const;
 
-    /// What is on show.
+    /// The state of the list that the model shows.
     const DeviceListSnapshot &snapshot() const { return m_snapshot; }
 
 private:
-    /// While rows come or go: the devices that stay (`head` of them in front, `tail` at the end)
-    /// keep the numbers they had, as a view must not see a number change before it is told.
+    /// Used while rows come or go. The devices that stay, `head` in front and `tail` at the end,
+    /// keep their old numbers, as a view must not see a number change before it is announced.
     struct Renumbering
     {
         DeviceListSnapshot before;

@@ -13,6 +13,6 @@ public:
     /// `table` is not owned; the labels follow its columns.
     explicit ContactTitle(QTableView &table, QWidget *parent = nullptr);
 
-    /// What a table column is called, in the user's language; empty for a column that is none.
+    /// The name of a table column in the user's language; empty for an invalid column.
     static QString columnName(int column);
 };

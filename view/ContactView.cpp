@@ -121,9 +121,9 @@ void ContactView::currentChanged(const QModelIndex &current, const QModelIndex &
         m_device = m_filter->mapToSource(current);
 }
 
-/// Lets rows come and go by `change`, and leaves the user with the same device: also where the list
-/// was replaced and the device stands elsewhere. While the search hides it, no other becomes the
-/// current one in its place; one that is gone leaves its place to a neighbour.
+/// Runs `change`, which inserts and removes rows, and keeps the same device current, even if the
+/// list was replaced and the device is in another row. While the search hides the device, no other
+/// becomes current. If the device is gone, a neighbour becomes current.
 void ContactView::keepDevice(const std::function<void()> &change)
 {
     const QScopedValueRollback<bool> keeping(m_keepingDevice, true);
@@ -161,7 +161,7 @@ void ContactView::sortBySearchEdit(int index, const QString &keyword)
     applyKeyword(index, keyword);
 }
 
-/// Whoever reports a keyword may report it twice; the filter works only once.
+/// A keyword may be reported twice; the filter works only once.
 void ContactView::applyKeyword(int index, const QString &keyword)
 {
     bool changed = false;
@@ -234,7 +234,7 @@ void ContactView::updateContactModel()
         m_lostPlace = {row, scrolled.y()};
     layOutColumns();
     executeDelayedItemsLayout();
-    // A current row that moves is not a reason to scroll there.
+    // A current row that moves is no reason to scroll to it.
     horizontalScrollBar()->setValue(scrolled.x());
     verticalScrollBar()->setValue(scrolled.y());
     showWantedDevice();
@@ -258,7 +258,7 @@ void ContactView::clearSearchEditFocus()
         if (!edit || !edit->hasFocus())
             continue;
         setFocus(Qt::OtherFocusReason);
-        // The keys that follow must mean a row that can be seen to be meant.
+        // The keys that follow must act on a row that is visibly selected.
         if (selectionState() == 0)
             selectRow(std::max(currentIndex().row(), 0));
     }
@@ -308,8 +308,8 @@ void ContactView::keyPressEvent(QKeyEvent *event)
 
 void ContactView::mousePressEvent(QMouseEvent *event)
 {
-    // The first release has acted already, and the row now under the pointer may be another device:
-    // what follows in a double or triple click on a button does nothing.
+    // The first release has already acted, and another device may now be under the pointer. The
+    // later presses of a double or triple click on a button must do nothing.
     m_ignoreRelease = m_clicks.goesOn(*event) && ContactModel::isAction(columnAt(event->pos().x()));
     if (m_ignoreRelease) {
         event->accept();
@@ -389,7 +389,7 @@ void ContactView::paintSeparators(QPainter &painter, const QRect &exposed)
     }
 }
 
-/// A frame around the row that the keyboard acts on.
+/// Paints a frame around the row on which the keyboard acts.
 void ContactView::paintFocus(QPainter &painter)
 {
     if (!currentIndex().isValid())

@@ -21,8 +21,8 @@ class SearchEdit;
 /// The device list on screen: one row of 30 pixels per device, with a button that opens the device
 /// and one that deletes it.
 ///
-/// The view changes nothing itself: it reports what the user asks for, with rows of the device
-/// list, whatever filter is on, and shows the list anew on updateContactModel(). GUI thread.
+/// The view never changes the list. It reports what the user asks for, with row numbers of the list
+/// whatever filter is on, and shows the present list after updateContactModel(). GUI thread.
 class ContactView : public QTableView
 {
     Q_OBJECT
@@ -37,34 +37,35 @@ public:
     /// See ContactModel.
     void setPhonesSeen(const PhonesSeen &seen);
 
-    /// Takes the keywords of this box. It is not owned.
+    /// Filters by the keywords of `edit`, which is not owned.
     void addSearchEdit(SearchEdit *edit);
 
-    /// Number of devices in the list as it is on show, filtered or not.
+    /// Number of devices in the list that the view shows, hidden ones included.
     int deviceCount() const;
 
-    /// Number of devices in it that the search hides.
+    /// Number of devices that the search hides.
     int hiddenCount() const;
 
-    /// With the next update, brings the device with this MAC text into view and selects it, as far
-    /// as the search shows it. An empty text takes that back.
+    /// Makes the next update bring the device with this MAC text into view and select it, unless
+    /// the search hides it. An empty text cancels that.
     void showDevice(const QString &mac);
 
-    /// After the list that an update took away has come back: the row that was current in it, and
-    /// the scroll position, unless another device of it is current.
+    /// Restores the current row and the scroll position from before an update removed the current
+    /// device; call it once that update is undone. If another device is current by then, only
+    /// scrolls to it.
     void returnToLostPlace();
 
-    /// Row in the list of the device that this index of the view's model shows, or -1.
+    /// The list row of the device at `index`, an index of the view's model, or -1.
     int listRow(const QModelIndex &index) const;
 
-    /// Row of the current device in the list, or -1, also while the search hides that device.
+    /// The list row of the current device; -1 without one, or while the search hides it.
     int currentListRow() const;
 
     /// Number of selected rows.
     int selectionState() const;
 
-    /// Where the mouse was pressed last: the row, counted from 1, the position inside the row, and
-    /// whether the press counts (it does not while a batch is being put together).
+    /// The last mouse press: the row, counted from 1, the vertical offset inside the row, and
+    /// whether the press counts (it does not in the batch state).
     struct Press
     {
         int rowNumber = 0;
@@ -75,7 +76,7 @@ public:
     const Press &lastPress() const { return m_press; }
 
 signals:
-    /// The list on show has no device any more.
+    /// The view was updated and the list is empty.
     /// Part of the interface; nothing here connects to it.
     void showNobodyPreview();
     /// A device is to be added; see addNewContact().
@@ -84,7 +85,7 @@ signals:
     /// The user has changed a keyword.
     /// Part of the interface; nothing here connects to it.
     void onSearchState();
-    /// The stretch of list rows from `first` to `last` has been brought into view.
+    /// The list rows from `first` to `last` have been brought into view.
     /// Part of the interface; nothing here connects to it.
     void changeContact(int first, int last);
     /// A device is about to be opened.
@@ -94,31 +95,31 @@ signals:
     void onRowDetail(int row);
     /// The device at this row of the list is to be deleted.
     void onRowDelete(int row);
-    /// The view shows the list's present contents.
+    /// The view now shows the present list.
     void viewUpdated();
 
 public slots:
-    /// A search box reports its text.
+    /// Filters by the text that a search box reports.
     void onSearchTextChanged(int index, const QString &keyword);
-    /// Turns the batch state, in which a press on the marked row does not select it, on or off.
+    /// Turns the batch state, in which a press does not count (see Press), on or off.
     /// Part of the interface; nothing here calls it.
     void changeBatchState();
     /// Asks for a new device.
     /// Part of the interface; nothing here calls it.
     void addNewContact();
-    /// Brings the rows from `first` to `last` of the list into view and selects the first.
+    /// Brings the list rows from `first` to `last` into view and selects the first.
     void showGroupContacts(int first, int last);
     /// Brings the view up to date with the list.
     void updateContactModel();
-    /// The view has been scrolled down to this pixel.
+    /// Follows the vertical scroll bar; `value` is in pixels.
     void changeScrollValue(int value);
-    /// Takes the keyboard from the search boxes to the rows.
+    /// Moves the focus from a search box to the rows.
     void clearSearchEditFocus();
-    /// Acts on a click: the eye opens, the trash can deletes.
+    /// Acts on a click: the eye opens the device, the trash can deletes it.
     void viewClicked(const QModelIndex &index);
     /// Shows only the devices with `keyword` in the column of search box `index`.
     void sortBySearchEdit(int index, const QString &keyword);
-    /// Says what a click on this cell does.
+    /// Shows the hint of this cell; see CellHover::showHint().
     void showToolTip(const QModelIndex &index);
 
 protected:
@@ -150,14 +151,13 @@ private:
     CellHover *m_hover;
     QVector<QPointer<SearchEdit>> m_searchEdits;
 
-    /// The device that the user is at, in the model. The search may hide it: then no row is
-    /// current.
+    /// The device that the user is at, in m_model. While the search hides it, no row is current.
     QPersistentModelIndex m_device;
     bool m_deviceSelected = false;
-    bool m_keepingDevice = false; ///< rows change by themselves, and not by the user's choice
+    bool m_keepingDevice = false; ///< the rows are changing, not by the user's choice
     QString m_wantedMac;          ///< see showDevice()
 
-    /// Where the user was when an update took his device away.
+    /// Where the user was when an update took the current device away.
     struct Place
     {
         int row = 0;
@@ -170,5 +170,5 @@ private:
     int m_markedRowNumber = 0; ///< the row opened last, counted from 1
     int m_verticalOffset = 0;
     ClickSeries m_clicks;
-    bool m_ignoreRelease = false; ///< the coming release ends a click that does nothing
+    bool m_ignoreRelease = false; ///< the next release ends a click that must do nothing
 };

@@ -6,8 +6,8 @@ class ContactView;
 class ElidedLabel;
 class SearchBar;
 
-/// Says how many devices the search hides, and whether what was just added or changed is among
-/// them, with a button that clears the search. Out of sight while nothing is hidden.
+/// Tells how many devices the search hides and how many of them are new or changed, and has a
+/// button that clears the search. Invisible while no device is hidden.
 class HiddenNote : public QWidget
 {
     Q_OBJECT
@@ -24,5 +24,5 @@ private:
     const ContactView &m_view;
     ElidedLabel *m_label;
     int m_hidden = 0;
-    int m_hiddenBySearch = 0; ///< so many were hidden when the search was typed
+    int m_hiddenBySearch = 0; ///< how many were hidden when the search was typed
 };

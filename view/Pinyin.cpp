@@ -17,13 +17,13 @@ unsigned bits(char byte, unsigned mask)
     return static_cast<unsigned char>(byte) & mask;
 }
 
-/// A character of three bytes; a longer one, whose first byte has a bit more, is left as it is.
+/// Whether `byte` starts a three-byte character. In a longer character it has one more bit set.
 bool startsCharacter(char byte)
 {
     return bits(byte, 0xf0) == 0xe0;
 }
 
-/// The syllable of the character of three bytes; null when it is in no row.
+/// The syllable of a three-byte character; null if the table does not have it.
 const char *syllableOf(const char *character)
 {
     const unsigned code = (bits(character[0], 0x0f) << 12) | (bits(character[1], 0x3f) << 6) |

@@ -2,12 +2,12 @@
 
 #include <QByteArray>
 
-/// The UTF-8 text with each Chinese character replaced by its syllable, as in "Zhang"; a null array
-/// for an empty text. Any other character of three bytes, or one that the end cuts off, disappears;
-/// what is shorter or longer stays.
+/// `text`, in UTF-8, with each Chinese character replaced by its syllable, such as "Zhang"; a null
+/// array for an empty text. Drops any other three-byte character and one that is cut off at the
+/// end; keeps shorter and longer characters.
 /// Part of the interface; nothing here calls it.
 QByteArray pinyinOf(const QByteArray &text);
 
-/// The capital letters of a pinyin text: an initial a character. A null array for an empty text.
+/// The capital letters of `pinyin`, one initial for each character; a null array for an empty text.
 /// Part of the interface; nothing here calls it.
 QByteArray pinyinInitials(const QByteArray &pinyin);

@@ -2,8 +2,8 @@
 
 #include <array>
 
-/// A syllable without its tone, with a capital first letter, and the characters read so: the
-/// escape of each, as in "\u554a", in one text.
+/// A syllable without its tone, the first letter capital, and the characters that are read so:
+/// their escapes, such as "\u554a", in one text.
 struct PinyinPair
 {
     const char *syllable;
@@ -11,5 +11,5 @@ struct PinyinPair
 };
 
 /// The characters of GB 2312 by their Mandarin reading: 401 pairs sorted by syllable, the last few
-/// appended, and the pair "end". A character of several pairs counts for the first of them.
+/// appended, and the pair "end". A character in several pairs counts for the first of them.
 extern const std::array<PinyinPair, 402> pinyinTable;

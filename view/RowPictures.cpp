@@ -13,7 +13,7 @@
 namespace {
 
 constexpr double readableContrast = 4.5;
-constexpr int hoverOpacity = 26; // of 255: visible, and too faint to spoil the text
+constexpr int hoverOpacity = 26; // of 255; visible, but too faint to impair the text
 constexpr int maximumSeparatorHeight = 2;
 
 double linear(double channel)
@@ -65,8 +65,8 @@ void RowPictures::prepareSelectedRow()
         m_selectedSource.scaled(selectedRowSize, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
 }
 
-/// Scaled once for a whole row, so that a cell only copies its part. At a fractional scale rows
-/// are of two heights, one pixel apart.
+/// The background scaled for a whole row, so that a cell only copies its part. At a fractional
+/// screen scale, rows have two heights, one pixel apart.
 const QPixmap &RowPictures::backgroundFor(const QSize &pixels)
 {
     QPixmap &scaled = m_backgroundScaled[static_cast<std::size_t>(pixels.height()) % 2];
@@ -83,7 +83,7 @@ void RowPictures::paintRow(QPainter &painter, const QRect &row, const QRect &par
     painter.save();
     const QRectF whole = DevicePixels::snapped(painter, row);
     const QRectF cell = DevicePixels::snapped(painter, part);
-    // What follows is the whole row's: rectangles side by side would leave seams.
+    // Each layer below is painted for the whole row: adjacent rectangles would leave seams.
     painter.setClipRect(cell, Qt::IntersectClip);
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
 
@@ -135,7 +135,7 @@ QColor RowPictures::textColor(const QPalette &palette, RowState state)
         return *known;
 
     load();
-    // Painted just as the row is, only smaller; a copy keeps the row's own background cached.
+    // The sample is painted like the row, but by a copy, so that the real background stays cached.
     QImage sample(48, 30, QImage::Format_RGB32);
     sample.fill(palette.color(QPalette::Active, QPalette::Base));
     RowPictures painterOfSample(*this);
@@ -157,7 +157,7 @@ QColor RowPictures::textColor(const QPalette &palette, RowState state)
             bestContrast = candidateContrast;
         }
     }
-    // Palettes come and go with themes; one that is gone is not looked up again.
+    // A new theme brings new palettes; the entries of old ones are never looked up again.
     if (m_textColors.size() > 64)
         m_textColors.clear();
     m_textColors.insert(key, best);

@@ -12,37 +12,37 @@ class QPainter;
 class QPalette;
 class QRect;
 
-/// What the rows of the device list are painted with: the pictures of "./resource/", or palette
-/// colours for those that are missing. Each picture is read once. GUI thread.
+/// Paints the rows of the device list with the pictures in "./resource/", or with palette colours
+/// where a picture is missing. Reads each picture once. GUI thread.
 class RowPictures
 {
 public:
-    /// What the picture of a selected row is scaled to before it is stretched over the row.
+    /// The size to which the picture of a selected row is scaled before it fills the row.
     static constexpr QSize selectedRowSize = QSize(277, 42);
 
     struct RowState
     {
         bool selected = false;
         bool hovered = false;
-        bool lacksMac = false; ///< of a device that no phone will get
+        bool lacksMac = false; ///< the device of the row has no valid MAC
     };
 
-    /// Makes sure that the picture of a selected row is at hand.
+    /// Loads and scales the picture of a selected row, unless that is done already.
     void prepareSelectedRow();
 
-    /// Paints the part `part` of the background of the row `row`. Painted cell by cell, a row looks
-    /// the same as painted at once.
+    /// Paints the part `part` of the background of `row`. A row painted cell by cell looks the same
+    /// as one painted at once.
     void paintRow(QPainter &painter, const QRect &row, const QRect &part, const QPalette &palette,
                   RowState state);
 
-    /// Paints the line that parts a row from the next one, at the lower edge of `row`.
+    /// Paints the line between this row and the next one, at the lower edge of `row`.
     void paintSeparator(QPainter &painter, const QRect &row, const QPalette &palette);
 
-    /// A text colour that reads well on such a row (contrast of 4.5:1 or more): the palette's own,
-    /// or a red for a device without a MAC, where that is good enough, else black or white.
+    /// A text colour that is readable on such a row (contrast of 4.5:1 or more): the palette's own,
+    /// or a red for a device without a MAC; black or white where the contrast of those is too low.
     QColor textColor(const QPalette &palette, RowState state);
 
-    /// Contrast of two opaque colours, from 1 to 21, as the WCAG define it.
+    /// Contrast ratio of two opaque colours, from 1 to 21, as the WCAG define it.
     static double contrast(const QColor &left, const QColor &right);
 
 private:
@@ -53,7 +53,7 @@ private:
     QPixmap m_selectedSource;
     QPixmap m_selectedScaled;
     QPixmap m_backgroundSource;
-    std::array<QPixmap, 2> m_backgroundScaled; ///< by whether the height is odd
+    std::array<QPixmap, 2> m_backgroundScaled; ///< indexed by height % 2
     QPixmap m_separator;
     QHash<QPair<qint64, int>, QColor> m_textColors; ///< by palette and state
 };

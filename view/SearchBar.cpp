@@ -26,7 +26,7 @@ SearchBar::SearchBar(ContactView &view, QWidget *parent)
     for (int index = 0; index < SearchEdit::boxCount; ++index)
         boxOfColumn[SearchEdit::columnOf(index)] = index;
 
-    // Made in the order of the columns, which thereby is the order of the Tab key.
+    // Created in the order of the columns, as that becomes the tab order.
     auto *follower = new ColumnFollower(view, *this);
     for (int column = 0; column < SearchEdit::boxCount; ++column) {
         const int index = boxOfColumn.at(column);

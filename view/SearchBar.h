@@ -8,8 +8,8 @@ class SearchEdit;
 
 /// The row of search boxes over the device list, one over each column of text.
 ///
-/// Only one box holds a keyword at a time: typing into one empties the others, so that what stands
-/// in the boxes is what is filtered.
+/// Only one box holds a keyword at a time: typing into one empties the others, so the boxes always
+/// show the filter in force.
 class SearchBar : public QWidget
 {
     Q_OBJECT
@@ -25,7 +25,7 @@ public:
     void clear();
 
 signals:
-    /// Any box reports its text; see SearchEdit::searchTextChanged().
+    /// A box reports its text; see SearchEdit::searchTextChanged().
     void searchTextChanged(int index, const QString &text);
 
 private:

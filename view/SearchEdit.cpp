@@ -12,7 +12,7 @@ namespace {
 
 constexpr int magnifierSize = 12;
 constexpr int magnifierMargin = 5;
-constexpr int textMargin = 7; ///< of the frame, the padding and the line edit itself
+constexpr int textMargin = 7; ///< of frame, padding and line edit, on each side
 
 } // namespace
 
@@ -21,7 +21,7 @@ SearchEdit::SearchEdit(int index, QWidget *parent)
     , m_index(index)
     , m_magnifier(QStringLiteral("./resource/search.png"))
 {
-    // The box over the numbers is too narrow for a button beside five digits.
+    // The box over the numbers is too narrow for a clear button beside five digits.
     setClearButtonEnabled(columnOf(index) != ContactModel::Number);
     connect(this, &QLineEdit::textChanged, this, &SearchEdit::onSearchEditChanged);
     connect(this, &QLineEdit::returnPressed, this, &SearchEdit::listWanted);
@@ -40,7 +40,7 @@ int SearchEdit::columnOf(int index)
 
 void SearchEdit::clearSilently()
 {
-    // Not with blocked signals: the clear button listens to the same textChanged().
+    // Signals are not blocked: the clear button needs textChanged().
     m_silent = true;
     clear();
     m_silent = false;
@@ -55,8 +55,8 @@ void SearchEdit::onSearchEditChanged(const QString &text)
 bool SearchEdit::event(QEvent *event)
 {
     const bool handled = QLineEdit::event(event);
-    // On some desktops Ctrl+D and Ctrl+E edit a line, and a line edit keeps them from the buttons
-    // over the list, where they delete all and export.
+    // On some desktops Ctrl+D and Ctrl+E edit a line, and a line edit keeps them. Here they belong
+    // to the buttons above the list, which delete all devices and export.
     if (event->type() == QEvent::ShortcutOverride) {
         const auto &press = *static_cast<const QKeyEvent *>(event);
         if (press.modifiers() == Qt::ControlModifier &&
@@ -85,8 +85,8 @@ void SearchEdit::keyPressEvent(QKeyEvent *event)
 void SearchEdit::paintEvent(QPaintEvent *event)
 {
     QLineEdit::paintEvent(event);
-    // Not an action of the line edit: that would keep its room when the box is filled, and the
-    // narrow boxes have none to spare.
+    // The magnifier is no action of the line edit: an action would keep its room in a filled box,
+    // and the narrow boxes have none to spare.
     if (!text().isEmpty() ||
         fontMetrics().horizontalAdvance(placeholderText()) + 2 * textMargin + magnifierSize >
             width())

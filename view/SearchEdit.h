@@ -16,27 +16,27 @@ public:
 
     int index() const { return m_index; }
 
-    /// The table column that box `index` searches; the first one for an index that no box has.
+    /// The table column that box `index` searches; the first column for an invalid index.
     static int columnOf(int index);
 
-    /// Empties the box without telling anybody who listens to searchTextChanged().
+    /// Empties the box without emitting searchTextChanged().
     void clearSilently();
 
 signals:
     /// The text of box `index` is now `text`.
     void searchTextChanged(int index, const QString &text);
-    /// The user wants to go on in the list: Down or Enter.
+    /// The user pressed Down or Enter to go on in the list.
     void listWanted();
 
 public slots:
     void onSearchEditChanged(const QString &text);
 
 protected:
-    /// Leaves the keys of the list's commands to these.
+    /// Leaves the shortcuts of the list's commands to those commands.
     bool event(QEvent *event) override;
-    /// Escape empties the box; Down and Enter go into the list.
+    /// Escape empties the box; Down and Enter move to the list.
     void keyPressEvent(QKeyEvent *event) override;
-    /// An empty box shows a magnifier where a filled one has its clear button.
+    /// Paints a magnifier into an empty box, where a filled one has its clear button.
     void paintEvent(QPaintEvent *event) override;
 
 private:

@@ -3,12 +3,12 @@
 #include <QPainter>
 #include <QRectF>
 
-/// Painting at fractional scales: what would begin or end within a pixel of the screen is blurred
-/// there, or leaves a seam.
+/// Painting at fractional screen scales: an edge inside a pixel of the screen is blurred or leaves
+/// a seam.
 namespace DevicePixels {
 
-/// `rect` with each edge moved to the nearest edge of the device's pixels, in the painter's
-/// coordinates. Neighbours still meet. The painter neither turns nor shears.
+/// `rect`, in the painter's coordinates, with each edge moved to the nearest pixel edge of the
+/// device. Adjacent rectangles stay adjacent. The painter must neither rotate nor shear.
 inline QRectF snapped(const QPainter &painter, const QRectF &rect)
 {
     const QTransform &toDevice = painter.deviceTransform();
@@ -18,7 +18,7 @@ inline QRectF snapped(const QPainter &painter, const QRectF &rect)
     return toDevice.inverted().mapRect(QRectF(topLeft, bottomRight));
 }
 
-/// `thickness` as whole pixels of the device, at least one, so that all lines look alike.
+/// `thickness` rounded to whole pixels of the device, at least one, so that all lines look alike.
 inline qreal snapped(const QPainter &painter, qreal thickness)
 {
     const qreal scale = painter.deviceTransform().m22();

@@ -41,7 +41,7 @@ EffectScrollBar::EffectScrollBar(Qt::Orientation orientation, QWidget *parent)
     connect(this, &QAbstractSlider::sliderReleased, this, &EffectScrollBar::follow);
 }
 
-/// Lets the strength follow what the pointer does.
+/// Animates the strength towards the value that the pointer's place calls for.
 void EffectScrollBar::follow()
 {
     const qreal wanted = underMouse() || isSliderDown() ? 1.0 : 0.0;

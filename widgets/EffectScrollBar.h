@@ -4,9 +4,9 @@
 #include <QScrollBar>
 #include <QVariantAnimation>
 
-/// A scroll bar that keeps out of the way: a slim handle, which grows and darkens softly while the
-/// pointer is on the bar or drags the handle. Its place stays the same, so nothing moves. Colours
-/// come from the style sheet.
+/// An unobtrusive scroll bar: a slim handle, which grows and darkens gradually while the pointer is
+/// on the bar or drags the handle. The bar keeps its size, so nothing moves. The style sheet sets
+/// the colours.
 class EffectScrollBar : public QScrollBar
 {
     Q_OBJECT
@@ -16,7 +16,7 @@ class EffectScrollBar : public QScrollBar
 public:
     explicit EffectScrollBar(Qt::Orientation orientation, QWidget *parent = nullptr);
 
-    /// From 0, at rest, to 1, under the pointer.
+    /// From 0 (at rest) to 1 (under the pointer or dragged).
     qreal strength() const { return m_strength; }
 
 protected:

@@ -14,7 +14,7 @@ void ElidedLabel::setFullText(const QString &text, const QString &shorter)
 {
     m_text = text;
     m_shorter = shorter;
-    // Wrapped, so that the tool tip does not take it for plain text and shows "&lt;".
+    // Without the element, the tool tip would take the escaped text for plain text.
     setToolTip(Qt::mightBeRichText(text)
                    ? QLatin1String("<span>") + text.toHtmlEscaped() + QLatin1String("</span>")
                    : text);
@@ -25,7 +25,7 @@ void ElidedLabel::setFullText(const QString &text, const QString &shorter)
 
 QSize ElidedLabel::sizeHint() const
 {
-    const int height = QLabel::sizeHint().height(); // which sees to the style first
+    const int height = QLabel::sizeHint().height(); // applies the style sheet first
     return {fontMetrics().horizontalAdvance(m_text), height};
 }
 

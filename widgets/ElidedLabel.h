@@ -2,7 +2,7 @@
 
 #include <QLabel>
 
-/// A line of plain text that shows as much as there is room for, and all of it as a tool tip.
+/// A line of plain text that is elided where it does not fit, with the whole text as a tool tip.
 class ElidedLabel : public QLabel
 {
     Q_OBJECT
@@ -10,10 +10,10 @@ class ElidedLabel : public QLabel
 public:
     explicit ElidedLabel(QWidget *parent = nullptr);
 
-    /// Shows `text`; where it has no room `shorter`, if any, before something is left out.
+    /// Shows `text`; if that does not fit, `shorter`, if any. Elides what still does not fit.
     void setFullText(const QString &text, const QString &shorter = {});
 
-    /// For all of the text.
+    /// The size that the whole text needs.
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
 

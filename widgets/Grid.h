@@ -1,4 +1,4 @@
 #pragma once
 
-/// The step, in pixels, of which margins, gaps and sizes on the window and its pages are multiples.
+/// The grid step in logical pixels; margins, gaps and sizes in the window are multiples of it.
 inline constexpr int gridPx = 8;

@@ -2,7 +2,7 @@
 
 #include <QString>
 
-/// One page of the user guide. `picture` is the path of its screenshot; empty for a page without.
+/// One page of the user guide. `picture` is the path of its screenshot, empty if it has none.
 struct GuidePage
 {
     QString title;

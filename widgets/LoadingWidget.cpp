@@ -9,14 +9,14 @@
 namespace {
 
 constexpr int gap = 16;
-constexpr int wheelPx = 64; ///< the picture has more, for screens that show more
+constexpr int wheelPx = 64; ///< the picture has more, for screens of high resolution
 
 const QString coverStyle =
     QStringLiteral("QWidget {background: transparent url(%1); border: none}");
 const QString labelStyle = QStringLiteral("QLabel{ background: transparent; font-size: 22px; "
                                           "color: white; font-weight: bold;}");
 
-/// What a person does with mouse, keyboard, finger or pen.
+/// Whether an event comes from mouse, keyboard, finger or pen.
 bool isInput(QEvent::Type type)
 {
     switch (type) {
@@ -60,7 +60,7 @@ LoadingWidget::LoadingWidget(QWidget *parent)
 
     auto *const wheel = new QLabel(this);
     wheel->setObjectName(QStringLiteral("loadingMovieLabel"));
-    // The cover's picture is for the cover alone.
+    // Keeps the background picture of the cover off this label.
     wheel->setStyleSheet(labelStyle);
     wheel->setAlignment(Qt::AlignCenter);
     connect(m_movie, &QMovie::frameChanged, wheel, [this, wheel] {
@@ -93,7 +93,7 @@ void LoadingWidget::showOver(QWidget *window)
     setGeometry(window->rect());
     raise();
     show();
-    // The work may begin before the event loop comes round to painting.
+    // The work may begin before the event loop paints.
     repaint();
 }
 
@@ -116,12 +116,12 @@ void LoadingWidget::hideEvent(QHideEvent *event)
     QWidget::hideEvent(event);
 }
 
-/// True for the covered window and all in it, this cover included.
+/// Whether `object` is the covered window or lies in it; true for this cover as well.
 bool LoadingWidget::isBelow(const QObject *object) const
 {
     if (const auto *widget = qobject_cast<const QWidget *>(object))
         return widget->window() == window();
-    // Shortcuts reach actions, which are children of what they belong to.
+    // Shortcuts reach actions, which are children of the widgets they belong to.
     return object->isWidgetType() || !object->parent() ? false : isBelow(object->parent());
 }
 
@@ -131,7 +131,7 @@ bool LoadingWidget::eventFilter(QObject *watched, QEvent *event)
         setGeometry(parentWidget()->rect());
     if (!isInput(event->type()) || !isBelow(watched))
         return QWidget::eventFilter(watched, event);
-    // Accepted, so that the event climbs to no parent and no shortcut is looked for.
+    // An accepted event is passed to no parent, and starts no search for a shortcut.
     event->accept();
     return true;
 }

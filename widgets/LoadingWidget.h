@@ -5,12 +5,12 @@
 
 class QMovie;
 
-/// Covers a window while the program is busy: says so, keeps its wheel turning, and takes every
+/// Covers a window while the program is busy: shows a message and a turning wheel, and takes every
 /// click and key that is meant for the window, shortcuts included. Other windows, such as a
-/// question of the work in progress, stay usable.
+/// question from the work in progress, stay usable.
 ///
-/// The work must let the event loop run, from time to time and once more before the cover is
-/// hidden: what the user does while no event is handled arrives later.
+/// The work must return to the event loop from time to time, and once more before the cover is
+/// hidden: input that comes while no event is handled arrives later.
 class LoadingWidget : public QWidget
 {
     Q_OBJECT
@@ -18,8 +18,8 @@ class LoadingWidget : public QWidget
 public:
     explicit LoadingWidget(QWidget *parent = nullptr);
 
-    /// Covers `window`, which becomes the parent, until hide(). Painted at once where the window
-    /// is on screen.
+    /// Covers `window`, which becomes the parent, until hide(). Paints at once if the window is on
+    /// screen.
     void showOver(QWidget *window);
 
     bool eventFilter(QObject *watched, QEvent *event) override;

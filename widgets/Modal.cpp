@@ -29,13 +29,13 @@ void setUp(QMessageBox &box, QMessageBox::Icon icon, const QString &title, const
     box.setWindowTitle(title);
     box.setText(text);
     box.setInformativeText(note);
-    // Both texts: the box's own setting leaves out the note.
+    // The text format of the box would not apply to the note.
     const auto labels = box.findChildren<QLabel *>();
     for (QLabel *const label : labels)
         label->setTextFormat(Qt::PlainText);
 }
 
-/// The program's window where it is on screen.
+/// The main window if it is visible, else null.
 const QWidget *mainWindow()
 {
     const QWidgetList windows = QApplication::topLevelWidgets();
@@ -45,9 +45,9 @@ const QWidget *mainWindow()
     return found == windows.end() ? nullptr : *found;
 }
 
-/// Puts a dialog that has no place yet over the program's window. Qt would take the parent, which
-/// for a question of a service is not on screen, or there is none. A box knows its size only once
-/// it is shown.
+/// Centres a dialog that has no position yet over the main window. Qt would take the parent, but a
+/// question from a service has a hidden one or none. The dialog knows its size only once it is
+/// shown.
 void centreWhenShown(QDialog &dialog)
 {
     const QWidget *const parent = dialog.parentWidget();
@@ -81,10 +81,10 @@ Modal::Answer ask(QWidget *parent, const QString &title, const QString &text, bo
         add(QCoreApplication::translate("Modal", "No to All"), QMessageBox::NoRole,
             Answer::NoToAll);
     }
-    // What a key pressed too early does must be harmless.
+    // A key pressed too early must do no harm.
     box.setDefaultButton(no);
     if (ofMany)
-        box.setEscapeButton(no); // Qt finds it by its role where there is only one
+        box.setEscapeButton(no); // a single "No" is found by its role
     Modal::run(box);
     return answers.value(box.clickedButton(), Answer::Dismissed);
 }

@@ -16,7 +16,7 @@ QHash<QString, QPoint> &places()
     return places;
 }
 
-/// The screen may have become smaller, or have gone with its cable.
+/// `place` moved onto a screen: its own may have become smaller, or been unplugged.
 QPoint onScreen(const QPoint &place, const QWidget &window)
 {
     const QScreen *screen = QGuiApplication::screenAt(place);
@@ -33,8 +33,8 @@ public:
         , m_window(window)
     {
         window.installEventFilter(this);
-        // Before the system makes the window: only until then the place counts as that of the
-        // frame, which is not known before the window is shown.
+        // The move comes before the system window is created: only until then is a position that of
+        // the frame, which is not known before the window is shown.
         const auto place = places().constFind(window.objectName());
         if (place != places().constEnd())
             window.move(onScreen(*place, window));
@@ -44,7 +44,7 @@ public:
     {
         if (watched == &m_window && event->type() == QEvent::Hide && !event->spontaneous()) {
             places().insert(m_window.objectName(), m_window.pos());
-            // For its next time. A window that was moved to where it is is not centred.
+            // A hidden window that has been moved is not centred when it is shown next.
             m_window.move(onScreen(m_window.pos(), m_window));
         }
         return QObject::eventFilter(watched, event);

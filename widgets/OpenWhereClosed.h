@@ -2,7 +2,7 @@
 
 class QWidget;
 
-/// Opens the window where it was closed last in this run, as far as the screen allows, instead of
-/// in the middle of its parent. Windows of one object name share the place, so that one that is
-/// made anew each time keeps it too: the name and the size are to be set before. GUI thread.
+/// Makes the window open where it was last closed in this run, as far as the screen allows, instead
+/// of over the middle of its parent. Windows with the same object name share the position, so one
+/// that is created anew each time keeps it too. Set name and size before the call. GUI thread.
 void openWhereClosed(QWidget &window);

@@ -8,7 +8,7 @@
 
 namespace {
 
-/// The frame is not known before the window is shown. No usual one takes more than this.
+/// The frame is not known before the window is shown. No usual frame is thicker than this.
 constexpr QMargins thickestFrame(8, 40, 8, 8);
 
 } // namespace

@@ -6,8 +6,8 @@
 
 namespace {
 
-/// A screen reader may ask for the scroll bar that it was told of when the bar has gone. What Qt
-/// has for scroll areas then reads past the end of its list; what it has for any widget does not.
+/// A screen reader may ask for a scroll bar that has just disappeared. Qt's accessible scroll area
+/// then reads past the end of its list; Qt's accessible widget does not.
 QAccessibleInterface *accessibleFor(const QString &className, QObject *object)
 {
     if (className != QLatin1String(ScrollArea::staticMetaObject.className()))
@@ -20,7 +20,7 @@ QAccessibleInterface *accessibleFor(const QString &className, QObject *object)
 ScrollArea::ScrollArea(QWidget *parent)
     : QScrollArea(parent)
 {
-    // Qt keeps a factory once, however often it is told of it.
+    // Qt installs a factory once, however often this is called.
     QAccessible::installFactory(accessibleFor);
     setFrameShape(QFrame::NoFrame);
     viewport()->setAutoFillBackground(false);

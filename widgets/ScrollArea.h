@@ -2,7 +2,7 @@
 
 #include <QScrollArea>
 
-/// A scroll area that looks like what it lies on: no frame, no ground of its own, slim bars.
+/// A scroll area with slim scroll bars, without a frame or a background of its own.
 class ScrollArea : public QScrollArea
 {
     Q_OBJECT

@@ -2,6 +2,6 @@
 
 class QWidget;
 
-/// Shows the window in front of the others and lets it take the focus, also when it is minimized.
-/// GUI thread.
+/// Shows the window in front of the others and asks for the focus, even if it was minimized. GUI
+/// thread.
 void showInFront(QWidget &window);

@@ -18,7 +18,7 @@ SlidePage::SlidePage(Edge edge, QWidget *parent)
     , m_animation(this, "shownPart")
 {
     Q_ASSERT(parent);
-    // Nothing of the parent shows through, with a style sheet's background or without.
+    // The parent must not show through, with or without a background from a style sheet.
     setAutoFillBackground(true);
     setAttribute(Qt::WA_StyledBackground);
     m_animation.setDuration(slideMilliseconds);
@@ -33,7 +33,7 @@ void SlidePage::slideIn()
     if (m_open)
         return;
     m_open = true;
-    // What is clicked on its way out is not meant.
+    // Only a page that slides out ignores clicks, as those are not meant.
     setAttribute(Qt::WA_TransparentForMouseEvents, false);
     place();
     raise();
@@ -79,7 +79,7 @@ void SlidePage::setShownPart(qreal part)
     emit shownPartChanged(part);
 }
 
-/// Everything from the parent's present size, so that a window resized on the way changes nothing.
+/// Uses the present size of the parent only, so a window may be resized during a slide.
 void SlidePage::place()
 {
     const QSize room = parentWidget()->size();
@@ -114,7 +114,7 @@ bool SlidePage::focusNextPrevChild(bool next)
 void SlidePage::giveFocusBack()
 {
     QWidget *const focused = window()->focusWidget();
-    // The user may have gone elsewhere by himself.
+    // The user may have moved the focus meanwhile.
     if (focused && isAncestorOf(focused)) {
         if (m_focusBefore)
             m_focusBefore->setFocus(Qt::OtherFocusReason);
@@ -134,7 +134,7 @@ bool SlidePage::eventFilter(QObject *watched, QEvent *event)
 bool SlidePage::event(QEvent *event)
 {
     const bool handled = QWidget::event(event);
-    // Texts or fonts have changed, and with them the height.
+    // A change of texts or fonts may change the height.
     if (event->type() == QEvent::LayoutRequest)
         place();
     return handled;

@@ -4,13 +4,13 @@
 #include <QPropertyAnimation>
 #include <QWidget>
 
-/// A page that slides in over its parent from one of its edges, and out again. It lies over what
-/// the parent shows, stays out of its layout, and follows its width. Hidden at first. A child of
-/// its parent, which must not be null.
+/// A page that slides in over its parent from one edge, and out again. It covers the content of the
+/// parent, stays out of the parent's layout, and follows the parent's width. Hidden at first.
+/// `parent` must not be null.
 class SlidePage : public QWidget
 {
     Q_OBJECT
-    /// How much of the page has come in: 0 to 1.
+    /// The part of the page that has come in: 0 to 1.
     Q_PROPERTY(qreal shownPart READ shownPart WRITE setShownPart NOTIFY shownPartChanged)
 
 public:
@@ -18,12 +18,12 @@ public:
 
     SlidePage(Edge edge, QWidget *parent);
 
-    /// Comes in and takes the focus to its first input. Turns back while it slides out; does
-    /// nothing while open.
+    /// Slides in and focuses its first input. Turns back if it is sliding out; does nothing while
+    /// open.
     void slideIn();
-    /// Goes out, then hides. The focus returns to where it was before. Does nothing unless open.
+    /// Slides out, then hides. The focus returns to where it was before. Does nothing unless open.
     void slideOut();
-    /// True from slideIn() to slideOut(), whatever has yet to slide.
+    /// True from slideIn() to slideOut(), however far the page has slid.
     bool isOpen() const { return m_open; }
 
     qreal shownPart() const { return m_shownPart; }
@@ -38,14 +38,14 @@ protected:
     bool event(QEvent *event) override;
     /// Escape slides the page out.
     void keyPressEvent(QKeyEvent *event) override;
-    /// Tab stays on the page: what lies under it would have the focus unseen.
+    /// Tab stays on the page: a widget under it would have the focus unseen.
     bool focusNextPrevChild(bool next) override;
 
 private:
     void place();
     void slideTo(qreal part);
     void endSlide();
-    /// The input after `from`, or before it, on this page; from the last on to the first.
+    /// The input of this page after `from`, or before it; the search wraps around at the end.
     QWidget *nextInput(QWidget *from, bool forward) const;
     void giveFocusBack();
 

@@ -52,7 +52,7 @@ void ToolTipWidget::showHint(const QString &text, QWidget *anchor, int widest, c
     ensurePolished();
     setWordWrap(sizeHint().width() > widest);
     resize(wordWrap() ? QSize(widest, heightForWidth(widest)) : sizeHint());
-    // Not under the pointer for a moment either, as what is there would be left by it.
+    // The move comes first: a tip shown under the pointer takes the pointer from the widget there.
     move(place(size()));
     show();
     raise();

@@ -6,24 +6,24 @@
 
 #include <functional>
 
-/// A line of text that appears beside a widget and goes away by itself. It takes neither the focus
-/// nor a click, so the user goes on typing.
+/// A line of text that appears beside a widget and disappears by itself. It takes neither focus nor
+/// clicks, so the user goes on typing.
 class ToolTipWidget : public QLabel
 {
     Q_OBJECT
 
 public:
-    /// Where the top left corner of a tip of this size comes on the screen.
+    /// Returns the position on the screen of the top left corner of a tip of this size.
     using Place = std::function<QPoint(const QSize &)>;
 
     explicit ToolTipWidget(QWidget *parent = nullptr);
 
-    /// Shows `text` below `anchor` (above, where the screen ends) for `milliseconds`, or until the
-    /// anchor is hidden or its window moves. Replaces the message shown before. A screen reader
-    /// says it at once.
+    /// Shows `text` below `anchor` (above, if there is no room) for `milliseconds`, or until the
+    /// anchor is hidden or its window moves. Replaces the message shown before. Screen readers
+    /// announce it.
     void showMessage(const QString &text, QWidget *anchor, int milliseconds = 2500);
-    /// The same at a place of the caller's choice, in lines of at most `widest` pixels, and without
-    /// a word from a screen reader.
+    /// The same at a place of the caller's choice, in lines of at most `widest` pixels, and not
+    /// announced by screen readers.
     void showHint(const QString &text, QWidget *anchor, int widest, const Place &place,
                   int milliseconds);
 

@@ -28,14 +28,14 @@ const QString folder = QStringLiteral("./resource/UserGuide/%1");
 const QString chineseFolder = QStringLiteral("./resource/UserGuide/chinese/%1");
 
 /// %1 is "arrow_up" or "arrow_down". Outside a dialog no button is ever the default one, so the
-/// third rule never applies; the fourth shows its picture where it belongs.
+/// third rule never applies; the fourth shows its picture on a disabled button.
 const QString arrowStyle = QStringLiteral(
     "QPushButton {border-image : url(./resource/UserGuide/%1_unpressed.png);}"
     "QPushButton:pressed {border-image : url(./resource/UserGuide/%1_pressed.png);}"
     "QPushButton:default {border-image : url(./resource/UserGuide/%1_disable.png);}"
     "QPushButton:disabled {border-image : url(./resource/UserGuide/%1_disable.png);}"
     "QPushButton:focus {outline: 2px solid #8ee0ff; outline-radius: 20px;}"
-    // The program's style sheet would bring sizes of its own.
+    // Overrides the sizes of the program's style sheet.
     "QPushButton {min-width: 40px; max-width: 40px; min-height: 40px; max-height: 40px;}");
 const QString counterStyle =
     QStringLiteral("background : transparent;font-size : 18px;color : white;");
@@ -164,7 +164,7 @@ void UserGuide::createLayout()
     m_counter->setStyleSheet(counterStyle);
     m_counter->setAlignment(Qt::AlignCenter);
 
-    // Painted, so that a page on its way does not show through.
+    // The bar has a background, so that a page being turned does not show through.
     auto *const bar = new QWidget(this);
     bar->setObjectName(QStringLiteral("guideBar"));
     bar->setFixedWidth(UserGuideWidget::columnWidth);
@@ -178,7 +178,7 @@ void UserGuide::createLayout()
     row->addWidget(m_downButton);
     row->addStretch();
 
-    // The page lies below the bar and reaches over the whole window.
+    // The page lies under the bar and covers the whole window.
     auto *const grid = new QGridLayout(this);
     grid->setContentsMargins(0, 0, 0, 0);
     grid->setSpacing(0);
@@ -243,8 +243,8 @@ void UserGuide::goTo(int page)
 void UserGuide::showPosition()
 {
     m_counter->setText(QStringLiteral("%1/%2").arg(m_current + 1).arg(m_pages.size()));
-    // A button that is switched off would hand the keyboard to the other one, and the next Space
-    // would turn back.
+    // A focused button would pass the focus to the other one when it is disabled, and the next
+    // Space would turn back.
     const bool first = m_current == 0;
     const bool last = m_current == m_pages.size() - 1;
     if ((first && m_upButton->hasFocus()) || (last && m_downButton->hasFocus()))
@@ -267,7 +267,7 @@ void UserGuide::paintEvent(QPaintEvent * /*event*/)
     painter.fillRect(rect(), QColor(windowColor));
     if (m_background.isNull())
         return;
-    // Covers the pictures' side, whatever its shape.
+    // The background covers the side of the pictures, whatever its shape.
     const QRect side = rect().adjusted(UserGuideWidget::columnWidth, 0, 0, 0);
     QRect cover(QPoint(), m_background.size().scaled(side.size(), Qt::KeepAspectRatioByExpanding));
     cover.moveCenter(side.center());

@@ -11,20 +11,20 @@ class QPushButton;
 class UserGuideControl;
 
 /// The help window: nine pages, each a title, a text and a picture, turned by two arrow buttons or
-/// the keys Up, Down, Page Up and Page Down; Escape closes. Closing only hides it, and it opens
-/// again at the page where it was. GUI thread.
+/// the keys Up, Down, Page Up and Page Down; Escape closes. Closing only hides the window, which
+/// opens again at the same page. GUI thread.
 class UserGuide : public QWidget
 {
     Q_OBJECT
 
 public:
-    /// `language` is the code of the interface's language: "en" takes the English pictures, any
-    /// other the Chinese. Without a readable "./resource/UserGuide/userguide.xml" the pages have no
-    /// pictures.
+    /// `language` is the code of the interface language: "en" selects the English pictures, any
+    /// other code the Chinese ones. Without a readable "./resource/UserGuide/userguide.xml" the
+    /// pages have no pictures.
     explicit UserGuide(const QString &language, QWidget *parent = nullptr);
 
-    /// Takes its first size, and letters that go with it, for a screen with `room` for its content.
-    /// It begins with the first screen's.
+    /// Takes its initial size, and a text size to match, for a screen with `room` for its content.
+    /// The constructor does so for the primary screen.
     void fitInto(const QRect &room);
 
     const QVector<GuidePage> &pages() const { return m_pages; }
@@ -36,9 +36,9 @@ signals:
     void closeClicked();
 
 public slots:
-    /// To the previous page; does nothing on the first.
+    /// Turns to the previous page; does nothing on the first.
     void leftPressed();
-    /// To the next page; does nothing on the last.
+    /// Turns to the next page; does nothing on the last.
     void rightPressed();
 
 protected:

@@ -54,7 +54,7 @@ void UserGuideControl::turnTo(const GuidePage &page, Direction direction)
     connect(m_animation, &QAbstractAnimation::finished, m_animation, &QObject::deleteLater);
     m_animation->start();
 
-    // Nothing that has the focus changes, so a screen reader would keep silent.
+    // The focused widget does not change, so a screen reader would stay silent.
     QAccessibleEvent alert(m_open, QAccessible::Alert);
     QAccessible::updateAccessibility(&alert);
 }
@@ -63,7 +63,7 @@ void UserGuideControl::stopRunning()
 {
     if (!m_animation)
         return;
-    // One that is stopped on its way never says that it has finished.
+    // An animation that is stopped before its end never emits finished().
     m_animation->stop();
     m_animation->deleteLater();
     m_animation.clear();

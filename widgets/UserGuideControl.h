@@ -8,8 +8,8 @@
 class QVariantAnimation;
 class UserGuideWidget;
 
-/// Shows the page of the user guide that is open, and turns from one page to the next: the old one
-/// moves out while the new one follows it.
+/// Shows the open page of the user guide and turns from one page to the next: the old page moves
+/// out while the new one follows it.
 class UserGuideControl : public QWidget
 {
     Q_OBJECT
@@ -22,16 +22,16 @@ public:
 
     explicit UserGuideControl(QWidget *parent = nullptr);
 
-    /// Height of the pages' letters, in logical pixels.
+    /// Sets the font size of the pages' texts, in logical pixels.
     void setTextPx(int textPx);
     /// Shows `page` at once.
     void showPage(const GuidePage &page);
-    /// Turns to `page`. A turn that is still under way is brought to its end first.
+    /// Turns to `page`. Ends a turn that is still in progress first.
     void turnTo(const GuidePage &page, Direction direction);
     bool isRunning() const { return !m_animation.isNull(); }
 
 public slots:
-    /// Ends a turn, wherever it is, with the new page in its place.
+    /// Ends a turn at once, with the new page in its place.
     void stopRunning();
 
 protected:
@@ -42,8 +42,8 @@ private:
     void place();
 
     UserGuideWidget *m_open;
-    UserGuideWidget *m_leaving; ///< hidden but while a page is turned
+    UserGuideWidget *m_leaving; ///< hidden except during a turn
     QPointer<QVariantAnimation> m_animation;
     Direction m_direction = Direction::Forward;
-    qreal m_turnedPart = 1; ///< how far the open page has come in, from 0
+    qreal m_turnedPart = 1; ///< how far the open page has come in: 0 to 1
 };

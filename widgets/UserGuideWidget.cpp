@@ -10,11 +10,11 @@
 namespace {
 
 constexpr int margin = 32;
-constexpr qreal titleShare = 26.0 / 18; ///< size of the title to that of the text
+constexpr qreal titleShare = 26.0 / 18; ///< title size relative to text size
 constexpr int ruleWidth = 48;
 constexpr int ruleHeight = 3;
 constexpr int ruleGap = 16; ///< above and below the rule between title and text
-/// From one line to the next, in sizes of the text.
+/// Line heights relative to text size.
 constexpr qreal titleLine = 32.0 / 18;
 constexpr qreal textLine = 26.0 / 18;
 
@@ -28,14 +28,14 @@ constexpr QRgb frameColor = 0xff3d4654;
 QFont pageFont(int pixels, QFont::Weight weight)
 {
     QFont font(fontName);
-    // What it does not have, as all Chinese, is taken from the interface's font.
+    // The interface font supplies the missing characters, such as all Chinese ones.
     font.setFamilies(QStringList(fontName) + QApplication::font().families());
     font.setPixelSize(pixels);
     font.setWeight(weight);
     return font;
 }
 
-/// Breaks the text of `layout` into lines that fit the column; returns the height of all.
+/// Breaks the text of `layout` into lines that fit the column; returns their total height.
 qreal layOut(QTextLayout &layout, qreal lineHeight)
 {
     const qreal width = UserGuideWidget::columnWidth - 2 * margin;
@@ -50,8 +50,8 @@ qreal layOut(QTextLayout &layout, qreal lineHeight)
     return y;
 }
 
-/// Title, rule and text, one below the other; draws them where there is a painter. Returns the
-/// height that they take.
+/// Lays out title, rule and text below one another, and draws them if there is a painter. Returns
+/// the height that they take.
 int composeText(const GuidePage &page, int textPx, QPainter *painter)
 {
     QTextLayout title(page.title, pageFont(qRound(textPx * titleShare), QFont::Bold));
@@ -97,7 +97,7 @@ int UserGuideWidget::textHeight(const GuidePage &page, int textPx)
     return composeText(page, textPx, nullptr);
 }
 
-/// Never with more of the screen's pixels than the picture has: it would only become blurred.
+/// Never enlarged beyond the picture's own pixels, which would only blur it.
 QRect UserGuideWidget::pictureRect() const
 {
     const QRect room = rect().adjusted(columnWidth + margin, margin, -margin, -margin);

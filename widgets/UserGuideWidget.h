@@ -5,8 +5,8 @@
 #include <QPixmap>
 #include <QWidget>
 
-/// Draws one page of the user guide: the title and the text in a dark column on the left, the
-/// picture as large as it goes in what is left of it. Transparent around the picture.
+/// Draws one page of the user guide: the title and the text in a dark column on the left, and
+/// beside it the picture, as large as fits. Transparent around the picture.
 class UserGuideWidget : public QWidget
 {
     Q_OBJECT
@@ -14,7 +14,7 @@ class UserGuideWidget : public QWidget
 public:
     /// Width of the column that holds the text.
     static constexpr int columnWidth = 320;
-    /// Of the letters of a page's text. The title is larger in proportion.
+    /// Font sizes of a page's text, in logical pixels. The title is larger in proportion.
     static constexpr int largestTextPx = 18;
     static constexpr int smallestTextPx = 11;
 
@@ -23,7 +23,7 @@ public:
     /// Shows `page`. A picture that cannot be read leaves its place empty.
     void setPage(const GuidePage &page);
     void setTextPx(int textPx);
-    /// The height that title and text of `page` take in that size, with the space around them.
+    /// The height that title and text of `page` take at that font size, margins included.
     static int textHeight(const GuidePage &page, int textPx);
 
 protected:
@@ -36,5 +36,5 @@ private:
     int m_textPx = largestTextPx;
     GuidePage m_page;
     QPixmap m_picture;
-    QPixmap m_scaled; ///< m_picture in the size in which it was last painted
+    QPixmap m_scaled; ///< m_picture scaled to the size last painted
 };
