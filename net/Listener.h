@@ -2,6 +2,8 @@
 
 #include "net/SocketPlatform.h"
 
+#include <mutex>
+
 /// A listening socket, at which any number of threads may wait and accept. Any thread.
 class Listener
 {
@@ -20,12 +22,18 @@ public:
     SocketPlatform::Accept accept(std::intptr_t &descriptor);
 
     /// True once a connection waits, or the listener was closed; false when the time is over.
-    bool wait(std::chrono::milliseconds time) const;
+    bool wait(std::chrono::milliseconds time);
 
-    /// Ends every wait, at the latest after SocketPlatform::longestWait(); what comes later is not
-    /// accepted. The port is free when the listener is destroyed.
+    /// Ends every wait; nothing is accepted afterwards. The descriptor is closed when the last wait
+    /// has ended, SocketPlatform::longestWait() later at the latest.
     void close();
 
 private:
+    class Use;
+    void leave();
+
     const std::intptr_t m_descriptor;
+    std::mutex m_mutex; ///< a leaf, for the two members below
+    int m_users = 0;
+    bool m_isOpen;
 };

@@ -144,7 +144,7 @@ private slots:
         m_service->stop();
         QCOMPARE(m_service->addresses(), QStringList());
         QCOMPARE(m_service->port(), quint16(0));
-        QVERIFY(!Phone(opened).isConnected());
+        QTRY_VERIFY(!Phone(opened).isConnected()); // not every system frees a port at once
     }
 
     void stopWhileAsking_data()
