@@ -496,62 +496,6 @@
 <context>
     <name>DataMgr</name>
     <message>
-        <source>Save Error</source>
-        <translation>Save Error</translation>
-    </message>
-    <message>
-        <source>The device list can not be saved: %1. A copy of it is kept in %2.</source>
-        <translation>The device list can not be saved: %1. A copy of it is kept in %2.</translation>
-    </message>
-    <message>
-        <source>Neither the device list nor a copy of it can be written: %1. Do you want to quit and lose the changes?</source>
-        <translation>Neither the device list nor a copy of it can be written: %1. Do you want to quit and lose the changes?</translation>
-    </message>
-    <message>
-        <source> has already exist</source>
-        <translation> has already exist</translation>
-    </message>
-    <message>
-        <source>,</source>
-        <translation>,</translation>
-    </message>
-    <message>
-        <source>do you want to replace it?</source>
-        <translation>do you want to replace it?</translation>
-    </message>
-    <message>
-        <source>Replace action</source>
-        <translation>Replace action</translation>
-    </message>
-    <message>
-        <source>The device list can not be saved: %1. It is kept in the window and will be saved with the next change.</source>
-        <translation>The device list can not be saved: %1. It is kept in the window and will be saved with the next change.</translation>
-    </message>
-    <message>
-        <source>The device list can not be saved: %1. It is kept in the window, and a copy is written when the program ends.</source>
-        <translation>The device list can not be saved: %1. It is kept in the window, and a copy is written when the program ends.</translation>
-    </message>
-    <message>
-        <source>The backup of the device list can not be written: %1. Do you want to go on without a backup?</source>
-        <translation>The backup of the device list can not be written: %1. Do you want to go on without a backup?</translation>
-    </message>
-    <message>
-        <source>Backup Error</source>
-        <translation>Backup Error</translation>
-    </message>
-    <message>
-        <source>Backup</source>
-        <translation>Backup</translation>
-    </message>
-    <message>
-        <source>phonebook.db held rows that are not in this list. The list is saved over them, and the file as it was is kept in %1.</source>
-        <translation>phonebook.db held rows that are not in this list. The list is saved over them, and the file as it was is kept in %1.</translation>
-    </message>
-    <message>
-        <source>The device list can not be changed: %1.</source>
-        <translation>The device list can not be changed: %1.</translation>
-    </message>
-    <message>
         <source>The request log can not be written: %1. The phones get their files all the same.</source>
         <translation>The request log can not be written: %1. The phones get their files all the same.</translation>
     </message>
@@ -1135,6 +1079,65 @@
     <message>
         <source>Thailand</source>
         <translation>Thailand</translation>
+    </message>
+</context>
+<context>
+    <name>ListBoxes</name>
+    <message>
+        <source>The backup of the device list can not be written: %1. Do you want to go on without a backup?</source>
+        <translation>The backup of the device list can not be written: %1. Do you want to go on without a backup?</translation>
+    </message>
+    <message>
+        <source>Backup Error</source>
+        <translation>Backup Error</translation>
+    </message>
+    <message>
+        <source> has already exist</source>
+        <translation> has already exist</translation>
+    </message>
+    <message>
+        <source>,</source>
+        <translation>,</translation>
+    </message>
+    <message>
+        <source>do you want to replace it?</source>
+        <translation>do you want to replace it?</translation>
+    </message>
+    <message>
+        <source>Replace action</source>
+        <translation>Replace action</translation>
+    </message>
+    <message>
+        <source>Save Error</source>
+        <translation>Save Error</translation>
+    </message>
+    <message>
+        <source>The device list can not be changed: %1.</source>
+        <translation>The device list can not be changed: %1.</translation>
+    </message>
+    <message>
+        <source>The device list can not be saved: %1. It is kept in the window and will be saved with the next change.</source>
+        <translation>The device list can not be saved: %1. It is kept in the window and will be saved with the next change.</translation>
+    </message>
+    <message>
+        <source>The device list can not be saved: %1. It is kept in the window, and a copy is written when the program ends.</source>
+        <translation>The device list can not be saved: %1. It is kept in the window, and a copy is written when the program ends.</translation>
+    </message>
+    <message>
+        <source>The device list can not be saved: %1. A copy of it is kept in %2.</source>
+        <translation>The device list can not be saved: %1. A copy of it is kept in %2.</translation>
+    </message>
+    <message>
+        <source>Neither the device list nor a copy of it can be written: %1. Do you want to quit and lose the changes?</source>
+        <translation>Neither the device list nor a copy of it can be written: %1. Do you want to quit and lose the changes?</translation>
+    </message>
+    <message>
+        <source>Backup</source>
+        <translation>Backup</translation>
+    </message>
+    <message>
+        <source>phonebook.db held rows that are not in this list. The list is saved over them, and the file as it was is kept in %1.</source>
+        <translation>phonebook.db held rows that are not in this list. The list is saved over them, and the file as it was is kept in %1.</translation>
     </message>
 </context>
 <context>

@@ -496,62 +496,6 @@
 <context>
     <name>DataMgr</name>
     <message>
-        <source>Save Error</source>
-        <translation>保存失败</translation>
-    </message>
-    <message>
-        <source>The device list can not be saved: %1. A copy of it is kept in %2.</source>
-        <translation>无法保存设备列表：%1。设备列表的副本已保存在%2。</translation>
-    </message>
-    <message>
-        <source>Neither the device list nor a copy of it can be written: %1. Do you want to quit and lose the changes?</source>
-        <translation>设备列表及其副本均无法写入：%1。是否退出并放弃更改？</translation>
-    </message>
-    <message>
-        <source> has already exist</source>
-        <translation>已存在</translation>
-    </message>
-    <message>
-        <source>,</source>
-        <translation>，</translation>
-    </message>
-    <message>
-        <source>do you want to replace it?</source>
-        <translation>是否替换？</translation>
-    </message>
-    <message>
-        <source>Replace action</source>
-        <translation>替换确认</translation>
-    </message>
-    <message>
-        <source>The device list can not be saved: %1. It is kept in the window and will be saved with the next change.</source>
-        <translation>无法保存设备列表：%1。列表仍保留在窗口中，将在下次更改时保存。</translation>
-    </message>
-    <message>
-        <source>The device list can not be saved: %1. It is kept in the window, and a copy is written when the program ends.</source>
-        <translation>无法保存设备列表：%1。列表仍保留在窗口中，程序退出时将写入一份副本。</translation>
-    </message>
-    <message>
-        <source>The backup of the device list can not be written: %1. Do you want to go on without a backup?</source>
-        <translation>无法写入设备列表的备份：%1。是否在没有备份的情况下继续？</translation>
-    </message>
-    <message>
-        <source>Backup Error</source>
-        <translation>备份失败</translation>
-    </message>
-    <message>
-        <source>Backup</source>
-        <translation>备份</translation>
-    </message>
-    <message>
-        <source>phonebook.db held rows that are not in this list. The list is saved over them, and the file as it was is kept in %1.</source>
-        <translation>phonebook.db 中有不在此列表中的记录。保存列表时它们已被覆盖，原文件保留在 %1。</translation>
-    </message>
-    <message>
-        <source>The device list can not be changed: %1.</source>
-        <translation>无法更改设备列表：%1。</translation>
-    </message>
-    <message>
         <source>The request log can not be written: %1. The phones get their files all the same.</source>
         <translation>无法写入请求日志：%1。话机仍可照常获取文件。</translation>
     </message>
@@ -1135,6 +1079,65 @@
     <message>
         <source>Thailand</source>
         <translation>泰语</translation>
+    </message>
+</context>
+<context>
+    <name>ListBoxes</name>
+    <message>
+        <source>Save Error</source>
+        <translation>保存失败</translation>
+    </message>
+    <message>
+        <source>The device list can not be saved: %1. A copy of it is kept in %2.</source>
+        <translation>无法保存设备列表：%1。设备列表的副本已保存在%2。</translation>
+    </message>
+    <message>
+        <source>Neither the device list nor a copy of it can be written: %1. Do you want to quit and lose the changes?</source>
+        <translation>设备列表及其副本均无法写入：%1。是否退出并放弃更改？</translation>
+    </message>
+    <message>
+        <source> has already exist</source>
+        <translation>已存在</translation>
+    </message>
+    <message>
+        <source>,</source>
+        <translation>，</translation>
+    </message>
+    <message>
+        <source>do you want to replace it?</source>
+        <translation>是否替换？</translation>
+    </message>
+    <message>
+        <source>Replace action</source>
+        <translation>替换确认</translation>
+    </message>
+    <message>
+        <source>The device list can not be saved: %1. It is kept in the window and will be saved with the next change.</source>
+        <translation>无法保存设备列表：%1。列表仍保留在窗口中，将在下次更改时保存。</translation>
+    </message>
+    <message>
+        <source>The device list can not be saved: %1. It is kept in the window, and a copy is written when the program ends.</source>
+        <translation>无法保存设备列表：%1。列表仍保留在窗口中，程序退出时将写入一份副本。</translation>
+    </message>
+    <message>
+        <source>The backup of the device list can not be written: %1. Do you want to go on without a backup?</source>
+        <translation>无法写入设备列表的备份：%1。是否在没有备份的情况下继续？</translation>
+    </message>
+    <message>
+        <source>Backup Error</source>
+        <translation>备份失败</translation>
+    </message>
+    <message>
+        <source>Backup</source>
+        <translation>备份</translation>
+    </message>
+    <message>
+        <source>phonebook.db held rows that are not in this list. The list is saved over them, and the file as it was is kept in %1.</source>
+        <translation>phonebook.db 中有不在此列表中的记录。保存列表时它们已被覆盖，原文件保留在 %1。</translation>
+    </message>
+    <message>
+        <source>The device list can not be changed: %1.</source>
+        <translation>无法更改设备列表：%1。</translation>
     </message>
 </context>
 <context>

@@ -6,16 +6,16 @@
 #include "model/FreeMemory.h"
 #include "model/MacAddress.h"
 #include "model/PhoneFamily.h"
-#include "net/PrintableText.h"
 #include "storage/DBOperator.h"
 #include "storage/DatabaseLayer.h"
 #include "storage/EditedDevice.h"
 #include "storage/ImportLook.h"
 #include "storage/ImportedDevices.h"
+#include "storage/ListBoxes.h"
 #include "storage/LongList.h"
+#include "storage/NoDevices.h"
 #include "storage/RestoredDevices.h"
 #include "storage/StoredDevices.h"
-#include "widgets/Modal.h"
 
 #include <QFile>
 #include <QThread>
@@ -30,17 +30,6 @@ const QString databaseName = QStringLiteral("phonebook.db");
 const QString provisioningRoot = QStringLiteral("HTTPD");
 constexpr int retryPauseMilliseconds = 60 * 1000;
 
-/// No list at all, in place of the one before.
-class NoDevices : public ListSource
-{
-public:
-    Step step() override { return Step::Done; }
-    DeviceList &list() override { return m_list; }
-
-private:
-    DeviceList m_list;
-};
-
 } // namespace
 
 DataMgr *DataMgr::instance()
@@ -54,8 +43,7 @@ DataMgr::DataMgr(DBOperator &dbOperator, const QString &directory, QObject *pare
     , m_directory(directory)
     , m_dbOperator(dbOperator)
     , m_store(dbOperator, directory)
-    , m_worker([this](const ListJob::Question &question) { return ask(question); },
-               [this](const ListJob &job) { tellEnd(job); })
+    , m_worker(&ListBoxes::ask, [this](const ListJob &job) { tellEnd(job); })
     , m_retryPause(retryPauseMilliseconds)
     , m_phonesSeen(m_devices)
     , m_requestLog(directory + QLatin1String("log"))
@@ -109,15 +97,10 @@ bool DataMgr::keepUnsavedList()
     while (step == ListBackup::Step::More)
         step = backup->step();
     if (step == ListBackup::Step::Done) {
-        Modal::message(nullptr, QMessageBox::Warning, tr("Save Error"),
-                       tr("The device list can not be saved: %1. A copy of it is kept in %2.")
-                           .arg(reason, m_store.backupPath()));
+        ListBoxes::tellKeptInCopy(reason, m_store.backupPath());
         return true;
     }
-    return Modal::question(nullptr, tr("Save Error"),
-                           tr("Neither the device list nor a copy of it can be written: %1. "
-                              "Do you want to quit and lose the changes?")
-                               .arg(reason)) == Modal::Answer::Yes;
+    return ListBoxes::mayLoseList(reason);
 }
 
 void DataMgr::close()
@@ -155,43 +138,9 @@ void DataMgr::handOver(ListJob::Kind kind, DeviceList &made, bool isOtherList)
     m_devices.adopt(made);
     if (isOtherList)
         removeDocuments();
-    note(kind, isOtherList, before);
+    m_history.note(kind, isOtherList, before, m_devices.snapshot());
     emit updateModel();
     emit historyChanged();
-}
-
-/// Keeps what takes the change back.
-void DataMgr::note(ListJob::Kind kind, bool isOtherList, const DeviceListSnapshot &before)
-{
-    const auto add = [&](ListChange::Kind change) {
-        m_history.add(ListChange::between(change, before, m_devices.snapshot()));
-    };
-    switch (kind) {
-    case ListJob::Kind::Load:
-        m_history.clear();
-        break;
-    case ListJob::Kind::Insert:
-    case ListJob::Kind::Add:
-        add(ListChange::Kind::Add);
-        break;
-    case ListJob::Kind::Edit:
-        add(ListChange::Kind::Edit);
-        break;
-    case ListJob::Kind::Import:
-        add(isOtherList ? ListChange::Kind::ImportCleared : ListChange::Kind::Import);
-        break;
-    case ListJob::Kind::Clear:
-        add(ListChange::Kind::Clear);
-        break;
-    case ListJob::Kind::Undo:
-        m_history.undone();
-        break;
-    case ListJob::Kind::Redo:
-        m_history.redone();
-        break;
-    case ListJob::Kind::Save:
-        break;
-    }
 }
 
 void DataMgr::recoverPreviousData()
@@ -355,37 +304,6 @@ void DataMgr::importFile(const QString &path)
     start(std::move(order));
 }
 
-ListJob::Answer DataMgr::ask(const ListJob::Question &question)
-{
-    if (question.about == ListJob::About::ListedDevice)
-        return askAboutListed(question);
-    const QString text = tr("The backup of the device list can not be written: %1. "
-                            "Do you want to go on without a backup?")
-                             .arg(question.reason);
-    const Modal::Answer answer = Modal::question(nullptr, tr("Backup Error"), text);
-    return answer == Modal::Answer::Yes ? ListJob::Answer::Yes : ListJob::Answer::No;
-}
-
-ListJob::Answer DataMgr::askAboutListed(const ListJob::Question &question)
-{
-    const QString text = QLatin1String("MAC:") + shortPrintableText(question.mac) +
-                         tr(" has already exist") + tr(",") + tr("do you want to replace it?");
-    const QString title = tr("Replace action");
-    switch (question.several ? Modal::questionOfMany(nullptr, title, text)
-                             : Modal::question(nullptr, title, text)) {
-    case Modal::Answer::Yes:
-        return ListJob::Answer::Yes;
-    case Modal::Answer::YesToAll:
-        return ListJob::Answer::YesToAll;
-    case Modal::Answer::NoToAll:
-        return ListJob::Answer::NoToAll;
-    case Modal::Answer::No:
-    case Modal::Answer::Dismissed:
-        break;
-    }
-    return ListJob::Answer::No;
-}
-
 void DataMgr::tellEnd(const ListJob &job)
 {
     if (job.kind() == ListJob::Kind::Load)
@@ -402,35 +320,16 @@ void DataMgr::tellEnd(const ListJob &job)
     const bool isToldElsewhere =
         job.kind() == ListJob::Kind::Load || job.kind() == ListJob::Kind::Import;
     if (!quiet && job.phase() == ListJob::Phase::Failed && !isToldElsewhere)
-        Modal::message(nullptr, QMessageBox::Warning, tr("Save Error"),
-                       tr("The device list can not be changed: %1.").arg(job.reason()));
-    if (!quiet && isSaved())
-        tellCopy();
+        ListBoxes::tellChangeFailed(job.reason());
+    const QString copy = quiet || !isSaved() ? QString() : m_store.takeCopyPath();
+    if (!copy.isEmpty())
+        ListBoxes::tellDatabaseCopied(copy);
 }
 
 void DataMgr::tellSaveFailure()
 {
-    if (std::exchange(m_failureTold, true))
-        return;
-    const QString text =
-        m_store.isUsable()
-            ? tr("The device list can not be saved: %1. "
-                 "It is kept in the window and will be saved with the next change.")
-            : tr("The device list can not be saved: %1. "
-                 "It is kept in the window, and a copy is written when the program ends.");
-    Modal::message(nullptr, QMessageBox::Warning, tr("Save Error"), text.arg(m_store.reason()));
-}
-
-/// The user may miss what another program had written.
-void DataMgr::tellCopy()
-{
-    const QString path = m_store.takeCopyPath();
-    if (path.isEmpty())
-        return;
-    Modal::message(nullptr, QMessageBox::Information, tr("Backup"),
-                   tr("phonebook.db held rows that are not in this list. The list is saved over "
-                      "them, and the file as it was is kept in %1.")
-                       .arg(path));
+    if (!std::exchange(m_failureTold, true))
+        ListBoxes::tellSaveFailed(m_store.reason(), m_store.isUsable());
 }
 
 void DataMgr::saveList()

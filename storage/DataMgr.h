@@ -186,19 +186,15 @@ private:
     void add(ListJob::Kind kind, const QList<ContactInfo> &contacts);
     void startSave(ListJob::Questions questions = ListJob::Questions::Allowed);
     void handOver(ListJob::Kind kind, DeviceList &made, bool isOtherList);
-    void note(ListJob::Kind kind, bool isOtherList, const DeviceListSnapshot &before);
     bool mayRestore() const;
     void restore(ListJob::Kind kind);
     void updateAt(int row, const ContactInfo &contact);
     int rowNow(qint32 number, const QString &mac) const;
     std::unique_ptr<ListSource> importOf(const QString &path) const;
-    ListJob::Answer ask(const ListJob::Question &question);
-    ListJob::Answer askAboutListed(const ListJob::Question &question);
     void tellEnd(const ListJob &job);
     void tellSaveFailure();
     void removeDocuments();
     Q_INVOKABLE void retrySave();
-    void tellCopy();
 
     QString m_directory;
     DBOperator &m_dbOperator;

@@ -72,6 +72,40 @@ ListChange ListChange::between(Kind kind, const DeviceListSnapshot &before,
     return change;
 }
 
+void ListHistory::note(ListJob::Kind kind, bool isOtherList, const DeviceListSnapshot &before,
+                       const DeviceListSnapshot &after)
+{
+    const auto addAs = [&](ListChange::Kind change) {
+        add(ListChange::between(change, before, after));
+    };
+    switch (kind) {
+    case ListJob::Kind::Load:
+        clear();
+        break;
+    case ListJob::Kind::Insert:
+    case ListJob::Kind::Add:
+        addAs(ListChange::Kind::Add);
+        break;
+    case ListJob::Kind::Edit:
+        addAs(ListChange::Kind::Edit);
+        break;
+    case ListJob::Kind::Import:
+        addAs(isOtherList ? ListChange::Kind::ImportCleared : ListChange::Kind::Import);
+        break;
+    case ListJob::Kind::Clear:
+        addAs(ListChange::Kind::Clear);
+        break;
+    case ListJob::Kind::Undo:
+        undone();
+        break;
+    case ListJob::Kind::Redo:
+        redone();
+        break;
+    case ListJob::Kind::Save:
+        break;
+    }
+}
+
 void ListHistory::add(const ListChange &change)
 {
     if (change.isEmpty())

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "model/DeviceList.h"
+#include "storage/ListJob.h"
 
 #include <QString>
 
@@ -35,11 +36,12 @@ class ListHistory
 public:
     enum class Latest { Nothing, Made, Undone, Redone };
 
-    /// A change was made, unless it is empty; what was taken back before it is forgotten, and so
-    /// are the oldest changes when there are too many.
+    /// A change was made, unless it is empty.
     void add(const ListChange &change);
-    /// The list has come from somewhere else.
-    void clear();
+    /// A job of this kind has made the second list of the first. A change forgets what was taken
+    /// back before it, and the oldest changes when there are too many; loading a list forgets all.
+    void note(ListJob::Kind kind, bool isOtherList, const DeviceListSnapshot &before,
+              const DeviceListSnapshot &after);
 
     /// The change that would be taken back, or nullptr.
     const ListChange *toUndo() const;
@@ -50,11 +52,11 @@ public:
     /// Grows with each change that is not taken back or made again: while it stands still, these
     /// two mean the changes that they meant before.
     int changeCount() const { return m_changeCount; }
-    /// toUndo() was taken back, toRedo() was made again.
-    void undone();
-    void redone();
 
 private:
+    void clear();
+    void undone();
+    void redone();
     void forget();
 
     Latest m_latest = Latest::Nothing;

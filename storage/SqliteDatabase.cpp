@@ -4,6 +4,7 @@
 #include "model/DebugLog.h"
 #include "storage/RowInserter.h"
 #include "storage/ScopedTransaction.h"
+#include "storage/SqlStatements.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -29,53 +30,6 @@ constexpr int rowsReadAtOnce = 1000; // where nobody waits
 
 // A long list may be being saved: that takes seconds, and nobody is kept waiting here.
 const QString readingOnly = QStringLiteral("QSQLITE_OPEN_READONLY;QSQLITE_BUSY_TIMEOUT=10000");
-
-namespace Sql {
-// In KiB. Pages of a long list that change no more are written while the rest is made, so that the
-// commit is short; the small cache that is usual would also spill those that still change.
-const QString useLargeCache = QStringLiteral("pragma cache_size=-8192");
-// After a long list was read: what is in the cache is not looked at again.
-const QString freeCache = QStringLiteral("pragma shrink_memory");
-// Milliseconds. The window stands still meanwhile.
-const QString waitForLocks = QStringLiteral("pragma busy_timeout=2000");
-const QString failOnLocks = QStringLiteral("pragma busy_timeout=0");
-const QString dataVersion = QStringLiteral("pragma data_version");
-// At once with the right to write, so that what is looked at first still holds when it is written.
-const QString begin = QStringLiteral("begin immediate");
-const QString beginReading = QStringLiteral("begin");
-const QString commit = QStringLiteral("commit");
-const QString rollback = QStringLiteral("rollback");
-const QString createTable = QStringLiteral(
-    "create table contact1 (id INT PRIMARY KEY, mac VERCHAR, product VERCHAR, sip_server VERCHAR, "
-    "sip_user_id VERCHAR, first_account VERCHAR, username VERCHAR, password VERCHAR, ip VERCHAR, "
-    "city VERCHAR, company VERCHAR, department VERCHAR, auth_id VERCHAR, proxy_server VERCHAR, "
-    "speech_coding1 VERCHAR, speech_coding2 VERCHAR,dial_plan VERCHAR, language VERCHAR, "
-    "random_port VERCHAR, keep_alive VERCHAR, subnet VERCHAR, gateway_ip VERCHAR, "
-    "dns_server1 VERCHAR, dns_server2 VERCHAR, phonebook_path VERCHAR, flag INT)");
-const QString deleteAll = QStringLiteral("delete from contact1");
-const QString deleteSome =
-    QStringLiteral("delete from contact1 where rowid < (select min(rowid) from contact1) + ?");
-const QString insertRow = QStringLiteral(
-    "INSERT INTO contact1 values (?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?)");
-const QString updateField = QStringLiteral("update %1 set %2=%3 where %4=%5");
-const QString countAll = QStringLiteral("select count(*) from contact1");
-const QString countColumns = QStringLiteral("select count(*) from pragma_table_info('contact1')");
-const QString countTables = QStringLiteral("select count(*) from sqlite_master");
-const QString countSettled = QStringLiteral("select count(*) from contact1 where flag = 0");
-const QString countNew = QStringLiteral("select count(*) from contact1 where flag = 1");
-const QString dropReplaced = QStringLiteral(
-    "delete from contact1 where id in(select p1.id as contact_id from contact1 p1,contact1 p2 "
-    "where p1.id<>p2.id and p1.mac=p2.mac and p1.flag<>p2.flag and p1.flag=0)");
-const QString settleNew = QStringLiteral("update contact1 set flag = 0 where flag = 1");
-const QString selectAll = QStringLiteral(
-    "SELECT contact1.id, contact1.mac, contact1.product, contact1.sip_server, "
-    "contact1.sip_user_id, contact1.first_account, contact1.ip, contact1.username, "
-    "contact1.password, contact1.city, contact1.company, contact1.department, contact1.auth_id, "
-    "contact1.proxy_server, contact1.speech_coding1, contact1.speech_coding2, contact1.dial_plan, "
-    "contact1.language, contact1.random_port, contact1.keep_alive, contact1.subnet, "
-    "contact1.gateway_ip, contact1.dns_server1, contact1.dns_server2, contact1.phonebook_path "
-    "FROM contact1");
-} // namespace Sql
 
 struct KnownError
 {

@@ -1,0 +1,15 @@
+#pragma once
+
+#include "model/DeviceList.h"
+#include "storage/ListSource.h"
+
+/// An empty list, which takes the place of the present one.
+class NoDevices : public ListSource
+{
+public:
+    Step step() override { return Step::Done; }
+    DeviceList &list() override { return m_list; }
+
+private:
+    DeviceList m_list;
+};

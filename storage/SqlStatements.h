@@ -1,0 +1,53 @@
+#pragma once
+
+#include <QString>
+
+/// The statements of the store. Those that name columns follow contactTableFields() or, where they
+/// read, contactFields().
+namespace Sql {
+// In KiB. Pages of a long list that change no more are written while the rest is made, so that the
+// commit is short; the small cache that is usual would also spill those that still change.
+inline const QString useLargeCache = QStringLiteral("pragma cache_size=-8192");
+// After a long list was read: what is in the cache is not looked at again.
+inline const QString freeCache = QStringLiteral("pragma shrink_memory");
+// Milliseconds. The window stands still meanwhile.
+inline const QString waitForLocks = QStringLiteral("pragma busy_timeout=2000");
+inline const QString failOnLocks = QStringLiteral("pragma busy_timeout=0");
+inline const QString dataVersion = QStringLiteral("pragma data_version");
+// At once with the right to write, so that what is looked at first still holds when it is written.
+inline const QString begin = QStringLiteral("begin immediate");
+inline const QString beginReading = QStringLiteral("begin");
+inline const QString commit = QStringLiteral("commit");
+inline const QString rollback = QStringLiteral("rollback");
+inline const QString createTable = QStringLiteral(
+    "create table contact1 (id INT PRIMARY KEY, mac VERCHAR, product VERCHAR, sip_server VERCHAR, "
+    "sip_user_id VERCHAR, first_account VERCHAR, username VERCHAR, password VERCHAR, ip VERCHAR, "
+    "city VERCHAR, company VERCHAR, department VERCHAR, auth_id VERCHAR, proxy_server VERCHAR, "
+    "speech_coding1 VERCHAR, speech_coding2 VERCHAR,dial_plan VERCHAR, language VERCHAR, "
+    "random_port VERCHAR, keep_alive VERCHAR, subnet VERCHAR, gateway_ip VERCHAR, "
+    "dns_server1 VERCHAR, dns_server2 VERCHAR, phonebook_path VERCHAR, flag INT)");
+inline const QString deleteAll = QStringLiteral("delete from contact1");
+inline const QString deleteSome =
+    QStringLiteral("delete from contact1 where rowid < (select min(rowid) from contact1) + ?");
+inline const QString insertRow = QStringLiteral(
+    "INSERT INTO contact1 values (?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?,?)");
+inline const QString updateField = QStringLiteral("update %1 set %2=%3 where %4=%5");
+inline const QString countAll = QStringLiteral("select count(*) from contact1");
+inline const QString countColumns =
+    QStringLiteral("select count(*) from pragma_table_info('contact1')");
+inline const QString countTables = QStringLiteral("select count(*) from sqlite_master");
+inline const QString countSettled = QStringLiteral("select count(*) from contact1 where flag = 0");
+inline const QString countNew = QStringLiteral("select count(*) from contact1 where flag = 1");
+inline const QString dropReplaced = QStringLiteral(
+    "delete from contact1 where id in(select p1.id as contact_id from contact1 p1,contact1 p2 "
+    "where p1.id<>p2.id and p1.mac=p2.mac and p1.flag<>p2.flag and p1.flag=0)");
+inline const QString settleNew = QStringLiteral("update contact1 set flag = 0 where flag = 1");
+inline const QString selectAll = QStringLiteral(
+    "SELECT contact1.id, contact1.mac, contact1.product, contact1.sip_server, "
+    "contact1.sip_user_id, contact1.first_account, contact1.ip, contact1.username, "
+    "contact1.password, contact1.city, contact1.company, contact1.department, contact1.auth_id, "
+    "contact1.proxy_server, contact1.speech_coding1, contact1.speech_coding2, contact1.dial_plan, "
+    "contact1.language, contact1.random_port, contact1.keep_alive, contact1.subnet, "
+    "contact1.gateway_ip, contact1.dns_server1, contact1.dns_server2, contact1.phonebook_path "
+    "FROM contact1");
+} // namespace Sql
