@@ -17,8 +17,8 @@
 const QString yes = u"Yes"_s;
 const QString no = u"No"_s;
 
-/// The program's data side over one folder, as one run of the program has it. Every job is over
-/// when the call that starts it returns, unless a test wants slices.
+/// One run of the program's data side over one folder. Every job is over when the call that starts
+/// it returns, unless a test sets slices.
 struct Run
 {
     explicit Run(const QString &folder)
@@ -44,7 +44,7 @@ struct Run
         }
     }
 
-    /// The MACs without the ".mac" of stamped devices, with a blank between.
+    /// The stamps of the devices, with a blank between them.
     QString stamps() const
     {
         QStringList stamps;
@@ -55,7 +55,7 @@ struct Run
     QList<ContactInfo> contacts() const { return mgr.devices().snapshot().contacts(); }
     void insert(const char *stamp) { mgr.insertContactNode(stampedDevice(QLatin1String(stamp))); }
 
-    /// Whether the job that these calls start did what it was to.
+    /// These start a job and tell whether it was done.
     bool load()
     {
         return did([this] { mgr.recoverPreviousData(); });
@@ -116,7 +116,7 @@ protected:
             text += u" [%1]"_s.arg(m_user->takeTitles().join(u", "_s));
         return text;
     }
-    /// An earlier run leaves these devices.
+    /// Stores these devices in a run of its own.
     void store(const QList<ContactInfo> &devices) const
     {
         Run(folder(), "").mgr.addContacts(devices);

@@ -39,14 +39,14 @@ protected:
         return m_dialog->template findChild<Input *>(QLatin1String(name));
     }
 
-    /// To whatever has the focus, which moves on while an address is typed.
+    /// Types into whatever has the focus, which moves on within an address.
     static void typeKeys(const char *keys)
     {
         for (const char *key = keys; *key; ++key)
             QTest::keyClick(QApplication::focusWidget(), *key);
     }
 
-    /// A device whose texts all differ, and whose choices are all on offer and none the first.
+    /// A device whose texts all differ. Each of its choices is on offer, and none is the first.
     static ContactInfo choosableDevice()
     {
         ContactInfo device = stampedDevice("a"_s);

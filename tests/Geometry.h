@@ -1,6 +1,6 @@
 #pragma once
 
-// Whether all that a window shows has its place.
+// Tells whether everything in a window has its place.
 #include <QAbstractButton>
 #include <QComboBox>
 #include <QLabel>
@@ -10,7 +10,7 @@
 #include <QTableView>
 #include <QToolButton>
 
-// The only way to have another screen than the one that the platform stands in for.
+// The only way to change the screen that the platform stands in for.
 #include <qpa/qwindowsysteminterface.h>
 
 #include <QGuiApplication>
@@ -53,7 +53,7 @@ inline bool hasRoomForItsText(const QWidget &widget)
     if (const auto *const button = qobject_cast<const QToolButton *>(&widget);
         button && button->toolButtonStyle() == Qt::ToolButtonIconOnly)
         return true;
-    // Some are lower than they would like to be; the letters have room all the same.
+    // Some are lower than their size hint; the letters have room all the same.
     return !qobject_cast<const QAbstractButton *>(&widget) ||
            (widget.sizeHint().width() <= widget.width() &&
             widget.fontMetrics().height() < widget.height());
@@ -66,8 +66,7 @@ inline bool isCover(const QWidget &widget)
            widget.inherits("UserGuideControl") || widget.inherits("QSizeGrip");
 }
 
-/// Says of one widget that it, or its text, is cut off or that another lies over it. Empty when
-/// all is well.
+/// Tells why a widget or its text is cut off or covered. Empty when all is well.
 inline QString faultOf(const QWidget &widget)
 {
     const QWidget &parent = *widget.parentWidget();

@@ -29,7 +29,7 @@ constexpr int sendQuietly = MSG_NOSIGNAL;
 constexpr int endOfSending = SHUT_WR;
 #endif
 
-/// Stands for the data manager: writes documents that tell for whom they were made.
+/// Stands for the data manager. Its documents tell for whom they were made.
 class FakeSource : public ProvisioningSource
 {
 public:
@@ -102,7 +102,7 @@ private:
 class Phone
 {
 public:
-    /// The last number of its address, 127.0.0.x, tells the telephone's host.
+    /// `host` is the last number of the phone's address, 127.0.0.x.
     explicit Phone(quint16 port, int host = 1)
         : m_socket(new Handle(::socket(AF_INET, SOCK_STREAM, 0)), [](const Handle *socket) {
             SocketPlatform::close(std::intptr_t(*socket));
@@ -126,7 +126,7 @@ public:
 
     void endInput() { ::shutdown(*m_socket, endOfSending); }
 
-    /// All that comes until the connection ends; `reset` tells whether it ended badly.
+    /// Receives until the connection ends; `reset` tells whether it ended badly.
     QByteArray receiveAll(bool *reset = nullptr)
     {
         QByteArray result;
@@ -168,8 +168,8 @@ inline QByteArray request(const QByteArray &name, const QByteArray &agent)
     return "GET /" + name + " HTTP/1.1\r\nHost: pc\r\nUser-Agent: " + agent + "\r\n\r\n";
 }
 
-/// What the server answers to these bytes, while nothing else happens on this thread: telephones
-/// are served also when the GUI thread is busy.
+/// The server's answer to these bytes. This thread stands still meanwhile: phones are served also
+/// when the GUI thread is busy.
 inline QByteArray ask(quint16 port, const QByteArray &bytes, bool *reset = nullptr)
 {
     Phone phone(port);

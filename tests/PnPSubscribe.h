@@ -2,7 +2,7 @@
 
 #include <QByteArray>
 
-/// A SUBSCRIBE as a telephone out of the box sends it. `answerAddress` is "host:port".
+/// A SUBSCRIBE as a phone out of the box sends it. `answerAddress` is "host:port".
 inline QByteArray pnpSubscribe(const QByteArray &mac, const QByteArray &answerAddress,
                                const QByteArray &model)
 {

@@ -10,8 +10,8 @@
 #include <sys/mount.h>
 #include <unistd.h>
 
-/// Leaves this process alone with its mounts, so that those of a test are seen by nobody and go
-/// with it. Where it needs a user namespace for that, which only a process with a single thread can
+/// Gives this process mounts of its own, which nobody else sees and which end with it. Where it
+/// needs a user namespace for that, which only a process with a single thread can
 /// enter, it does so before main().
 inline bool takeOwnMounts()
 {

@@ -2,7 +2,9 @@
 
 #include "model/ContactFields.h"
 
+#include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QTest>
 
 /// The text as a QString, as Qt 6 has it.
@@ -71,9 +73,10 @@ inline QByteArray fileContent(const QString &path)
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-/// Makes a file of this content, whatever was there.
+/// Makes a file of this content, whatever was there, and the folders that it needs.
 inline QString writeFile(const QString &path, const QByteArray &content = {})
 {
+    QDir().mkpath(QFileInfo(path).path());
     QFile file(path);
     if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
         qFatal("a test cannot write its file");

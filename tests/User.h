@@ -27,20 +27,14 @@ public:
     User(const User &) = delete;
     User &operator=(const User &) = delete;
 
-    QStringList titles() const
-    {
-        QStringList titles;
-        for (const SeenBox &box : boxes)
-            titles.append(box.title);
-        return titles;
-    }
-
-    /// The same of the boxes since the last call.
+    /// Of the boxes since the last call.
     QStringList takeTitles()
     {
-        const QStringList taken = titles();
+        QStringList titles;
+        for (const SeenBox &box : qAsConst(boxes))
+            titles.append(box.title);
         boxes.clear();
-        return taken;
+        return titles;
     }
 
     /// "title: text" of each box since the last call, one a line.

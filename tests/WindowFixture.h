@@ -10,7 +10,6 @@
 #include <QAction>
 #include <QApplication>
 #include <QDir>
-#include <QFileInfo>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -49,14 +48,6 @@ protected:
         m_window = std::make_unique<MainWindow>(*m_dataMgr, path(""));
         m_window->show();
         QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
-    }
-
-    static void writeFile(const QString &path, const QByteArray &content)
-    {
-        QDir().mkpath(QFileInfo(path).path());
-        QFile file(path);
-        QVERIFY2(file.open(QIODevice::WriteOnly), qPrintable(path));
-        file.write(content);
     }
 
     /// Of a file in the folder.

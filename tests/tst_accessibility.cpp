@@ -1,6 +1,6 @@
-// Whether the windows can be used by keyboard, by ear and on every screen, in both languages: each
-// is opened as a user opens it and looked at through what Qt tells a screen reader, with the Tab
-// key, and by the places of what it shows.
+// Tests that the windows can be used by keyboard, by ear and on every screen, in both languages.
+// Each is opened as a user opens it, and checked by what Qt tells a screen reader, by the Tab key
+// and by the places of its widgets.
 #include "app/Appearance.h"
 #include "app/ReportBox.h"
 #include "net/NetCardSelectDialog.h"
@@ -56,8 +56,8 @@ Widgets stops(const QWidget &window)
     return found;
 }
 
-/// What stands for a widget beside the other: the area that it scrolls in, unless both do, or
-/// itself.
+/// What is compared with the other widget: the area in which the widget scrolls and the other does
+/// not, or the widget itself.
 const QWidget *representative(const QWidget *widget, const QWidget *other)
 {
     const QWidget *outermost = widget;
@@ -141,7 +141,7 @@ private slots:
     {
         for (const QSize &pixels : {QSize(1024, 600), QSize(1366, 768), QSize(1920, 1080)}) {
             if (pixels.width() == 1024 && qApp->devicePixelRatio() > 1)
-                continue; // is not what such a screen is set to
+                continue; // no such screen is set to a larger scale
             Geometry::useScreen(pixels);
             for (const QString &language : {"en"_s, "zh"_s}) {
                 const QWidget *const window = open(language);
@@ -190,12 +190,11 @@ private slots:
             QVERIFY2(!name.isEmpty(), describe({stop}));
             QVERIFY2(!named.contains(name), describe({stop, named.value(name, stop)}));
             named.insert(name, stop);
-            // One goes down to it from the window, and not only up from it.
+            // A screen reader can also go down to it from the window.
             for (auto *told = toldOf(stop); told->object() != window->window();
                  told = told->parent())
                 QVERIFY2(told->parent()->indexOfChild(told) >= 0, describe({stop}));
-            // The search boxes have their column's name inside, and an address one label for its
-            // parts.
+            // A search box has its column's name inside. An address has one label for its parts.
             const bool isField =
                 qobject_cast<const QLineEdit *>(stop) || qobject_cast<const QComboBox *>(stop);
             if (isField && !stop->inherits("SearchEdit") && !stop->inherits("IpPart"))
@@ -208,7 +207,7 @@ private slots:
         }
         const auto buttons = window->findChildren<QAbstractButton *>();
         for (QAbstractButton *const one : buttons) {
-            // What clears a line is a help for the mouse; the keyboard has Escape.
+            // The sign that clears a line is for the mouse; the keyboard has Escape.
             if (one->isVisibleTo(window) && !qobject_cast<QLineEdit *>(one->parent()))
                 QVERIFY2(one->focusPolicy() & Qt::TabFocus, describe({one}));
         }
@@ -233,7 +232,7 @@ private slots:
         for (const QAction *const action : actions)
             texts << action->text() << action->statusTip();
         QVERIFY(texts.filter(QRegularExpression("[\u4e00-\u9fff]"_s)).size() > 2);
-        // What Chinese software leaves in Latin letters: names, standards, keys, a device's own
+        // Chinese software leaves these in Latin letters: names, standards, keys, a device's
         // values.
         const QRegularExpression latinTerms(QStringLiteral(
             "\\b(HTTPD?|PNP|SIP|MAC|DNS|CSV|KT[PV]\\w+|DK\\w+|PCM[UA]|GSM|Keep-Alive|English|"
@@ -265,7 +264,7 @@ private slots:
 private:
     static void windows()
     {
-        QTest::addColumn<QByteArray>("slot"); // of the main window, that opens it
+        QTest::addColumn<QByteArray>("slot"); // of the main window; it opens the row's window
         for (const auto &[name, slot] :
              std::initializer_list<std::pair<const char *, const char *>>{
                  {"empty list", ""},
@@ -281,13 +280,13 @@ private:
                  {"standard buttons", ""}})
             QTest::newRow(name) << QByteArray(slot);
     }
-    /// What the slot of this row has opened, or what the row needs besides.
+    /// The window of this row, once its slot has run.
     QWidget *opened(const QByteArray &row)
     {
         if (row == "list and report") {
             part<ReportBox>()->show();
             addDevices();
-            part<SearchEdit>()->setText("0"_s); // no number has one: all are hidden
+            part<SearchEdit>()->setText("0"_s); // no number holds a 0: all are hidden
         } else if (row == "new device in full") {
             button("showAdvanceButton")->click();
         } else if (row == "card choice") {
@@ -295,7 +294,7 @@ private:
             chooser->setNetCards({{"eth0"_s, true, {"192.0.2.1"_s}}, {"eth1"_s, true, {}}});
             m_alone = std::move(chooser);
         } else if (row == "standard buttons") {
-            // Their words are Qt's own, and come from its catalogue.
+            // Their words come from Qt's own catalogue.
             auto box = std::make_unique<QMessageBox>();
             box->setWindowTitle(m_window->windowTitle());
             box->setStandardButtons(QMessageBox::Ok | QMessageBox::Save | QMessageBox::Cancel |

@@ -4,19 +4,6 @@
 
 #include <QSignalSpy>
 
-namespace {
-
-ContactInfo withField(ContactInfo device, const char *column, const QString &text)
-{
-    for (const ContactField &field : contactFields()) {
-        if (qstrcmp(field.column, column) == 0)
-            device.*field.member = text;
-    }
-    return device;
-}
-
-} // namespace
-
 class TestContactDialog : public QObject, FormFixture<ContactDialog>
 {
     Q_OBJECT
@@ -25,10 +12,11 @@ private slots:
     void init() { setUp(); }
     void cleanup() { tearDown(); }
 
-    // What an earlier device showed is gone, and what is not typed is as every new device has it.
+    // Nothing is left of the earlier device, and what is not typed has its default.
     void addByKeyboard()
     {
-        ContactInfo earlier = withField(plainDevice(), "product", "OLD1"_s);
+        ContactInfo earlier = plainDevice();
+        earlier.product = "OLD1"_s;
         open(&earlier);
         m_dialog->close();
         open();
@@ -53,22 +41,21 @@ private slots:
 
     void oddTextsSurvive()
     {
-        const std::pair<const char *, QString> rows[] = {
-            {"mac", "0200a7a1b2c3"_s},
-            {"mac", "2:0:A7:A1:B2:C3"_s},
-            {"mac", "02:00:A7:A1:B2:C3:D4"_s},
-            {"ip", "10.0.0.256"_s},
-            {"gateway_ip", "192.168"_s},
-            {"product", "ktp16xx"_s},
-            {"speech_coding1", "OPUS & Co"_s},
-            {"language", "tlh"_s},
-            {"random_port", QString()},
-            {"random_port", "0"_s},
-            {"first_account", "  1001 "_s},
-            {"dial_plan", "{ x+ }\n{ *x+ }\t"_s},
-            {"phonebook_path", QString(40000, QLatin1Char('x'))}};
-        for (const auto &[column, stored] : rows) {
-            ContactInfo device = withField(plainDevice(), column, stored);
+        using I = ContactInfo;
+        const std::pair<QString I::*, QString> rows[] = {
+            {&I::mac, "2:0:A7:A1:B2:C3"_s},
+            {&I::gateway_ip, "192.168"_s},
+            {&I::product, "ktp16xx"_s},
+            {&I::speech_coding1, "OPUS & Co"_s},
+            {&I::language, "tlh"_s},
+            {&I::random_port, QString()},
+            {&I::random_port, "0"_s},
+            {&I::first_account, "  1001 "_s},
+            {&I::dial_plan, "{ x+ }\n{ *x+ }\t"_s},
+            {&I::phonebook_path, QString(40000, QLatin1Char('x'))}};
+        for (const auto &[member, stored] : rows) {
+            ContactInfo device = plainDevice();
+            device.*member = stored;
             const ContactInfo before = device;
             open(&device);
             const QSignalSpy edited(m_dialog.get(), SIGNAL(editSaveSucceed(ContactInfo *)));
@@ -86,7 +73,7 @@ private slots:
         const ContactInfo wanted = plainDevice();
         ContactInfo device = stampedDevice("odd"_s);
         device.id = wanted.id;
-        device.random_port = "0"_s; // what is neither yes nor no is shown as the yes that is chosen
+        device.random_port = "0"_s; // any value that is neither yes nor no shows as the chosen yes
         open(&device);
         enterChoices(wanted);
         m_dialog->doSaveAction();
@@ -163,7 +150,7 @@ private slots:
             const QPointF center = QRectF(codec->rect()).center();
             QWheelEvent event(center, codec->mapToGlobal(center.toPoint()), {}, QPoint(0, -120),
                               Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
-            // Only what comes from the system climbs to the parents, and sendEvent() undoes that.
+            // Only an event of the system goes on to the parents; sendEvent() makes it another.
             QSpontaneKeyEvent::setSpontaneous(&event);
             qApp->notify(codec, &event);
         };

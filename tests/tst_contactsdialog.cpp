@@ -6,8 +6,6 @@
 #include <QLabel>
 #include <QSignalSpy>
 
-#include <limits>
-
 namespace {
 
 constexpr int farTooMany = 2000000000;
@@ -31,56 +29,6 @@ private slots:
     void init() { setUp(); }
     void cleanup() { tearDown(); }
 
-    void addresses()
-    {
-        const std::tuple<const char *, int, int, const char *> rows[] = {
-            {"0200A70000FE", 3, 2, "02:00:A7:00:00:FE 02:00:A7:00:01:00 02:00:A7:00:01:02"},
-            {"0fffffffffff", 2, 1, "0F:FF:FF:FF:FF:FF 10:00:00:00:00:00"},
-            {"000000000001", 5, -1, "00:00:00:00:00:01 00:00:00:00:00:00"},
-            {"100000000000", 6, 0x40000000, // the product wraps
-             "10:00:00:00:00:00 10:00:40:00:00:00 0F:FF:80:00:00:00 "
-             "0F:FF:C0:00:00:00 10:00:00:00:00:00 10:00:40:00:00:00"},
-            {"0200A71", 2, 1, "00:00:00:20:0A:71 00:00:00:20:0A:72"},
-            {"FFFFFFFFFFFD", farTooMany, 2, "FF:FF:FF:FF:FF:FD FF:FF:FF:FF:FF:FF"},
-            {"0200A7000001", -3, 2, ""}};
-        for (const auto &[firstMac, count, step, macs] : rows) {
-            DeviceBatch batch;
-            batch.firstMac = QLatin1String(firstMac);
-            batch.count = count;
-            batch.macStep = step;
-            const QList<ContactInfo> devices = makeDevices(batch);
-            QCOMPARE(macsOf(devices), QLatin1String(macs));
-            QCOMPARE(deviceCount(batch), devices.size());
-        }
-    }
-
-    void userIds()
-    {
-        constexpr int largest = std::numeric_limits<int>::max();
-        const std::tuple<qint64, int, const char *> rows[] = {
-            {1001, 1, "1001,1002,1003"},
-            {1, -1, "1,0,-1"},
-            {0, 7, ",,"}, // zero is no user ID
-            {13800138000, 1, "13800138000,13800138001,13800138002"},
-            {largest, largest, "2147483647,4294967294,6442450941"}};
-        for (const auto &[first, step, expected] : rows) {
-            DeviceBatch batch;
-            batch.firstMac = "0200A7000001"_s;
-            batch.count = 3;
-            batch.macStep = 1;
-            batch.firstUserId = first;
-            batch.userIdStep = step;
-            batch.common = stampedDevice("typed"_s);
-            QStringList ids;
-            const auto devices = makeDevices(batch);
-            for (const ContactInfo &device : devices) {
-                ids.append(device.sip_user_id);
-                QCOMPARE(device.auth_id + device.first_account, ids.last() + ids.last());
-            }
-            QCOMPARE(ids.join(QLatin1Char(',')), QLatin1String(expected));
-        }
-    }
-
     void lookAhead()
     {
         // Count, steps, first MAC, first user ID; and what is told.
@@ -96,10 +44,21 @@ private slots:
              "5 devices: 02:00:A7:00:00:0F to 02:00:A7:00:00:0F, user ID 5\n"
              "No usable number, counts as none: Law of increasing MAC, Law of increasing User ID. "
              "The MACs repeat from device 2 on. 1 of them is in the list already."},
-            {"9|2|1|FF:FF:FF:FF:FF:FC|9999999999999999999",
+            {"2000000000|2|1|FF:FF:FF:FF:FF:FC|9999999999999999999",
              "2 devices: FF:FF:FF:FF:FF:FC to FF:FF:FF:FF:FF:FE, no user IDs\n"
              "No usable number, counts as none: First SIP User ID. "
              "The numbers end at FF:FF:FF:FF:FF:FF."},
+            {"5|-1|-2|00:00:00:00:00:01|1",
+             "2 devices: 00:00:00:00:00:01 to 00:00:00:00:00:00, user IDs 1 to -1\n"
+             "The numbers end at 00:00:00:00:00:00."},
+            {"2|1|7|0f:ff:ff:ff:ff:ff|0", // zero is no user ID
+             "2 devices: 0F:FF:FF:FF:FF:FF to 10:00:00:00:00:00, no user IDs"},
+            {"7|1073741824|1|10:00:00:00:00:00|", // the product wraps
+             "7 devices: 10:00:00:00:00:00 to 0F:FF:80:00:00:00, no user IDs\n"
+             "The MACs repeat from device 5 on."},
+            {"3|1|2147483647|0200A71|2147483647",
+             "3 devices: 00:00:00:20:0A:71 to 00:00:00:20:0A:73, user IDs 2147483647 to "
+             "6442450941"},
             {"two|2|1|02:00:A7:00:00:10|1",
              "No devices\nNo usable number, counts as none: Product Count."},
             {"100000|2|1|02:00:A8:00:00:10|",
@@ -123,7 +82,7 @@ private slots:
         enterChoices(expected);
         input<IpLine>("firstMacIpLine")->setText("02:00:a7:00:00:fe"_s);
         edit("firstSipUserIdLineEdit")->setText("00123"_s);
-        // What is typed into those that follow it is of no account.
+        // These follow it: what is typed into them does not count.
         for (const char *const name : {"firstAuthIdLineEdit", "firstAccountLineEdit"}) {
             QCOMPARE(edit(name)->text(), "00123"_s);
             edit(name)->setText("5"_s);

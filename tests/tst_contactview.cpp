@@ -93,7 +93,7 @@ class TestContactView : public QObject
 private slots:
     void initTestCase()
     {
-        // As the style sheet has it: the fixed sizes are meant for it.
+        // The style sheet's size, for which the fixed sizes are made.
         QFont font;
         font.setPixelSize(13);
         QApplication::setFont(font);
@@ -145,7 +145,7 @@ private slots:
     void clicksAndKeysReachTheRightDevice()
     {
         const Fixture f(30);
-        f.view->sortBySearchEdit(0, "5."_s); // the third that ends in 5 is 24 in the list
+        f.view->sortBySearchEdit(0, "5."_s); // the third that ends in 5 is row 24
         const QSignalSpy detail(f.view, &ContactView::onRowDetail);
         const QSignalSpy removal(f.view, &ContactView::onRowDelete);
         for (int column = 0; column < ContactModel::Detail; ++column)
@@ -174,7 +174,7 @@ private slots:
         const QSignalSpy detail(f.view, &ContactView::onRowDetail);
         QWidget *const viewport = f.view->viewport();
         ulong time = 1000;
-        // The four presses of a hurried hand; the fifth comes later.
+        // Two double clicks in a row; the next press comes later.
         const auto clickFast = [&](const QPoint &place) {
             for (const bool isDouble : {false, true, false, true}) {
                 QMouseEvent press(isDouble ? QEvent::MouseButtonDblClick : QEvent::MouseButtonPress,
@@ -221,7 +221,7 @@ private slots:
             edit.setText(text);
             QCOMPARE(f.rows(), rows);
         }
-        // Down into what was found.
+        // The Down key leads into what was found.
         QApplication::setActiveWindow(f.view->window());
         edit.setFocus();
         QTest::keyClick(&edit, Qt::Key_Down);
@@ -265,13 +265,13 @@ private slots:
         f.click(4, ContactModel::City);
         f.search(0, "5.mac"_s);
         QCOMPARE(f.current(), "4 0 d005.mac"_s);
-        // Another column with a keyword that matches as well: only this box holds a keyword.
+        // A keyword in another box, which matches as well, empties the first box.
         f.search(5, "5"_s);
         QCOMPARE(f.bar->searchEdit(0)->text(), QString());
         QCOMPARE(f.current(), "4 0 d005.mac"_s);
         f.bar->searchEdit(5)->clear();
         QCOMPARE(f.current(), "4 4 d005.mac"_s);
-        // Hidden, it is nobody's current one, and comes back as what it was.
+        // A hidden device is not current. It is again when it comes back.
         f.search(5, "9"_s);
         QCOMPARE(f.current(), "none"_s);
         f.bar->clear();
@@ -306,7 +306,7 @@ private slots:
         std::reverse(devices.begin(), devices.end());
         f.list.assign(devices);
         QCOMPARE(after(1234), "50 50 edited.mac"_s);
-        // The current row itself goes, out of sight: the view does not jump there.
+        // The current row goes while it is out of sight: the view does not jump there.
         bar->setValue(0);
         f.list.removeAt(50);
         QVERIFY(!after(0).startsWith("scrolled"_s));

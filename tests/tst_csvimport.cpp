@@ -58,7 +58,6 @@ private slots:
     void workFilesArePrivate();
     void exportsTheseBytes_data();
     void exportsTheseBytes();
-    void backupComesBack();
     void flagSaysWhetherTheListIsReplaced_data() { addRows({"replace", "never loaded", "add"}); }
     void flagSaysWhetherTheListIsReplaced();
     void failedImportChangesNothing_data();
@@ -75,7 +74,7 @@ private:
         return writeFile(at(u"source.csv"_s), content);
     }
     QStringList looksLeft() const { return QDir(folder()).entryList({u"look-*"_s}, QDir::Files); }
-    /// What is said ahead of the import of that file.
+    /// What the look ahead tells of that file.
     ImportOutlook outlook(const DeviceList &devices, const QString &path) const
     {
         ImportLook look(devices, folder() + QLatin1Char('/'));
@@ -90,7 +89,7 @@ void TestCsvImport::tellsEncodings()
 {
     QLocale::setDefault(QLocale(u"zh_CN"_s));
     Import import(folder());
-    // ASCII; then a character that the end of the file cuts off, and one that a block's does not.
+    // ASCII; a character that the end of the file cuts off; one that the end of a block does not.
     QCOMPARE(import.parser->encodingOf(source("ASCII\n")), u"UTF-8"_s);
     QCOMPARE(import.parser->encodingOf(source("MAC\n\xe7\xbd")), u"GBK"_s);
     QCOMPARE(import.parser->encodingOf(source(QByteArray(65535, 'x') + "\xe7\xbd\x91")),
@@ -204,7 +203,7 @@ void TestCsvImport::fieldsArriveAsTheyStand()
     expected.city = u"ab"_s;
     expected.department = QString(50000, QLatin1Char('x'));
     Import import(folder());
-    // Titles in another order, case and spacing, one quoted, one unknown, most lacking.
+    // Titles in another order, case and spacing, one quoted, one unknown, most missing.
     QVERIFY(import.read(source("  random   PORT ,\"Company\",My IP,PASSWORD,username,City,"
                                "Primary account,department,mac\r\n"
                                ", Two  inner  blanks ,note,\"a,\"\"b\"\",c\",\"\"\"\","
@@ -230,8 +229,7 @@ void TestCsvImport::columnsAndLines_data()
                         const QString &devices = u"a 1|b 2"_s) {
         QTest::newRow(name) << content << devices;
     };
-    // Taken for blanks, they would make a title row of the whole list, and an empty list of the
-    // import.
+    // Taken for blanks, these line ends would make one title row of the list: an empty import.
     row("CR", "MAC,Random Port\ra,1\rb,2\r");
     row("CR, and LF once", "MAC,Random Port\ra,1\n\rb,2");
     row("CR CR LF", "MAC,\"Random Port\"\r\r\na,\"1\"\r\r\nb,2\r\r\n");
@@ -281,7 +279,7 @@ void TestCsvImport::workFilesArePrivate()
         QCOMPARE(fileContent(file.first), file.second);
         QCOMPARE(filePermissions(file.first), QFile::ReadOwner | QFile::WriteOwner);
     }
-    // What a user takes from there must not be gone before it is read.
+    // A work file that the user chooses must not be gone before it is read.
     QVERIFY(!import.read(files.at(1).first, u"UTF-8"_s));
     QCOMPARE(int(import.parser->fault()), int(ImportFault::OwnWorkFile));
     QVERIFY(QFile::exists(files.at(1).first));
@@ -348,28 +346,6 @@ void TestCsvImport::exportsTheseBytes()
              QTextCodec::codecForName("GBK")->fromUnicode(QString::fromUtf8(header + rows)));
 }
 
-/// Unlike an export, a backup gives back what an export would break.
-void TestCsvImport::backupComesBack()
-{
-    Run run(folder(), "");
-    QList<ContactInfo> devices = stampedDevices("a b c d");
-    devices[0].company = u"\"Net\", Ltd."_s;
-    devices[1].company = u"\""_s;
-    devices[1].proxy_server = u"\"\","_s;
-    devices[2].password = u"a\",b"_s;
-    devices[2].city = u"zero"_s + QChar(QChar::Null);
-    devices[3].mac = u",\""_s;
-    devices[3].company = u"\r\nAcme\n\r\nLtd\r\n"_s;
-    run.mgr.addContacts(devices);
-    QVERIFY(run.deleteAll());
-    QCOMPARE(backups().size(), 1);
-    QVERIFY(run.import(backupPath(backups().first())));
-    devices[2].city.chop(1);
-    devices[3].company = u"Acme Ltd"_s;
-    QCOMPARE(run.contacts(), numbered(devices));
-    QVERIFY(!state(run).contains(QLatin1Char('(')));
-}
-
 void TestCsvImport::flagSaysWhetherTheListIsReplaced()
 {
     QFETCH(QByteArray, row);
@@ -379,7 +355,6 @@ void TestCsvImport::flagSaysWhetherTheListIsReplaced()
     Run run(folder(), "");
     if (row != "never loaded")
         QVERIFY(run.load());
-    QVERIFY(QDir(folder()).mkpath(u"HTTPD/MACCFG"_s));
     writeFile(at(u"HTTPD/MACCFG/cfga"_s));
     QList<ContactInfo> devices = stampedDevices("c d e");
     run.mgr.setImportFlag(flag);
@@ -391,7 +366,7 @@ void TestCsvImport::flagSaysWhetherTheListIsReplaced()
     QCOMPARE(QFile::exists(at(u"HTTPD"_s)), !flag);
     QCOMPARE(backups().size(), flag ? 1 : 0);
     if (flag)
-        QCOMPARE(backup(backups().first()), backupText(oldDevices));
+        QCOMPARE(backup(backups().constFirst()), backupText(oldDevices));
     // An exported empty list is a list as well.
     QVERIFY(run.import(source(englishCsvHeader().toUtf8())));
     QCOMPARE(state(run), flag ? QString() : u"a b c d e"_s);

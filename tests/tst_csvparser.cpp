@@ -15,7 +15,7 @@ namespace {
 using Row = QList<QByteArray>;
 using Rows = QList<Row>;
 
-/// A stream over these bytes, to be closed by who gets it.
+/// A stream over these bytes. Whoever gets it closes it.
 std::FILE *streamOf(const QByteArray &content)
 {
     std::FILE *const stream = std::tmpfile();
@@ -24,7 +24,7 @@ std::FILE *streamOf(const QByteArray &content)
     return stream;
 }
 
-/// Every row that the reader announces. It is there to be read as the import reads it.
+/// Every row that the reader announces, read as the import reads it.
 Rows rowsOf(csv_parser &reader)
 {
     Rows rows;
@@ -49,8 +49,7 @@ private slots:
     void splitsLines();
     void otherModes_data();
     void otherModes();
-    void longLines_data();
-    void longLines();
+    void longLine();
     void opensFilesAndStreams();
     void tellsHeaders_data();
     void tellsHeaders();
@@ -133,38 +132,16 @@ void TestCsvParser::otherModes()
     QCOMPARE(rows.first(), row);
 }
 
-void TestCsvParser::longLines_data()
+/// A reader that moves the text up for every quote takes longer than the test may.
+void TestCsvParser::longLine()
 {
-    QTest::addColumn<QByteArray>("line");
-    QTest::addColumn<Row>("row");
-
-    for (const int length : {1023, 1024, 2048, 2061}) {
-        const QByteArray field(length, 'x');
-        QTest::addRow("field of %d", length) << field + ",end\n" << Row{field, "end", ""};
-        QTest::addRow("quoted field of %d", length) << "\"" + field + ",\"\"\",end\n"
-                                                    << Row{field + ",\"", "end", ""};
-    }
-    Row fields;
-    for (int i = 0; i < 10000; ++i)
-        fields.append(QByteArray::number(100000000 + i));
-    QByteArray line = fields.join(',') + '\n';
-    QCOMPARE(line.size(), 100000);
-    QTest::newRow("line of 100000") << line << fields + Row{""};
-    // Text that is moved up for every quote in it takes longer than the test may.
     const QByteArray quotes(2000000, '"');
-    QTest::newRow("quotes") << '"' + quotes + quotes + "\",end\n" << Row{quotes, "end", ""};
-}
-
-void TestCsvParser::longLines()
-{
-    QFETCH(QByteArray, line);
-    QFETCH(Row, row);
     csv_parser reader;
-    QVERIFY(reader.open_stream(streamOf(line + "next,row")));
+    QVERIFY(reader.open_stream(streamOf('"' + quotes + quotes + "\",end\nnext,row")));
     // Not compared as a whole: a difference would print every byte.
     const Rows rows = rowsOf(reader);
     QCOMPARE(rows.size(), 2);
-    QVERIFY(rows.first() == row);
+    QVERIFY(rows.first() == (Row{quotes, "end", ""}));
     QCOMPARE(rows.last(), (Row{"next", "row"}));
 }
 
@@ -199,7 +176,6 @@ void TestCsvParser::tellsHeaders_data()
     QTest::newRow("English") << englishCsvHeader() << int(EnglishDeviceHeader) << Fault::None;
     QTest::newRow("Chinese") << chineseCsvHeader() << int(ChineseDeviceHeader) << Fault::None;
     add("only a port", "mac,random port", EnglishDeviceHeader, Fault::None);
-    add("only a dial plan", "MAC,Dial Plan", EnglishDeviceHeader, Fault::None);
     add("only a Chinese port", "随机端口,mac", ChineseDeviceHeader, Fault::None);
     add("a MAC and another", "MAC,IP,My Password", EnglishDeviceHeader, Fault::None);
     add("a MAC and a Chinese other", "mac,IP,密码", ChineseDeviceHeader, Fault::None);
@@ -214,10 +190,7 @@ void TestCsvParser::tellsHeaders_data()
     add("phone book", "First Name,Last Name,Work Phone", PhonebookHeader, Fault::PhoneBook);
     add("phone book with a MAC", "First Name,MAC,IP", PhonebookHeader, Fault::PhoneBook);
     add("mail", "Given Name,MAC", MailHeader, Fault::PhoneBook);
-    add("mail by its value", "Phone 1 - Value", MailHeader, Fault::PhoneBook);
     add("office", "Categories,MAC", OfficeHeader, Fault::PhoneBook);
-    add("business", "Business Phone", BusinessHeader, Fault::PhoneBook);
-    add("Chinese office", "单位主要电话,MAC", ChineseOfficeHeader, Fault::PhoneBook);
     add("Chinese business", "业务电话,业务传真", ChineseBusinessHeader, Fault::PhoneBook);
 }
 

@@ -1,7 +1,6 @@
 #include "TestDevices.h"
 #include "model/DeviceList.h"
 #include "model/MacAddress.h"
-#include "model/ValueTables.h"
 
 #include <QRandomGenerator>
 #include <QtTest>
@@ -30,7 +29,6 @@ class TestDeviceList : public QObject
 private slots:
     void readsAddresses_data();
     void readsAddresses();
-    void languagesStandAtTheirPlaces();
     void agreesWithASimpleList();
     void snapshotsAreConsistentOnOtherThreads();
 };
@@ -61,18 +59,6 @@ void TestDeviceList::readsAddresses()
     QCOMPARE(importedMac(text), imported);
     QCOMPARE(isMac(text), isAddress);
     QCOMPARE(bareMac(text), bare);
-}
-
-void TestDeviceList::languagesStandAtTheirPlaces()
-{
-    int place = 0;
-    for (const LanguageEntry &entry : languageTable()) {
-        QString code;
-        applyLanguageChoice(place, code);
-        QCOMPARE(code, QLatin1String(entry.code));
-        QCOMPARE(languagePosition(code), place++);
-    }
-    QCOMPARE(languagePosition(u"xx"_s), -1);
 }
 
 /// Random edits over few addresses, so that duplicates and look-alikes are common; after each, the

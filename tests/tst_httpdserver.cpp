@@ -36,14 +36,13 @@ int entryCount(const QString &folder)
     return QDir(folder).entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot).size();
 }
 
-/// For one of many documents.
+/// A request for one of many documents.
 QByteArray numbered(int number)
 {
     return request("cfg" + QByteArray::number(number) + ".xml", "KTP");
 }
 
-/// So many connect, from these hosts by turns, the first of them 127.0.0.`firstHost`, and then
-/// send.
+/// Phones that connect and then send, on so many hosts in turn from 127.0.0.`firstHost` on.
 std::vector<Phone> askMany(quint16 port, int count, const std::function<QByteArray(int)> &bytes,
                            int firstHost = 1, int hosts = 1)
 {
@@ -165,7 +164,7 @@ private slots:
         };
         QVERIFY(isFetched() && isFetched());
         QCOMPARE(m_source->exports().size(), 1);
-        // What somebody else did is made good, and the folders are private.
+        // What somebody else did to it is repaired, and the folders are private.
         QVERIFY(QFile::resize(path("HTTPD/MACCFG/") + docFile, 1) && isFetched());
         QVERIFY(QDir(path("HTTPD")).removeRecursively() && isFetched());
         for (const char *name : {"HTTPD", "HTTPD/MACCFG"})
@@ -204,9 +203,9 @@ private slots:
             QVERIFY(timer.elapsed() < soon);
     }
 
-    /// More than may be served at a time: all are real, so none is turned away. The log has not a
-    /// row for each, but accounts for all.
-    void manyTelephonesAtOnce()
+    /// More phones than may be served at a time: none is turned away. The log has fewer rows, but
+    /// counts every request.
+    void manyPhonesAtOnce()
     {
         RequestLog log(path("log"));
         log.start();
@@ -358,7 +357,7 @@ private slots:
         Phone late(m_port);
         late.send(request(docName, "KTP"));
 
-        // Idle clients give way until there is enough for the telephone.
+        // Idle clients give way until there is enough for the phone.
         QTRY_VERIFY(late.hasNews());
         QVERIFY(late.receiveAll().startsWith(ok));
         QVERIFY(countNews(idle) < 30);

@@ -1,4 +1,5 @@
 #include "HttpPhone.h"
+#include "TestDevices.h"
 #include "net/HttpdService.h"
 #include "widgets/Modal.h"
 
@@ -24,10 +25,8 @@ Cards usualCards()
 
 void writePortFile(const QByteArray &useDefault, const QByteArray &port)
 {
-    QFile file("port.xml"_s);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write("<configHttpdPort><useDefault>" + useDefault + "</useDefault><port>" + port +
-               "</port></configHttpdPort>");
+    writeFile("port.xml"_s, "<configHttpdPort><useDefault>" + useDefault + "</useDefault><port>" +
+                                port + "</port></configHttpdPort>");
 }
 
 /// Listens on a port of all interfaces, so that nobody else can.

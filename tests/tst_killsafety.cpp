@@ -1,5 +1,5 @@
 // Kills the program in the middle of its changes. Twenty rounds of each kind, or as many as the
-// environment's VL_KILL_ROUNDS says. The killed one is this program as well, started with a kind
+// environment's VL_KILL_ROUNDS says. The killed program is this one as well, started with a kind
 // and a folder.
 #include "DataSide.h"
 

@@ -8,10 +8,8 @@
 #include <QLineEdit>
 #include <QMimeData>
 #include <QMovie>
-#include <QPlainTextEdit>
 #include <QScreen>
 #include <QSignalSpy>
-#include <QTcpSocket>
 #include <QTimer>
 #include <QUrl>
 
@@ -26,26 +24,21 @@ private slots:
         writeFile(path("language/options.xml"),
                   "<root><AutoStart>0</AutoStart><RecoveryData>1</RecoveryData>"
                   "<AutoHttpd>0</AutoHttpd></root>");
-        // Any free one.
+        // Any free port.
         writeFile(path("port.xml"), "<configHttpdPort><useDefault>0</useDefault><port></port>"
                                     "</configHttpdPort>");
     }
 
     void cleanup() { tearDown(); }
 
-    void editsDeletesAndTakesItBack()
+    void deletesAndTakesItBack()
     {
         openWindow();
         for (int i = 1; i <= 3; ++i)
-            add(i, "old"_s);
-        m_window->showContactViewDetail(1);
-        auto *const dialog = part<ContactDialog>();
-        dialog->findChild<QLineEdit *>("firstAccountLineEdit"_s)->setText("new"_s);
-        dialog->doSaveAction();
-        QCOMPARE(account(0) + account(1) + account(2), "oldnewold"_s);
+            add(i);
         for (const int noRow : {3, -1})
             m_window->showContactViewDetail(noRow);
-        QVERIFY(!dialog->isVisible());
+        QVERIFY(!part<ContactDialog>()->isVisible());
 
         auto *const view = part<ContactView>();
         view->setFocus();
@@ -65,7 +58,7 @@ private slots:
         auto *const box = part<QLineEdit>("searchEdit_1");
         box->setFocus();
         for (const Qt::Key key : {Qt::Key_Z, Qt::Key_Y})
-            QTest::keyClick(box, key, Qt::ControlModifier); // are the text's there
+            QTest::keyClick(box, key, Qt::ControlModifier); // belong to the text there
         QCOMPARE(stored(), "123"_s);
         view->setFocus();
         QTest::keyClick(view, Qt::Key_Y, Qt::ControlModifier);
@@ -77,47 +70,14 @@ private slots:
         const QByteArray garbage(9000, 'x');
         writeFile(path("phonebook.db"), garbage);
         openWindow();
-        QTRY_COMPARE(m_user->titles(), QStringList{"Database Error"_s});
+        QTRY_COMPARE(m_user->boxes.size(), 1);
+        QCOMPARE(m_user->takeTitles(), QStringList{"Database Error"_s});
         add(1);
-        add(2);
-        QCOMPARE(m_user->titles(), QStringList({"Database Error"_s, "Save Error"_s}));
-        QCOMPARE(countText(), "Total device:2"_s);
         const QSignalSpy quit(m_window.get(), &MainWindow::globalQuit);
         m_window->close();
         m_window->closeWindow();
         QCOMPARE(quit.size(), 1);
         QCOMPARE(fileContent(path("phonebook.db")), garbage);
-    }
-
-    void opensAndClosesHttpd()
-    {
-        openWindow();
-        add(1, "1001"_s);
-        const auto *const report = part<QPlainTextEdit>("reportBox");
-        auto *const service = button("tool_httpButton");
-        m_user->answers = QStringList{"Cancel"_s, "OK"_s};
-        service->click();
-        QVERIFY(m_dataMgr->serverAddresses().isEmpty());
-        for (int round = 0; round < 2; ++round) {
-            service->click();
-            if (m_dataMgr->serverAddresses().isEmpty())
-                QSKIP("this machine has no network card with an IPv4 address");
-            QVERIFY(report->isVisible());
-            QTcpSocket phone;
-            QByteArray answer;
-            phone.connectToHost("127.0.0.1"_s, m_dataMgr->serverPort());
-            phone.write("GET /cfg0200a7000001.xml HTTP/1.0\r\nUser-Agent: KTP2135\r\n\r\n");
-            QTRY_VERIFY((answer += phone.readAll()).endsWith("</vl_provision>\n"));
-            // Once each, however often the service was started before.
-            const QString told = "Port:%1\nHTTPD server is running.\n\nOne device request cfg.\n"
-                                 "Product:KTP\nFileName:cfg0200a7000001.xml\n"_s;
-            const auto lines = [&] {
-                return report->toPlainText().section(QLatin1Char('\n'), -7, -2);
-            };
-            QTRY_COMPARE(lines() + "\n"_s, told.arg(m_dataMgr->serverPort()));
-            service->click();
-            QVERIFY(!report->isVisible());
-        }
     }
 
     void closingInTheMiddleOfAQuestionEndsCleanly()
@@ -258,7 +218,7 @@ private slots:
         QSet<int> framesOfTheSave;
         QTimer often;
         connect(&often, &QTimer::timeout, &often, [&] {
-            // Every device is listed: what goes on is the save.
+            // Every device is listed: only the save goes on.
             if (m_dataMgr->worker().isIdle() || m_dataMgr->devices().size() < count)
                 return;
             framesOfTheSave.insert(wheel->currentFrameNumber());

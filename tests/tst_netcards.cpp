@@ -69,8 +69,8 @@ private slots:
             QVERIFY2(!isPciNetCard(text(name), root.path()), name);
     }
 
-    /// The registry's way: its source works on Qt's settings alone, and on this system a tree of
-    /// files plays the registry.
+    /// The source for Windows works on Qt's settings alone: on this system a tree of files stands
+    /// for the registry.
     void registryCards()
     {
         const QTemporaryDir folder;
@@ -88,7 +88,7 @@ private slots:
         write("0005", "{AA-5}", "usb\\pci");
         for (const char *number : {"0007", "0010", "0011", "0012"})
             write(number, number, "pci\\ven_10ec");
-        // The keys are looked through from 0000 to 0011.
+        // The search goes from key 0000 to key 0011.
         for (const char *name : {"{AA-0}", "0007", "0010", "0011"})
             QVERIFY2(isPhysicalNetCard(text(name)), name);
         for (const char *name : {"0012", "{AA-1}", "{AA-5}", "{aa-0}", ""})

@@ -15,7 +15,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-/// As phones do.
+/// A request as a phone sends it.
 QByteArray sent()
 {
     return pnpSubscribe("0200a7000001", "192.168.10.20:5062", "KTP2135");
@@ -96,7 +96,7 @@ private slots:
         stops("model in the next line", with(model, "\r\nX: " + model), PnPRequest::Model);
         complete("empty model", with(model, "model=\"\""), "||");
 
-        // Each thing that is looked for is missing, with all that comes after it.
+        // Each mark is missing in turn, with all that come after it.
         QByteArray missing = sent();
         int step = PnPRequest::Model;
         for (const char *mark : {"model=", "Event: ", "CSeq: ", "Call-ID: ", "tag=", "branch=",
@@ -227,7 +227,7 @@ private slots:
         };
         std::array<int, 10> inSecond = {};
         for (int request = 0; request < 20000; ++request) {
-            // Among many, the one that is named is not itself one that asks.
+            // Among many, the phone that is named does not ask itself.
             const int sender = request % senders + (senders > addresses ? 1 : 0);
             if (ask(sender, request % addresses, request * 1ms / 2))
                 inSecond.at(size_t(request / 2000)) += 2;
@@ -235,10 +235,10 @@ private slots:
         QTEST(inSecond.front(), "firstSecond");
         QTEST(std::accumulate(inSecond.begin(), inSecond.end(), 0), "tenSeconds");
 
-        // Who is named that often can still ask for itself.
+        // A phone that is named that often can still ask for itself.
         if (senders > 1)
             QVERIFY(ask(0, 0, 10s));
-        // A second of quiet, and a hundred telephones boot at the same instant.
+        // A second of quiet, and a hundred phones boot at the same instant.
         for (int phone = 0; phone < 100; ++phone)
             QVERIFY(ask(70000 + phone, 70000 + phone, 11s));
     }

@@ -42,7 +42,7 @@ bool isPortFree(quint16 port)
 
 } // namespace
 
-/// The real server, with a telephone at the loopback address that speaks to it directly.
+/// The real server, with a phone at the loopback address that speaks to it directly.
 class TestPnPServer : public QObject
 {
     Q_OBJECT
@@ -111,7 +111,7 @@ private slots:
             m_lookup->ends.clear();
             m_phone->writeDatagram(datagram, loopback, sipPort);
             QTRY_COMPARE(m_lookup->ends, QList<QByteArray>({end}));
-            // An answer would be in front of the next request's.
+            // An answer would come before the next request's.
             subscribe(otherKnownMac);
             QVERIFY(isAnsweredOnly(otherKnownMac));
         }
@@ -128,7 +128,7 @@ private slots:
         QCOMPARE(m_lookup->ends.first(), QByteArray("repeated"));
     }
 
-    void answersEveryTelephoneOfABurst()
+    void answersEveryPhoneOfABurst()
     {
         std::array<QUdpSocket, 100> phones;
         for (QUdpSocket &phone : phones) {
@@ -137,10 +137,10 @@ private slots:
         }
         for (const QUdpSocket &phone : phones)
             QTRY_VERIFY(phone.hasPendingDatagrams());
-        // That was as much as one address gets.
+        // One address gets no more.
         subscribe(knownMac);
         QTRY_COMPARE(m_lookup->ends.last(), QByteArray("too many"));
-        // It may ask as often as it likes: the telephone beside it is answered.
+        // However often it asks, the phone beside it is answered.
         for (int i = 0; i < 2000; ++i)
             subscribe(knownMac);
         QUdpSocket neighbour;
@@ -178,7 +178,7 @@ private:
     {
         m_phone->writeDatagram(pnpSubscribe(mac, address(*m_phone), "KTP2135"), loopback, sipPort);
     }
-    /// The next datagram that comes to the phone; empty when none does in time, or from elsewhere.
+    /// The next datagram that comes to the phone. Empty when none does in time, or from elsewhere.
     QByteArray received()
     {
         if (!QTest::qWaitFor([this] { return m_phone->hasPendingDatagrams(); }))
@@ -189,7 +189,7 @@ private:
         return port == replyPort ? datagram : QByteArray();
     }
 
-    /// Whether the next two datagrams to come send this known phone there.
+    /// Whether the next two datagrams accept this phone and send it to that address.
     bool isAnsweredOnly(const QByteArray &mac, const QByteArray &url = "http://127.0.0.1:80/")
     {
         const QByteArray accepted = received();

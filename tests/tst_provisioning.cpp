@@ -1,21 +1,15 @@
-// The way from the device list to the telephone, with nothing faked between: what telephones get
-// while the list is being edited and saved.
+// The way from the device list to the phone, with nothing faked between: what phones get while the
+// list is being edited and saved.
+#include "DataSide.h"
 #include "HttpPhone.h"
-#include "TestDevices.h"
 #include "net/HttpdPort.h"
-#include "storage/DBOperator.h"
-#include "storage/DataMgr.h"
 #include "storage/DatabaseLayer.h"
 #include "storage/DeviceBackup.h"
-#include "widgets/Modal.h"
 
-#include <QDir>
 #include <QRegularExpression>
-#include <QTemporaryDir>
 #include <QTest>
 
 #include <atomic>
-#include <memory>
 #include <vector>
 
 namespace {
@@ -64,42 +58,36 @@ int versionOf(const QByteArray &document)
 
 } // namespace
 
-class TestProvisioning : public QObject
+class TestProvisioning : public QObject, protected DataSide
 {
     Q_OBJECT
 
 private slots:
     void init()
     {
-        m_folder = std::make_unique<QTemporaryDir>();
-        const QString folder = m_folder->path() + QLatin1Char('/');
-        m_dbOperator = std::make_unique<DBOperator>(folder);
-        m_dataMgr = std::make_unique<DataMgr>(*m_dbOperator, folder);
-        m_dataMgr->setSlice(-1);
-        m_dataMgr->setRetryPause(0);
-        QVERIFY(m_dataMgr->openDatabase());
-        m_dataMgr->addContacts(devicesOfVersion(0));
+        begin();
+        m_run.emplace(folder(), "");
+        m_run->mgr.setRetryPause(0);
+        m_run->mgr.addContacts(devicesOfVersion(0));
         // The service as a user opens it, on a card of this machine's own and any port.
-        QDir::setCurrent(m_folder->path());
+        QDir::setCurrent(folder());
         QVERIFY(writeHttpdPort("port.xml"_s, false, "0"_s));
-        m_dataMgr->httpd().setInterfaceSource([] {
+        m_run->mgr.httpd().setInterfaceSource([] {
             return QList<NetInterface>{{"card"_s, true, {QHostAddress("192.0.2.1"_s)}}};
         });
         Modal::setRunner([](QDialog &) { return 1; });
-        QVERIFY(m_dataMgr->startHttpService());
+        QVERIFY(m_run->mgr.startHttpService());
     }
 
     void cleanup()
     {
-        m_dataMgr->close();
-        m_dataMgr.reset();
-        m_dbOperator.reset();
-        Modal::setRunner({});
+        m_run->mgr.close();
+        m_run.reset();
     }
 
-    void telephonesGetWholeDocumentsWhileTheListIsEdited()
+    void phonesGetWholeDocumentsWhileTheListIsEdited()
     {
-        const quint16 port = m_dataMgr->serverPort();
+        const quint16 port = m_run->mgr.serverPort();
         std::atomic<int> waiting{clientCount};
         std::atomic<int> wrong{0};
         std::atomic<int> newest{0};
@@ -126,16 +114,13 @@ private slots:
         while (waiting > 0) {
             ++version;
             if (version % 4 == 0) {
-                QFile file(m_folder->filePath("list.csv"_s));
-                QVERIFY(file.open(QIODevice::WriteOnly));
-                file.write(DeviceBackup::csv(devicesOfVersion(version)));
-                file.close();
-                m_dataMgr->setImportFlag(true);
-                m_dataMgr->importFile(file.fileName());
+                m_run->mgr.setImportFlag(true);
+                QVERIFY(m_run->import(
+                    writeFile(at("list.csv"_s), DeviceBackup::csv(devicesOfVersion(version)))));
             } else {
                 ContactInfo edited = deviceOfVersion(version % deviceCount, version);
                 edited.id = version % deviceCount + 1;
-                m_dataMgr->updateContact(edited);
+                m_run->mgr.updateContact(edited);
             }
             for (int turn = 0; turn < 10; ++turn)
                 QCoreApplication::processEvents();
@@ -149,26 +134,24 @@ private slots:
     void answersNeedNoStoreThatWorks()
     {
         Modal::setRunner([](QDialog &) { return 0; });
-        m_dbOperator->database()->closeDatabase();
+        m_run->dbOperator.database()->closeDatabase();
         const auto fetch = [this](int device) {
-            return bodyOf(ask(m_dataMgr->serverPort(), requestOf(device, "KTP")));
+            return bodyOf(ask(m_run->mgr.serverPort(), requestOf(device, "KTP")));
         };
         ContactInfo edited = deviceOfVersion(3, 7);
         edited.id = 4;
-        m_dataMgr->updateContact(edited);
+        m_run->mgr.updateContact(edited);
         QCOMPARE(versionOf(fetch(3)), 7);
-        m_dataMgr->deleteContactAt(5);
+        m_run->mgr.deleteContactAt(5);
         QCOMPARE(fetch(5), QByteArray());
         // The request asked for the save to be tried again; it is, once there is a store.
-        QVERIFY(m_dbOperator->database()->openDatabase());
+        QVERIFY(m_run->dbOperator.database()->openDatabase());
         QCOMPARE(versionOf(fetch(4)), 0);
-        QTRY_COMPARE(m_dbOperator->load().at(3).city, "v7.city"_s);
+        QTRY_COMPARE(m_run->dbOperator.load().at(3).city, "v7.city"_s);
     }
 
 private:
-    std::unique_ptr<QTemporaryDir> m_folder;
-    std::unique_ptr<DBOperator> m_dbOperator;
-    std::unique_ptr<DataMgr> m_dataMgr;
+    std::optional<Run> m_run;
 };
 
 QTEST_MAIN(TestProvisioning)

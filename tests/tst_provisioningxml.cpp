@@ -218,7 +218,7 @@ void TestProvisioningXml::readersGetWholeDocuments()
     while (writing > 0) {
         const QByteArray found = fileContent(path);
 #ifdef Q_OS_WIN
-        // There a reader keeps the writers out; none in life reads without a pause.
+        // There a reader keeps the writers out, and no real one reads without a pause.
         QThread::msleep(5);
         if (found.isEmpty())
             continue; // refused, at the moment of the replacement

@@ -232,7 +232,7 @@ private slots:
             openWindow();
             QCOMPARE(checkedLanguage(), row.after == chineseConfig ? "zh"_s : "en"_s);
             QCOMPARE(fileContent(m_config), QByteArray(row.after));
-            // One that names no language is left alone.
+            // A note that names no language is left alone.
             QCOMPARE(QFile::exists(path("VLManager.ini")), row.before == row.after);
         }
     }
@@ -305,7 +305,7 @@ private slots:
             QTest::keyClick(dialog, Qt::Key_Escape);
             QCOMPARE(fileContent(m_port), isRight ? portXml("0", port) : before);
         }
-        // A glance leaves what is stored as it is, also where it could not be typed.
+        // OK without an edit keeps what is stored, also where it could not be typed.
         for (const char *const stored : {"8080", ""}) {
             writeFile(m_port, portXml("0", stored));
             dialog = openPortDialog();

@@ -78,7 +78,7 @@ private slots:
             QCOMPARE(later.count("first"), 0);
             QTRY_COMPARE_WITH_TIMEOUT(first.count("knock"), knocks, patienceMs);
         }
-        // Ends as it should, so that no segment stays behind on the test machine.
+        // It ends as it should, so that no segment stays behind on the test machine.
         first.closeWriteChannel();
         QVERIFY(first.waitForFinished(patienceMs));
         QCOMPARE(first.exitCode(), 0);

@@ -126,7 +126,7 @@ void TestSqliteDatabase::mergeReplacesOlderRows()
 {
     QVERIFY(m_store->openDatabase());
     const RawDatabase raw(path());
-    // A known one twice, a settled pair, one that is only new, and one in another case.
+    // A known MAC twice, a settled pair, one MAC that is only new, and one in another case.
     for (const char *row : {"1,'a',0", "2,'a',0", "3,'b',0", "4,'b',0", "5,'C',0", "6,'a',1",
                             "7,'a',1", "8,'d',1", "9,'c',1"})
         QVERIFY(raw.exec(insertMac.arg(QLatin1String(row))));

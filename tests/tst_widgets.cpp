@@ -110,7 +110,7 @@ private slots:
             cover.showOver(&window);
             press();
             QVERIFY2(!isHeard(), qPrintable(keys));
-            // However the focus got below the cover.
+            // The same with the focus below the cover.
             window.edit->setFocus();
             press();
             QVERIFY2(!isHeard(), qPrintable(keys));
@@ -151,7 +151,7 @@ private slots:
             page.button->setMinimumHeight(80);
             QTRY_VERIFY(page.height() > 80 && page.geometry() == page.shownGeometry());
 
-            // On its way out it is deaf.
+            // On its way out it takes no input.
             const QPoint center = page.button->mapTo(m_window.get(), page.button->rect().center());
             QTest::mouseClick(m_window->windowHandle(), Qt::LeftButton, {}, center);
             QTest::keyClick(m_window->windowHandle(), Qt::Key_Escape);
@@ -202,7 +202,7 @@ private slots:
         guide->show();
         guide->activateWindow();
         QVERIFY(QTest::qWaitForWindowActive(guide.get()));
-        // Who goes on by Space does not turn back at the end.
+        // Space on the last page does not turn back.
         const std::pair<Qt::Key, int> keys[] = {
             {Qt::Key_PageUp, 1}, {Qt::Key_Down, 2}, {Qt::Key_PageDown, 3}, {Qt::Key_Up, 2},
             {Qt::Key_Down, 3},   {Qt::Key_Down, 4}, {Qt::Key_Down, 5},     {Qt::Key_PageUp, 4},
@@ -221,7 +221,7 @@ private slots:
         guide->show();
         QCOMPARE(counter(), "8/9"_s);
         QTRY_COMPARE(visibleTitles(), QStringList(guide->pages().at(7).title));
-        // Gone in the middle of a turn, which then has nothing to end.
+        // The guide may be deleted in the middle of a turn.
         for (int turn = 0; turn < 2; ++turn)
             guide->leftPressed();
         guide.reset();

@@ -41,7 +41,7 @@ def send_damaged(address):
 
 
 def boot(address, mac, model, delay, story):
-    """One telephone; what it met is in `story` afterwards."""
+    """One phone; what it met is in `story` afterwards."""
     time.sleep(delay)
     story.update(mac=mac, model=model, heard=[], file="")
     begin = time.monotonic()

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""The program and telephones that boot, each on a host of its own.
+"""The program and phones that boot, each on a host of its own.
 
 Builds networks of hosts (network namespaces with virtual cards on a bridge), runs the program on one
 of them and phones on the others, and checks what they get. All lives in namespaces of this process,
@@ -16,7 +16,7 @@ import sys
 PHONES = pathlib.Path(__file__).resolve().with_name("phones.py")
 SKIPPED = 77
 INSIDE = "--inside"
-COUNT = 100  # telephones that boot within a second
+COUNT = 100  # phones that boot within a second
 CLOSE_SECONDS = 10
 PHONE_SECONDS = 10  # from each one's boot to its file
 
