@@ -31,6 +31,14 @@ const char docName[] = "cfg0200a7aabbcc.xml";
 const QString docFile = "cfg0200a7aabbcc.xml"_s;
 const char ok[] = "HTTP/1.0 200 Ok\r\n";
 
+#ifdef Q_OS_WIN
+constexpr bool canKeepBack = false;     // a connection comes before its client has said something
+constexpr qint64 phonesPatience = 5000; // a dropped thread notices 100 ms later
+#else
+constexpr bool canKeepBack = true;
+constexpr qint64 phonesPatience = 1000;
+#endif
+
 int entryCount(const QString &folder)
 {
     return QDir(folder).entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot).size();
@@ -48,11 +56,13 @@ std::vector<Phone> askMany(quint16 port, int count, const std::function<QByteArr
 {
     std::vector<Phone> phones;
     phones.reserve(std::size_t(count));
-    for (int i = 0; i < count; ++i)
+    for (int i = 0; i < count; ++i) {
         phones.emplace_back(port, firstHost + i % hosts);
-    int number = 0;
-    for (Phone &phone : phones)
-        phone.send(bytes(number++));
+        if (!canKeepBack)
+            phones.back().send(bytes(i));
+    }
+    for (int i = 0; canKeepBack && i < count; ++i)
+        phones[std::size_t(i)].send(bytes(i));
     return phones;
 }
 
@@ -261,7 +271,7 @@ private slots:
         Phone phone(m_port, 2);
         phone.send(request(docName, "KTP"));
         const QByteArray answer = phone.receiveAll();
-        QVERIFY2(timer.elapsed() < 1000, qPrintable(QString::number(timer.elapsed())));
+        QVERIFY2(timer.elapsed() < phonesPatience, qPrintable(QString::number(timer.elapsed())));
         QCOMPARE(bodyOf(answer), FakeSource::document(DeskPhoneXml, docName));
         if (hosts > 1) {
             QTRY_VERIFY(countNews(old) + countNews(young) >= 900 - HttpdServer::maxConnections);
