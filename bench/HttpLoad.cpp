@@ -18,7 +18,7 @@ using Clock = std::chrono::steady_clock;
 
 constexpr int loadThreads = 2;
 
-/// Loopback answers in far less; who says nothing for so long has failed.
+/// Loopback answers far sooner; a server that is silent for so long has failed.
 constexpr int patienceMs = 20000;
 
 double secondsSince(Clock::time_point start)
@@ -26,7 +26,7 @@ double secondsSince(Clock::time_point start)
     return std::chrono::duration<double>(Clock::now() - start).count();
 }
 
-/// That of 127.0.0.0 and `host`.
+/// The socket address of 127.0.0.0 plus `host`.
 sockaddr address(int host, std::uint16_t port)
 {
     sockaddr_in address{};
@@ -44,17 +44,17 @@ int connectTo(std::uint16_t port, int host = 0)
 {
     const int connection = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
     if (host != 0) {
-        const int later = 1; // the port, with the connection
+        const int later = 1; // the port is chosen with the connection
         ::setsockopt(connection, IPPROTO_IP, IP_BIND_ADDRESS_NO_PORT, &later, sizeof later);
         const sockaddr own = address(host, 0);
         ::bind(connection, &own, sizeof own);
     }
     const sockaddr server = address(1, port);
-    ::connect(connection, &server, sizeof server); // what fails shows when it is used
+    ::connect(connection, &server, sizeof server); // a failure shows at the first use
     return connection;
 }
 
-/// One of the threads: an event loop over its share of the telephones.
+/// The work of one thread: an event loop over its share of the phones.
 class Loader
 {
 public:

@@ -5,38 +5,38 @@
 #include <cstdint>
 #include <vector>
 
-/// What a telephone asks for, and what tells that it got the right document.
+/// What a phone asks for, and how the right document is recognised.
 struct LoadRequest
 {
     QByteArray bytes;
-    QByteArray mark; ///< stands in this telephone's document alone
-    int host = 0;    ///< the telephone's address is 127.0.0.0 and so many; 0: the system's choice
+    QByteArray mark; ///< occurs only in this phone's document
+    int host = 0;    ///< the phone's address is 127.0.0.0 plus this; 0: the system's choice
 };
 
 struct LoadResult
 {
     qint64 answers = 0; ///< whole and right
-    qint64 faults = 0;  ///< cut, wrong or none
+    qint64 faults = 0;  ///< cut off, wrong or missing
     double seconds = 0;
     double longest = 0; ///< from the connection to the end of the slowest answer, in seconds
 
     double perSecond() const { return static_cast<double>(answers) / seconds; }
 };
 
-/// Plays telephones against a server on this machine: `atOnce` of them at any time, each on a
-/// connection of its own, by two threads that wait for many sockets each. With `seconds`, the
-/// requests over and over for so long; without, each once.
+/// Plays phones against a server on this machine: `atOnce` of them at any time, each on a
+/// connection of its own, in two threads that wait for many sockets each. Repeats the requests for
+/// `seconds`; with 0, sends each once.
 LoadResult playTelephones(std::uint16_t port, const std::vector<LoadRequest> &requests, int atOnce,
                           double seconds = 0);
 
-/// Opens connections that say nothing, and keeps them until it is destroyed. Connections that the
-/// server has closed are not opened again.
+/// Opens connections that send nothing, and keeps them until it is destroyed. Does not open
+/// connections again that the server has closed.
 class IdleConnections
 {
 public:
-    /// From eight hosts.
+    /// Opens the connections from eight hosts.
     IdleConnections(std::uint16_t port, int count);
-    /// How many the other side has not closed.
+    /// How many connections the server has not closed.
     int standing() const;
     ~IdleConnections();
     IdleConnections(const IdleConnections &) = delete;

@@ -38,8 +38,8 @@ private:
     std::vector<qint64> m_nanoseconds;
 };
 
-/// An event in the queue that is due at once, again and again: how late it comes is how long the
-/// window would have stood still.
+/// A timer event that is due every millisecond: the time between two is how long the window would
+/// have stood still.
 class Pulse : public QObject
 {
 public:
@@ -62,7 +62,7 @@ private:
     double m_longest = 0;
 };
 
-/// The number's device, filled as a real one is.
+/// The device of this number, filled like a real one.
 inline ContactInfo benchDevice(int number)
 {
     const QString digits = QStringLiteral("%1").arg(number, 6, 16, QLatin1Char('0'));
@@ -106,7 +106,7 @@ inline QList<ContactInfo> benchDevices(int count)
     return devices;
 }
 
-/// The name under which this device's telephone asks for its document.
+/// The name under which this device's phone asks for its document.
 inline QString benchFileName(const ContactInfo &device)
 {
     QString mac = device.mac;

@@ -1,10 +1,10 @@
-// How the HTTP service stands beside nginx, which serves the same files: telephones ask each in
-// turn, round by round, so that whatever else the machine does hits both alike.
-//   bench_http [FOLDER [SECONDS [log]]]     the folder decides which disk is measured; how long a
-//   round is; "log" measures only what the request log costs
+// Compares the HTTP service with nginx, which serves the same files: phones ask each in turn, round
+// by round, so that other load on the machine hits both alike.
+//   bench_http [FOLDER [SECONDS [log]]]     FOLDER decides which disk is measured, SECONDS how long
+//   a round is; "log" measures only the cost of the request log
 //
-// The service runs as in the program, with a window on a stand-in for a screen and the report box
-// in it, in a process of its own.
+// The service runs as in the program, with the report box on an offscreen display, in a process of
+// its own.
 #include "HttpLoad.h"
 #include "Measure.h"
 #include "app/ReportBox.h"
@@ -41,7 +41,7 @@ constexpr int storms = 10;
 constexpr int idleConnections = 1000;
 constexpr int logRounds = 9;
 
-/// What the process of the service tells.
+/// What the process of the service reports.
 struct Report
 {
     std::uint16_t port = 0;
@@ -76,8 +76,8 @@ double processorTime(qint64 process)
     return time;
 }
 
-/// The process of the service: answers each byte of its input by a report, and ends with it.
-/// `isLogged`: with the request log, and all that the window tells of a request's end.
+/// The process of the service: answers each byte of its input by a report, and ends with the input.
+/// `isLogged` adds the request log, and all that the window shows of a request's end.
 int serve(const QString &path, int devices, bool isLogged)
 {
     DBOperator dbOperator(path);
@@ -140,7 +140,7 @@ public:
     Service(const Service &) = delete;
     Service &operator=(const Service &) = delete;
 
-    /// Waits until the service runs.
+    /// Asks for a report; waits until the service runs.
     Report report()
     {
         m_process.write("?");
@@ -158,7 +158,7 @@ private:
     QProcess m_process;
 };
 
-/// nginx over a folder of documents, set up as simply as it can be, with a process for each core.
+/// nginx serving a folder of documents, configured as simply as possible, with a process a core.
 class Nginx
 {
 public:
@@ -208,7 +208,7 @@ private:
     std::uint16_t m_port = 0;
 };
 
-/// The telephones of so many devices, spread over a list of `listed`.
+/// The requests of the phones of `count` devices, spread over a list of `listed`.
 std::vector<LoadRequest> telephones(int count, int listed)
 {
     std::vector<LoadRequest> requests;
@@ -235,14 +235,14 @@ void tellFaults(const char *who, const LoadResult &result)
                     static_cast<long long>(result.faults + result.answers));
 }
 
-/// Answers a second, ours beside nginx's.
+/// Compares the answers a second of the service and of nginx.
 void compareRates(const char *what, Service &service, const Nginx &nginx,
                   const std::vector<LoadRequest> &requests, double seconds)
 {
     const std::uint16_t port = service.report().port;
     std::vector<double> ours;
     std::vector<double> theirs;
-    std::vector<double> ownTime; // of the processor, for an answer
+    std::vector<double> ownTime; // processor time for an answer
     std::vector<double> otherTime;
     for (int round = 0; round < rounds; ++round) {
         const double ownBefore = processorTime(service.process());
@@ -326,14 +326,14 @@ void compareLists(const QString &folder, int devices, const char *what, double s
         return;
     const IdleConnections idleHere(service.report().port, idleConnections);
     const IdleConnections idleThere(nginx.port(), idleConnections);
-    QThread::sleep(3); // those for which there is no room have been turned away
+    QThread::sleep(3); // until connections without room have been turned away
     compareRates("the same beside idle connections", service, nginx, requests, seconds);
     std::printf("    of %d idle ones opened, ours holds %d and nginx %d\n", idleConnections,
                 idleHere.standing(), idleThere.standing());
 }
 
-/// Answers a second with and without the request log, by turns: all telephones on one host, which
-/// soon has summary rows only, and each on its own, which has a row each.
+/// Answers a second with and without the request log, in turn: with all phones on one host, which
+/// soon gets summary rows only, and with each phone on its own host, which gets a row for each.
 void compareLogs(const QString &folder, double seconds)
 {
     const QString path = folder + QStringLiteral("/log%1/");

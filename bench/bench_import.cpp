@@ -1,5 +1,5 @@
-// What an import costs, from the file to the saved list, against what the sqlite3 shell takes to
-// bring the same file into the same table.
+// Measures an import, from the file to the saved list, beside the sqlite3 shell's import of the
+// same file into the same table.
 //   bench_import [devices [rounds [folder]]]      the folder decides which disk is measured
 #include "Measure.h"
 #include "storage/DBOperator.h"
@@ -23,8 +23,8 @@
 
 namespace {
 
-/// Seconds that the processor spent on this program or on those that it started: unlike the time
-/// by the clock, no neighbour lengthens them.
+/// Processor seconds spent on this program or on those that it started. Unlike the elapsed time,
+/// other load on the machine does not lengthen them.
 double processorTime(__rusage_who_t whose)
 {
     rusage usage = {};
@@ -35,7 +35,7 @@ double processorTime(__rusage_who_t whose)
 
 struct Cost
 {
-    /// Calls `work`; what it costs is counted for this program or for those that it started.
+    /// Calls `work` and adds its cost, either to this program or to those that it started.
     template <typename Work>
     void measure(__rusage_who_t whose, Work &&work)
     {
@@ -55,7 +55,7 @@ bool writeList(const QString &path, int count)
            file.write(DeviceBackup::csv(benchDevices(count))) > 0;
 }
 
-/// The import as the program runs it behind its cover; returns the longest time without an event.
+/// Imports as the program does; returns the longest time without an event, in milliseconds.
 double importInProgram(const QString &list, const QString &parent, int count, Cost &cost)
 {
     const QTemporaryDir folder(parent + QStringLiteral("/bench-XXXXXX"));
@@ -79,8 +79,8 @@ double importInProgram(const QString &list, const QString &parent, int count, Co
     return pulse.longestGap();
 }
 
-/// How long the window stands still while the program looks at the file ahead of the import, beside
-/// a list of as many devices.
+/// How long the window stands still while the program looks at the file ahead of the import, with
+/// an empty list and with one of as many devices.
 void lookAhead(const QString &list, const QString &parent, int count)
 {
     const QTemporaryDir folder(parent + QStringLiteral("/bench-XXXXXX"));
@@ -108,7 +108,7 @@ void lookAhead(const QString &list, const QString &parent, int count)
     }
 }
 
-/// The shell says of every line that it lacks two columns of the table, which nobody reads.
+/// The shell warns of every line that it lacks two columns of the table; the warnings are dropped.
 void importInShell(const QString &list, const QString &parent, int count, Cost &cost)
 {
     const QTemporaryDir folder(parent + QStringLiteral("/bench-XXXXXX"));
@@ -152,7 +152,7 @@ int main(int argc, char *argv[])
     Cost program;
     Cost shell;
     double gap = 0;
-    // In turn, so that both meet the same disk and the same neighbours.
+    // In turn, so that both meet the same disk and the same load on the machine.
     for (int round = 0; round < rounds; ++round) {
         gap = std::max(gap, importInProgram(list, parent, count, program));
         if (hasShell)

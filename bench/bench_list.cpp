@@ -1,5 +1,5 @@
-// What a long list makes the user wait for, in the real window: a batch from the dialog, a key in
-// that dialog or in a search box, the start. And what it takes in memory.
+// Measures how long a long list makes the user wait in the real window: for a batch from the
+// dialog, a key in that dialog or in a search box, a change, the start. And the memory it takes.
 //   bench_list [folder]         the folder decides which disk is measured
 // Without a display: QT_QPA_PLATFORM=offscreen. With one, painting on it is measured as well.
 #include "Measure.h"
@@ -32,7 +32,7 @@ namespace {
 
 constexpr int rowsOfAScreen = 100;
 
-/// The program over a folder of its own; what it shows it finds beside its executable.
+/// The program in a folder of its own; it loads what it shows from beside its executable.
 class Program
 {
 public:
@@ -46,7 +46,7 @@ public:
                           "<AutoHttpd>0</AutoHttpd></root>");
     }
 
-    /// From nothing to the painted window.
+    /// Starts the program and waits for the painted window.
     void start()
     {
         const QString folder = m_folder.path() + QLatin1Char('/');
@@ -62,7 +62,7 @@ public:
         dataMgr.reset();
         dbOperator.reset();
     }
-    /// Until nothing is left to do or to paint.
+    /// Waits until nothing is left to do or to paint.
     void settle() const
     {
         if (!QTest::qWaitForWindowExposed(window.get()))
@@ -158,7 +158,7 @@ void measureBatch(const QString &parent, int listed, int count)
                 listed, count, longest, batches.median() / 1000);
 }
 
-/// The dialog that looks ahead at as many devices as it makes at most, all of them listed.
+/// A key in the batch dialog while it previews `listed` devices, all of them in the list.
 void measureTyping(const QString &parent, int listed)
 {
     Program program(parent);
@@ -192,8 +192,8 @@ void measureTyping(const QString &parent, int listed)
                 qPrintable(dialog->findChild<QLabel *>(QStringLiteral("batchPreview"))->text()));
 }
 
-/// What a user does to a single device of a long list: how long the window stands still, and how
-/// long it takes until the list is saved.
+/// Changes of a single device in a long list: how long the window stands still, and how long it
+/// takes until the list is saved.
 void measureChanges(const QString &parent, int listed)
 {
     Program program(parent);
@@ -288,7 +288,7 @@ void measureKeys(const QString &parent, int listed)
     }
 }
 
-/// The list with texts far longer than anybody can read.
+/// Paints a list with texts far longer than anybody can read.
 void measureLongTexts(const QString &parent, int characters)
 {
     Program program(parent);
@@ -334,7 +334,7 @@ double measureStarts(const QString &parent, int stored)
     return longest;
 }
 
-/// What the process holds in memory, without what it could give back; 0 where nobody tells.
+/// The memory that the process holds and could not give back; 0 where the system does not tell.
 qint64 bytesHeld()
 {
     giveBackFreeMemory();
@@ -358,7 +358,7 @@ void measureMemory(const QString &parent, int stored)
                 stored, static_cast<long long>((bytesHeld() - without) / stored));
 }
 
-/// What it costs to take back that all devices were deleted, and to hold fifty small changes.
+/// The cost of undoing the deletion of all devices, and of keeping fifty small changes.
 void measureUndo(const QString &parent, int listed)
 {
     Program program(parent);

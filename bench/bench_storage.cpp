@@ -1,4 +1,4 @@
-// What a save, a look at the list and a telephone's document cost, by the length of the list.
+// Measures a save, a load, a snapshot of the list and a phone's document, by the list's length.
 //   bench_storage [folder]      the folder decides which disk is measured
 #include "Measure.h"
 #include "model/ExportType.h"

@@ -1,6 +1,6 @@
-# Ends with an error when a source of FOLDER includes a header of a folder that it does not see.
+# Fails when a source of FOLDER includes a header of a folder that FOLDER does not see.
 #   cmake -DSOURCE_DIR=... -DFOLDER=net -DSEES=net,model,widgets -DSTAMP=... -P CheckIncludes.cmake
-# SEES names all folders of ours that it does see, itself among them; STAMP is touched in the end.
+# SEES lists the project's folders that FOLDER sees, itself included; STAMP is touched at the end.
 string(REPLACE "," "|" sees "${SEES}")
 file(GLOB folders RELATIVE "${SOURCE_DIR}" "${SOURCE_DIR}/*/CMakeLists.txt")
 list(TRANSFORM folders REPLACE "/CMakeLists.txt" "")

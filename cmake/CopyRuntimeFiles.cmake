@@ -1,10 +1,10 @@
-# Lays what the program reads at run time beside the built executable:
+# Copies what the program reads at run time to the folder of the built executable:
 #   cmake -DSOURCE_DIR=<project> -DBIN_DIR=<folder of the executable>
 #         -DCATALOGUE_DIR=<build folder>/catalogues -P CopyRuntimeFiles.cmake
 #
-# resource/ becomes an exact copy, without the drawings that its pictures are made
-# from. language/ is copied too, with the catalogues made from its sources, but the two settings documents in it belong to
-# whoever runs the program there: they are laid down once and never overwritten.
+# resource/ becomes an exact copy, without the drawings from which its pictures are made. language/
+# is copied too, with the catalogues made from its sources. The two settings documents in it belong
+# to the user who runs the program there: they are copied once and never overwritten.
 cmake_minimum_required(VERSION 3.25)
 
 foreach(name SOURCE_DIR BIN_DIR CATALOGUE_DIR)
@@ -27,7 +27,7 @@ foreach(file IN LISTS wanted)
     copy_if_different(${SOURCE_DIR}/resource/${file} ${BIN_DIR}/resource/${file})
 endforeach()
 
-# A picture that was removed or renamed must not live on beside the executable.
+# A picture that was removed or renamed must not stay beside the executable.
 file(GLOB_RECURSE present RELATIVE ${BIN_DIR}/resource ${BIN_DIR}/resource/*)
 if(wanted)
     list(REMOVE_ITEM present ${wanted})

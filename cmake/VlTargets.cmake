@@ -1,5 +1,5 @@
-# What every target of ours is built with. Qt's headers are system headers and
-# stay out of the warnings.
+# The options with which every target of this project is built. Qt's headers are system headers
+# and give no warnings.
 find_package(Threads REQUIRED)
 
 add_library(vl_options INTERFACE)
@@ -7,20 +7,20 @@ target_compile_options(vl_options INTERFACE
     -Wall -Wextra -Wpedantic -Wshadow -Wconversion
     -Wold-style-cast -Woverloaded-virtual -Wnon-virtual-dtor
     -Werror
-    # qCDebug() is such a macro; GCC says nothing of those in Qt's headers.
+    # qCDebug() is such a macro; GCC does not warn of macros in Qt's headers.
     $<$<CXX_COMPILER_ID:Clang>:-Wno-gnu-zero-variadic-macro-arguments>
     -fstack-protector-strong)
 if(NOT VL_SANITIZE)
-    # The sanitizers bring checks of their own for what this one covers.
+    # The sanitizers have their own checks for what _FORTIFY_SOURCE covers.
     target_compile_options(vl_options INTERFACE
         $<$<CONFIG:Release,RelWithDebInfo>:-U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2>)
 endif()
 if(WIN32)
-    # Windows' headers without what is rarely used and takes common names ("interface", "min").
+    # Keeps Windows' headers from declaring what is rarely used or takes common names ("min").
     target_compile_definitions(vl_options INTERFACE WIN32_LEAN_AND_MEAN NOMINMAX)
 endif()
 if(MINGW)
-    # Where the stack protector is a library of its own.
+    # Here the stack protector is a library of its own.
     target_link_options(vl_options INTERFACE -fstack-protector-strong)
 endif()
 target_compile_definitions(vl_options INTERFACE
@@ -29,12 +29,12 @@ target_compile_definitions(vl_options INTERFACE
     QT_NO_FOREACH
     QT_NO_NARROWING_CONVERSIONS_IN_CONNECT
     QT_DEPRECATED_WARNINGS
-    # Keeps file and line in the log of release builds as well.
+    # Keeps file and line in the log of release builds too.
     QT_MESSAGELOGCONTEXT)
 if(VL_SANITIZE)
     target_compile_options(vl_options INTERFACE -fsanitize=${VL_SANITIZE} -fno-omit-frame-pointer -g)
     target_link_options(vl_options INTERFACE -fsanitize=${VL_SANITIZE})
-    # Qt's own checks of how it is used as well, which release builds leave out.
+    # Adds Qt's own assertions, which release builds leave out.
     target_compile_definitions(vl_options INTERFACE QT_FORCE_ASSERTS)
 endif()
 if(VL_FUZZ)
@@ -43,8 +43,8 @@ if(VL_FUZZ)
         -fsanitize=fuzzer-no-link -fno-sanitize-recover=undefined)
 endif()
 
-# vl_plugins(<executable>): of a static Qt, the plugins that the program uses, and the
-# screen that the tests use.
+# vl_plugins(<executable>): links the plugins of a static Qt that the program uses, and the
+# platform plugin that the tests use.
 function(vl_plugins name)
     get_target_property(type Qt5::Core TYPE)
     if(type STREQUAL STATIC_LIBRARY)
@@ -56,9 +56,9 @@ function(vl_plugins name)
     endif()
 endfunction()
 
-# vl_library(<folder> SOURCES ... LINK ...): the library of one folder. LINK names
-# what its headers need (our folders below it, Qt modules); an include of anything else
-# of ours does not build.
+# vl_library(<folder> SOURCES ... LINK ...): the library of one folder. LINK names what its
+# headers need (folders below it, Qt modules); an include from any other folder of the project
+# fails the build.
 function(vl_library name)
     cmake_parse_arguments(ARG "" "" "SOURCES;LINK" ${ARGN})
     set(sees ${name})

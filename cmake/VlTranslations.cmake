@@ -1,11 +1,11 @@
-# The target `catalogues`: what the program needs to speak a language, in VL_CATALOGUE_DIR.
+# The target `catalogues`: the translations that the program loads, in VL_CATALOGUE_DIR.
 #
 # zh.qm and en.qm are made from language/*.ts. Qt's own Chinese texts (dialog buttons, the file
 # dialog) come from the installed Qt: its qt_zh_CN.qm only refers to catalogues of single Qt
 # modules, and QTranslator loads it only when each of them lies beside it.
 set(VL_CATALOGUE_DIR ${CMAKE_BINARY_DIR}/catalogues)
 
-# Tools and catalogues run and read alike on every system, so a cross build takes the host's.
+# Catalogues are the same on every system, so a cross build takes the host's, and the host's tool.
 find_program(VL_LRELEASE NAMES lrelease lrelease-qt5
     HINTS /usr/lib/qt5/bin ${Qt5_DIR}/../../../bin
     NO_CMAKE_FIND_ROOT_PATH REQUIRED)
@@ -28,7 +28,7 @@ foreach(language zh en)
     list(APPEND catalogues ${catalogue})
 endforeach()
 
-# A reference is a catalogue's name in UTF-16, so each catalogue at hand is looked for by name.
+# A reference is a catalogue's name in UTF-16, so each installed catalogue is looked for by name.
 get_filename_component(qtFolder ${VL_QT_CATALOGUE} DIRECTORY)
 file(READ ${VL_QT_CATALOGUE} references HEX)
 file(GLOB qtCatalogues ${qtFolder}/*_zh_CN.qm)

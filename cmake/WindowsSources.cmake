@@ -1,6 +1,6 @@
-# Compiles on other systems too what only Windows takes into the program, so that it
-# cannot rot unseen: against the headers of this system's Qt, which follow the compiler
-# in what they declare. Nothing is linked, so no Windows libraries are needed. Without
+# Compiles the sources that only the Windows program has on other systems too, so that
+# they cannot rot unseen. The headers are those of this system's Qt, whose declarations
+# follow the compiler. Nothing is linked, so no Windows libraries are needed. Without
 # the cross compiler nothing is checked.
 find_program(VL_WINDOWS_COMPILER x86_64-w64-mingw32-g++-posix)
 if(NOT VL_WINDOWS_COMPILER)

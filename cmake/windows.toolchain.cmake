@@ -1,5 +1,5 @@
-# Builds for 64-bit Windows on another system, with everything of the compiler's inside
-# the executable. Qt and SQLite come from the folder in the environment's
+# Builds for 64-bit Windows on another system, with the compiler's libraries inside the
+# executable. Qt and SQLite come from the folder in the environment's
 # VL_WINDOWS_LIBRARIES; see scripts/windows.sh, which makes it.
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR x86_64)
@@ -12,14 +12,14 @@ set(CMAKE_RC_COMPILER ${target}-windres)
 set(CMAKE_EXE_LINKER_FLAGS_INIT "-static")
 set(CMAKE_EXE_LINKER_FLAGS_RELEASE_INIT "-s")
 
-# Programs are this system's, all else is the target's.
+# Programs come from this system, everything else from the target.
 set(CMAKE_FIND_ROOT_PATH /usr/${target} $ENV{VL_WINDOWS_LIBRARIES})
 set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
 
-# Where it was made; it is not installed.
+# SQLite is used where it was built; it is not installed.
 set(SQLite3_INCLUDE_DIR $ENV{VL_WINDOWS_LIBRARIES}/sqlite CACHE PATH "")
 set(SQLite3_LIBRARY $ENV{VL_WINDOWS_LIBRARIES}/sqlite/libsqlite3.a CACHE FILEPATH "")
 

@@ -17,17 +17,17 @@
 
 namespace {
 
-/// More only get into each other's way: a folder takes one new name at a time.
+/// More threads only block each other: a folder takes one new name at a time.
 constexpr unsigned mostThreads = 8;
 
 constexpr auto ownerOnly = QFile::ReadOwner | QFile::WriteOwner;
 constexpr auto everybody = ownerOnly | QFile::ExeOwner | QFile::ReadGroup | QFile::WriteGroup |
                            QFile::ExeGroup | QFile::ReadOther | QFile::WriteOther | QFile::ExeOther;
 
-/// As old as this, a file that is being written is one that nobody writes any more.
+/// The age at which an unfinished file is one that nobody writes any more.
 constexpr qint64 leftOverSeconds = 60;
 
-/// The MAC of a document's name, as it is looked up; empty of any other name.
+/// The MAC in a document's name, in its look-up form; empty for any other name.
 QString documentMac(const QString &fileName)
 {
     static const QRegularExpression usualName(QStringLiteral("\\Acfg([0-9a-f]{12})\\.xml\\z"));
@@ -35,7 +35,7 @@ QString documentMac(const QString &fileName)
     return match.captured(1);
 }
 
-/// Removes the files in which a run was writing when it was killed.
+/// Removes the unfinished files of a run that was killed.
 void removeLeftOvers(const QString &folder)
 {
     const QString mark = QLatin1String(WholeFile::newFileMark);
@@ -51,7 +51,7 @@ void removeLeftOvers(const QString &folder)
 
 } // namespace
 
-/// Threads that share the rows among them. What they write is theirs by the row.
+/// One run of all threads, which share the rows out. Each row's file and outcome are one thread's.
 class DocumentWriter::Run
 {
 public:
@@ -70,7 +70,7 @@ public:
             QString why;
             Outcome &outcome = outcomes[static_cast<std::size_t>(row)];
             outcome = m_writer.writeRow(row, why);
-            // Only the first to fail says why.
+            // Only the first failure gives the reason.
             if (outcome == Outcome::Failed && !m_hasFailed.exchange(true))
                 reason = why;
         }
@@ -128,7 +128,7 @@ DocumentWriter::Outcome DocumentWriter::writeRow(int row, QString &reason) const
     return Outcome::Failed;
 }
 
-/// Whether the document is there and those can read it who should.
+/// Whether the folder has the document; also corrects who may read it.
 bool DocumentWriter::holds(const QString &path, const QByteArray &document) const
 {
     const QFileInfo info(path);

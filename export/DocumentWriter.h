@@ -9,38 +9,38 @@
 #include <vector>
 
 /// Writes the provisioning documents of a list into a folder from which another server hands them
-/// out, each under the name that its telephone asks for and for the family that the device's
-/// product model belongs to.
+/// out. Each document has the name that its phone asks for, and the form for the family of the
+/// device's product model.
 ///
-/// Only the owner of the process may read them, as they hold passwords, and the folder's group
-/// where the folder hands that on. Any thread, one at a time.
+/// The documents hold passwords: only the owner of the process may read them, and the folder's
+/// group where the folder hands its group on. Any thread, one at a time.
 class DocumentWriter
 {
     Q_DECLARE_TR_FUNCTIONS(DocumentWriter)
 
 public:
-    /// What became of a device's document.
+    /// What happened to a device's document.
     enum class Outcome : char {
-        None,      ///< it was not reached
-        Written,   ///< it is new, or has another content
-        Unchanged, ///< it was there
-        NoMac,     ///< no telephone can ask for it
-        Repeated,  ///< an earlier device of the list has the MAC
-        Failed     ///< it could not be written; what was there is as it was
+        None,      ///< the run stopped before it
+        Written,   ///< it is new, or its content has changed
+        Unchanged, ///< the folder had it already
+        NoMac,     ///< the device has no MAC by which a phone can ask for it
+        Repeated,  ///< an earlier device in the list has the MAC
+        Failed     ///< it could not be written; a file that was there is unchanged
     };
 
     /// `folder` must exist; without "/" at the end.
     DocumentWriter(const QString &folder, const DeviceListSnapshot &list);
 
-    /// Writes the documents on a thread for each processor, up to eight, this one among them, on
-    /// which `progress` is called with the number of the devices begun. Stops at the first that
-    /// fails. Returns the outcome for each row. What a run that was killed left is removed.
+    /// Writes the documents on one thread for each processor, up to eight, including this one.
+    /// Calls `progress` on this thread with the row that it begins. Stops at the first failure.
+    /// Returns the outcome for each row. Removes what a killed run left behind.
     std::vector<Outcome> write(const std::function<void(int)> &progress);
-    /// Removes the documents of devices that are not in the list, and no other file, until one
-    /// cannot be removed. Returns how many were.
+    /// Removes the documents of devices that are not in the list, and no other file. Stops at the
+    /// first that cannot be removed. Returns how many it removed.
     int removeOthers();
 
-    /// What failed and why, a sentence for the user; empty when nothing did.
+    /// What failed and why, as a sentence for the user; empty when nothing failed.
     QString reason() const { return m_reason; }
 
 private:

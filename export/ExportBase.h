@@ -4,7 +4,7 @@
 
 #include <QObject>
 
-/// Writes a list of devices to a file. An exporter is made for each file and may run on any thread.
+/// Writes a list of devices to a file. Each file has an exporter of its own, on any thread.
 class ExportBase : public QObject
 {
     Q_OBJECT
@@ -16,8 +16,8 @@ public:
     virtual bool exportFile(const QString &codecName, const QString &filePath,
                             QList<ContactInfo> &devices) = 0;
 
-    /// Why the file could not be written, for the user. Empty where that is not known, and for a
-    /// provisioning document, of which no user is told.
+    /// Why the file could not be written, for the user. Empty when the reason is not known, and for
+    /// a provisioning document, whose failure is not shown to the user.
     QString reason() const { return m_reason; }
 
 protected:

@@ -21,8 +21,8 @@ struct Element
     QString ContactInfo::*field;
 };
 
-/// The account settings in document order. Their names are what sets the families of telephones
-/// apart; the rest of the document is common to all.
+/// The account settings in document order. Only their names differ between the families of phones;
+/// the rest of the document is common to all.
 constexpr Element deskPhone[] = {
     {"P47", &ContactInfo::sip_server},     {"P35", &ContactInfo::sip_user_id},
     {"P270", &ContactInfo::first_account}, {"P3", &ContactInfo::username},
@@ -102,10 +102,10 @@ struct AddressGroup
     int firstElement; ///< number of the first of four consecutive elements
 };
 
-/// No document that real settings make is larger; spares growing it piece by piece.
+/// Real settings make no larger document. Reserving it spares growing the text piece by piece.
 constexpr int usualSize = 4096;
 
-/// Which the writer would leave half of to who makes bytes of the text.
+/// Written by us: the writer names no encoding when it writes to a text.
 constexpr char declaration[] = R"(<?xml version="1.0" encoding="UTF-8"?>)";
 
 constexpr int staticIpElement = 8;
@@ -171,7 +171,7 @@ void writeAddress(QXmlStreamWriter &xml, const AddressGroup &group, const QStrin
         writeElement(xml, group.firstElement + i, parts.at(i));
 }
 
-/// True when the file needs no writing. Who may read it is put right also then.
+/// True when the file needs no writing; its permissions are then corrected.
 bool holds(const QString &filePath, const QByteArray &content)
 {
     QFile file(filePath);
@@ -200,7 +200,7 @@ QByteArray provisioningDocument(const ContactInfo &device, ExportType family)
 {
     const QString version = QStringLiteral("version");
     const QString one = QStringLiteral("1");
-    // A text: into bytes, the writer writes each piece through a device of its own.
+    // A text: to bytes, the writer would write each piece through an I/O device.
     QString document;
     document.reserve(usualSize);
     document += QLatin1String(declaration);

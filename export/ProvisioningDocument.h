@@ -3,18 +3,18 @@
 #include "model/ContactInfo.h"
 #include "model/ExportType.h"
 
-/// The MAC that a provisioning file's name asks for: the 12 characters from position 3 of the name
-/// after the last "/", or as many as there are; empty when the name holds no "cfg". Neither
+/// The MAC in the name of a provisioning file: up to 12 characters from position 3 of the part
+/// after the last "/"; empty when that part does not contain "cfg". The characters are neither
 /// validated nor changed in case.
 QString provisioningFileMac(const QString &filePath);
 
-/// The whole document for one device, as its family wants it (see PhoneFamily), UTF-8. Characters
-/// that XML 1.0 cannot hold are left out, as no telephone could parse the file with them.
+/// The whole document for one device in UTF-8, in the form that `family` requires (see
+/// PhoneFamily). Leaves out characters that XML 1.0 forbids: no phone could parse a file with them.
 QByteArray provisioningDocument(const ContactInfo &device, ExportType family);
 
-/// Writes the document of the first of `devices` that the name of `filePath` asks for. The MAC of
-/// every record examined loses its colons. The file is replaced as a whole, so a reader on another
-/// thread gets the old document or the new one, and is left alone when it holds this document
-/// already. Only the owner of the process may read it, as it holds a password.
+/// Writes the document of the first of `devices` whose MAC is in the name of `filePath`. Removes
+/// the colons from the MAC of every record examined. The file is replaced as a whole, so a reader
+/// on another thread gets the old document or the new one; a file that already holds this document
+/// is not written. It holds a password, so only the owner of the process may read it.
 bool exportProvisioningDocument(const QString &filePath, QList<ContactInfo> &devices,
                                 ExportType family);

@@ -5,14 +5,14 @@
 
 /// Writes the provisioning document of any family.
 ///
-/// The device is chosen by the MAC in the file name (see provisioningFileMac()); the codec name is
-/// ignored, the document is always UTF-8. False when no device of the list has that MAC, with no
+/// The MAC in the file name chooses the device (see provisioningFileMac()). The codec name is
+/// ignored; the document is always UTF-8. False when no device in the list has that MAC, with no
 /// file touched, or when the file cannot be written.
 class ProvisioningExport : public ExportBase
 {
     Q_OBJECT
 public:
-    /// `family` is the document of one of the families.
+    /// `family` is the document type of one of the families.
     explicit ProvisioningExport(ExportType family)
         : m_family(family)
     {

@@ -1,6 +1,5 @@
-// Any bytes through the whole import into a device list, and what was listed out to a backup and
-// in again, which has to give the same list. The first byte chooses the encoding; the rest is the
-// file.
+// Imports any bytes into a device list, writes the list to a backup and imports that, which has to
+// give the same list. The first byte chooses the encoding; the rest is the file.
 #include "import/CSVParse.h"
 #include "model/ContactFields.h"
 #include "model/DeviceList.h"
@@ -19,7 +18,7 @@
 
 namespace {
 
-// An empty name stands for what encodingOf() tells.
+// An empty name stands for the result of encodingOf().
 constexpr std::array<const char *, 10> encodings = {
     "UTF-8", "GBK", "Big5", "Big5-HKSCS", "Shift-JIS", "EUC-KR", "KOI8-R", "unknown", "UTF-16", ""};
 
@@ -29,7 +28,7 @@ void require(bool kept)
         std::abort();
 }
 
-/// Answers every question about a MAC that is listed already with "Yes".
+/// Answers "Yes" to every question about a MAC that is in the list already.
 class Target : public ImportTarget
 {
 public:
@@ -52,7 +51,7 @@ public:
     DeviceList devices;
 };
 
-/// A line without anything in it is no device to a reader.
+/// The import skips a blank row, so a blank device does not come back.
 bool isBlank(const ContactInfo &device)
 {
     const auto &fields = contactFields();
@@ -70,7 +69,7 @@ QList<ContactInfo> listed(const Target &target)
     return contacts;
 }
 
-/// Says where they differ.
+/// Reports where the two lists differ.
 bool isSame(const QList<ContactInfo> &devices, const QList<ContactInfo> &again)
 {
     for (int row = 0; row < std::max(devices.size(), again.size()); ++row) {

@@ -1,4 +1,4 @@
-// Any bytes through the CSV reader, as the import calls it. The first byte chooses the mode; the
+// Reads any bytes with the CSV reader, as the import does. The first byte chooses the mode; the
 // rest is the file.
 #include "fuzz/FuzzTarget.h"
 #include "import/csv_parser.h"

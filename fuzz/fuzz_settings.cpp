@@ -1,5 +1,5 @@
-// Any bytes as each of the settings files. After a change, whatever stood in the file, the new
-// value has to be read from it.
+// Takes any bytes as each of the settings files. After a change, the new value has to be read from
+// the file, whatever it held before.
 #include "app/LanguageFile.h"
 #include "app/OptionsFile.h"
 #include "fuzz/FuzzTarget.h"

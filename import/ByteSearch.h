@@ -5,8 +5,8 @@
 #include <cstddef>
 #include <cstring>
 
-/// Where the byte stands first from `from` on, or -1. Many times as fast as QByteArray::indexOf(),
-/// which in this Qt looks at one byte after another.
+/// The position of the first such byte at or after `from`, or -1. Many times as fast as
+/// QByteArray::indexOf(), which in this Qt compares byte by byte.
 inline int indexOfByte(const QByteArray &bytes, char byte, int from = 0)
 {
     if (from >= bytes.size())

@@ -15,7 +15,7 @@
 
 namespace {
 
-/// Read in one step; more than a millisecond's work.
+/// The most that one step reads: more than a millisecond's work.
 constexpr std::size_t bytesInStep = 131072;
 constexpr int rowsInStep = 500;
 
@@ -25,7 +25,7 @@ void removeLineEnd(std::string &field)
         qCDebug(debugLog) << "row data str contain r, remove it.";
         field.erase(std::remove(field.begin(), field.end(), '\r'), field.end());
     }
-    // A field whose quote is never closed keeps the line's end, which is none of its text.
+    // A field with an unclosed quote keeps the line end, which is not part of its text.
     if (field.find('\n') != std::string::npos)
         field.erase(std::remove(field.begin(), field.end(), '\n'), field.end());
 }
@@ -79,7 +79,7 @@ bool CSVParse::import(const QString &sourcePath, const QString &encodingName)
     }
     if (reading() == Reading::Failed)
         return false;
-    // Whatever can go wrong with the file went wrong before the old list is given up.
+    // The old list is given up only after the whole file was read without a fault.
     if (!m_target.clearOld()) {
         qCDebug(debugLog) << "return false because clearOld";
         return false;
@@ -102,7 +102,7 @@ void CSVParse::start(const QString &sourcePath, const QString &encodingName)
         std::make_unique<TextSource>(sourcePath, m_workFolder, encodingName, legacyEncodingName());
 }
 
-/// Lets go of everything that a reading holds.
+/// Ends a reading and frees what it holds; only Phase::Done keeps the devices.
 void CSVParse::finish(Phase phase, ImportFault fault)
 {
     m_phase = phase;
@@ -173,7 +173,7 @@ void CSVParse::readTitles()
         return;
     }
     m_reader = std::make_unique<csv_parser>();
-    // Since the locale codec was set, the name is in UTF-8 on every system.
+    // start() set the locale codec, so the name is in UTF-8 on every system.
     const QByteArray name = QFile::encodeName(TextSource::workFiles(m_workFolder).last());
     if (!m_reader->open_file(name.constData())) {
         finish(Phase::Failed, ImportFault::NoWorkFiles);
@@ -209,8 +209,8 @@ void CSVParse::readRows()
     }
 }
 
-/// A field that says the same as the one above it shares its text: in most columns of a list that
-/// is every field, and texts are what an import spends its time and memory on.
+/// A field equal to the one above it shares its text. In most columns of a list that is every
+/// field, and texts take most of an import's time and memory.
 void CSVParse::readRow()
 {
     std::swap(m_row, m_rowAbove);
@@ -232,8 +232,8 @@ QStringList CSVParse::fields() const
     return QStringList(m_fields.begin(), m_fields.end());
 }
 
-/// Nothing in it, or the mark alone with which old systems end a text file. A backup's rows have
-/// more fields, so that no device in it is taken for either.
+/// Whether the row is empty or holds only the control character with which old systems end a text
+/// file. A backup's rows have more fields, so none of its devices is taken for that character.
 bool CSVParse::isBlank() const
 {
     if (m_fields.size() == 1 && m_fields.front().size() == 1 &&

@@ -12,11 +12,11 @@ class DeviceHeader;
 class ImportTarget;
 class TextSource;
 
-/// Imports a device list file: UTF-8, UTF-16 with a mark or the legacy encoding of the region, an
-/// English or a Chinese title row, columns in any order. GUI thread.
+/// Imports a device list file: UTF-8, UTF-16 with a byte-order mark or the region's legacy
+/// encoding; an English or a Chinese title row; columns in any order. GUI thread.
 ///
-/// The file is read through copies in the work folder, see TextSource, which the next import or
-/// removeWorkFiles() removes.
+/// Reads the file through copies in the work folder, see TextSource. The next import or
+/// removeWorkFiles() removes them.
 class CSVParse : public ParseBase
 {
     Q_OBJECT

@@ -11,8 +11,7 @@
 
 namespace {
 
-/// Titles any of which tells a type, in the order of testing. The first two stand in contact
-/// lists of several types and are told apart by what else is there.
+/// Titles, any one of which identifies a type. The table below has them in the order of testing.
 struct KeyTitles
 {
     HeaderType type;
@@ -56,7 +55,7 @@ QStringList columnsOf(HeaderType type)
     return DeviceHeader::standardLine(type).split(QLatin1Char(','));
 }
 
-/// Device titles are tested after those of contact lists, and win over them.
+/// The first match wins, but a device title, tested after those of phone books, wins over them.
 HeaderType typeByKeys(const QStringList &titles)
 {
     HeaderType type = PhonebookHeader;
@@ -77,7 +76,7 @@ bool isPhoneBook(const QStringList &titles)
            typeByKeys(titles) != PhonebookHeader;
 }
 
-/// How many columns of this kind of device list are there.
+/// How many columns of this kind of device list occur in `titles`.
 int countOf(HeaderType type, const QStringList &titles)
 {
     const QStringList columns = columnsOf(type);
@@ -86,8 +85,8 @@ int countOf(HeaderType type, const QStringList &titles)
     }));
 }
 
-/// A list of somebody's own making may have none of the titles that tell a device list: then "MAC"
-/// does, with any other of its titles, unless a phone book has been given that column.
+/// A hand-made list may have none of the key titles of a device list. "MAC" and one more of its
+/// titles then identify it, unless the other titles are those of a phone book.
 HeaderType classify(const QStringList &titles)
 {
     const HeaderType type = typeByKeys(titles);

@@ -8,8 +8,7 @@
 
 #include <vector>
 
-/// What kinds of title row are known. The numbers are shared with the exporters where they export
-/// the same kind.
+/// The known kinds of title row. A kind that is also exported has the number of its ExportType.
 enum HeaderType : int {
     PhonebookHeader = 2,
     OfficeHeader = 3,
@@ -21,19 +20,19 @@ enum HeaderType : int {
     ChineseDeviceHeader = 9,
 };
 
-/// The title row of a list file: which kind it is and where its columns stand.
+/// The title row of a list file: its kind and the positions of its columns.
 class DeviceHeader
 {
 public:
-    /// White space in `titles` makes no difference.
+    /// Superfluous white space in `titles` makes no difference.
     explicit DeviceHeader(const QStringList &titles);
 
     HeaderType type() const { return m_type; }
-    /// Why the rows below are no devices; None for a device header that has a MAC column.
+    /// Why the rows below are not devices; None for a device header with a MAC column.
     ImportFault fault() const { return m_fault; }
     /// Position in the file of each column of the standard header, -1 where the file lacks it.
     const QVector<int> &positions() const { return m_positions; }
-    /// Gives an empty device what a row of the file holds; a column that is lacking gives nothing.
+    /// Fills an empty device from a row of the file. A missing column leaves its field empty.
     void fill(ContactInfo &device, const std::vector<QString> &row) const;
 
     /// The standard header line of a type.

@@ -2,7 +2,7 @@
 
 #include <cstdio>
 
-/// Opens a file for reading its bytes as they are; null when it cannot be opened. `name` is the
-/// path in UTF-8 on Windows, elsewhere the bytes that the file system has. Each platform has its
-/// own source. The caller closes the stream.
+/// Opens a file for reading its bytes unchanged; null when it cannot be opened. `name` is the path,
+/// on Windows in UTF-8, elsewhere in the bytes of the file system. The caller closes the stream.
+/// Each platform has its own source.
 std::FILE *openInputFile(const char *name);

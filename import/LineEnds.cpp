@@ -33,7 +33,7 @@ QByteArray LineEnds::rest()
     return text;
 }
 
-/// Puts down the carriage returns that were held back, as what they are before this character.
+/// Writes the carriage returns that were held back, in the form that the next character requires.
 void LineEnds::putReturns(char next, QByteArray &text)
 {
     if (m_kind == Kind::Unknown)

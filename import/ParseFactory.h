@@ -12,8 +12,8 @@ class ParseFactory : public QObject
 public:
     using QObject::QObject;
 
-    /// A new importer without parent, owned by the caller. The paths of its work files begin
-    /// with `workFolder`, a folder with "/" at its end, or also the start of their names; `target`
-    /// must outlive it.
+    /// A new importer without parent, owned by the caller. `workFolder` is the start of its work
+    /// files' paths: a folder with "/" at its end, and optionally the start of their names.
+    /// `target` must outlive the importer.
     ParseBase *createParser(ImportTarget &target, const QString &workFolder);
 };

@@ -13,7 +13,7 @@ QByteArray field(const QByteArray &text)
     return '"' + QByteArray(text).replace('"', "\"\"") + '"';
 }
 
-/// A line with its end. Between quotes a tab is none that parts columns.
+/// Converts a line with its line end. A tab between quotes does not separate columns.
 QByteArray lineInCommas(const QByteArray &line)
 {
     QByteArray result;

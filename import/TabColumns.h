@@ -2,14 +2,14 @@
 
 #include <QByteArray>
 
-/// Puts commas between the columns of a text that has tabs there, and quotes around the fields that
-/// have a comma in them. A text whose first line has more commas than tabs stays as it is.
+/// Replaces the tabs between the columns of a text by commas, and quotes the fields that have a
+/// comma in them. Only changes a text whose first line has more tabs than commas.
 class TabColumns
 {
 public:
-    /// The whole lines of the text so far; the rest is held back.
+    /// Converts the lines that this piece completes; the rest is held back.
     QByteArray inCommas(const QByteArray &piece);
-    /// What was held back, at the end of the text.
+    /// Converts what was held back. To be called at the end of the text.
     QByteArray rest();
 
 private:

@@ -10,7 +10,7 @@ const QTextCodec *codecNamed(const QString &name)
     return name.isEmpty() ? nullptr : QTextCodec::codecForName(name.toUtf8());
 }
 
-/// UTF-8 gets no mark, UTF-16 needs one.
+/// UTF-8 gets no byte-order mark, UTF-16 needs one.
 QTextCodec::ConversionFlags flagsFor(const QTextCodec *codec)
 {
     return codec && codec->mibEnum() == utf8Mib ? QTextCodec::IgnoreHeader

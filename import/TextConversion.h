@@ -6,7 +6,7 @@
 
 #include <memory>
 
-/// Writes the text of a file again, in another encoding, in steps of a few milliseconds.
+/// Converts the text of a file to another encoding, in steps of a few milliseconds.
 class TextConversion
 {
 public:

@@ -9,9 +9,9 @@ namespace {
 constexpr QChar substitute(0x1a);
 constexpr int utf16Mib = 1015;
 
-/// Whether there are characters that a codec gives to bytes that stand for nothing: private ones,
-/// which some codecs have for every such byte or pair, or controls of the upper half. What a
-/// private character shows is known to the machine alone that the text was written on.
+/// Whether the text has characters by which a codec stands for unassigned bytes: private-use ones,
+/// which some codecs have for every such byte or pair, or controls of the upper half. Only the
+/// machine on which a text was written knows what its private-use characters show.
 bool hasUnassigned(const QString &text)
 {
     for (int i = 0; i < text.size(); ++i) {
@@ -51,7 +51,7 @@ void EncodingProbe::look(const QByteArray &block)
 
 EncodingProbe::Kind EncodingProbe::end() const
 {
-    // What remains is the start of a character that never ended.
+    // The remaining bytes start a character that never ends.
     if (m_kind == Kind::Utf8 && m_utf8.remainingChars > 0)
         return m_isMarked ? Kind::DamagedUtf8 : Kind::Other;
     return m_kind;
@@ -64,8 +64,8 @@ void EncodingProbe::lookForMark(const QByteArray &block)
         m_kind = Kind::Utf16;
 }
 
-/// One zero byte inside a row does no harm. One in the title row is a sign of a file that is no
-/// text, or UTF-16 without a mark; several are what is left of a block that was never written.
+/// One zero byte inside a row does no harm. One in the title row shows that the file is no text, or
+/// is UTF-16 without a byte-order mark; several in a row come from a block that was never written.
 void EncodingProbe::lookForZeroBytes(const QByteArray &block)
 {
     int zero = indexOfByte(block, '\0');
@@ -90,9 +90,9 @@ StrictDecoder::StrictDecoder(const QTextCodec &codec)
 {
 }
 
-/// Not every codec counts what it cannot read: those that Qt takes from ICU put U+FFFD or, for a
-/// single byte, SUB in its place. Whether the text gives the same bytes again tells nothing:
-/// several codecs know some characters by two codes, and give private ones back faithfully.
+/// Not every codec counts invalid bytes: those that Qt takes from ICU put U+FFFD or, for a single
+/// byte, SUB in their place. A comparison with the text encoded again would prove nothing: several
+/// codecs have two codes for some characters, and restore the bytes of private-use ones.
 bool StrictDecoder::decode(const QByteArray &piece, QString &text)
 {
     text = m_half + m_codec.toUnicode(piece.constData(), piece.size(), &m_state);
@@ -105,9 +105,9 @@ bool StrictDecoder::decode(const QByteArray &piece, QString &text)
            text.count(substitute) <= piece.count('\x1a') && !hasUnassigned(text);
 }
 
-/// A codec from ICU keeps to itself that the end cuts a character off. A line end behind it brings
-/// that to light. Those of UTF-16 are Qt's own, and the order of their bytes is the text's
-/// business.
+/// A codec from ICU does not report a character that the end of the text cuts off; a line end
+/// decoded after it shows the damage. The UTF-16 codecs are Qt's own and do report it. A line end
+/// for them would need the byte order of the text.
 bool StrictDecoder::end()
 {
     if (!m_half.isEmpty() || m_state.remainingChars > 0)

@@ -12,15 +12,15 @@ public:
         Utf8,
         DamagedUtf8, ///< marked as UTF-8, but some bytes are not
         Utf16,       ///< marked as UTF-16
-        Other,       ///< an encoding that the bytes do not tell
-        NotText,     ///< zero bytes in the first line, or two in a row
+        Other,       ///< an encoding that the bytes do not show
+        NotText,     ///< a zero byte in the first line, or two in a row
     };
 
-    /// Takes the next block; the first one has to hold the mark.
+    /// Takes the next block; the first one has to hold the whole byte-order mark.
     void look(const QByteArray &block);
-    /// What the blocks so far say. NotText stays, whatever follows.
+    /// The kind that the blocks so far show. NotText is final.
     Kind kind() const { return m_kind; }
-    /// What the whole file says, at its end.
+    /// The kind of the whole file. To be called at its end.
     Kind end() const;
 
 private:
@@ -35,14 +35,14 @@ private:
     bool m_endedInZero = false;
 };
 
-/// Decodes a text piece by piece and refuses what is not wholly in its encoding. The pieces may
-/// part a character.
+/// Decodes a text piece by piece and refuses bytes that are not in its encoding. A piece may end
+/// within a character.
 class StrictDecoder
 {
 public:
     explicit StrictDecoder(const QTextCodec &codec);
 
-    /// Puts the text of the next piece in `text`. False when the bytes do not stand for a text.
+    /// Puts the text of the next piece in `text`. False when the bytes are not in the encoding.
     bool decode(const QByteArray &piece, QString &text);
     /// False when the text ends within a character.
     bool end();
@@ -50,5 +50,5 @@ public:
 private:
     const QTextCodec &m_codec;
     QTextCodec::ConverterState m_state;
-    QString m_half; ///< the first half of a character that the next piece completes
+    QString m_half; ///< the high surrogate of a character that the next piece completes
 };

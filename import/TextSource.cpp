@@ -21,7 +21,7 @@ QString encodingFor(EncodingProbe::Kind kind, const QString &legacyEncoding)
     case EncodingProbe::Kind::Utf16:
         return utf16Name;
     default:
-        return utf8Name; // or for the import to fail on
+        return utf8Name; // the import fails on a damaged file
     }
 }
 
@@ -145,7 +145,7 @@ TextSource::State TextSource::cleanOn()
         return failed(unread);
     const bool isEnd = piece.isEmpty();
     QByteArray text = isEnd ? m_lineEnds.rest() : m_lineEnds.made(piece);
-    // Spreadsheets part the columns of their "Unicode text" with tabs.
+    // Spreadsheet programs separate the columns of their "Unicode text" by tabs.
     if (m_encoding == utf16Name)
         text = m_tabColumns.inCommas(text) + (isEnd ? m_tabColumns.rest() : QByteArray());
     const ImportFault unwritten = m_files.write(text);

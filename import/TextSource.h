@@ -11,16 +11,16 @@
 
 #include <memory>
 
-/// Brings the text of a list file into the form in which the CSV reader takes it, in steps of a few
-/// milliseconds: "tmp.csv" is the file as it is, "tmp1.csv" the same in UTF-8 where it was in
-/// another encoding, "tmp2.csv" has LF alone at the line ends and commas between the columns.
+/// Brings the text of a list file into the form that the CSV reader takes, in steps of a few
+/// milliseconds: "tmp.csv" is the unchanged file, "tmp1.csv" the same in UTF-8 if it was in another
+/// encoding, "tmp2.csv" has LF alone at the line ends and commas between the columns.
 class TextSource
 {
 public:
     enum class State { Copying, Converting, Cleaning, Done, Failed };
 
-    /// The file is in the encoding `encoding`; when that is empty, it is found out, and
-    /// `legacyEncoding` is what it is when its bytes do not tell. `folder` ends in "/".
+    /// `encoding` is that of the file. When it is empty, the file's bytes tell, and
+    /// `legacyEncoding` is taken if they do not. `folder` is the start of the work files' paths.
     TextSource(const QString &path, const QString &folder, const QString &encoding,
                const QString &legacyEncoding);
 
@@ -35,7 +35,7 @@ public:
     /// The encoding of the file; empty until it is known.
     QString encoding() const { return m_encoding; }
 
-    /// The encoding of the file, told as the constructor does. Reads all of it.
+    /// The encoding of the file, found out as above. Reads the whole file.
     static QString encodingOf(const QString &path, const QString &legacyEncoding);
     /// The paths of the three work files.
     static QStringList workFiles(const QString &folder);
@@ -57,6 +57,6 @@ private:
     EncodingProbe m_probe;
     std::unique_ptr<TextConversion> m_conversion;
     LineEnds m_lineEnds;
-    FileRewrite m_files; ///< of this state
+    FileRewrite m_files; ///< those of the present state
     TabColumns m_tabColumns;
 };

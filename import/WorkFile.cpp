@@ -3,7 +3,7 @@
 bool WorkFile::create()
 {
     remove();
-    // Without a buffer, so that each write tells by itself whether there was room for it.
+    // Without a buffer, so that each write reports whether there was room for it.
     return open(QIODevice::WriteOnly | QIODevice::Unbuffered) &&
            setPermissions(QFile::ReadOwner | QFile::WriteOwner);
 }

@@ -15,7 +15,7 @@ bool isSeparator(char character)
     return character == ',' || character == '\n';
 }
 
-/// A piece without the quotes around it, and with each doubled quote inside made one.
+/// The piece without the quotes around it, and with each doubled quote inside made single.
 std::string unquoted(std::string piece)
 {
     if (piece.size() >= 2 && piece.front() == quote && piece.back() == quote)
@@ -128,11 +128,11 @@ void csv_parser::next_row(csv_row &row)
         row = split_quoted();
 }
 
-/// Looks one character ahead, so that a last line that ends with the terminator is known to be the
+/// Looks ahead after the line, so that a last line that ends with the terminator is known to be the
 /// last.
 void csv_parser::_read_single_line()
 {
-    // A trace of every line, which a long list is better off without where nobody reads it.
+    // A trace of every line slows a long list down, so it is written only for debugging.
     if (debugLog().isDebugEnabled())
         std::fputs("_read_single_line!\n", stderr);
     m_line.clear();
@@ -150,7 +150,7 @@ void csv_parser::_read_single_line()
     m_moreRows = fill_block();
 }
 
-/// Reads on in the file when the block is used up. False at the end of the file.
+/// Reads the next block of the file when this one is used up. False at the end of the file.
 bool csv_parser::fill_block()
 {
     if (m_blockStart == m_blockEnd && m_stream) {
@@ -160,7 +160,7 @@ bool csv_parser::fill_block()
     return m_blockStart != m_blockEnd;
 }
 
-/// Every piece that ends in a terminator.
+/// The pieces of the line that end in a terminator.
 csv_row csv_parser::split_unenclosed() const
 {
     csv_row row;
@@ -215,7 +215,7 @@ csv_row csv_parser::split_quoted()
     return row;
 }
 
-/// What split_quoted() gives for a line without quotes, as most are, in a fraction of the time.
+/// As split_quoted(), in a fraction of the time, for a line without quotes; most lines have none.
 void csv_parser::split_plain(csv_row &row) const
 {
     std::size_t count = 0;
@@ -234,8 +234,8 @@ void csv_parser::split_plain(csv_row &row) const
     row.resize(count);
 }
 
-/// Puts a NUL where a field of the line ends; returns how many do. A pair of quotes inside a quoted
-/// field changes nothing: the first sets the flag and the second clears it.
+/// Replaces each separator by a NUL and returns their number. Doubled quotes inside a quoted field
+/// change nothing: the first sets `afterQuote` and the second clears it.
 std::size_t csv_parser::end_fields()
 {
     bool afterQuote = false;

@@ -6,11 +6,11 @@
 #include <string>
 #include <vector>
 
-/// The fields of one line, as the bytes that they are in the file.
+/// The fields of one line, in the bytes of the file.
 using csv_row = std::vector<std::string>;
 
-/// Reads a file of comma-separated values line by line. Knows bytes only: what they mean is the
-/// caller's business. Lines and fields may be of any length. Not for use from several threads.
+/// Reads a file of comma-separated values line by line. Handles bytes only; the caller decodes
+/// them. Lines and fields may be of any length. One thread at a time.
 class csv_parser
 {
 public:
@@ -27,19 +27,19 @@ public:
     csv_parser(const csv_parser &) = delete;
     csv_parser &operator=(const csv_parser &) = delete;
 
-    /// Opens the file, named as openInputFile() takes it, and makes the first row ready. Why it
-    /// failed goes to standard error.
+    /// Opens the file, named as openInputFile() takes it, and passes over the lines to skip. A
+    /// failure is reported to standard error.
     bool open_file(const char *name);
-    /// Reads an open stream from its start; the reader owns it from here on, also on failure.
+    /// Reads an open stream from its start. The reader owns the stream from here on.
     /// Part of the interface; nothing here calls it.
     bool open_stream(std::FILE *stream);
 
-    /// Each does nothing when the character is the zero byte. In optional mode the separators are
-    /// the comma and LF, whatever is set.
+    /// Each of these does nothing when the character is the zero byte. In optional mode the
+    /// separators are always the comma and LF.
     void set_enclosure(char character, int mode);
     void set_field_term(char character);
     void set_line_term(char character);
-    /// Only for mandatory mode: an enclosure character behind this one does not count.
+    /// Only for mandatory mode: an enclosure character right after this one does not count.
     /// Part of the interface; nothing here calls it.
     void set_escape(char character) { m_escape = character; }
     /// Lines to pass over when a file is opened.
@@ -48,10 +48,10 @@ public:
 
     /// Whether next_row() has something left to read.
     bool more_rows() const { return m_moreRows; }
-    /// Reads the next line. As a line keeps its terminator, a row that has one carries an empty
-    /// field more behind the last.
+    /// Reads the next line. In optional mode an LF at the line's end adds an empty field after the
+    /// last one.
     csv_row next_row();
-    /// The same into a row that exists, whose memory is used again.
+    /// The same into an existing row, whose memory is reused.
     void next_row(csv_row &row);
     /// Rows read since the file was opened.
     /// Part of the interface; nothing here calls it.
@@ -78,8 +78,8 @@ private:
     std::string m_fileName;
     int m_mode = enclosure_optional;
     bool m_moreRows = false;
-    std::array<char, 16384> m_block; ///< read from the file at once
-    std::size_t m_blockStart = 0;    ///< what is left of it
+    std::array<char, 16384> m_block; ///< read from the file in one call
+    std::size_t m_blockStart = 0;    ///< the part not used yet: from here to m_blockEnd
     std::size_t m_blockEnd = 0;
     std::string m_line; ///< the line being split, with its terminator
 };

@@ -1017,7 +1017,7 @@
     </message>
     <message>
         <source>Dutch</source>
-        <extracomment>The language behind the code, which is German, is what the telephone will speak.</extracomment>
+        <extracomment>The phone will speak the language of the code, which is German.</extracomment>
         <translation>Dutch</translation>
     </message>
     <message>

@@ -9,8 +9,8 @@ namespace {
 
 using Fields = std::array<ContactField, contactFieldCount>;
 
-/// The one place that knows the fields, in record order: each with its place among the text columns
-/// of the table and among the columns of a file.
+/// The only list of the fields, in record order. Each row has the field's place among the text
+/// columns of the table and among the columns of a file.
 constexpr ContactField table[] = {
     {"mac", "MAC", "MAC", &ContactInfo::mac, 0, 0},
     {"product", "Product Model", "设备型号", &ContactInfo::product, 1, 1},

@@ -5,9 +5,9 @@
 #include <array>
 #include <cstddef>
 
-/// One text field of a device: how the table column is called, how an English and a Chinese device
-/// list title it (in UTF-8), where the record keeps it, and its place among the text columns of the
-/// table and among the columns of a file, from 0.
+/// One text field of a device: the name of its table column, its titles in an English and in a
+/// Chinese device list file (UTF-8), the record's member, and its places, counted from 0, among the
+/// text columns of the table and among the columns of a file.
 struct ContactField
 {
     const char *column;
@@ -18,7 +18,7 @@ struct ContactField
     int filePlace;
 };
 
-/// As many as a record has texts: all its members but the id, which takes the room of one.
+/// The number of texts in a record: all its members but the id, which takes the space of one text.
 constexpr std::size_t contactFieldCount = sizeof(ContactInfo) / sizeof(QString) - 1;
 
 /// The text fields in record order, which is also the order in which rows are read.
@@ -35,6 +35,6 @@ const std::array<ContactField, contactFieldCount> &contactCsvFields();
 QString englishCsvHeader();
 QString chineseCsvHeader();
 
-/// The text with one blank for each run of line breaks inside it and none at its ends. A device
-/// list in a file is read line by line, and no quoting brings a break back.
+/// The text with each run of line breaks inside it replaced by one blank, and without those at its
+/// ends. A device list file is read line by line; quoting does not preserve a line break.
 QString inOneLine(const QString &text);

@@ -4,14 +4,14 @@
 #include <QMetaType>
 #include <QString>
 
-/// One device: everything that one telephone is to receive, keyed by its MAC address.
+/// One device: everything that its phone receives, keyed by the phone's MAC address.
 ///
-/// A plain value. Every text is kept as it was entered; nothing is validated here, that is
-/// the business of the dialogs and of the import.
+/// A plain value. It keeps every text as entered and validates nothing: the dialogs and the import
+/// do that.
 struct ContactInfo
 {
-    /// Record number, the primary key of the stored row: on every save the device's running number,
-    /// which is what it holds in records handed to the store and to the edit dialog.
+    /// Record number, the primary key of the stored row. Every save stores the device's running
+    /// number, and records handed to the store and to the edit dialog hold it.
     qint32 id = 0;
 
     QString mac;

@@ -2,5 +2,5 @@
 
 #include <QString>
 
-/// A field of a CSV row: between quotes, with its own doubled, where it holds a comma or a quote.
+/// The text as a field of a CSV row: quoted, its quotes doubled, if it holds a comma or a quote.
 QString csvField(const QString &text);

@@ -26,7 +26,7 @@ struct Record : QSharedData
 using RecordPointer = QExplicitlySharedDataPointer<const Record>;
 using Records = std::vector<RecordPointer>;
 
-/// The first row that carries each address, as it stands and as it is looked up.
+/// The first row of each address, by its exact text and by its look-up form.
 struct Index
 {
     RowIndex byMac;
@@ -62,7 +62,7 @@ void addKey(RowIndex &rows, int row, const Records &records, KeyOf keyOf)
         rows.replace(qHash(key), found, row);
 }
 
-/// Takes the key of `row` out, or hands it on to the next row that carries it.
+/// Removes the key of `row`, or hands it on to the next row that carries it.
 template <typename KeyOf>
 void removeKey(RowIndex &rows, int row, const Records &records, KeyOf keyOf)
 {
@@ -90,12 +90,12 @@ struct DeviceListSnapshot::State
     quint64 version = 0;
     Records records;
     std::shared_ptr<Index> index = std::make_shared<Index>();
-    bool indexIsShared = false; ///< another state may have it: to be copied before it is changed
+    bool indexIsShared = false; ///< another state may have it: copy it before a change
 
     State() = default;
-    /// Shares the records and the index. The vector is a copy at once: left to an implicitly shared
-    /// container, the two would part at the first change, unless the last reader has let go by
-    /// then, and what it did before would not be seen to come before the change.
+    /// Shares the records and the index, but copies the vector at once. An implicitly shared
+    /// container would not detach if the last reader had just released it, and nothing would order
+    /// that reader's accesses before the change.
     State(const State &other)
         : version(other.version)
         , records(other.records)
@@ -301,9 +301,9 @@ int DeviceList::size() const
     return m_state->size();
 }
 
-/// Runs `change` on a state that nobody else can see: whoever holds a snapshot keeps the old state.
-/// Whether one was handed out is a flag under the lock, not the pointer's use count, which another
-/// thread may lower at any moment without telling this one what it has finished reading.
+/// Runs `change` on a state that nobody else can see: snapshots keep the old one. A flag under the
+/// lock tells whether a snapshot was handed out. The pointer's use count cannot: another thread may
+/// lower it at any moment, and nothing orders that thread's reads before this change.
 template <typename Change>
 void DeviceList::change(Change &&change)
 {

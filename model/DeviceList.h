@@ -8,15 +8,15 @@
 #include <memory>
 #include <mutex>
 
-/// One entry of the device list: the running number under which the window shows it, and the
-/// record, which lives as long as the list or snapshot that it was asked of stays as it is.
+/// One entry of the device list: the running number that the window shows, and the record. The
+/// record is valid until the list or snapshot that returned it changes or is destroyed.
 struct DeviceNode
 {
     qint32 number;
     const ContactInfo &info;
 };
 
-/// Some rows of a list as they were at one moment. Copying is O(1); shares the records with the
+/// Some rows of a list as they were at one moment. Copying is O(1). The records are shared with the
 /// lists that have them.
 class DeviceRows
 {
@@ -46,9 +46,9 @@ public:
     bool isEmpty() const { return size() == 0; }
     /// The entry at `row` (must exist). Its number is its position, counted from 1.
     DeviceNode at(int row) const;
-    /// The record alone, which lives as long as the snapshot: for who looks at very many.
+    /// The record alone, valid as long as the snapshot. For loops over very many rows.
     const ContactInfo &infoAt(int row) const;
-    /// Whether this row holds the same texts as that row of another snapshot. Fast where the two
+    /// Whether `row` holds the same texts as `otherRow` of another snapshot. Fast where the two
     /// share the record.
     bool isSameRecord(int row, const DeviceListSnapshot &other, int otherRow) const;
 
@@ -62,7 +62,7 @@ public:
     /// contents.
     quint64 version() const;
 
-    /// Rows of this list, which must exist. O(count).
+    /// `count` rows of this list from `first` on; they must exist. O(count).
     DeviceRows rows(int first, int count) const;
     /// The records alone, in list order; each record's id is its running number. O(n).
     QList<ContactInfo> contacts() const;
@@ -74,17 +74,17 @@ private:
     std::shared_ptr<const State> m_state;
 };
 
-/// The one ordered list of devices: display order, running numbers, look-up by MAC.
+/// The ordered list of devices: display order, running numbers, look-up by MAC.
 ///
-/// Changes come from one thread only, the owner's (the thread that created the list); every change
+/// Only the owner's thread (the one that created the list) changes it; every change but adopt()
 /// asserts that. snapshot() and version() may be called on any thread. The list owns the lock that
-/// makes this safe; no lock is held while anybody else's code runs.
+/// makes this safe, and runs no other class's callbacks under it.
 class DeviceList
 {
 public:
     DeviceList();
-    /// A list of its own that begins with these contents, to be changed aside and handed over by
-    /// adopt().
+    /// An independent list that begins with these contents. It can be changed aside and handed over
+    /// by adopt().
     explicit DeviceList(const DeviceListSnapshot &contents);
     ~DeviceList();
     DeviceList(const DeviceList &) = delete;
@@ -95,11 +95,11 @@ public:
     /// See DeviceListSnapshot::version(). Any thread.
     quint64 version() const;
 
-    /// As in the snapshot, on the present contents. Owner's thread only: asking here rather than a
-    /// fresh snapshot spares the next change a copy.
+    /// As in the snapshot, on the present contents. Owner's thread only. Unlike a fresh snapshot,
+    /// these calls spare the next change a copy.
     int rowOfMac(const QString &mac) const;
     int rowOfBareMac(const QString &bare) const;
-    /// Row of the first device with this running number, or -1.
+    /// Row of the device with this running number, or -1.
     int rowOfNumber(qint32 number) const;
     DeviceNode at(int row) const;
     int size() const;
@@ -109,8 +109,7 @@ public:
     /// Appends a row of another list, sharing the record.
     void append(const DeviceListSnapshot &from, int row);
     void append(const DeviceRows &from, int row);
-    /// Replaces the record at `row` (must exist), keeping the entry's place; its running number
-    /// becomes its position plus one.
+    /// Replaces the record at `row` (must exist). The entry keeps its place and running number.
     void replaceAt(int row, const ContactInfo &info);
     /// Removes the entry at `row` (must exist) and renumbers.
     void removeAt(int row);
@@ -118,7 +117,8 @@ public:
     void clear();
     /// Replaces the whole contents, numbered from 1.
     void assign(const QList<ContactInfo> &contacts);
-    /// Takes over the contents of a list that was made aside, which is empty afterwards. O(1).
+    /// Takes over the contents of `aside`, which is empty afterwards. No snapshot of `aside` may
+    /// have been taken since its last change. O(1).
     void adopt(DeviceList &aside);
 
 private:
@@ -129,6 +129,6 @@ private:
     mutable std::mutex m_mutex; ///< guards the two members below against snapshot() and version()
     std::shared_ptr<State> m_state;
     mutable bool m_handedOut = false; ///< a snapshot of m_state may exist
-    TextPool m_texts; ///< of the present devices, and of some that are gone; the owner's
+    TextPool m_texts; ///< of present devices and of some removed ones; owner's thread only
     const void *m_ownerThread;
 };

@@ -13,10 +13,10 @@ public:
     DeviceLookup(const DeviceLookup &) = delete;
     DeviceLookup &operator=(const DeviceLookup &) = delete;
 
-    /// Whether a device of the list has this MAC. Letter case makes no difference, nor how the list
-    /// parts the digits.
+    /// Whether a device in the list has this MAC, given without separators. Letter case and the
+    /// list's separators make no difference.
     virtual bool macExists(const QString &mac) const = 0;
 
-    /// A SUBSCRIBE has been answered, or not.
+    /// Reports the end of a SUBSCRIBE, answered or not.
     virtual void subscribeEnded(const RequestEnd &request) = 0;
 };

@@ -1,6 +1,6 @@
 #pragma once
 
-/// What an export writes. The numbers are shared with the callers and are not to change.
+/// What an export writes. Callers use the numbers, so they must not change.
 enum ExportType : int {
     CsvEnglish = 8,
     CsvChinese = 9,

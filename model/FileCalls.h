@@ -2,10 +2,10 @@
 
 #include <QString>
 
-/// The calls by which a file is written, as each system has them. Any thread.
+/// The system's calls for writing files. Any thread.
 namespace FileCalls {
 
-/// The system's own number of what went wrong; 0 is nothing.
+/// The system's own error number; 0 is no error.
 using Error = quint32;
 /// A file that is open for writing.
 using Handle = qintptr;
@@ -28,29 +28,29 @@ enum class Fault {
 };
 Fault fault(Error error);
 
-/// An error when something is there and is no file or may not be written.
+/// Returns an error when the path exists but is no file or may not be written.
 Error checkWritable(const QString &path);
-/// Creates a file that is not there yet and opens it. The same users may read and write it as
-/// `like`, or, where that is missing, as any new file; with an empty `like` its owner alone.
+/// Creates a new file and opens it. The file gets the permissions of `like`; where `like` does not
+/// exist, those of any new file; with an empty `like`, its owner alone may read and write it.
 Error create(const QString &path, const QString &like, Handle &file);
-/// Lets the file's group read it as well, where the system has such a thing.
+/// Lets the file's group read it as well, on systems whose files have a group.
 Error letGroupRead(Handle file);
-/// Whether the folder hands its group on to what is made in it: its set-group-ID bit.
+/// Whether new files in the folder get the folder's group: its set-group-ID bit.
 bool handsGroupOn(const QString &folder);
-/// Opens a file to write behind its end, which is where `size` says; makes one for its owner alone
-/// where there is none.
+/// Opens a file for appending and sets `size` to its size. Creates a missing file, for its owner
+/// alone.
 Error openToAdd(const QString &path, Handle &file, qint64 &size);
-/// Takes away what stands behind `size`. Who wrote there goes on from here.
+/// Truncates the file to `size`. The next write continues there.
 Error cut(Handle file, qint64 size);
-/// Writes all of it.
+/// Writes all `count` bytes.
 Error write(Handle file, const char *bytes, qint64 count);
 /// Waits until what was written is on the disk.
 Error sync(Handle file);
 Error close(Handle file);
-/// Gives a file another name of the same disk, and with that the place of what has it, at a stroke.
-/// Where the system cannot do so while somebody reads either one, tries again for a second.
+/// Renames a file within one disk, and atomically replaces a file that has the new name. Where the
+/// system refuses this while a program reads either file, retries for a second.
 Error replace(const QString &from, const QString &to);
-/// Makes a folder for its owner alone, unless there is one.
+/// Makes a folder for its owner alone, unless the folder exists.
 Error makeFolder(const QString &path);
 /// Waits until the folder's entries are on the disk, where the system has a call for that.
 void syncFolder(const QString &path);

@@ -14,7 +14,7 @@ namespace FileCalls {
 namespace {
 
 constexpr mode_t ownerOnly = S_IRUSR | S_IWUSR;
-constexpr mode_t everybody = ownerOnly | S_IRGRP | S_IWGRP | S_IROTH | S_IWOTH; ///< but the umask
+constexpr mode_t everybody = ownerOnly | S_IRGRP | S_IWGRP | S_IROTH | S_IWOTH; ///< less umask
 constexpr mode_t permissionBits = S_IRWXU | S_IRWXG | S_IRWXO;
 
 Error errorOf(int result)
@@ -27,7 +27,7 @@ int number(Handle file)
     return static_cast<int>(file);
 }
 
-/// Calls again what a signal broke off.
+/// Repeats a call that a signal interrupted.
 template <typename Call>
 auto uninterrupted(Call call)
 {
@@ -37,7 +37,7 @@ auto uninterrupted(Call call)
     return result;
 }
 
-/// Some file systems have no such thing and need none.
+/// Some file systems have no sync and need none.
 bool cannotSync(int error)
 {
     return error == EINVAL || error == ENOSYS || error == ENOTSUP;
@@ -84,7 +84,7 @@ Error checkWritable(const QString &path)
     struct stat there = {};
     if (::stat(name.constData(), &there) != 0)
         return errno == ENOENT ? 0 : static_cast<Error>(errno);
-    // A device or a pipe is not even opened: with some that does something.
+    // A device or a pipe is not opened: opening one can have side effects.
     if (!S_ISREG(there.st_mode))
         return S_ISDIR(there.st_mode) ? EISDIR : EINVAL;
     const int file =
@@ -128,7 +128,7 @@ bool handsGroupOn(const QString &folder)
 Error openToAdd(const QString &path, Handle &file, qint64 &size)
 {
     const QByteArray name = QFile::encodeName(path);
-    // Without waiting: a pipe of the name would have nobody at its other end.
+    // Without waiting: opening a pipe of that name would block until somebody reads from it.
     const int opened = uninterrupted([&name] {
         return ::open(name.constData(), O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC | O_NONBLOCK,
                       ownerOnly);
@@ -173,7 +173,7 @@ Error sync(Handle file)
 Error close(Handle file)
 {
     const int result = ::close(number(file));
-    return result < 0 && errno == EINTR ? 0 : errorOf(result); // it is closed also then
+    return result < 0 && errno == EINTR ? 0 : errorOf(result); // also closed on EINTR
 }
 
 Error replace(const QString &from, const QString &to)

@@ -14,7 +14,7 @@ namespace {
 constexpr qint64 largestWrite = qint64(1) << 30;
 constexpr DWORD quotaExceeded = 1295; // ERROR_DISK_QUOTA_EXCEEDED, which not every header has
 
-// A file cannot be replaced while somebody reads it; that rarely takes long.
+// A file cannot be replaced while a program reads it, which rarely takes long.
 constexpr int replaceAttempts = 100;
 constexpr DWORD replacePauseMs = 10;
 
@@ -23,7 +23,7 @@ Error lastErrorUnless(bool succeeded)
     return succeeded ? 0 : GetLastError();
 }
 
-/// As the system's calls take it, of any length.
+/// The path in the form that the system's calls accept at any length.
 std::wstring native(const QString &path)
 {
     const QString whole =
@@ -93,7 +93,7 @@ Error checkWritable(const QString &path)
     return 0;
 }
 
-/// Who may read it is for the folder to say here.
+/// The folder's permissions apply to the file; `like` is ignored.
 Error create(const QString &path, const QString & /*like*/, Handle &file)
 {
     const HANDLE opened = CreateFileW(native(path).c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr,
@@ -114,7 +114,7 @@ bool handsGroupOn(const QString & /*folder*/)
     return false;
 }
 
-/// See create().
+/// The folder's permissions apply to a new file.
 Error openToAdd(const QString &path, Handle &file, qint64 &size)
 {
     const HANDLE opened =

@@ -4,13 +4,13 @@
 
 #include <utility>
 
-/// Hands back to the system what the program holds and does not use any more. For the end of a
-/// change of a long list, once what it was made from is gone: the heap keeps most of that
-/// otherwise. Takes some milliseconds. Each platform has its own source.
+/// Returns the heap's free memory to the system; otherwise the heap keeps most of it. For the end
+/// of a change of a long list, once its source is freed. Takes some milliseconds. Each platform
+/// has its own source.
 void giveBackFreeMemory();
 
-/// Frees the records of a long list on a thread of Qt's pool: it takes longer than the window may
-/// stand still. `held` must not belong to a thread.
+/// Frees the records of a long list on a thread of Qt's pool, as that takes longer than the window
+/// may stand still. `held` must not belong to a thread.
 template <typename Held>
 void freeAside(Held held)
 {

@@ -11,9 +11,9 @@ public:
     ImportTarget(const ImportTarget &) = delete;
     ImportTarget &operator=(const ImportTarget &) = delete;
 
-    /// Empties the list if that is wanted of this import. False when it could not be done, with
-    /// the list as it was.
+    /// Empties the list if this import replaces it. False when that failed; the list is then
+    /// unchanged.
     virtual bool clearOld() = 0;
-    /// Adds the devices of a file, in its order. Asks the user about those that are listed.
+    /// Adds the devices of a file, in its order. Asks the user about those already in the list.
     virtual void addContacts(const QList<ContactInfo> &contacts) = 0;
 };

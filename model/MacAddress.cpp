@@ -16,7 +16,7 @@ bool isHexDigit(QChar character)
            (code >= 'A' && code <= 'F');
 }
 
-/// Whether the address stands as importedMac() would write it.
+/// Whether the address already has the form that importedMac() writes.
 bool isInPairs(const QString &text)
 {
     if (text.size() != textLength)
@@ -34,7 +34,7 @@ bool isSeparator(QChar character)
            character == QLatin1Char('.') || character.isSpace();
 }
 
-/// The digits of an address. False when the text is none.
+/// Finds the digits of an address. False when the text is no address.
 bool findDigits(const QString &text, Digits &digits)
 {
     std::size_t count = 0;

@@ -11,7 +11,7 @@ const PhoneFamily &familyWhere(Predicate predicate)
     return family == families.end() ? otherPhones : *family;
 }
 
-/// Of its family the one model that adds nothing, in this spelling only.
+/// The only model of its family that adds nothing to the address. Letter case counts.
 const QLatin1String withoutUrlEnd("KTP2200");
 
 } // namespace

@@ -6,15 +6,15 @@
 
 #include <array>
 
-/// A family of telephones: what tells one from the others, and how it is provisioned.
+/// A family of phones: how it is recognised, and how it is provisioned.
 struct PhoneFamily
 {
-    const char *word;    ///< in its requests; its product models begin with it
-    ExportType document; ///< the elements of which export/ProvisioningDocument.cpp has
+    const char *word;    ///< names the family in requests; its product models begin with it
+    ExportType document; ///< its elements are listed in export/ProvisioningDocument.cpp
     const char *urlEnd;  ///< what plug and play adds to the address of the service
 };
 
-/// The families that say who they are. In a request the first whose word is found counts.
+/// The families that name themselves. The first one whose word occurs in a request counts.
 constexpr std::array<PhoneFamily, 6> families = {{
     {"KTV3140", DeskPhoneXml, ""},
     {"KTV3175", DeskPhoneXml, ""},
@@ -24,16 +24,16 @@ constexpr std::array<PhoneFamily, 6> families = {{
     {"DK", CordlessXml, ""},
 }};
 
-/// Every other telephone.
+/// Every other phone.
 constexpr PhoneFamily otherPhones = {"", DeskPhoneXml, ""};
 
-/// The family with just this word.
+/// The family with exactly this word, or otherPhones.
 const PhoneFamily &familyOfWord(const QString &word);
 
 /// The family that a product model belongs to, in any letter case.
 const PhoneFamily &familyOfModel(const QString &model);
 
-/// What plug and play adds to the address of the service for a telephone of this product model.
+/// What plug and play adds to the address of the service for a phone of this product model.
 QString urlEnd(const QString &model);
 
 /// Whether an export of this type is the document of a family.

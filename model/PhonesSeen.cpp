@@ -9,7 +9,7 @@ namespace {
 
 constexpr int countInterval = 500; // ms
 
-/// Devices that are not in the list any more and may come back.
+/// How many visits are kept beyond the length of the list, for removed devices that may come back.
 constexpr int keptUnlisted = 10000;
 
 } // namespace

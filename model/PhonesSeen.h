@@ -8,9 +8,9 @@
 
 class DeviceList;
 
-/// Which devices of the list a telephone has asked the document of in this run: when, from where,
-/// and how that went, of each the last time. Of others only some are kept, for a deletion that is
-/// taken back: the list is the bound. GUI thread.
+/// The last request for each device's document in this run: when, from where, and how it ended.
+/// Some removed devices are kept too, in case the deletion is undone; the length of the list bounds
+/// the memory. GUI thread.
 class PhonesSeen : public QObject
 {
     Q_OBJECT
@@ -19,17 +19,16 @@ public:
     /// `list` must outlive this object.
     explicit PhonesSeen(const DeviceList &list, QObject *parent = nullptr);
 
-    /// A request by HTTP is over.
+    /// Notes an HTTP request that has ended.
     void note(const RequestEnd &request);
 
-    /// For the user: how the last request for the document of this device went, or that there was
-    /// none.
+    /// For the user: how the last request for this device's document ended, or that there was none.
     QString text(const QString &mac) const;
-    /// Another list, or the same changed.
+    /// Counts again soon. To be called after every change of the list.
     void onListChanged();
 
 signals:
-    /// How many devices of the list have been asked for, by now. At most twice a second.
+    /// How many devices in the list have been asked for so far. At most twice a second.
     void counted(int seen);
 
 private:

@@ -14,8 +14,8 @@ public:
     ProvisioningSource(const ProvisioningSource &) = delete;
     ProvisioningSource &operator=(const ProvisioningSource &) = delete;
 
-    /// Makes sure that the store holds the current list. Called off the owner's thread it does not
-    /// write itself: a list that is not stored yet is saved later on the owner's thread.
+    /// Makes sure that the store holds the current list. Off the owner's thread it writes nothing:
+    /// a list that is not stored yet is saved later on the owner's thread.
     virtual void saveList() = 0;
 
     /// Writes the export of this type (see ExportType) of the current list to folder + "/" +
@@ -26,13 +26,13 @@ public:
     /// How many devices the current list has.
     virtual int deviceCount() const = 0;
 
-    /// Grows with every change of the list: what was exported under one version need not be
-    /// exported again under the same. 0 promises nothing.
+    /// Grows with every change of the list. An export need not be made again under the same
+    /// version. 0 promises nothing.
     virtual quint64 listVersion() const = 0;
 
-    /// Whether the current list has the device that this MAC, as a telephone wrote it, asks for.
+    /// Whether the current list has a device with this MAC, given as the phone wrote it.
     virtual bool hasDevice(const QString &mac) const = 0;
 
-    /// A request is over.
+    /// Reports a request that has ended.
     virtual void requestEnded(const RequestEnd &request) = 0;
 };

@@ -71,7 +71,7 @@ const char *RequestEnd::word(RequestOutcome outcome)
 
 QString RequestEnd::text(RequestOutcome outcome, qint64 bytes)
 {
-    // Both languages of the interface part thousands by a comma.
+    // Both languages of the interface separate thousands with a comma.
     const QString count = QLocale(QLocale::English, QLocale::UnitedStates).toString(bytes);
     switch (outcome) {
     case RequestOutcome::Sent:

@@ -6,13 +6,12 @@
 #include <utility>
 #include <vector>
 
-/// Finds the first row that carries a key, by the key's hash: a table of row numbers that leaves
-/// the keys where they are, in the rows. A plain value; whoever uses it says whether a row carries
-/// the key that is meant, as `same(row)`.
+/// A hash table from keys to the first row that carries each. The keys stay in the rows: the caller
+/// passes a key's hash, and `same(row)` to tell whether a row carries that key. A plain value.
 class RowIndex
 {
 public:
-    /// Empties the table and makes room for so many rows.
+    /// Empties the table and makes room for this many rows.
     void reset(int rows)
     {
         std::size_t size = smallestSize;
@@ -45,10 +44,10 @@ public:
     /// The key of `row` belongs to `other` from now on. O(1).
     void replace(uint hash, int row, int other) { m_slots[placeOf(hash, row)].row = other; }
 
-    /// Takes out the key of `row`, which must have one. O(1).
+    /// Removes the key of `row`, which must have one. O(1).
     void remove(uint hash, int row)
     {
-        // Whoever stands behind the gap because it was taken moves into it.
+        // An entry that a collision put behind the gap moves into it.
         std::size_t gap = placeOf(hash, row);
         const std::size_t mask = m_slots.size() - 1;
         for (std::size_t place = (gap + 1) & mask; m_slots[place].row >= 0;
@@ -80,8 +79,8 @@ private:
     };
     static constexpr std::size_t smallestSize = 16; ///< a power of two, as every size
 
-    /// Addresses that follow each other have hashes that do so, too, and would all crowd into one
-    /// stretch of the table.
+    /// Spreads the hashes: consecutive addresses have consecutive hashes, which would cluster in
+    /// the table.
     static std::size_t mixed(uint hash)
     {
         constexpr quint64 goldenRatio = 0x9E3779B97F4A7C15U;
@@ -115,6 +114,6 @@ private:
         ++m_used;
     }
 
-    std::vector<Slot> m_slots; ///< half of them free at least, so that a search ends soon
+    std::vector<Slot> m_slots; ///< at least half are free, so that a search ends soon
     std::size_t m_used = 0;
 };

@@ -6,14 +6,14 @@
 
 namespace {
 
-/// A settings document is a few lines; anything larger is something else.
+/// A settings document has a few lines; a larger file is no settings document.
 constexpr qint64 maxFileSize = qint64(64) * 1024;
 constexpr int maxDepth = 8;
 constexpr int indentation = 4;
 
-/// The document classes unfold entities without a limit, go down into nested elements by recursion,
-/// and take characters that they could not read again. So the content is walked by a reader that
-/// does none of these before they see it.
+/// QDomDocument expands entities without a limit, recurses into nested elements, and accepts
+/// characters that it cannot read again. So a stream reader, which does none of these, checks the
+/// content first.
 bool isSettingsDocument(const QByteArray &content)
 {
     QXmlStreamReader xml(content);
@@ -37,11 +37,11 @@ bool isSettingsDocument(const QByteArray &content)
     return !xml.hasError();
 }
 
-/// A byte more than a settings document can have tells that the file is larger.
+/// Reads at most one byte more than a settings document may have, which shows a larger file.
 std::optional<QByteArray> startOf(const QString &filePath, QIODevice::OpenMode mode)
 {
     QFile file(filePath);
-    // Opened for writing, a missing file would be made.
+    // Opening for writing would create a missing file.
     if (!file.exists() || !file.open(mode))
         return std::nullopt;
     return file.read(maxFileSize + 1);
@@ -60,7 +60,7 @@ void setText(QDomDocument &document, QDomElement element, const QString &text)
     element.appendChild(document.createTextNode(text));
 }
 
-/// It names the encoding in which the file was, and the file is written in UTF-8.
+/// The declaration names the encoding that the file had; the file is written in UTF-8.
 void removeDeclaration(QDomDocument &document)
 {
     const QDomNode first = document.firstChild();

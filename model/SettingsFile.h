@@ -11,9 +11,9 @@
 
 class QDomDocument;
 
-/// The one place where settings documents are read. They are small XML files of elements that hold
-/// one text each. Those that are written here have a root element, an indentation of 4, UTF-8, and
-/// no XML declaration. Any thread.
+/// Reads and writes settings documents: small XML files whose elements hold one text each. A
+/// document written here has a root element, an indentation of 4, UTF-8, and no XML declaration.
+/// Any thread.
 namespace SettingsFile {
 
 struct Value
@@ -23,22 +23,22 @@ struct Value
 };
 using Values = QVector<Value>;
 
-/// Parses the file into `document`. False when there is no such file, when it cannot be opened in
-/// `mode`, and when it is no settings document: damaged, far too long, nested, or with a document
-/// type, whose entities could unfold without end.
+/// Parses the file into `document`. False when the file is missing, cannot be opened in `mode`, or
+/// is no settings document: damaged, too long, too deeply nested, or with a document type, whose
+/// entities could expand without limit.
 bool read(const QString &filePath, QIODevice::OpenMode mode, QDomDocument &document);
 
-/// Reads what can be understood of the file: each element, however nested, with the text that
-/// directly follows its start tag, in the order of the file, up to the first damage. Elements
-/// without such a text are left out. No value when the file is missing or cannot be opened.
+/// Reads the elements of the file at any depth, in file order, up to the first damage: each with
+/// the text that directly follows its start tag. Elements without such a text are left out.
+/// Returns nothing when the file is missing or cannot be opened.
 std::optional<Values> readTexts(const QString &filePath);
 
-/// Writes a document that holds just these values. The file is replaced as a whole or left as it
-/// was.
+/// Writes a document that holds only these values. The file is replaced as a whole or left
+/// unchanged.
 WriteResult create(const QString &filePath, const Values &values);
 
-/// Replaces the values' texts and keeps what else the document holds. When it does not parse, or
-/// `holdsValues` does not find the values in the result, a new document takes its place. Writes as
+/// Replaces the texts of these values and keeps the rest of the document. When the document does
+/// not parse, or `holdsValues` rejects the result, a new document takes its place. Writes as
 /// create() does.
 WriteResult update(const QString &filePath, const Values &values,
                    const std::function<bool(const QDomDocument &)> &holdsValues);

@@ -4,7 +4,7 @@
 
 namespace {
 
-/// So many different texts are kept of a field before it is asked whether that pays.
+/// The number of different texts of a field after which its share of repeats has to be worthwhile.
 constexpr int textsOnTrial = 4096;
 constexpr int worthwhileShare = 4;
 
@@ -33,8 +33,8 @@ void TextPool::share(ContactInfo &info)
             text = last;
             continue;
         }
-        // A copy of its own, of the very length: what brought the text goes, and would leave the
-        // memory between the texts that stay.
+        // An exact copy. The buffer that brought the text would leave holes between the texts that
+        // stay, once its neighbours are freed.
         text = QString(text.constData(), text.size());
         if (!field.repeatsRarely) {
             const int known = field.texts.size();
@@ -47,7 +47,7 @@ void TextPool::share(ContactInfo &info)
         }
         last = text;
     }
-    // Most devices have one name for all three.
+    // Most devices have the same name in all three fields.
     for (QString *const text : {&info.first_account, &info.auth_id}) {
         if (*text == info.sip_user_id)
             *text = info.sip_user_id;

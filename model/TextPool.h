@@ -6,15 +6,14 @@
 
 #include <vector>
 
-/// Makes devices share the texts that they have in common, so that a long list keeps each model,
-/// server and company once, however it came in. Fields in which hardly a text repeats are soon left
-/// alone. Not for use by several threads.
+/// Makes devices share equal texts, so that a long list keeps each model, server and company once,
+/// whatever its source. A field whose texts rarely repeat is soon skipped. One thread at a time.
 class TextPool
 {
 public:
     TextPool();
 
-    /// Replaces each text of `info` by an equal one that an earlier device brought.
+    /// Replaces each text of `info` by an equal one of an earlier device, if there is one.
     void share(ContactInfo &info);
 
     /// Forgets all texts.
@@ -28,6 +27,6 @@ private:
         bool repeatsRarely = false;
     };
 
-    ContactInfo m_last; ///< most devices of a list have most texts of the one before
+    ContactInfo m_last; ///< a device usually has most texts of the one before it
     std::vector<Field> m_fields;
 };

@@ -28,7 +28,7 @@ const std::array<LanguageEntry, 21> &languageTable()
         {2, "zh-tw", QT_TRANSLATE_NOOP("LanguageTable", "Chinese Traditional")},
         {3, "kr", QT_TRANSLATE_NOOP("LanguageTable", "Korean")},
         {4, "es", QT_TRANSLATE_NOOP("LanguageTable", "Spanish")},
-        //: The language behind the code, which is German, is what the telephone will speak.
+        //: The phone will speak the language of the code, which is German.
         {5, "de", QT_TRANSLATE_NOOP("LanguageTable", "Dutch")},
         {6, "fr", QT_TRANSLATE_NOOP("LanguageTable", "French")},
         {7, "it", QT_TRANSLATE_NOOP("LanguageTable", "Italian")},

@@ -11,7 +11,7 @@
 
 namespace {
 
-/// Of four thousand million names the first is free; what fails so often has another cause.
+/// Of four thousand million names, the first is free; repeated failures have another cause.
 constexpr int nameAttempts = 20;
 constexpr int nameDigits = 36;
 
@@ -23,7 +23,7 @@ struct KnownFault
     const char *text;
 };
 
-/// What a user can do something about.
+/// The faults that a user can do something about.
 constexpr std::array<KnownFault, 8> knownFaults = {{
     {FileCalls::Fault::DiskFull, QT_TRANSLATE_NOOP("WholeFile", "the disk is full")},
     {FileCalls::Fault::TooLarge, QT_TRANSLATE_NOOP("WholeFile", "the file is too large")},
@@ -93,7 +93,7 @@ WriteResult WholeFile::commit()
 {
     if (m_error == 0 && m_durability == Durability::Synced)
         took(FileCalls::sync(m_handle));
-    // Some file systems, those of a network above all, tell only here that there was no room.
+    // Some file systems, above all those of a network, report a full disk only here.
     if (m_handle != FileCalls::noFile)
         took(FileCalls::close(std::exchange(m_handle, FileCalls::noFile)));
     if (m_error == 0 && took(FileCalls::replace(m_newFile, m_target)))
@@ -103,7 +103,7 @@ WriteResult WholeFile::commit()
     return resultOf(m_error);
 }
 
-/// Keeps the first error. True when there is none.
+/// Keeps the first error of all calls. True when this one is no error.
 bool WholeFile::took(FileCalls::Error error)
 {
     if (m_error == 0)

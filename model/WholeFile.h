@@ -18,8 +18,8 @@ public:
     static WriteResult failed(const QString &reason) { return WriteResult(reason); }
 
     explicit operator bool() const { return m_reason.isEmpty(); }
-    /// Why it failed, in the user's language and made to stand inside a sentence: "the disk is
-    /// full". Empty after a success.
+    /// Why it failed, in the user's language, as a part of a sentence: "the disk is full". Empty
+    /// after a success.
     QString reason() const { return m_reason; }
 
 private:
@@ -31,27 +31,26 @@ private:
     QString m_reason;
 };
 
-/// What a new content has to outlast.
+/// What the new content survives.
 enum class Durability {
-    Synced,   ///< the power being cut: it is on the disk when the write returns
-    Replaced, ///< this program: for what can be made again, as this waits for no disk
+    Synced,   ///< a power failure: it is on the disk when the write returns
+    Replaced, ///< the end of the program: for files that can be made again; waits for no disk
 };
 
 /// Who may read the file afterwards.
 enum class Readers {
-    AsBefore,      ///< who could before; of a new file, who can read what this user makes
-    OwnerOnly,     ///< for what holds passwords
+    AsBefore,      ///< the same users as before; of a new file, those of any file of this user
+    OwnerOnly,     ///< for files that hold passwords
     OwnerAndGroup, ///< the same in a folder that was set up for a group, see handsGroupOn()
 };
 
-/// Replaces a file's content: with all that was written, by commit(), or with nothing. It is
-/// written to a file of its own beside the target, which takes the target's place once every byte
-/// is known to have arrived. After a failure the target is as it was and the other file is gone.
+/// Replaces a file's content as a whole, in commit(), or not at all. The new content goes to a new
+/// file beside the target, which takes the target's place once every byte is known to have arrived.
+/// After a failure the target is unchanged and the new file is gone.
 ///
-/// A target that may not be written is refused, as replacing it would only take the folder's
-/// consent; so is one that is no file, such as a device. Where the target is a link, what it leads
-/// to is replaced. None of this goes for Durability::Replaced, which replaces whatever bears the
-/// name.
+/// A write-protected target is refused, although replacing it needs only the folder's permission.
+/// So is a target that is no file, such as a device. Where the target is a link, the file that it
+/// leads to is replaced. Durability::Replaced does none of this: it replaces whatever has the name.
 ///
 /// Any thread, one at a time.
 class WholeFile
@@ -60,20 +59,20 @@ class WholeFile
     Q_DISABLE_COPY_MOVE(WholeFile)
 
 public:
-    /// Stands between the target's name and a random rest in the name of the other file, which a
-    /// program that is killed leaves behind.
+    /// Stands between the target's name and a random part in the name of the new file. A program
+    /// that is killed leaves that file behind.
     static constexpr char newFileMark[] = ".new-";
 
     WholeFile(const QString &filePath, Durability durability, Readers readers);
-    /// Without a commit() nothing has happened.
+    /// Without a commit() the target is unchanged.
     ~WholeFile();
 
-    /// Adds to the content. False when this or anything before it failed; commit() tells why.
+    /// Adds to the content. False when this or an earlier call failed; commit() tells why.
     bool write(const QByteArray &part);
     /// Ends the writing. To be called once.
     WriteResult commit();
 
-    /// The sentence's part for an error of the system's calls.
+    /// The error as WriteResult::reason() words it.
     static QString reason(FileCalls::Error error);
 
 private:
@@ -83,20 +82,20 @@ private:
     QString m_target;
     QString m_newFile; ///< empty when there is none
     FileCalls::Handle m_handle = FileCalls::noFile;
-    FileCalls::Error m_error = 0; ///< the first
+    FileCalls::Error m_error = 0; ///< the first one
     Durability m_durability;
 };
 
-/// The whole content at once.
+/// Replaces the file's content by `content`.
 WriteResult writeWholeFile(const QString &filePath, const QByteArray &content,
                            Durability durability = Durability::Synced,
                            Readers readers = Readers::AsBefore);
-/// The same with what `source` holds from its start on, which may be larger than the memory.
+/// The same with the content of `source` from its start, which may be larger than the memory.
 WriteResult writeWholeFile(const QString &filePath, QIODevice &source, Durability durability,
                            Readers readers);
 
-/// Makes a folder for its owner alone, unless there is one of the name.
+/// Makes a folder for its owner alone, unless the folder exists.
 WriteResult makeOwnersFolder(const QString &path);
 
-/// Gives a file another name, also on another disk; one that has the name already is replaced.
+/// Moves a file to another name, also on another disk. Replaces a file that has that name.
 WriteResult moveFile(const QString &from, const QString &to);

@@ -11,7 +11,7 @@
 
 QString adapterId(const QNetworkInterface &card)
 {
-    // Qt's name is one like "ethernet_32769", of which the registry knows nothing.
+    // Qt's name looks like "ethernet_32769", which the registry does not know.
     NET_LUID number;
     GUID id;
     const std::wstring name = card.name().toStdWString();

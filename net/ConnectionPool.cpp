@@ -13,19 +13,19 @@ namespace {
 
 using std::chrono::milliseconds;
 
-/// Connections worked on at a time while none of them takes long. Measured: with sixteen a storm
-/// takes a seventh longer.
+/// Connections worked on at a time while none of them takes long. Measured: with sixteen, a storm
+/// of requests takes a seventh longer.
 constexpr int usualLevel = 4;
 
-/// Threads that rest for good; more than these end when nobody called them for so long.
+/// This many threads may rest forever; further ones end when they were not called for `restTime`.
 constexpr int keptThreads = 4;
 constexpr std::chrono::seconds restTime{3};
 
 /// A connection is not dropped as idle sooner than this after its last activity, in milliseconds:
-/// when many telephones start at once, each must get the time to send its request.
+/// when many phones start at once, each must get the time to send its request.
 constexpr qint64 idleGrace = 250;
 
-/// How often the line is looked after; a fraction of what a telephone would notice.
+/// How often the line is looked after; a fraction of what a phone would notice.
 constexpr milliseconds lookInterval{5};
 
 } // namespace
@@ -48,7 +48,7 @@ bool ConnectionPool::hasShareLeft(quint32 peer) const
     return found == m_peers.end() || found->second.served < peerShare;
 }
 
-/// False also when its next request would only wait in beginWork().
+/// False also when the next request of the address would only wait in beginWork().
 bool ConnectionPool::mayServe(quint32 peer) const
 {
     const auto found = m_peers.find(peer);
@@ -74,7 +74,7 @@ int ConnectionPool::admit(const AcceptedConnection &connection)
     return callThreads();
 }
 
-/// Unlocked, as somebody else's code runs in it.
+/// To be called without the lock, as it runs a callback.
 void ConnectionPool::turnAway(const AcceptedConnection &connection)
 {
     SocketPlatform::close(connection.descriptor);
@@ -82,8 +82,8 @@ void ConnectionPool::turnAway(const AcceptedConnection &connection)
         m_entrance.turnedAway(connection.peer);
 }
 
-/// Where nobody has more than a share waiting, what finds no room here waits where the system
-/// keeps it.
+/// An address with more than a share in the line makes room by losing a connection. Without room,
+/// new connections wait in the system's backlog.
 bool ConnectionPool::hasRoom() const
 {
     return m_line.size() < m_maxWaiting || m_line.longest() > peerShare;
@@ -122,7 +122,7 @@ void ConnectionPool::restAtDoor()
     }
 }
 
-/// Calls as many threads as may work on what waits. Returns how many have to be started for that.
+/// Calls as many resting threads as may work on the line. Returns how many more have to be started.
 int ConnectionPool::callThreads()
 {
     int wanted = std::min(m_level - m_working, m_line.size()) - onTheWay();
@@ -136,7 +136,7 @@ int ConnectionPool::callThreads()
     return missing;
 }
 
-/// The same without starting any.
+/// Calls one resting thread, if it may work on the line; starts none.
 void ConnectionPool::callForLine()
 {
     if (m_working + onTheWay() < m_level && m_line.size() > onTheWay() && m_resting > m_called) {
@@ -145,7 +145,7 @@ void ConnectionPool::callForLine()
     }
 }
 
-/// Calls a thread to the entrance when nobody is there or about to come.
+/// Calls a thread to the entrance when none is there or about to come.
 void ConnectionPool::callForEntrance()
 {
     if (!m_isWatched && onTheWay() == 0 && m_working < m_level && m_resting > 0) {
@@ -205,7 +205,7 @@ int ConnectionPool::callForErrand()
     const std::lock_guard<std::mutex> guard(m_mutex);
     m_hasErrand = !m_stopped;
     if (m_stopped || m_working + m_starting + m_called > 0)
-        return 0; // somebody comes by
+        return 0; // a thread comes by
     if (m_resting > 0) {
         ++m_called;
         m_call.notify_one();
@@ -218,15 +218,15 @@ int ConnectionPool::callForErrand()
     return 1;
 }
 
-/// Accepts a connection. Waits for one if nobody else does; false if somebody does, or there is no
-/// room for what comes.
+/// Accepts a connection, and waits for one unless another thread does. False if another thread
+/// waits, enough is worked on, or nothing can be accepted.
 bool ConnectionPool::goToEntrance(Lock &lock)
 {
     using SocketPlatform::Accept;
     if (m_working + onTheWay() >= m_level || !hasRoom())
         return false;
     const Accept result = accept(lock);
-    // Meanwhile, unlocked, the service may have ended, or the door have accepted one.
+    // While the lock was released, the service may have ended or the line grown.
     if (m_stopped || m_line.has([this](quint32 peer) { return mayServe(peer); }))
         return true;
     if (result == Accept::NoneWaits && !m_isWatched) {
@@ -237,7 +237,7 @@ bool ConnectionPool::goToEntrance(Lock &lock)
             callForEntrance();
         return true;
     }
-    return result == Accept::Done; // though its address may have to wait
+    return result == Accept::Done; // the new one's address may have to wait
 }
 
 void ConnectionPool::callDoor()
@@ -256,7 +256,7 @@ SocketPlatform::Accept ConnectionPool::accept(Lock &lock)
     return result;
 }
 
-/// Waits until somebody comes, or the service ends.
+/// Waits at the entrance until a connection comes or the service ends.
 void ConnectionPool::watch(Lock &lock)
 {
     m_isWatched = true;
@@ -270,7 +270,7 @@ void ConnectionPool::watch(Lock &lock)
     m_isWatched = false;
 }
 
-/// Waits until the thread is called. False when it has not been for so long that it may end.
+/// Waits until the thread is called. False when it was not called for so long that it may end.
 bool ConnectionPool::rest(Lock &lock)
 {
     ++m_resting;
@@ -283,7 +283,7 @@ bool ConnectionPool::rest(Lock &lock)
         } else {
             isCalled = m_call.wait_for(lock, restTime) == std::cv_status::no_timeout;
         }
-        isExtra = m_resting > keptThreads; // others have come to rest meanwhile, or gone
+        isExtra = m_resting > keptThreads; // others may have come to rest, or left
     } while (!isCalled && !isExtra);
     --m_resting;
     if (m_called > 0)
@@ -357,7 +357,7 @@ void ConnectionPool::endWork(const HttpdThread &thread)
     peer.workDone.notify_one();
 }
 
-/// Sees to it that as many connections are ending as wait for room.
+/// Drops idle connections until as many are ending as wait for room.
 void ConnectionPool::makeRoom()
 {
     QHash<quint32, int> leaving;
@@ -388,7 +388,7 @@ bool ConnectionPool::dropLongestIdle()
     return dropLongestIdle(nullptr);
 }
 
-/// Of this address or, without one, of all.
+/// Among those of this address or, without an address, among all.
 bool ConnectionPool::dropLongestIdle(const quint32 *peer)
 {
     HttpdThread *longestIdle = nullptr;

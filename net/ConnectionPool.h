@@ -13,81 +13,81 @@
 
 class HttpdThread;
 
-/// Brings accepted connections and the threads that serve them together, and sees to it that
-/// neither idle clients nor one busy address keep the others out. See docs/threads.md.
+/// Hands accepted connections to the threads that serve them, and ensures that neither idle clients
+/// nor one busy address keep the others out. See docs/threads.md.
 ///
-/// Any thread, where nothing else is said. The mutex is held for a few instructions at a time,
-/// or for a look at each idle connection; never while something is waited for.
+/// Any thread, unless a function says otherwise. The mutex is held for a few instructions at a
+/// time, or for a look at each idle connection; never during a wait.
 class ConnectionPool
 {
 public:
-    /// Connections of one address that are served at a time; what it has beyond waits.
+    /// Connections of one address that are served at a time; further ones wait.
     static constexpr int peerShare = 128;
-    /// Requests of one address that are answered at a time, so that even when each takes long, one
-    /// of another address that needs the same disk, or the same document, does not.
+    /// Requests of one address that are answered at a time. Even when each takes long, requests of
+    /// other addresses that need the same disk, or the same document, then do not.
     static constexpr int peerWork = 8;
 
     /// Where connections come from. Any thread.
     struct Entrance
     {
-        /// Accepts one that waits, and hands it to admit().
+        /// Accepts a connection that waits, and hands it to admit().
         std::function<SocketPlatform::Accept()> accept;
-        /// True once one waits or nothing more can come; false when the time is over.
+        /// True once a connection waits or none can come any more; false when the time is over.
         std::function<bool(std::chrono::milliseconds time)> wait;
-        /// One of this address was closed before a thread could take it.
+        /// A connection of this address was closed before a thread could take it.
         std::function<void(quint32 peer)> turnedAway;
     };
 
-    /// At most `limit` connections are served at a time, and about `maxWaiting` wait. Beyond, an
-    /// address with more than its share waiting loses one; where none has, none is accepted.
+    /// At most `limit` connections are served at a time, and about `maxWaiting` wait. Beyond that,
+    /// an address with more than its share waiting loses one; without such, nothing is accepted.
     ConnectionPool(int limit, int maxWaiting);
-    /// Stopped, and all threads have ended.
+    /// The pool must be stopped and all threads ended.
     ~ConnectionPool() = default;
     ConnectionPool(const ConnectionPool &) = delete;
     ConnectionPool &operator=(const ConnectionPool &) = delete;
 
-    /// To be called before there is a thread. Once stopped, nobody waits for the entrance any more
-    /// than it takes to tell that nothing can come.
+    /// To be called before there is a thread. Once the pool is stopped, Entrance::wait() has to
+    /// return soon.
     void open(Entrance entrance);
 
-    /// Puts a connection, which becomes the pool's, into the line and calls a thread that rests.
-    /// Returns how many threads the caller has to start for it: see started().
+    /// Takes a connection over, puts it into the line and calls a resting thread. Returns how many
+    /// threads the caller has to start for it: see started().
     int admit(const AcceptedConnection &connection);
-    /// To be called before each rest of the door thread: lets more be worked on when the line
-    /// stands still, and drops idle connections where there is no room. Returns how many threads
-    /// the caller has to start.
+    /// To be called before each rest of the door thread: raises the number of connections worked on
+    /// when the line stands still, and drops idle ones where there is no room. Returns how many
+    /// threads the caller has to start.
     int lookAfterLine();
     /// Whether the door thread is to accept: no other thread waits at the entrance, and there is
     /// room in the line.
     bool needsDoor() const;
-    /// The door thread waits until there may be something for it to do: for a few milliseconds
-    /// while connections come, else until one comes for which no other thread waits.
+    /// Lets the door thread wait until it may have something to do: for a few milliseconds while
+    /// connections come, else until one comes for which no other thread waits.
     void restAtDoor();
-    /// Calls a thread for an errand, unless one is at work and comes by anyway. Returns how many
-    /// threads the caller has to start.
+    /// Calls a thread for an errand, unless a working one comes by anyway. Returns how many threads
+    /// the caller has to start.
     int callForErrand();
     /// Drops the connection that has been idle longest; false when there is none.
     bool dropLongestIdle();
-    /// A thread that was to be started exists, or, with null, could not be had.
+    /// Reports a thread that the caller had to start; null when it could not be started.
     void started(HttpdThread *thread);
     /// The thread's object is being destroyed.
     void forget(HttpdThread *thread);
-    /// All thread objects there are.
+    /// All existing thread objects.
     QVector<HttpdThread *> threads() const;
 
     /// What a thread does next.
     enum class Next {
-        Connection, ///< serves the one that it has been given
-        Errand,     ///< what is to be done between two connections, without one
-        End,        ///< it is no longer needed
+        Connection, ///< it serves the connection that it was given
+        Errand,     ///< it does what is to be done between two connections
+        End,        ///< it ends, as it is no longer needed
     };
-    /// Ends the thread's connection, if it had one, and waits for what comes. The thread itself.
+    /// Ends the thread's connection, if any, and waits for work. Called by the thread itself.
     Next next(HttpdThread &thread);
-    /// Around each wait for the client, in which another connection may be worked on.
+    /// Called around each wait for the client; another connection may be worked on meanwhile.
     void beginWait();
     void endWait();
-    /// Around the making of an answer; waits while the address has enough of them in the making.
-    /// False when the service ends, and there is no endWork() then. The thread itself.
+    /// Called by the thread around the making of an answer. Waits while peerWork answers to the
+    /// address are being made. False when the service ends; endWork() is then not called.
     bool beginWork(const HttpdThread &thread);
     void endWork(const HttpdThread &thread);
 
@@ -129,7 +129,7 @@ private:
     std::condition_variable m_doorCall;
     Entrance m_entrance; ///< does not change once there are threads
     WaitingLine m_line;
-    std::unordered_map<quint32, Peer> m_peers; ///< those that are served
+    std::unordered_map<quint32, Peer> m_peers; ///< the addresses that are served
     QVector<HttpdThread *> m_threads;
     const int m_limit;
     const int m_maxWaiting;
@@ -143,9 +143,9 @@ private:
     int m_accepting = 0; ///< threads that accept a connection, for themselves
     quint64 m_taken = 0; ///< connections that were given to a thread so far
     quint64 m_takenAtLook = 0;
-    bool m_isQuiet = true; ///< none was given to one between the last two looks
+    bool m_isQuiet = true; ///< no connection was given out between the last two looks
     bool m_hasErrand = false;
     bool m_isWatched = false; ///< a thread waits at the entrance
-    bool m_doorRests = false; ///< until it is called
+    bool m_doorRests = false; ///< the door thread rests until it is called
     bool m_stopped = false;
 };

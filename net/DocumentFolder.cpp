@@ -14,7 +14,7 @@ namespace {
 
 constexpr int documentsPerDevice = 4;
 
-/// Before the folder has been counted.
+/// The count before the folder has been looked at.
 constexpr int unknownCount = std::numeric_limits<int>::max() / 2;
 
 constexpr int prefixLength = 3; ///< of "cfg"
@@ -26,14 +26,14 @@ struct Document
     qint64 time;
     QString name;
 
-    /// What is removed first comes first.
+    /// The document to be removed first comes first.
     bool operator<(const Document &other) const
     {
         return std::pair(isUsual, time) < std::pair(other.isUsual, other.time);
     }
 };
 
-/// For its owner only.
+/// Makes a folder for its owner only.
 void makePrivate(const QString &path)
 {
     if (QDir().mkdir(path))
@@ -112,7 +112,7 @@ void DocumentFolder::keepBound(const std::function<int()> &deviceCount,
         return;
     const int devices = std::min(deviceCount(), std::numeric_limits<int>::max() / 8);
     const int bound = std::max(usualBound, documentsPerDevice * devices);
-    // Again for what others, who found this thread at it, added meanwhile.
+    // Repeats for documents that other threads added meanwhile: they leave the removal to this one.
     while ((m_count > bound || m_clearing == Clearing::Wanted) && !stop() &&
            !m_removing.exchange(true)) {
         Clearing clearing = Clearing::Wanted;
@@ -127,10 +127,10 @@ void DocumentFolder::keepBound(const std::function<int()> &deviceCount,
 /// False when it was stopped before all was done.
 bool DocumentFolder::removeBeyond(int bound, const std::function<bool()> &stop)
 {
-    m_count = 0; // what comes while we look counts twice, which does no harm
+    m_count = 0; // a document added during the look counts twice, which does no harm
     std::vector<Document> documents = documentsIn(m_path);
     const int found = static_cast<int>(documents.size());
-    // A tenth more than need be, so that not every new document has the folder read again.
+    // A tenth more than necessary, so that the folder is not read again for every new document.
     const int superfluous = found > bound ? found - bound + bound / 10 : 0;
     const auto end = documents.begin() + superfluous;
     std::partial_sort(documents.begin(), end, documents.end());
@@ -143,8 +143,8 @@ bool DocumentFolder::removeBeyond(int bound, const std::function<bool()> &stop)
 
 void DocumentFolder::remove(const QString &fileName)
 {
-    // It may be one in the making, which has its document's name with an ending of its own, and is
-    // under that one's lock.
+    // The file may be an unfinished one: it has its document's name with an ending added, and is
+    // under the document's lock.
     const auto nameLocks = m_locks.lock(fileName, fileName.section(QLatin1Char('.'), 0, -2));
     QFile::remove(filePath(fileName));
     const std::lock_guard<std::mutex> guard(m_knownMutex);

@@ -10,17 +10,17 @@
 #include <cstdint>
 #include <functional>
 
-/// The folder of the documents that telephones fetch, "HTTPD/MACCFG". Any thread.
+/// The folder of the documents that phones fetch, "HTTPD/MACCFG". Any thread.
 ///
-/// Whoever may ask chooses the names, so the folder has a bound: beyond, documents under odd names
-/// are removed first, then the oldest. What was removed is made again when a telephone asks.
+/// Clients choose the names, so the folder has a bound. Beyond it, documents with unusual names are
+/// removed first, then the oldest. A removed document is made again when a phone asks for it.
 class DocumentFolder
 {
 public:
-    /// So many documents may lie in the folder, or four for each device, whichever is more.
+    /// The folder may hold this many documents, or four for each device, whichever is more.
     static constexpr int usualBound = 1000;
 
-    /// Below `baseDir`, which ends in "/".
+    /// The folder is below `baseDir`, which ends in "/".
     explicit DocumentFolder(const QString &baseDir);
 
     QString path() const { return m_path; }
@@ -30,25 +30,25 @@ public:
     /// Waits for the name's lock, under which its document is written, read and removed.
     std::unique_lock<std::mutex> lock(const QString &fileName) { return m_locks.lock(fileName); }
 
-    /// What a document was made of.
+    /// What a document was made from.
     struct Origin
     {
-        int type = 0;        ///< the export's
-        quint64 version = 0; ///< the list's, or 0 for one that must not be used again
+        int type = 0;        ///< of the export
+        quint64 version = 0; ///< of the list, or 0 for a document that must not be used again
     };
-    /// True when the document, which looks so, was made of just that and nobody has touched it
-    /// since. Under the name's lock, as the next.
+    /// True when the document was made from exactly this, and `look` shows that it is unchanged
+    /// since. Call under the name's lock, as the next one.
     bool isCurrent(const QString &fileName, const Origin &origin, const FileLook &look);
-    /// A document was written, and looks so; `isNew` when there was none of this name.
+    /// Notes a document that was written; `isNew` when there was none of this name.
     void written(const QString &fileName, const Origin &origin, const FileLook &look, bool isNew);
 
-    /// Removes documents beyond the bound; at once when there are none, or when another thread is
-    /// at it. Takes a while; holds no lock but, one after the other, those of the names removed.
+    /// Removes the documents beyond the bound. Returns at once when there are none or when another
+    /// thread removes them. Takes a while; holds only the locks of the document being removed.
     void keepBound(const std::function<int()> &deviceCount, const std::function<bool()> &stop);
 
-    /// Has the next keepBound() remove all documents there are.
+    /// Makes the next keepBound() remove all documents.
     void clear() { m_clearing = Clearing::Wanted; }
-    /// True until all that there were then are gone.
+    /// True until all documents that existed at clear() are gone.
     bool isToBeCleared() const { return m_clearing != Clearing::None; }
 
     /// True for "cfg" + MAC + ".xml".

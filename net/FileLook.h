@@ -4,8 +4,8 @@
 
 #include <cstdint>
 
-/// By what a file is seen to have been touched. Not by Qt, which has the system look up the time
-/// zone each time, with one lock for all threads.
+/// The properties that show whether a file was changed. Not read through Qt, which has the system
+/// look up the time zone each time, under one lock for all threads.
 struct FileLook
 {
     FileLook() = default;

@@ -6,8 +6,8 @@
 #include <mutex>
 #include <utility>
 
-/// Locks on file names: who holds a name's lock is alone with that file. A fixed number of locks
-/// is shared out among all names, so two names seldom wait for each other without need.
+/// Locks on file names: the holder of a name's lock has that file to itself. A fixed number of
+/// locks is shared out among all names, so two names seldom wait for each other needlessly.
 class FileNameLocks
 {
 public:
@@ -15,9 +15,9 @@ public:
 
     /// Waits for the lock of this name. Names that differ only in case share a lock, as they are
     /// one file on some systems. Any thread; the lock must not outlive this object. A thread that
-    /// has one must not ask for another.
+    /// holds a lock must not ask for another.
     Lock lock(const QString &fileName) { return Lock(mutex(fileName)); }
-    /// The same for two names at a time, which may be one.
+    /// The same for two names at once, which may be equal.
     std::pair<Lock, Lock> lock(const QString &fileName, const QString &otherName);
 
 private:

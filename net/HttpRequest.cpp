@@ -6,7 +6,7 @@
 
 namespace {
 
-/// The file name and the product of a "?pro=" request line are looked for from here on.
+/// The positions in a "?pro=" request line from which the file name and the product are looked for.
 constexpr int queryNameStart = 3;
 constexpr int queryProductStart = 20;
 
@@ -77,8 +77,8 @@ bool HttpRequest::namesDocument() const
 
 bool HttpRequest::hasSafeFileName() const
 {
-    // A colon would name a second stream of a file on some file systems; the others mean something
-    // else, or nothing, in a name on some. What is safe must not depend on where the program runs.
+    // On some file systems a colon names a second stream of a file, and the other characters have
+    // a special meaning or are forbidden. What is safe must not depend on the system.
     const auto isUnsafe = [](QChar c) {
         return c < QLatin1Char(' ') || QStringLiteral("/\\:*?\"<>|").contains(c);
     };

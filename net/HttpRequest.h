@@ -2,16 +2,16 @@
 
 #include <QString>
 
-/// What a telephone asks for, gathered line by line from its request. Knows nothing of sockets.
+/// What a phone asks for, gathered line by line from its request. Knows nothing of sockets.
 struct HttpRequest
 {
     QString fileName; ///< empty until a request line has been seen
     QString product;  ///< model word of the User-Agent line, or of a "?pro=" request line
-    QString mac;      ///< set by request lines that name "cfg" + MAC + ".xml" only
-    QString target;   ///< what a request line asks for that has no file name or a "?pro="
+    QString mac;      ///< set only by a request line with "cfg" + MAC + "." and no "?pro="
+    QString target;   ///< the target of a request line with a "?pro=" or without a file name
 
-    /// Takes in one line, with or without its line end. Request lines ("GET") and the User-Agent
-    /// line count, all others are ignored; a later line overwrites what an earlier one said.
+    /// Takes one line, with or without its line end. Only request lines ("GET") and the User-Agent
+    /// line count; a later line overwrites what an earlier one said.
     void addLine(const QString &line);
 
     /// True when the request names a provisioning document: only such requests are reported and

@@ -10,27 +10,27 @@
 class ProvisioningSource;
 struct RequestEnd;
 
-/// Opens and closes the HTTP service, and is the one place that knows whether it is open. Makes a
-/// service for each opening. GUI thread.
+/// Opens and closes the HTTP service, and alone knows whether it is open. Makes a new service for
+/// each opening. GUI thread.
 class HttpdControl : public QObject
 {
     Q_OBJECT
 public:
     enum class State {
         Closed,
-        Opening, ///< the user is being asked for the network card, in a box's event loop
+        Opening, ///< the user is being asked, in the event loop of a modal box or dialog
         Open,
-        Closing ///< close() was called while opening: it ends when the box's event loop has
+        Closing ///< close() was called while opening; lasts until that event loop has ended
     };
 
     /// `source` must outlive this object. `baseDir` ends in "/".
     HttpdControl(ProvisioningSource &source, const QString &baseDir, QObject *parent = nullptr);
-    /// Closes the service and waits for its connections. Not while it is opening.
+    /// Closes the service and waits for its connections. Must not be called while it is opening.
     ~HttpdControl() override;
 
     State state() const { return m_state; }
-    /// Asks the user for the network card and starts the service; true when it runs. The user
-    /// knows why when it does not. Without effect, and false, while an opening is under way.
+    /// Asks the user for the network card and starts the service; true when it runs. A failure has
+    /// been shown to the user. Does nothing, and returns false, while an opening is under way.
     bool open();
     /// Ends the service and every open connection.
     void close();
@@ -40,8 +40,8 @@ public:
     /// Port of the open service; 80 when none is.
     quint16 port() const;
 
-    /// Has the open service remove all its documents, which only it knows when to; false when none
-    /// is open.
+    /// Makes the open service remove all its documents, at a time that suits it; false when none is
+    /// open.
     bool clearDocuments();
 
     /// Replaces where the machine's interfaces come from. For tests.
@@ -52,9 +52,9 @@ signals:
     void httpdMsg(const QString &text);
     /// See HttpdServer.
     void requestEnded(const RequestEnd &request);
-    /// The service is closed before it has done what clearDocuments() asks for.
+    /// The service was closed before it had removed the documents, see clearDocuments().
     void documentsLeft();
-    /// Where telephones find the service, after each successful start.
+    /// Where phones find the service, after each successful start.
     void httpdAddressChanged(const QString &address, const QString &port);
 
 private:

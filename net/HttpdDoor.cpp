@@ -8,8 +8,7 @@ namespace {
 /// How long to wait, when nothing can be accepted, before trying again.
 constexpr std::chrono::milliseconds retryInterval{50};
 
-/// Connections accepted in a row at most, so that a flood does not keep the line from being looked
-/// after.
+/// The most connections accepted in a row, so that the line is looked after even in a flood.
 constexpr int batch = 64;
 
 } // namespace
@@ -41,14 +40,14 @@ void HttpdDoor::run()
         if (acceptAll()) {
             m_calls.rest();
         } else if (isOpen()) {
-            // Trying again at once would only fail again, for ever.
+            // Without a pause, the retries would keep failing in a busy loop.
             m_calls.shortage();
             QThread::msleep(static_cast<unsigned long>(retryInterval.count()));
         }
     }
 }
 
-/// False when there is something to accept that cannot be.
+/// False when a connection waits but cannot be accepted.
 bool HttpdDoor::acceptAll()
 {
     using SocketPlatform::Accept;

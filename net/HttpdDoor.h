@@ -7,15 +7,15 @@
 #include <atomic>
 #include <functional>
 
-/// The thread that sees to it that telephones get in whatever the other threads do: it starts
-/// connection threads, lets more be worked on when the line stands still, and accepts while none of
-/// them is free to. Nothing here takes long.
+/// The thread that lets phones in whatever the other threads do: it starts connection threads, has
+/// more connections worked on when the line stands still, and accepts while no connection thread is
+/// free to. Nothing here takes long.
 class HttpdDoor : public QThread
 {
     Q_OBJECT
 
 public:
-    /// What happens here; called on this thread.
+    /// What the thread does; called on it.
     struct Calls
     {
         std::function<void()> lookAfterLine;
@@ -26,7 +26,7 @@ public:
     };
 
     explicit HttpdDoor(Calls calls);
-    /// Waits for the thread, which has been stopped.
+    /// Stops the thread and waits for it; Calls::rest() has to return.
     ~HttpdDoor() override;
 
     /// Ends the thread once it no longer rests, without waiting for it.
@@ -39,7 +39,7 @@ private:
     enum class State {
         Open,
         Closing,
-        Ended, ///< run() is over; publishes what was done there
+        Ended, ///< run() is over; publishes its writes to other threads
     };
 
     bool acceptAll();

@@ -19,10 +19,10 @@ struct HttpdPort
     QString portText; ///< its text, empty unless it is a number
 };
 
-/// Reads the port setting from an XML file. Without the file, or when it cannot be opened, the
-/// default; of a damaged file, what stands before the damage.
+/// Reads the port setting from an XML file. Returns the default when the file is missing or cannot
+/// be opened; of a damaged file, uses what stands before the damage.
 HttpdPort readHttpdPort(const QString &path);
 
-/// Writes the setting, whole or not at all. `portText` is the custom port as it was typed, possibly
-/// empty.
+/// Writes the setting; replaces the file as a whole or not at all. `portText` is the custom port as
+/// it was typed, possibly empty.
 WriteResult writeHttpdPort(const QString &path, bool useDefault, const QString &portText);

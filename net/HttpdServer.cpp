@@ -10,22 +10,22 @@
 
 namespace {
 
-/// What one connection opens: the socket, the handle on it, a file.
+/// The descriptors of one connection: the socket, the handle on it, a file.
 constexpr qint64 descriptorsPerConnection = 3;
 
-/// For each that is served so many may wait, with a descriptor each.
+/// How many connections may wait for each one that is served; each has a descriptor.
 constexpr int waitingPerConnection = 2;
 
-/// What is left to the rest of the program.
+/// The descriptors left to the rest of the program.
 constexpr qint64 descriptorsElsewhere = 256;
 
 /// Connections that the system holds until they are accepted.
 constexpr int backlog = 2048;
 
-/// Milliseconds for which reports are gathered: soon for the eye, seldom for the event loop.
+/// Milliseconds for which reports are gathered: short for the eye, long for the event loop.
 constexpr int reportInterval = 100;
 
-/// Reports kept while the GUI thread is busy; far more than anybody could read.
+/// The most reports kept while the GUI thread is busy; far more than anybody could read.
 constexpr std::size_t maxReports = 40000;
 
 qint64 descriptorsFor(int connections)
@@ -56,7 +56,7 @@ HttpdServer::~HttpdServer()
 {
     shutDown();
     m_door.reset();
-    // One that is waited for here may have started another one just before the end.
+    // A thread that is waited for here may have started another one just before its end.
     for (auto threads = m_pool.threads(); !threads.isEmpty(); threads = m_pool.threads()) {
         for (HttpdThread *const thread : qAsConst(threads)) {
             disconnect(thread, nullptr, this, nullptr);
@@ -70,7 +70,7 @@ bool HttpdServer::listen(const QHostAddress &address, quint16 port)
 {
     if (m_door || !SocketPlatform::listenAlone(*this, address, port, backlog))
         return false;
-    pauseAccepting(); // the door accepts
+    pauseAccepting(); // the pool's threads and the door accept
     m_listener = std::make_unique<Listener>(socketDescriptor());
     if (!m_listener->isUsable()) {
         m_listener.reset();
@@ -136,12 +136,12 @@ void HttpdServer::startThreads(int count)
         m_pool.started(startThread());
 }
 
-/// Null when the system has no room for another thread.
+/// Null when the system cannot start another thread.
 HttpdThread *HttpdServer::startThread()
 {
     auto *thread = new HttpdThread(m_pool, m_source, m_baseDir, m_folder);
     connect(thread, &QThread::finished, thread, &QObject::deleteLater);
-    // After the one above, for what Qt does there.
+    // Connected after deleteLater(), so that it also publishes what Qt does for that.
     connect(thread, &QThread::finished, thread, &HttpdThread::markEnded, Qt::DirectConnection);
     connect(
         thread, &HttpdThread::singleRequest, this,
@@ -166,7 +166,7 @@ void HttpdServer::onTurnedAway(quint32 peer)
     m_source.requestEnded(end);
 }
 
-/// On a connection thread. The user is told how a request ended that he was told of.
+/// On a connection thread. Reports the end only of a request that was reported to the user.
 void HttpdServer::onEnd(const RequestEnd &request)
 {
     m_source.requestEnded(request);
@@ -185,7 +185,7 @@ void HttpdServer::addReport(Report report)
         QMetaObject::invokeMethod(this, "emitSoon", Qt::QueuedConnection);
 }
 
-/// At once, unless some have been emitted just now.
+/// Emits the reports at once, or later if some have been emitted just now.
 void HttpdServer::emitSoon()
 {
     if (m_reportTimer.isActive())

@@ -17,19 +17,19 @@ class HttpdThread;
 class Listener;
 class ProvisioningSource;
 
-/// Lets the telephones in, and has their requests answered by HttpdThread. GUI thread, but
-/// accepting and serving happen elsewhere, and go on while the GUI thread is busy: see
+/// Accepts the phones' connections and has HttpdThread answer their requests. GUI thread, but
+/// accepting and serving run on other threads and go on while the GUI thread is busy: see
 /// docs/threads.md.
 ///
 /// There is a limit to the connections served at a time, and a share of it for each address. At the
 /// limit, the connection that has been idle longest makes room, so that idle clients cannot keep
-/// telephones out; while all are busy, new connections wait.
+/// phones out; while all are busy, new connections wait.
 class HttpdServer : public QTcpServer
 {
     Q_OBJECT
 
 public:
-    /// Connections served at a time where the system has descriptors enough.
+    /// Connections served at a time, if the system has enough descriptors.
     static constexpr int maxConnections = 512;
 
     /// `source` must outlive the server. Files are served from "HTTPD/MACCFG" below `baseDir`,
@@ -39,25 +39,25 @@ public:
     /// this returns.
     ~HttpdServer() override;
 
-    /// As SocketPlatform::listenAlone(), with a queue long enough for a building full of telephones
-    /// that all start when the power comes back. Not after shutDown().
+    /// As SocketPlatform::listenAlone(), with a backlog long enough for a building full of phones
+    /// that all start when the power comes back. Must not be called after shutDown().
     bool listen(const QHostAddress &address, quint16 port);
 
-    /// Stops listening and cuts all connections. Their threads end soon, but are not waited for.
+    /// Stops listening and cuts all connections. Does not wait for their threads, which end soon.
     void shutDown();
 
-    /// Has every document removed, soon and on a connection thread: the list is another one.
+    /// Has every document removed soon, on a connection thread. For a list that was replaced.
     void clearDocuments();
-    /// Whether that is still to be done.
+    /// Whether documents are still to be removed for clearDocuments().
     bool hasDocumentsToClear() const { return m_folder.isToBeCleared(); }
 
     /// How many connections fit when the process may open this many descriptors.
     static int connectionLimit(qint64 descriptors);
 
 signals:
-    /// A telephone's request, as a text for the user. A few times a second all that there are.
+    /// A phone's request, as a text for the user. Emitted in batches, ten a second at most.
     void requestServer(const QString &report);
-    /// A telephone's request is over. Comes after its report, in the same manner.
+    /// A phone's request has ended. Emitted after its report, in the same manner.
     void requestEnded(const RequestEnd &request);
 
 protected:
@@ -68,7 +68,7 @@ private:
     SocketPlatform::Accept acceptConnection();
     void startThreads(int count);
     HttpdThread *startThread();
-    /// What a telephone asks for, or how that ended.
+    /// What a phone asks for, or how its request ended.
     using Report = std::variant<QString, RequestEnd>;
     void onTurnedAway(quint32 peer);
     void onEnd(const RequestEnd &request);

@@ -30,8 +30,8 @@ HttpdService::HttpdService(ProvisioningSource &source, const QString &baseDir, Q
 HttpdService::~HttpdService()
 {
     stop();
-    // Not left to the event loop, which may never run again. Nobody is told its last reports, as
-    // the owner may be half gone.
+    // Deleted here, as the event loop may never run again. Its last reports are dropped, as the
+    // owner may be half destroyed.
     if (m_stoppedServer)
         m_stoppedServer->disconnect(this);
     delete m_stoppedServer;
@@ -120,7 +120,7 @@ bool HttpdService::chooseCard()
 
     m_cardDialog->setNetCards(netCards(interfaces));
     const int result = Modal::run(*m_cardDialog);
-    m_cardDialog->hide(); // still open when the program quits
+    m_cardDialog->hide(); // it is still open when the program quits
     if (result == Rejected || !m_server) {
         qCDebug(debugLog) << "User abort select network card.";
         return false;
@@ -185,7 +185,7 @@ bool HttpdService::showBox(QMessageBox::Icon icon, const QString &text)
 void HttpdService::fillDialog()
 {
     setWindowTitle(tr("Httpd Server"));
-    // Without a parent the system makes it a window by itself; with one it has to be said.
+    // Without a parent the dialog is a window anyway; with one, the flag has to say so.
     const Qt::WindowFlags type = parentWidget() ? Qt::Dialog : Qt::Widget;
     setWindowFlags(type | Qt::WindowTitleHint | Qt::WindowCloseButtonHint);
     if (layout())

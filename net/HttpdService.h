@@ -16,9 +16,9 @@ class ProvisioningSource;
 class QLabel;
 class QPushButton;
 
-/// Starts the HTTP server that the telephones fetch their files from: lets the user choose the
-/// network card to announce, opens the port that "port.xml" asks for, and tells where the server
-/// runs. The dialog itself is the note about that; its owner decides when to show it.
+/// Starts the HTTP server from which the phones fetch their files: lets the user choose the network
+/// card to announce, opens the port that "port.xml" asks for, and tells where the server runs. The
+/// dialog itself shows that; its owner decides when.
 ///
 /// GUI thread. Meant for one start; make a new service for the next.
 class HttpdService : public QDialog
@@ -28,12 +28,12 @@ class HttpdService : public QDialog
 public:
     /// `source` must outlive the service; `baseDir` ends in "/".
     HttpdService(ProvisioningSource &source, const QString &baseDir, QWidget *parent = nullptr);
-    /// Stops, and waits for the connections' threads. Not while start() is running.
+    /// Stops and waits for the connections' threads. Must not be called while start() is running.
     ~HttpdService() override;
 
-    /// Asks the user and starts the server; true when it runs. Failures have been shown to the
-    /// user when this returns. The service may be stopped, and the program may quit, while a
-    /// question is open: then this returns false.
+    /// Asks the user and starts the server; true when it runs. A failure has been shown to the user
+    /// when this returns. Returns false when the service is stopped or the program quits while a
+    /// question is open.
     bool start();
 
     /// See HttpdServer::clearDocuments().
@@ -53,9 +53,9 @@ public:
     void setInterfaceSource(InterfaceSource source);
 
 signals:
-    /// A telephone's request, as a text for the user.
+    /// A phone's request, as a text for the user.
     void httpdMsg(const QString &message);
-    /// Where the telephones find the server, after each successful start.
+    /// Where the phones find the server, after each successful start.
     void httpdAddressChanged(const QString &address, const QString &port);
     /// See HttpdServer.
     void requestEnded(const RequestEnd &request);

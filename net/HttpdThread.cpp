@@ -33,13 +33,13 @@ constexpr int restTimeout = 250;
 /// How long a client may take to fetch its answer.
 constexpr int disconnectTimeout = 30000;
 
-/// A request keeps at most this much memory; a telephone sends a few hundred bytes.
+/// A request keeps at most this much memory; a phone sends a few hundred bytes.
 constexpr qint64 maxRequestSize = qint64(64) * 1024;
 
-/// One line is read up to this size (with its terminator), the rest counts as the next line.
+/// A line is read up to this size (with its terminator); the rest counts as the next line.
 constexpr int lineBufferSize = 1024;
 
-/// Of what a request says of itself, for the log.
+/// The most characters of a request's target, and of its product, that the log keeps.
 constexpr int longestKept = 300;
 
 qint64 steadyMilliseconds()
@@ -61,7 +61,7 @@ bool isEmptyLine(const QString &line)
 
 QByteArray makeAnswerHeader()
 {
-    // Telephones expect English names, whatever language the system speaks.
+    // Phones expect English names, whatever the system's language is.
     const QString now = QLocale::c().toString(QDateTime::currentDateTime(),
                                               QStringLiteral("ddd MMM d HH:mm:ss yyyy"));
     return QStringLiteral("HTTP/1.0 200 Ok\r\n"
@@ -84,9 +84,9 @@ HttpdThread::HttpdThread(ConnectionPool &pool, ProvisioningSource &source, const
     , m_source(source)
     , m_folder(folder)
 {
-    // Under the name by which the signal declares it, so that it can be queued.
+    // Registered under the name that the signal declares, so that the signal can be queued.
     qRegisterMetaType<QTcpSocket::SocketError>("QTcpSocket::SocketError");
-    setEventDispatcher(new NoEventDispatcher); // the thread's from its start, which deletes it
+    setEventDispatcher(new NoEventDispatcher); // the thread takes ownership
 }
 
 HttpdThread::~HttpdThread()
@@ -203,13 +203,13 @@ void HttpdThread::tellEnd()
 }
 
 /// Waits for the client with one of the socket's own waiting functions, and gives up when the
-/// connection is cut. Meanwhile somebody else's connection may be worked on.
+/// connection is cut. Meanwhile another connection may be worked on.
 template <typename Condition>
 bool HttpdThread::waitFor(int timeout, Condition condition)
 {
     const QDeadlineTimer deadline(timeout);
     bool done = (m_socket->*condition)(0);
-    // Whoever drops the connection from here on finds the handle, and wakes this thread.
+    // A thread that drops the connection from here on finds the handle and wakes this thread.
     if (done || !beginWait())
         return done;
     do {
@@ -221,7 +221,7 @@ bool HttpdThread::waitFor(int timeout, Condition condition)
     return done;
 }
 
-/// False when there is nobody to wait for, or no handle for others to end the wait by.
+/// False when there is no client to wait for, or no handle by which others can end the wait.
 bool HttpdThread::beginWait()
 {
     const qintptr descriptor = m_socket->socketDescriptor();
@@ -261,7 +261,7 @@ HttpRequest HttpdThread::readRequest()
             if (length <= 0)
                 return request;
             size += length;
-            // With its length, so that a NUL stays visible.
+            // With its length, so that a NUL does not end the line.
             const QString line = QString::fromLatin1(buffer.data(), static_cast<int>(length));
             complete = complete || (lineStart && isEmptyLine(line));
             lineStart = line.endsWith(QLatin1Char('\n'));
@@ -275,7 +275,7 @@ HttpRequest HttpdThread::readRequest()
 
 void HttpdThread::getMessage()
 {
-    // For a quarter of a second at most, unless a document is made.
+    // Busy for a quarter of a second at most, unless a document is made.
     if (!change(State::Idle, State::Busy))
         return;
     const HttpRequest request = readRequest();
@@ -308,8 +308,8 @@ void HttpdThread::serveRequest(const QString &fileName, const QString &product)
     m_source.saveList();
     if (!m_pool.beginWork(*this))
         return;
-    // Two families may ask for one name at once: the file must not change between being written
-    // for this telephone and being read for it.
+    // Phones of two families may ask for one name at once: the file must not change between being
+    // written and being read for this phone.
     std::unique_lock<std::mutex> nameLock = m_folder.lock(fileName);
     QFile file(m_folder.path() + QLatin1Char('/') + fileName);
     const bool dropped = isDropped();
@@ -325,12 +325,12 @@ RequestOutcome HttpdThread::whyNotWritten() const
 {
     if (!m_source.hasDevice(m_mac))
         return RequestOutcome::NotListed;
-    // Files are named in lower case.
+    // Documents are named in lower case.
     return bareMac(m_mac) == m_mac ? RequestOutcome::NotWritten : RequestOutcome::NoName;
 }
 
-/// Opens the document, which is written before unless it is as it should be. Under the name's lock.
-/// False when it cannot be written.
+/// Opens the document, after writing it unless it is current. Called under the name's lock. False
+/// when it cannot be written.
 bool HttpdThread::openDocument(QFile &file, const QString &fileName, const QString &product)
 {
     const DocumentFolder::Origin origin{familyOfWord(product).document, m_source.listVersion()};
@@ -346,7 +346,7 @@ bool HttpdThread::openDocument(QFile &file, const QString &fileName, const QStri
     return true;
 }
 
-/// Reads the file, gives its name free and sends what was read; nobody waits for a slow client.
+/// Reads the file, releases its name and sends the content: no thread waits for a slow client.
 void HttpdThread::sendFile(QFile &file, std::unique_lock<std::mutex> nameLock)
 {
     const qint64 size = file.isOpen() ? file.size() : 0;
@@ -371,12 +371,12 @@ void HttpdThread::sendFile(QFile &file, std::unique_lock<std::mutex> nameLock)
         m_end.outcome = RequestOutcome::Sent;
     else if (!isDropped())
         m_end.outcome = RequestOutcome::GaveUp;
-    // Direct: the socket is this thread's.
+    // Direct: the socket belongs to this thread.
     connect(m_socket, &QTcpSocket::bytesWritten, this, &HttpdThread::disCurrentSocket,
             Qt::DirectConnection);
 }
 
-/// Made once a second: for the local time the system asks its files, and has one lock for all.
+/// Made once a second: for the local time, the system reads its files under one lock for all.
 QByteArray HttpdThread::answerHeader()
 {
     const qint64 second = QDateTime::currentSecsSinceEpoch();
@@ -395,8 +395,8 @@ void HttpdThread::closeSocket()
         waitFor(disconnectTimeout, &QTcpSocket::waitForDisconnected);
 }
 
-/// While the socket still has its descriptor. When not all is sent yet, the handle is left to end
-/// the stream with.
+/// To be called while the socket has its descriptor. When not all is sent yet, the handle is kept
+/// to end the stream later.
 void HttpdThread::endStream()
 {
     const qintptr descriptor = m_socket->socketDescriptor();

@@ -21,32 +21,32 @@ struct AcceptedConnection;
 struct HttpRequest;
 class QDeadlineTimer;
 
-/// Serves the telephones' connections, one after the other: reads one request, has the provisioning
+/// Serves the phones' connections, one after the other: reads one request, has the provisioning
 /// file written, sends it, and takes the next connection. There is no event loop; run() is the
 /// whole life of the thread.
 ///
-/// The object lives on the server's thread. On the connection thread run: run(), getMessage(),
-/// serveRequest(), sendFile(). Shared between threads are the connection handle (which locks for
-/// itself) and the atomics below, and, under the pool's mutex, which connection it is.
+/// The object lives on the server's thread. run(), getMessage(), serveRequest() and sendFile() run
+/// on the connection thread. Threads share the connection handle (which has its own lock), the
+/// atomics below, and, under the pool's mutex, the identity of the connection.
 class HttpdThread : public QThread
 {
     Q_OBJECT
 
 public:
-    /// Gets its connections from `pool`. That, `source` and `folder` must outlive the thread.
+    /// `pool` gives out the connections. `pool`, `source` and `folder` must outlive the thread.
     HttpdThread(ConnectionPool &pool, ProvisioningSource &source, const QString &baseDir,
                 DocumentFolder &folder);
     /// Waits for the thread.
     ~HttpdThread() override;
 
-    /// Who is told of each connection's end, on the connection thread. Before the start.
+    /// Told of each connection's end, on the connection thread. To be set before the start.
     using EndListener = std::function<void(const RequestEnd &)>;
     void setEndListener(EndListener listener) { m_endListener = std::move(listener); }
 
-    /// Publishes all that was done on the connection thread. Called there, last of all.
+    /// Publishes the connection thread's writes to other threads. Called there, last of all.
     void markEnded();
 
-    /// The four below are the pool's, under its mutex. The connection is this thread's from now on.
+    /// For the pool, under its mutex, as the next three. Takes the connection over.
     void take(const AcceptedConnection &connection);
     /// The connection is over.
     void rest();
@@ -57,13 +57,13 @@ public:
     /// Cuts the connection; a thread that waits for it wakes up and goes on to the next. False when
     /// there is none, or it is cut already. Any thread, under the pool's mutex.
     bool drop();
-    /// The same for a client that has sent nothing; false also when it just has.
+    /// The same for a client that has sent nothing; false also when it has just sent something.
     bool evict();
     /// True from drop() until the connection is over.
     bool isDropped() const { return m_state == State::Dropped; }
     /// True when the thread waits for its client, which has sent nothing.
     bool isIdle() const;
-    /// For how many milliseconds nothing has happened on the connection.
+    /// Milliseconds since the last activity on the connection.
     qint64 idleTime() const;
 
 signals:
@@ -81,13 +81,13 @@ protected:
     void run() override;
 
 private:
-    /// What the thread is at.
+    /// What the thread is doing.
     enum class State {
         Resting, ///< no connection
         Idle,    ///< the client's turn: to ask, or to take the answer
         Busy,    ///< reading a request or making the answer
         Dropped, ///< the connection is cut, and not over yet
-        Ended,   ///< run() is over; publishes what was done there
+        Ended,   ///< run() is over; publishes its writes to other threads
     };
 
     void serveConnection();
@@ -113,7 +113,7 @@ private:
     QString m_baseDir;
     QString m_mac;
     QByteArray m_header;       ///< of an answer
-    qint64 m_headerSecond = 0; ///< since 1970, in which it was made
+    qint64 m_headerSecond = 0; ///< when it was made, in seconds since 1970
     RequestEnd m_end;          ///< of this connection; Dropped until it ends in another way
     EndListener m_endListener;
 

@@ -2,8 +2,8 @@
 
 namespace {
 
-/// A connection is accepted only when this many descriptors are free, as without any for the files
-/// it would go without its answer.
+/// A connection is accepted only when this many descriptors are free: without one for its file, it
+/// would get no answer.
 constexpr int descriptorReserve = 16;
 
 } // namespace

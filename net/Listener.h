@@ -8,13 +8,13 @@
 class Listener
 {
 public:
-    /// A second descriptor of the listening socket, which stays the caller's. It must not block.
+    /// Duplicates the listening descriptor, which stays the caller's and must not block.
     explicit Listener(std::intptr_t listening);
     ~Listener();
     Listener(const Listener &) = delete;
     Listener &operator=(const Listener &) = delete;
 
-    /// False when the system had no descriptor left for it.
+    /// False when the system had no descriptor left.
     bool isUsable() const { return m_descriptor >= 0; }
 
     /// Accepts a connection if one waits; the new descriptor is the caller's. Refused also when the

@@ -14,7 +14,7 @@ QString buttonText(QString text)
     return text.replace(QLatin1Char('&'), QLatin1String("&&"));
 }
 
-/// Shortens a name that is longer than its place; the tool tip has all of it.
+/// Shortens a name that does not fit; the tool tip shows all of it.
 class NameButton : public QRadioButton
 {
 public:
@@ -33,8 +33,8 @@ protected:
     }
 };
 
-/// Breaks a list of addresses after a comma, where word wrap would find no place to. Shortens what
-/// does not fit two lines; the tool tip has all of it.
+/// Breaks a list of addresses after a comma, where word wrap would not. Shortens a list that does
+/// not fit two lines; the tool tip shows all of it.
 class AddressLabel : public QLabel
 {
 public:

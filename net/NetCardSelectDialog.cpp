@@ -24,7 +24,7 @@ NetCardSelectDialog::NetCardSelectDialog(QWidget *parent)
     , m_okButton(new QPushButton(tr("OK"), this))
     , m_cancelButton(new QPushButton(tr("Cancel"), this))
 {
-    // Without a parent the system makes it a window by itself; with one it has to be said.
+    // Without a parent the dialog is a window anyway; with one, the flag has to say so.
     const Qt::WindowFlags type = parent ? Qt::Dialog : Qt::Widget;
     setWindowFlags(type | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
                    Qt::WindowCloseButtonHint);
@@ -99,9 +99,9 @@ void NetCardSelectDialog::onCancelButtonClicked()
 
 void NetCardSelectDialog::onItemToggled(bool checked)
 {
-    // Whichever way it went: the card that the user touched is the chosen one.
+    // Whether it was checked or unchecked: the card that the user touched is the chosen one.
     Q_UNUSED(checked)
-    const QObject *touched = sender(); // no longer known once it is disconnected
+    const QObject *touched = sender(); // sender() forgets it once it is disconnected
     for (NetCardItem *item : qAsConst(m_items)) {
         disconnect(item, &NetCardItem::cardToggled, this, &NetCardSelectDialog::onItemToggled);
         item->setChecked(item == touched);

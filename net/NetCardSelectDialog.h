@@ -11,7 +11,7 @@ class QPushButton;
 class QScrollArea;
 class QVBoxLayout;
 
-/// Lets the user choose the network card whose address is announced to the telephones.
+/// Lets the user choose the network card whose address is announced to the phones.
 class NetCardSelectDialog : public QDialog
 {
     Q_OBJECT

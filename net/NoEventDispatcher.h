@@ -2,8 +2,8 @@
 
 #include <QAbstractEventDispatcher>
 
-/// Stands where a thread without an event loop would have its event dispatcher. Nobody is ever
-/// woken by it, so it costs neither a descriptor a thread nor system calls for each socket.
+/// The event dispatcher of a thread without an event loop. It wakes nothing, so it costs neither a
+/// descriptor for each thread nor system calls for each socket.
 class NoEventDispatcher : public QAbstractEventDispatcher
 {
 public:

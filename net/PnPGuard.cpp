@@ -11,29 +11,29 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr int burst = 200;
-constexpr int burstForOthers = burst / 2;     ///< of the answers to an address for which others ask
+constexpr int burstForOthers = burst / 2;     ///< of the answers to an address that others name
 constexpr PnPGuard::Time refillForOne = 50ms; // for each datagram
 constexpr PnPGuard::Time refillForAll = 5ms;
 
 /// Full buckets are dropped when the table gets this long. The limit for all keeps fewer than 600
-/// others in it: most of them are full again after a tenth of a second.
+/// others in it, most of which are full again after a tenth of a second.
 constexpr int mostAddresses = 1024;
 
-/// An answer is at most so many times as long as its request...
+/// An answer is at most this many times as long as its request...
 constexpr int growth = 3;
-/// ...but for one that says each thing briefly, and asks for itself: the answers' own lines are
-/// longer than that then.
+/// ...but may always have this length when the sender asks for itself: a brief request is far
+/// shorter than the fixed lines of the answers.
 constexpr int briefAnswer = 1100; // bytes
 
-/// Whether a bucket holds so many, of which `usable` datagrams may be taken when it is full.
+/// Whether a bucket has tokens for so many datagrams; a full bucket gives `usable` of them.
 bool holds(PnPGuard::Time fullAt, PnPGuard::Time refill, int datagrams, PnPGuard::Time now,
            int usable = burst)
 {
     return std::max(fullAt, now) + datagrams * refill <= now + usable * refill;
 }
 
-/// Whether `address` means every host of the network that `own` is an address of. Some systems
-/// still take the network's own number for its broadcast address.
+/// Whether `address` means every host in the network of `own`. Some systems still take the
+/// network's own number for its broadcast address.
 bool isBroadcast(const QHostAddress &address, const QNetworkAddressEntry &own)
 {
     constexpr int smallestBroadcasting = 30; // longer prefixes have hosts only
@@ -80,8 +80,8 @@ PnPGuard::Verdict PnPGuard::judge(const Exchange &exchange, Time now)
     return spend(exchange, now) ? Allowed : TooOften;
 }
 
-/// Whether the answer would reach this server's own ear, where it would pass for a request and be
-/// answered again, without end. A telephone cannot have the address: the port is taken.
+/// Whether the answer would reach this server, which would take it for a request and answer again,
+/// endlessly, or a whole network. No phone can have the server's address and port: they are taken.
 bool PnPGuard::comesBack(const QHostAddress &address, quint16 port) const
 {
     const bool isOwnPort = port == PnPMessages::requestPort;
@@ -101,7 +101,7 @@ bool PnPGuard::isNear(const QHostAddress &sender, const QHostAddress &address) c
            });
 }
 
-/// Takes the answer out of every bucket that it counts for, or out of none.
+/// Takes the answer's datagrams out of every bucket that they count for, or out of none.
 bool PnPGuard::spend(const Exchange &exchange, Time now)
 {
     const quint32 sender = exchange.sender.toIPv4Address();

@@ -7,14 +7,14 @@
 
 #include <chrono>
 
-/// Decides who may be answered, and how often, so that a forged request cannot bring a flood upon
-/// somebody or reach into other networks. It opens no socket and reads no clock: the caller tells
-/// it the networks and the time.
+/// Decides who may be answered, and how often, so that a forged request can neither flood a host
+/// nor reach into other networks. It opens no socket and reads no clock: the caller supplies the
+/// networks and the time.
 ///
 /// An address gets 200 datagrams at once and 20 a second after that. All addresses together get 200
 /// at once and 200 a second, so in no second more than 400. A request counts for the address that
-/// gets the answer and for its sender, who may name a neighbour in it. Half of what an address gets
-/// is kept for what it asks itself, so that nobody else can use up its answers.
+/// gets the answer and for its sender, who may name a neighbour in it. Half of an address's
+/// datagrams are kept for its own requests, so that no other sender can use up its answers.
 class PnPGuard
 {
 public:
@@ -32,7 +32,7 @@ public:
     struct Exchange
     {
         QHostAddress sender;  ///< where the request came from
-        QHostAddress address; ///< where the answer is to go; one host's
+        QHostAddress address; ///< where the answer is to go; a single host
         quint16 port = 0;
         int requestSize = 0; ///< in bytes
         int answerSize = 0;  ///< in bytes, all datagrams together
@@ -45,7 +45,7 @@ public:
     /// This PC's own addresses, each with the network that it is in.
     void setNetworks(const QList<QNetworkAddressEntry> &ownAddresses);
 
-    /// Counts the answer when it is allowed. `now` never goes back.
+    /// Whether the answer may be sent. Counts it when it is allowed. `now` never goes back.
     Verdict judge(const Exchange &exchange, Time now);
 
 private:
@@ -54,8 +54,8 @@ private:
     bool spend(const Exchange &exchange, Time now);
 
     QList<QNetworkAddressEntry> m_ownAddresses;
-    // Token buckets, each kept as the time when it is full again. An address that is missing has a
-    // full one.
+    // Token buckets, each kept as the time when it is full again. A missing address has a full
+    // bucket.
     Time m_fullAt = Time::zero();
     QHash<quint32, Time> m_addressFullAt;
 };

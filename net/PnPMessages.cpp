@@ -18,7 +18,7 @@ QString message(const QStringList &lines, const QString &body = QString())
     return lines.join(lineEnd) + lineEnd + lineEnd + body;
 }
 
-/// The reply to the SUBSCRIBE. Whose host stands in From and To differs from reply to reply.
+/// A reply to the SUBSCRIBE. The `host` in From and To differs between the replies.
 QString reply(const QString &status, const PnPRequest &request, const QString &host,
               const QString &toTag)
 {

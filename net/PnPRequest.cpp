@@ -14,8 +14,8 @@ constexpr int maxPort = 65535;
 const QLatin1String viaHeader("Via: SIP/2.0/UDP ");
 const QLatin1String lineEnd("\r\n");
 
-/// Keeps a text that was found. One that is null was not; one with half a line end in it would
-/// break the lines of the answers, and a long one would swell them.
+/// Keeps a text that was found. Refuses a null text, which was not found; one with a CR or LF,
+/// which would break the lines of the answers; and a long one, which would swell them.
 bool keep(const QString &text, QString &field)
 {
     if (text.isNull() || text.size() > longestField || text.contains(QLatin1Char('\r')) ||
@@ -31,8 +31,8 @@ QString slice(const QString &text, int start, int end)
     return end < 0 ? QString() : text.mid(start, end - start);
 }
 
-/// The rest of the line behind the first `label`, or including it. Null when there is no such
-/// label or the line does not end.
+/// The rest of the line after the first `label`, or including it. Null when there is no such label
+/// or the line does not end.
 QString restOfLine(const QString &text, QLatin1String label, bool withLabel)
 {
     const int found = text.indexOf(label);
@@ -48,8 +48,8 @@ bool readMacAddress(const QString &text, PnPRequest &request)
     return at >= macLength && keep(text.mid(at - macLength, macLength), request.macAddress);
 }
 
-/// Whether the text is the IPv4 address of a single host. The others are what a forged request
-/// names to have its answer multiplied, or brought back to the sender of the answer.
+/// Whether the text is the IPv4 address of a single host. A forged request names another one to
+/// have the answer multiplied, or sent back to this server.
 bool isHostAddress(const QString &text)
 {
     constexpr quint32 firstNetwork = 1;
@@ -85,7 +85,7 @@ bool readModel(PnPRequest &request)
     const int found = request.event.indexOf(label);
     if (found < 0)
         return false;
-    const int start = found + label.size() + 1; // behind the opening quote
+    const int start = found + label.size() + 1; // after the opening quote
     return keep(slice(request.event, start, request.event.indexOf(QLatin1Char('"'), start)),
                 request.model);
 }

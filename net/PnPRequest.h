@@ -3,11 +3,11 @@
 #include <QByteArray>
 #include <QString>
 
-/// What a telephone's SUBSCRIBE says that the answers need.
+/// The parts of a phone's SUBSCRIBE that the answers need.
 struct PnPRequest
 {
-    /// What is looked for in a datagram, in this order. The reading stops at the first that is not
-    /// there.
+    /// The parts of a datagram, in the order in which they are read. The reading stops at the first
+    /// missing one.
     enum Step {
         MacAddress,
         AddressAndPort,
@@ -24,8 +24,8 @@ struct PnPRequest
     Step stoppedAt = MacAddress;
 
     QString macAddress;     ///< the 12 characters in front of the first "@"
-    QString addressAndPort; ///< where the telephone wants its answer, as the Via header says it
-    QString address;        ///< its two parts
+    QString addressAndPort; ///< where the phone wants its answer, as the Via header says it
+    QString address;        ///< the first part of it; the port is the second
     quint16 port = 0;
     QString branch;  ///< with "branch="
     QString fromTag; ///< with "tag="
@@ -40,8 +40,8 @@ struct PnPRequest
     static const char *failureText(Step step);
 
     /// Reads a datagram of any content and length, up to its first NUL. The method of the request
-    /// line is not looked at. Besides what is missing, two things stop it: a field that holds a CR
-    /// or LF or is longer than 512 bytes, and an answer address that is not one host's (no port, a
-    /// port out of range, a name, a group's or a broadcast address).
+    /// line is not checked. Besides a missing part, two things stop the reading: a field that holds
+    /// a CR or LF or is longer than 512 bytes, and an answer address that is not a single host's
+    /// (no port, a port out of range, a name, a group's or a broadcast address).
     static PnPRequest parse(const QByteArray &datagram);
 };

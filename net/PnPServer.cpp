@@ -15,15 +15,15 @@ namespace {
 
 constexpr int largestDatagram = 65536;
 
-/// Datagrams taken in at one go. More wait for the next turn of the event loop, so that a flood
-/// does not stop the window.
+/// Datagrams read in one turn of the event loop. Further ones wait for the next turn, so that a
+/// flood does not block the window.
 constexpr int mostAtOnce = 200;
 
-/// What the system keeps while the window is busy: the requests of several hundred telephones. Some
-/// systems give a socket little room by themselves.
+/// The system's buffer while the window is busy: room for the requests of several hundred phones.
+/// The default of some systems is small.
 constexpr int receiveBufferSize = 512 * 1024;
 
-/// Asking the system for its networks takes longer than an answer.
+/// How long the networks stay known: asking the system for them takes longer than an answer.
 constexpr int networksStayKnown = 1000; // ms
 
 QHostAddress multicastGroup()
@@ -96,13 +96,13 @@ bool PnPServer::start()
     const bool joined = joinGroup();
     qCDebug(debugLog) << "joinFlag = " << word(joined);
     if (!joined)
-        // Gives the port free again, or the next start could not have it.
+        // Releases the port, which the next start could not bind otherwise.
         m_receiveSocket->abort();
     return joined;
 }
 
-/// To the published address, which may be another card's by now. Without success the answers leave
-/// from a port of the system's choice.
+/// Binds to the published address, which may be another card's by now. When that fails, answers
+/// leave from a port that the system chooses.
 void PnPServer::bindSendSocket()
 {
     const QHostAddress address(m_localAddress);
@@ -127,10 +127,10 @@ bool PnPServer::stop()
     return left;
 }
 
-/// Joins on the card that has the published address, which is where the telephones are, and on the
-/// card of the system's choice, which without a default route there is none of. Often they are the
-/// same and the second join fails. The published card comes first, as it is joined by name: that
-/// can be left again when its address and the routes are gone.
+/// Joins the group on the card with the published address, where the phones are, and on the card
+/// that the system chooses; without a default route, the system chooses none. Often both are the
+/// same card and the second join fails. The published card comes first, as it is joined by name:
+/// it can leave the group even when its address and the routes are gone.
 bool PnPServer::joinGroup()
 {
     m_joinedCard = publishedCard();
@@ -181,16 +181,16 @@ void PnPServer::requestMulticastData()
         handle(datagram);
 }
 
-/// Of datagrams that have arrived together the last counts. One telephone's does not undo
-/// another's: when a building gets its power back, many ask at the same instant, and repeat it at
-/// the same.
+/// Of the datagrams of one sender that have arrived together, the last counts. Different senders do
+/// not replace each other: when a building gets its power back, many phones ask at the same
+/// instant, and repeat it at the same instant.
 std::vector<PnPServer::Datagram> PnPServer::takeArrived()
 {
     std::vector<Datagram> arrived;
     QByteArray buffer(largestDatagram, Qt::Uninitialized);
     int read = 0;
-    // Read before anything is asked: after a datagram that arrived damaged none is pending, and
-    // the socket tells of further ones only once it was read from.
+    // Reads before it asks for pending ones: after a damaged datagram the socket says that none is
+    // pending, and announces further ones only once it was read from.
     do {
         QHostAddress sender;
         quint16 port = 0;
@@ -230,7 +230,7 @@ void PnPServer::tellEnd(const QHostAddress &sender, const PnPRequest &request,
     end.time = RequestEnd::now();
     end.protocol = RequestEnd::Protocol::Sip;
     end.peer = sender.toIPv4Address();
-    // What stands there in another's request may be a password.
+    // In a request that is no phone's, the text there may be a password.
     if (isMac(request.macAddress)) {
         end.asked = request.macAddress;
         end.mac = request.macAddress;
@@ -241,8 +241,8 @@ void PnPServer::tellEnd(const QHostAddress &sender, const PnPRequest &request,
     m_devices.subscribeEnded(end);
 }
 
-/// Keeps what the request says, and logs it, up to where its reading stopped. Returns whether the
-/// telephone is in the list.
+/// Keeps and logs the parts of the request up to where its reading stopped. Returns whether the
+/// phone is in the list.
 bool PnPServer::adopt(const PnPRequest &request)
 {
     const auto keep = [&](PnPRequest::Step step, const char *name, QString &field,
@@ -277,7 +277,7 @@ bool PnPServer::adopt(const PnPRequest &request)
     return macExist;
 }
 
-/// How that ended; `sent` counts the bytes.
+/// Answers the request and returns how it ended. Adds the bytes sent to `sent`.
 RequestOutcome PnPServer::answer(const Datagram &datagram, const PnPRequest &request, bool macExist,
                                  qint64 &sent)
 {
@@ -328,8 +328,8 @@ PnPGuard::Verdict PnPServer::judge(const PnPGuard::Exchange &exchange)
     return verdict;
 }
 
-/// To the address that the request names, which is not always the one that it came from. Returns
-/// how many bytes the network took.
+/// Sends to the address that the request names, which may differ from the sender's. Returns how
+/// many bytes the network took.
 qint64 PnPServer::send(const QString &message)
 {
     return qMax<qint64>(0, m_sendSocket->writeDatagram(message.toUtf8(),

@@ -14,11 +14,11 @@ class DeviceLookup;
 struct PnPRequest;
 class QUdpSocket;
 
-/// The SIP plug-and-play responder: hears the SUBSCRIBE of a telephone that boots without a
-/// configuration and tells it where the HTTP service keeps its file. GUI thread.
+/// The SIP plug-and-play responder: hears the SUBSCRIBE of a phone that boots without a
+/// configuration and tells the phone where the HTTP service keeps its file. GUI thread.
 ///
-/// What a datagram says is PnPRequest's business, whether it is answered PnPGuard's, and with what
-/// PnPMessages'; this class moves the bytes.
+/// PnPRequest reads a datagram, PnPGuard decides whether it is answered, and PnPMessages has the
+/// answers; this class moves the bytes.
 class PnPServer : public QObject
 {
     Q_OBJECT
@@ -27,20 +27,20 @@ public:
     /// `devices` must outlive the server.
     explicit PnPServer(DeviceLookup &devices);
 
-    /// Listens for telephones. False when the port is taken or no network card takes part in the
-    /// multicast group; nothing listens then.
+    /// Listens for phones. False when the port is taken or no network card could join the multicast
+    /// group; nothing listens then.
     bool start();
 
     /// Stops listening. False when it did not listen, or the group could not be left.
     bool stop();
-    /// True between a successful start() and stop(), also one that could not leave the group.
+    /// True from a successful start() until stop(), whatever stop() returns.
     bool isListening() const;
 
 public slots:
-    /// Reads the datagrams that have arrived and answers, of each sender's, the last.
+    /// Reads the datagrams that have arrived and answers the last one of each sender.
     void requestMulticastData();
-    /// From now on telephones are sent to the HTTP service at this address and port, and the
-    /// answers leave from this address.
+    /// From now on, phones are sent to the HTTP service at this address and port, and the answers
+    /// leave from this address.
     void setHttpdAddress(const QString &address, const QString &port);
 
 private:
@@ -70,7 +70,7 @@ private:
     QUdpSocket *m_receiveSocket;
     QUdpSocket *m_sendSocket = nullptr; ///< made at the first start and kept
     QString m_localAddress;
-    // The last request, as far as it could be read; what it did not say is left from before.
+    // The last request, as far as it could be read; the other parts are from earlier requests.
     QString m_requestAddressAndPort;
     QString m_requestAddress;
     int m_requestPort = 0;
@@ -84,7 +84,7 @@ private:
     QString m_httpdUrl;
 
     PnPGuard m_guard;
-    QDeadlineTimer m_networksKnown; ///< when expired, they are to be read again
+    QDeadlineTimer m_networksKnown; ///< once it has expired, the networks are read again
     bool m_joinedAnyCard = false;
-    QNetworkInterface m_joinedCard; ///< invalid while not joined on a certain card
+    QNetworkInterface m_joinedCard; ///< the published card; invalid unless it joined the group
 };

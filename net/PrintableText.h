@@ -2,11 +2,11 @@
 
 #include <QString>
 
-/// What somebody on the network sent, or a list that was imported holds, as it may be shown to the
-/// user: characters that would not be seen, or would change how the text around them is laid out
-/// (controls, line ends of all kinds, overrides of the writing direction), become U+FFFD.
+/// A text from the network or from an imported list, made fit to be shown to the user: characters
+/// that are invisible or change the layout of the text around them (controls, line ends of all
+/// kinds, overrides of the writing direction) become U+FFFD.
 QString printableText(QString text);
 
-/// The same of at most a hundred characters, with an ellipsis where some are left out: what is
-/// named in a sentence has to leave the rest of it in sight. A line may end within it.
+/// The same, cut off after a hundred characters with an ellipsis: a name in a sentence must leave
+/// the rest of the sentence in sight. Lines may break within it.
 QString shortPrintableText(const QString &text);

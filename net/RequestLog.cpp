@@ -4,9 +4,9 @@
 
 namespace {
 
-/// For so long rows are gathered before they are written together.
+/// How long rows are gathered before they are written together.
 constexpr std::chrono::milliseconds gatherTime{200};
-/// The same when they could not be written the last time.
+/// The same after a failed write.
 constexpr std::chrono::seconds retryTime{5};
 
 } // namespace

@@ -10,9 +10,9 @@
 #include <thread>
 #include <vector>
 
-/// The request log: a row for each request, written by a thread of its own, so that neither a
-/// telephone nor the window ever waits for the disk. See RequestRows for what keeps it small and
-/// RequestLogFile for where it is.
+/// The request log: a row for each request, written by a thread of its own, so that neither a phone
+/// nor the window ever waits for the disk. See RequestRows for the limits of its size and
+/// RequestLogFile for its files.
 ///
 /// note() may be called on any thread, the others on the owner's.
 class RequestLog : public QObject
@@ -24,19 +24,19 @@ public:
     /// As stop().
     ~RequestLog() override;
 
-    /// From now on requests are logged. Without effect when they are.
+    /// Starts to log requests. Does nothing when that has started.
     void start();
     /// Writes what was noted and ends the logging. Waits for that.
     void stop();
-    /// Has what was noted written soon, what is left over of this second as well.
+    /// Has what was noted written soon, including the remainder of this second.
     void flush();
 
-    /// Takes a request in. Costs the caller next to nothing; does nothing before start().
+    /// Notes a request. Costs the caller next to nothing; does nothing before start().
     void note(const RequestEnd &request);
 
 signals:
-    /// Requests are left out from here on, for this reason; it stands inside a sentence. Not again
-    /// until some have been written. Emitted on the log's thread.
+    /// Requests are left out from here on, for this reason, which is a part of a sentence. Emitted
+    /// once until a write succeeds, on the log's thread.
     void failed(const QString &reason);
 
 private:

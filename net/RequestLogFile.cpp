@@ -11,16 +11,16 @@
 
 namespace {
 
-/// Written at a time.
+/// The bytes written at a time.
 constexpr int partSize = 256 * 1024;
 
-/// Of what a telephone sent; far more than a name that means something has.
+/// The characters kept of what a phone sent; far more than a meaningful name has.
 constexpr int longestField = 200;
 
 const QLatin1String lineEnd("\r\n");
 
-/// Backslashes and what does not show are written as escapes; a beginning that a spreadsheet would
-/// take for a formula gets an apostrophe, which means text there.
+/// Writes backslashes and invisible characters as escapes. A text that a spreadsheet would take for
+/// a formula gets an apostrophe in front, which marks it as text there.
 QString escaped(const QString &text)
 {
     QString result;
@@ -44,8 +44,8 @@ QString escaped(const QString &text)
     return result;
 }
 
-/// What somebody adds to an address, or puts before the host in it, may be a password. Three dots
-/// stand for what was left out at the end.
+/// The text without what follows an address or precedes the host in it, which may be a password.
+/// Three dots stand for what was left out at the end.
 QString withoutSecrets(const QString &text)
 {
     const auto addition = std::find_if(text.begin(), text.end(), [](QChar c) {
@@ -137,7 +137,7 @@ WriteResult RequestLogFile::add(const std::vector<LogRow> &rows)
     return error == 0 ? WriteResult() : WriteResult::failed(WholeFile::reason(error));
 }
 
-/// All of it or nothing.
+/// Writes all of the text or nothing.
 FileCalls::Error RequestLogFile::write(const QByteArray &text)
 {
     FileCalls::Handle file = FileCalls::noFile;
@@ -153,7 +153,7 @@ FileCalls::Error RequestLogFile::write(const QByteArray &text)
     return error != 0 ? error : closeError;
 }
 
-/// Opens the file that has room for so many bytes more.
+/// Opens a file with room for `more` bytes; starts a new one when the present one is full.
 FileCalls::Error RequestLogFile::open(qint64 more, FileCalls::Handle &file, qint64 &size)
 {
     FileCalls::Error error = FileCalls::makeFolder(m_folder);
@@ -163,7 +163,7 @@ FileCalls::Error RequestLogFile::open(qint64 more, FileCalls::Handle &file, qint
         return error;
     FileCalls::close(file);
     error = makeRoom();
-    // While another program holds one of the files, there is some room more in this one.
+    // While another program holds one of the files, this one may grow to twice its size.
     if (error != 0 && size + more > 2 * fullSize)
         return error;
     return FileCalls::openToAdd(path(0), file, size);

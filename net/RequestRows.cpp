@@ -29,7 +29,7 @@ void RequestRows::add(const RequestEnd &request)
     m_hasRest = true;
 }
 
-/// Makes rows of what was left over. While nobody takes any, it waits for later, together.
+/// Makes a row of each remainder. While there is no room for rows, the remainders are added up.
 void RequestRows::closeSecond(qint64 next)
 {
     std::unordered_map<quint64, Share> kept;

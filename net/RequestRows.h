@@ -7,7 +7,7 @@
 #include <unordered_map>
 #include <vector>
 
-/// What the request log is to hold of one request, or of several that it has no room for.
+/// A row of the request log: for one request, or for several that got no row of their own.
 struct LogRow
 {
     RequestEnd request;  ///< of several: their second, address (0 for many) and bytes
@@ -17,8 +17,8 @@ struct LogRow
 };
 
 /// Gathers the rows of the request log, so that no flood makes it grow without bound: an address
-/// gets so many rows of its own in a second, and one row for the rest of that second. However much
-/// comes, the rows' requests() add up to exactly the requests that were added.
+/// gets a limited number of rows in a second, and one row for the remaining requests of that
+/// second. The rows' requests() always add up to the number of requests added.
 ///
 /// Any thread, one at a time.
 class RequestRows
@@ -30,14 +30,14 @@ public:
 
     void add(const RequestEnd &request);
 
-    /// Hands the rows over in place of what `rows` held. What is left over of a second comes when
-    /// it has passed by `now`, or `all` is to come.
+    /// Replaces `rows` by the gathered rows. The remainder of a second is included when that second
+    /// has passed by `now`, or when `all` is set.
     void take(std::vector<LogRow> &rows, qint64 now, bool all);
     /// True when there is nothing more to take.
     bool isEmpty() const { return m_rows.empty() && !m_hasRest; }
 
 private:
-    /// Of one address by one protocol.
+    /// The requests of one address by one protocol.
     struct Share
     {
         int rows = 0;

@@ -16,27 +16,27 @@ namespace SocketPlatform {
 /// closed. The caller closes it with close().
 std::intptr_t duplicate(std::intptr_t descriptor);
 
-/// Ends the connection in both directions, so that whoever waits for it, on any thread, wakes up
-/// (but see longestWait()).
+/// Ends the connection, on Windows only its input, so that a thread that waits for it wakes up (but
+/// see longestWait()).
 void breakOff(std::intptr_t descriptor);
 
-/// For how many milliseconds a thread may wait for a connection before it looks whether that was
-/// broken off meanwhile: not every system wakes such a thread reliably.
+/// How many milliseconds a thread may wait for a connection before it checks whether the connection
+/// was broken off: not every system wakes such a thread reliably.
 int longestWait();
 
 /// To be called before a connection is closed, when all is sent. Discards what has arrived; if
-/// there was anything, tells the peer that nothing more will be sent, and discards what else comes
-/// within a quarter of a second. Closing a connection with unread input resets it, and a reset can
-/// overtake what was sent.
+/// there was anything, tells the peer that nothing more will be sent, and discards further input
+/// for up to a quarter of a second. Closing a connection with unread input resets it, and a reset
+/// can overtake what was sent.
 void endStream(std::intptr_t descriptor);
 
-/// True when something to read, or the end of the input, is there within the time; on a listening
-/// descriptor, a connection to accept.
+/// True once there is something to read, the end of the input or, on a listening descriptor, a
+/// connection to accept; false when the time is over.
 bool hasInput(std::intptr_t descriptor,
               std::chrono::milliseconds time = std::chrono::milliseconds(0));
 
-/// Waits for something to read. False when the time is over or the input has ended: a peer that has
-/// sent all it will may still wait for the answer.
+/// Waits for something to read. False when the time is over or the input has ended: a peer that
+/// sends nothing more may still wait for the answer.
 bool waitForMoreInput(std::intptr_t descriptor, std::chrono::milliseconds time);
 
 void close(std::intptr_t descriptor);
@@ -55,13 +55,13 @@ Accept accept(std::intptr_t listener, std::intptr_t &descriptor);
 /// The IPv4 address at the connection's other end; 0 when there is none.
 std::uint32_t peerAddress(std::intptr_t descriptor);
 
-/// Listens as QTcpServer::listen() does, and only when the port is wholly free: where another
-/// program has it, on whichever of the machine's addresses, this fails. Nobody can take the port
-/// from the server afterwards. Port 0 is one that the system chooses.
+/// Listens as QTcpServer::listen() does, but only when the port is wholly free: fails when another
+/// program has the port on any of the machine's addresses. No program can take the port from the
+/// server afterwards. With port 0 the system chooses one.
 ///
-/// Up to `backlog` connections wait to be accepted. Where the system can, it keeps one back until
-/// its client has said something, for a second at most: then nobody has to wait for the beginning
-/// of a request.
+/// Up to `backlog` connections wait to be accepted. Where the system can, it holds a connection
+/// back until its client has sent something, for a second at most. Then no thread has to wait for
+/// the beginning of a request.
 bool listenAlone(QTcpServer &server, const QHostAddress &address, quint16 port, int backlog);
 
 /// Raises this process's limit of open descriptors towards `wanted`, and returns the limit that

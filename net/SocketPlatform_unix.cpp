@@ -24,7 +24,7 @@ constexpr std::chrono::milliseconds endPatience{250};
 /// More than this is not discarded: such a peer may as well be reset.
 constexpr std::size_t discardLimit = std::size_t(1024) * 1024;
 
-/// Descriptors looked at to find free ones; the program never needs nearly as many.
+/// The most descriptors examined to find free ones; the program never needs nearly as many.
 constexpr int mostProbed = 8192;
 
 int number(std::intptr_t descriptor)
@@ -39,8 +39,8 @@ rlimit descriptorLimit()
     return limit;
 }
 
-/// How many of the numbers from `next` on are no open descriptors, of as many as fit in `numbers`.
-/// Asked without opening any: another thread may need the last ones at this very moment.
+/// How many descriptors from `next` on are free, of as many as `numbers` has entries. Opens none:
+/// another thread may need the last ones at this very moment.
 template <typename Numbers>
 std::ptrdiff_t countFree(Numbers &numbers, int next)
 {
@@ -51,7 +51,7 @@ std::ptrdiff_t countFree(Numbers &numbers, int next)
                          [](const pollfd &entry) { return (entry.revents & POLLNVAL) != 0; });
 }
 
-/// Up to the buffer's size; 0 at the end of the input, -1 when there is none now.
+/// Reads up to the buffer's size. Returns 0 at the end of the input, -1 when there is none now.
 ssize_t receive(std::intptr_t descriptor, std::array<char, 16384> &buffer)
 {
     ssize_t count = 0;
@@ -61,7 +61,7 @@ ssize_t receive(std::intptr_t descriptor, std::array<char, 16384> &buffer)
     return count;
 }
 
-/// What a client's network did to the connection that waited.
+/// Whether the error concerns only the connection that waited, or its client's network.
 bool isOfOneConnection(int error)
 {
     constexpr std::array<int, 7> errors = {ECONNABORTED, ENETDOWN,     EPROTO,     EHOSTDOWN,
@@ -157,7 +157,7 @@ std::uint32_t peerAddress(std::intptr_t descriptor)
 
 bool listenAlone(QTcpServer &server, const QHostAddress &address, quint16 port, int backlog)
 {
-    // Ports are never shared here unless both ask for it.
+    // This system shares no port unless both programs ask for it.
     if (!server.listen(address, port))
         return false;
     const int descriptor = number(server.socketDescriptor());
@@ -184,7 +184,7 @@ std::int64_t raiseDescriptorLimit(std::int64_t wanted)
 bool canOpen(int count)
 {
     // The lowest free number is always given out first, so the last ones are free unless there has
-    // been a shortage before; only then are all numbers looked at.
+    // been a shortage before. Only then are all numbers examined.
     const auto limit = static_cast<int>(std::min<rlim_t>(descriptorLimit().rlim_cur, INT_MAX));
     std::array<pollfd, 16> last{};
     if (count <= static_cast<int>(last.size()) &&

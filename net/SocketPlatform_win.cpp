@@ -28,8 +28,8 @@ bool waitForInput(std::intptr_t descriptor, std::chrono::milliseconds time)
     return WSAPoll(&waiting, 1, static_cast<INT>(time.count())) > 0;
 }
 
-/// A listening socket whose port is shared with nobody, or INVALID_SOCKET. A `backlog` beyond some
-/// 200 is asked for by its negative, and only once.
+/// A listening socket with the port to itself, or INVALID_SOCKET. The system takes a `backlog`
+/// beyond some 200 only as a negative number, and only once.
 SOCKET exclusiveListener(quint32 address, quint16 port, int backlog)
 {
     static const bool socketsReady = [] {
@@ -73,14 +73,14 @@ std::intptr_t duplicate(std::intptr_t descriptor)
 
 void breakOff(std::intptr_t descriptor)
 {
-    // Not for sending as well: Qt does not know the error that sending then ends with, and would
-    // try again without end and without a pause, whatever time it was given.
+    // Sending stays open: Qt does not know the error with which it would fail, and would retry
+    // forever without a pause, whatever its timeout.
     ::shutdown(number(descriptor), SD_RECEIVE);
 }
 
 int longestWait()
 {
-    return 100; // who waits to send, or is in a select(), does not notice shutdown()
+    return 100; // a thread that waits to send, or in select(), does not notice shutdown()
 }
 
 void endStream(std::intptr_t descriptor)
@@ -144,14 +144,14 @@ std::uint32_t peerAddress(std::intptr_t descriptor)
 
 bool listenAlone(QTcpServer &server, const QHostAddress &address, quint16 port, int backlog)
 {
-    // Qt has no option for it on a server, and it has to be set before the port is bound. Without
-    // it a second program may listen on the same port, and gets some of the connections.
+    // Qt cannot set the exclusive use of a server's port, which has to be set before the port is
+    // bound. Without it a second program may listen on the port and get some of the connections.
     const SOCKET listener = exclusiveListener(address.toIPv4Address(), port, backlog);
     if (listener != INVALID_SOCKET && server.setSocketDescriptor(static_cast<qintptr>(listener)))
         return true;
     if (listener != INVALID_SOCKET)
         closesocket(listener);
-    // A port that the system chooses nobody else has, and Qt has a text for what goes wrong.
+    // A port that the system chooses is free, and Qt has texts for its errors.
     return port == 0 && server.listen(address, port);
 }
 

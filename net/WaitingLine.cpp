@@ -30,7 +30,7 @@ std::optional<AcceptedConnection> WaitingLine::take(const MayServe &mayServe)
 
 AcceptedConnection WaitingLine::takeFromLongest()
 {
-    // Of queues of one length the one whose turn is furthest off.
+    // Of queues of equal length, the one whose turn is furthest off.
     const quint32 peer =
         *std::max_element(m_turns.rbegin(), m_turns.rend(),
                           [this](quint32 a, quint32 b) { return waiting(a) < waiting(b); });

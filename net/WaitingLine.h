@@ -8,7 +8,7 @@
 #include <functional>
 #include <optional>
 
-/// An accepted connection that nobody serves yet.
+/// An accepted connection that no thread serves yet.
 struct AcceptedConnection
 {
     std::intptr_t descriptor = -1;
@@ -16,9 +16,9 @@ struct AcceptedConnection
 };
 
 /// Accepted connections that wait to be served, with a queue for each address. The addresses take
-/// turns, so however many connections one has, those of the others are served between them.
+/// turns, so the many connections of one address do not delay those of the others.
 ///
-/// Knows nothing of threads; descriptors are whose they were.
+/// Knows nothing of threads, and does not own the descriptors.
 class WaitingLine
 {
 public:
@@ -30,11 +30,11 @@ public:
     void add(const AcceptedConnection &connection);
     /// True when an address that `mayServe` allows has a connection here.
     bool has(const MayServe &mayServe) const;
-    /// The oldest connection of the address whose turn it is, of those that `mayServe` allows.
+    /// Takes the oldest connection of the next address in turn that `mayServe` allows.
     std::optional<AcceptedConnection> take(const MayServe &mayServe);
-    /// The newest connection of the address that has most here. Not while the line is empty.
+    /// Takes the newest connection of the address with the most here. The line must not be empty.
     AcceptedConnection takeFromLongest();
-    /// How many connections the address has that has most here.
+    /// The number of connections of the address with the most here.
     int longest() const;
     /// Each address here, in turn.
     const QVector<quint32> &peers() const { return m_turns; }

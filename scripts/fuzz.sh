@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Runs the fuzzers, one after the other, under the address and undefined-behaviour sanitizers.
-#   scripts/fuzz.sh [SECONDS [FUZZER...]]    each for so long, 60 when not given; these, or all
+#   scripts/fuzz.sh [SECONDS [FUZZER...]]    each for SECONDS, 60 by default; these, or all
 # What was learned stays in build/fuzz/corpus for the next run. An input that finds something is
 # written to build/fuzz/findings, and the script fails.
 set -euo pipefail
@@ -8,7 +8,7 @@ set -euo pipefail
 
 seconds="${1:-60}"
 [[ "$seconds" =~ ^[0-9]+$ ]] || die "usage: scripts/fuzz.sh [SECONDS [FUZZER...]]"
-# Each with the folder of its corpus, which is also the name of its dictionary.
+# Each fuzzer with the folder of its corpus, which is also the name of its dictionary.
 declare -A corpus=([fuzz_csv_reader]=csv [fuzz_csv_import]=csv [fuzz_http_request]=http
                    [fuzz_pnp_request]=sip [fuzz_settings]=settings)
 fuzzers=("${@:2}")
@@ -24,7 +24,7 @@ build fuzz "${fuzzers[@]}"
 export UBSAN_OPTIONS="print_stacktrace=1:${UBSAN_OPTIONS:-}"
 export ASAN_OPTIONS="detect_leaks=1:strict_string_checks=1:${ASAN_OPTIONS:-}"
 export QT_QPA_PLATFORM=offscreen QT_LOGGING_RULES="default.debug=false"
-# Every input becomes files; in memory that is several times faster.
+# Every input is written to files, which is several times faster in memory.
 if [ -w /dev/shm ]; then
     export TMPDIR=/dev/shm
 fi
@@ -36,7 +36,7 @@ for fuzzer in "${fuzzers[@]}"; do
     learned="$root/build/fuzz/corpus/$fuzzer"
     mkdir -p "$learned"
     say "$fuzzer for $seconds seconds"
-    # Looking for leaks after each input, Qt's caches make it slow; it is done at the end.
+    # Qt's caches would make a leak check after each input slow; it is done at the end.
     nice "$root/build/fuzz/fuzz/$fuzzer" \
         -max_total_time="$seconds" -max_len=8192 -timeout=10 -detect_leaks=0 -print_final_stats=1 \
         -dict="$root/fuzz/${corpus[$fuzzer]}.dict" -artifact_prefix="$findings/$fuzzer-" \

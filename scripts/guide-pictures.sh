@@ -2,8 +2,8 @@
 # Takes the pictures of the user guide and of README.md from the real program, in both
 # languages, on a virtual screen at double scale: resource/UserGuide/*.png,
 # resource/UserGuide/chinese/*.png and docs/pictures/*.png. The devices on them are made
-# up. Run it after a change of how the program looks, look at what it made, and commit
-# that. Raw screenshots and logs are left in build/guide.
+# up. Run it after a change of the program's look, check the pictures and commit them.
+# Raw screenshots and logs are left in build/guide.
 #   scripts/guide-pictures.sh [en|zh]...    both languages by default
 set -euo pipefail
 . "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
@@ -13,7 +13,7 @@ out="$root/build/guide"
 if [ "${1:-}" = --inside ]; then
     network="$2"
     shift 2
-    # The smallest main window that needs no scroll bar, and its title bar.
+    # The size of the smallest main window without scroll bars, with its title bar.
     set_stage "$network" 2080x1300
     mkdir -p "$HOME/.config/openbox" "$HOME/.themes/Guide/openbox-3"
     cp "$root/scripts/guide/rc.xml" "$HOME/.config/openbox/"

@@ -1,6 +1,6 @@
 # Shared by the other scripts; source it, do not run it.
 
-# The project's folder, whatever the folder the script was called from.
+# The project's folder, wherever the script is called from.
 root="$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)"
 
 say() { printf '== %s\n' "$*"; }
@@ -27,8 +27,8 @@ is_installed() {
     [ "$(dpkg-query -W -f='${db:Status-Status}' "$1" 2>/dev/null)" = installed ]
 }
 
-# need_packages <group>...: installs what is missing of these groups. When everything
-# is there, neither apt nor the network is touched.
+# need_packages <group>...: installs the missing packages of these groups. When none is
+# missing, uses neither apt nor the network.
 need_packages() {
     if ! command -v dpkg-query >/dev/null; then
         say "not a Debian system: taking for granted what scripts/packages.txt lists ($*)"
@@ -52,7 +52,7 @@ need_packages() {
         || say "the package lists could not be renewed; trying with those that are here"
     (
         # A web server among them would take port 80 at once. This is Debian's way to keep services
-        # from being started; where the machine has a policy of its own, that one holds.
+        # from being started; a policy that the machine has already stays in force.
         policy=/usr/sbin/policy-rc.d
         if [ ! -e "$policy" ]; then
             trap '"${as_root[@]}" rm -f "$policy"' EXIT

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Checks form (clang-format) and habits (clang-tidy, clazy level 1) of our sources.
+# Checks the format (clang-format) and the code (clang-tidy, clazy level 1) of the sources.
 #   scripts/lint.sh              everything
 #   scripts/lint.sh FILE...      these files; a header is checked through a source
 #                                that includes it
@@ -7,14 +7,14 @@ set -euo pipefail
 . "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 
 need_packages build lint
-# Everything is built first: the checkers read the compile commands and the sources
-# that moc makes.
+# Builds everything first: the checkers read the compile commands and the sources that
+# moc makes.
 build release
 database="$root/build/release"
 cd "$root"
 
-# Of these files, the sources that the release build compiles; headers are replaced by
-# a source that includes them.
+# sources_of <file>...: those of these sources that the release build compiles; a header
+# is replaced by a source that includes it.
 sources_of() {
     local file name source
     for file in "$@"; do
@@ -51,13 +51,13 @@ say "clang-format, ${#files[@]} files"
 clang-format --dry-run -Werror "${files[@]}" || failed+=(clang-format)
 
 # check_each <name> <command>...: runs the checker on each source, some side by side.
-# What it finds is printed once, however many sources share the header.
+# Prints a finding once, however many sources share the header.
 check_each() {
     local name="$1" findings status=0
     shift
     say "$name, ${#sources[@]} sources"
     findings="$(printf '%s\n' "${sources[@]}" | xargs -P "$(jobs_wanted)" -n 1 "$@" 2>&1)" || status=$?
-    # Some checkers end with 0 whatever they have found.
+    # Some checkers exit with 0 whatever they find.
     if grep -E '(warning|error): ' <<<"$findings" | sort -u; then
         failed+=("$name")
     elif [ "$status" -ne 0 ]; then
@@ -67,7 +67,7 @@ check_each() {
 }
 
 if [ "${#sources[@]}" -gt 0 ]; then
-    # Qt's log macros use what clang takes for an extension of gcc's.
+    # Qt's log macros use a construct that clang takes for a GNU extension.
     flags=(--extra-arg=-Wno-gnu-zero-variadic-macro-arguments)
     check_each clang-tidy clang-tidy -p "$database" --quiet "${flags[@]}"
     check_each clazy clazy-standalone -p "$database" -checks=level1 "${flags[@]}" \

@@ -3,7 +3,7 @@
 
     scripts/make-pinyin.py            writes the file
     scripts/make-pinyin.py --check    compares; ends with 1 when the file differs, with 77 when
-                                      the readings are not here or of another version
+                                      the readings are missing or of another version
 """
 
 import bz2
@@ -18,12 +18,12 @@ TARGET = os.path.join(os.path.dirname(os.path.dirname(os.path.abspath(__file__))
 PAIRS = 401
 NOT_HERE = 77
 
-# Rows that are as they are, whatever the readings say. Two characters of "Nen" are read otherwise
-# in the first place and stand in their own rows, further down, as well.
+# Rows that do not follow the readings. Two characters of "Nen" have another first reading, and
+# stand in the row of that reading as well.
 FIXED = {"A": "啊阿锕", "Ha": "哈", "Nen": "嫩能枘恁"}
 
-# The readings alone make as many syllables as the table has pairs. What is appended takes the
-# place of the rarest: syllables of one character that has another usual reading or spelling.
+# The readings alone give as many syllables as the table has pairs. The appended pairs replace the
+# rarest: syllables of one character that has another usual reading or spelling.
 MERGED = {
     "Ei": "E",        # 诶, also spelt ê
     "Lia": "Liang",   # 俩, as in 伎俩
@@ -31,12 +31,12 @@ MERGED = {
     "Shei": "Shui",   # 谁, its more frequent reading
 }
 
-# Two that a fixed row leaves out, by their other reading.
+# Two characters that a fixed row leaves out, with their other reading.
 OTHER_READING = {"嗄": "Sha", "蛤": "Ge"}
 
-# Behind the sorted run. The first three have the usual reading of a character that the data gives
-# a rare one or whose row is fixed. "Bia" is a spoken syllable that no dictionary reads; its
-# character is found further up, by its reading.
+# The pairs after the sorted ones. The first three give the usual reading of a character to which
+# the data gives a rare one, or whose row is fixed. "Bia" is a spoken syllable that no dictionary
+# has; its character also stands in the row of its reading.
 APPENDED = [("Dia", "嗲"), ("Fo", "佛"), ("Ha", "铪"), ("Bia", "髟")]
 ALSO_IN_ITS_ROW = "髟"
 
@@ -62,7 +62,7 @@ def readings():
 
 
 def syllable(reading):
-    """Without its tone, in ASCII as keyboards spell it: lü is "Lv", lüe "Lue"."""
+    """The reading without its tone, in ASCII as keyboards spell it: lü is "Lv", lüe "Lue"."""
     letters = unicodedata.normalize("NFD", reading.replace("üe", "ue"))
     letters = letters.replace("u\u0308", "v")
     plain = "".join(c for c in letters if not unicodedata.combining(c))

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Renders the drawings under resource/src/ to the pictures that the program loads.
 # Needs rsvg-convert (librsvg2-bin) and convert (imagemagick). Run it after a
-# change of a drawing and commit what it writes; an unchanged drawing gives the
+# change of a drawing and commit the pictures; an unchanged drawing gives the
 # same bytes again.
 set -euo pipefail
 
@@ -33,7 +33,7 @@ png search 40 40
 png check 40 40
 png arrow_down 24 24
 
-# Message boxes show them at 32x32.
+# Message boxes show these at 32x32.
 for name in information question warning critical; do
     png "message_$name" 96 96
 done
@@ -42,12 +42,12 @@ png selected_row 277 42
 png separator 64 1
 png loading 64 64
 
-# A JPEG has no transparency and would blur colours; full quality, no subsampling.
+# A JPEG has no transparency and would blur colours: high quality, no subsampling.
 png row_background 64 30 "$work/row_background.png"
 convert "$work/row_background.png" -strip -sampling-factor 4:4:4 -quality 98 "$out/row_background.jpg"
 
-# The help window. Its arrows are one drawing in three states, turned round for the
-# other direction; the ground is dark and soft, and shows no loss.
+# The help window. Its arrows are one drawing in three states, rotated for the other
+# direction. Its background is dark and soft, so compression does not show.
 guide="$out/UserGuide"
 mkdir -p "$guide"
 png UserGuide 128 128 "$guide/UserGuide.png"
@@ -67,8 +67,8 @@ arrow pressed '#8ee0ff' '#8ee0ff' '#22272e'
 arrow disable 'none' '#5d6a7a' '#76859a'
 
 # The busy animation: one turn of the wheel in twelve steps. A GIF pixel is either
-# opaque or clear, so the bars are blended with the colour that the busy window
-# takes over a light background, and only what is quite clear stays clear.
+# opaque or clear, so the bars are blended with the colour that the busy window has
+# over a light background; only nearly transparent pixels stay clear.
 for step in 0 1 2 3 4 5 6 7 8 9 10 11; do
     frame="$work/step_$(printf %02d "$step")"
     sed "s/@ANGLE@/$((step * 30))/" "$src/loading_animation.svg" >"$frame.svg"
@@ -79,7 +79,7 @@ for step in 0 1 2 3 4 5 6 7 8 9 10 11; do
 done
 convert -delay 8 -loop 0 -dispose background "$work"/step_*.gif.png -strip "$out/loading_animation.gif"
 
-# The mark: its small sizes have a drawing of their own, on the pixel grid.
+# The logo: its small sizes have a drawing of their own, on the pixel grid.
 mkdir -p "$icons"
 png logo 256 256
 png logo_small 16 16 "$icons/logo_16.png"
@@ -87,6 +87,6 @@ png logo_small 32 32 "$icons/logo_32.png"
 png logo 48 48 "$icons/logo_48.png"
 png logo 256 256 "$icons/logo_256.png"
 
-# What a Windows executable and its installer carry.
+# The icon of the Windows executable and of its installer.
 convert "$icons/logo_16.png" "$icons/logo_32.png" "$icons/logo_48.png" "$icons/logo_256.png" \
     -strip -define png:exclude-chunks=date,time "$icons/logo.ico"

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# Builds the program and starts it; installs first what is missing for that.
-# Where there is no desktop, or with --tour, it is used once on a virtual screen
-# instead (see scripts/tour.sh).
+# Builds the program and starts it; installs missing packages first. Without a
+# desktop, or with --tour, takes the tour on a virtual screen instead (see
+# scripts/tour.sh).
 set -euo pipefail
 . "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 

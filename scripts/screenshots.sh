@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
-# Pictures of every window, dialog, page, menu and message box of the real program, in both
-# languages, on screens from the smallest that it should bear to 200% scaling. The window has the
-# size in which it opens there. They lie in build/screenshots/<language>-<width>x<height>@<percent>
-# (the screen's real pixels, and the scale that the desktop is set to), for somebody to look at.
+# Takes pictures of every window, dialog, page, menu and message box of the real program, in both
+# languages, on screens from the smallest supported one to 200% scaling. The window has the size in
+# which it opens there. The pictures are in build/screenshots/<language>-<width>x<height>@<percent>
+# (the screen's real pixels, and the desktop's scale), for a person to look at.
 #   scripts/screenshots.sh [LANGUAGE-WIDTHxHEIGHT@PERCENT...]     these sets only
 set -euo pipefail
 . "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
@@ -22,7 +22,7 @@ take_set() {
         >"$out/program/language/config.xml"
     started=()
     set_stage "$network" "$size"
-    # As a desktop tells programs its scale, with the tab that Qt looks for.
+    # Tells programs the scale as a desktop does, with the tab that Qt looks for.
     xprop -root -f RESOURCE_MANAGER 8s \
         -set RESOURCE_MANAGER "$(printf 'Xft.dpi:\t%d' "$((96 * percent / 100))")"
     play "$root/scripts/tour/gallery.py" "$out" "$language" "$percent"

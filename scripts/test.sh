@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Builds everything and runs every test; installs first what is missing for that.
+# Builds everything and runs every test; installs missing packages first.
 #   scripts/test.sh          the release build
 #   scripts/test.sh --full   the sanitizer builds and the static checkers as well
 set -euo pipefail
@@ -22,7 +22,7 @@ export TSAN_OPTIONS="halt_on_error=0:second_deadlock_stack=1:${TSAN_OPTIONS:-}"
 
 failed=()
 
-# run_tests <preset>: every test of this build; none at all is a failure.
+# run_tests <preset>: runs every test of this build; fails when there is none.
 run_tests() {
     build "$1"
     say "testing $1"

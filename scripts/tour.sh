@@ -1,12 +1,11 @@
 #!/usr/bin/env bash
 # Uses the built program once as a person would: a real window on a virtual screen,
-# real keys and mouse clicks, and a telephone that fetches its file. Leaves
-# screenshots and logs in build/tour and ends with a status other than 0 when
-# anything was not as it should be.
+# real keys and mouse clicks, and a phone that fetches its file. Leaves screenshots
+# and logs in build/tour and ends with a status other than 0 when a check fails.
 #
-# Where the system allows, the program stands in a network of its own with the
-# telephone as a second host on it, so that port 80 is free and nothing else on this
-# machine is touched or heard.
+# Where the system allows, the program runs in a network of its own with the phone
+# as a second host on it, so that port 80 is free and nothing else on this machine
+# is touched or heard.
 set -euo pipefail
 . "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 out="$root/build/tour"

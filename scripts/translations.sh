@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Brings language/*.ts up to the texts in the sources and tells what is to be translated;
-# with --check it changes nothing and fails on whatever is missing, unfinished or obsolete.
+# Updates language/*.ts to the texts in the sources and lists what is to be translated. With
+# --check it changes nothing and fails on a missing, unfinished or obsolete text.
 set -euo pipefail
 . "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 

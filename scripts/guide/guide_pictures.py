@@ -1,9 +1,9 @@
 """Takes the pictures of the user guide and of README.md; scripts/guide-pictures.sh
-prepares the screen and the network and calls it once a language.
+prepares the screen and the network and calls it once for each language.
 
 The walk uses the program by keyboard, mouse and accessibility bus as the tour does. It
-knows the widgets by their English texts and looks up in the language's .ts file what
-they read on the screen.
+knows the widgets by their English texts and looks up their texts on the screen in the
+language's .ts file.
 """
 
 import csv
@@ -20,15 +20,15 @@ sys.path.insert(0, str(Path(__file__).parent.parent / "tour"))
 import screen  # noqa: E402
 from screen import Atspi, NotSeen, keys, type_text, wait_active, wait_for, wait_gone, xdotool  # noqa: E402
 
-# As the program counts: its scale on this screen, and the screen's size.
+# The program's scale on this screen, and the screen's size in the program's own pixels.
 SCALE = 2
 WIDTH, HEIGHT = 1040, 650
-# Parts of it that have about the shape of the guide's place for pictures.
+# Parts of the screen that have about the shape of the guide's place for pictures.
 PART_WIDTH = 800
 MENU_WIDTH, MENU_HEIGHT = 600, 488
 DIALOG_TOP = 180
-# Of the screen's pixels README's pictures keep what it shows. The guide's keep all: it never shows
-# more than they have, and is large on a large screen.
+# The README's pictures keep only the share of the screen's pixels that the README shows. The
+# guide's keep all, as the guide is large on a large screen.
 README_PART = 0.75
 COLORS = 96
 ROLES = {"Password": "password text"}
@@ -68,10 +68,10 @@ DEVICES = {
 }
 COMPANY = {"en": "Oakfield", "zh": "橡园贸易"}
 SERVER = "sip.example"
-# What is typed into the search box of the departments.
+# The text typed into the search box of the departments.
 SEARCHED = {"en": "Sales", "zh": "销售"}
 NEW_ACCOUNT = {"en": "E. Stone", "zh": "8011"}
-# What stands in the path fields while their picture is taken.
+# The folder in the path fields while their picture is taken.
 SHOWN_FOLDER = "/home/office/telephones"
 
 
@@ -81,7 +81,7 @@ def mac_of(index):
 
 
 class Texts:
-    """What a text of the program reads in one language, as a screen reader is told."""
+    """The program's texts in one language, as a screen reader is told them."""
 
     def __init__(self, root, language):
         self._translations = {}
@@ -133,7 +133,7 @@ class Pictures:
         return self.screen.names("table cell", self.title)
 
     def wait_dialog(self, context, source, left):
-        """Waits for a dialog and moves it to where the picture wants it."""
+        """Waits for a dialog and moves it to its place in the picture."""
         title = self.text(context, source)
         wait_active(title)
         xdotool("windowmove", "--sync", screen.windows(title)[0], left * SCALE, DIALOG_TOP * SCALE)
@@ -149,17 +149,17 @@ class Pictures:
             self.screen.click(field)
             keys("ctrl+a")
             type_text(text)
-            if label not in ROLES:  # what a password field holds is not told
+            if label not in ROLES:  # a password field does not tell its text
                 wait_for(f'"{label}" to hold {text!r}', lambda: self.content(field) == text)
 
     @staticmethod
     def content(field):
         return Atspi.Text.get_text(field, 0, Atspi.Text.get_character_count(field))
 
-    # What is made of it
+    # The pictures
 
     def take(self, path, part=None, ring=None, kept=1.0):
-        """Keeps the screen, or part of it (x, y, width, height), with a ring round a place."""
+        """Saves the screen, or part of it (x, y, width, height), with a ring round a place."""
         xdotool("mousemove", 0, HEIGHT * SCALE - 1)  # no hover, no pointer
         time.sleep(0.8)
         raw = self.out / f"{path.stem}-raw.png"
@@ -237,7 +237,7 @@ class Pictures:
                  lambda: not self.screen.sees("text", self.text("ExportPage", "Export to")))
 
     def page_button(self, context, source):
-        """The page's button; the one of the same name above the list lies below the page."""
+        """The page's button. The button of that name above the list comes before it."""
         named = list(self.screen.all("push button", self.text(context, source), self.title))
         return self.screen.place(named[-1])
 
@@ -246,7 +246,7 @@ class Pictures:
             "%1", self.text("ContactTitle", "Department"))
         edit = self.screen.find("text", name, self.title)
         self.screen.click(edit)
-        # No key makes a Chinese character.
+        # No key types a Chinese character.
         Atspi.EditableText.set_text_contents(edit, SEARCHED[self.language])
         self.guide_picture("search", self.screen.place(edit), left=WIDTH - PART_WIDTH)
         keys("ctrl+a", "Delete")
@@ -314,7 +314,7 @@ class Pictures:
         self.guide_picture("services", (x, y, last_x + last_width - x, height), width=WIDTH)
 
     def ask_for_files(self):
-        """Two telephones fetch what is theirs, so that the report box has something to tell."""
+        """Two phones fetch their documents, so that the report box has something to show."""
         phone = shlex.split(os.environ.get("TOUR_PHONE", ""))
         for i in (0, 1):
             bare = mac_of(i).replace(":", "").lower()

@@ -1,7 +1,7 @@
 """Goes through every window, dialog, page, menu and message box, and takes a picture of each.
 
-It judges nothing but whether each of them came up: the pictures are for eyes. Widgets are found by
-their texts, which are looked up in the translations, so that the walk is the same in each language.
+It checks only that each of them comes up: the pictures are for a person to look at. It finds
+widgets by their texts, looked up in the translations, so that the walk is the same in each language.
 """
 
 import os
@@ -24,7 +24,7 @@ LONGEST_WALK_S = 540
 DIALOG_PATIENCE_S = 8
 MENU_COUNT = 7
 FULL_LIST = 60
-# In the list, however small the window; as the program counts.
+# A point in the list, however small the window, in the program's own pixels.
 LIST_POINT = (350, 300)
 LONG_IMPORT = 100000
 CSV_HEAD = ("MAC,Product Model,Primary Account,SIP Server,SIP User ID,Authentication ID,Password,"
@@ -61,7 +61,7 @@ class Gallery:
     # --- hands
 
     def tr(self, source):
-        """As a screen reader is told it: without the mark of a mnemonic."""
+        """The text as a screen reader is told it: without the mark of a mnemonic."""
         return self.texts[source].replace("&&", "\0").replace("&", "").replace("\0", "&")
 
     def start(self, ready=None):
@@ -95,7 +95,7 @@ class Gallery:
         self.screen.shot(name)
 
     def box(self, title, name, answer="Return"):
-        """A box that comes up by itself: its picture, and its end."""
+        """Takes the picture of a box that comes up by itself, and closes the box."""
         title = self.tr(title)
         wait_active(title)
         self.shot(name)
@@ -157,7 +157,7 @@ class Gallery:
         self.node("push button", "Hide Advance Settings")
         self.shot("new-device-advanced")
         self.focus("Department", "New Device")
-        keys("Tab")  # which brings the next field into view
+        keys("Tab")  # brings the next field into view
         self.shot("new-device-advanced-end")
         self.focus("Username", "New Device")
         keys("Tab", "Down", "space")
@@ -231,7 +231,7 @@ class Gallery:
         self.box("Import Box", "import-failed")
         again = self.out / "again.csv"
         again.write_text("\n".join([CSV_HEAD, device_row(16), device_row(17)]), encoding="utf-8")
-        self.node("text", "Import file")  # which came back for another try
+        self.node("text", "Import file")  # the page came back for another try
         time.sleep(0.5)  # it slides in
         self.fill("Import file", str(again))
         self.press("Clear list", role="check box")
@@ -243,8 +243,8 @@ class Gallery:
         wait_gone(self.tr("Replace action"))
 
     def long_import(self):
-        """The cover that is shown while an import runs. It is the end of the program: looking
-        for a widget takes ages beside so long a list."""
+        """The cover that is shown while an import runs. Comes last in the program's life: a
+        search for a widget takes very long with so long a list."""
         long = self.out / "long.csv"
         long.write_text("\n".join([CSV_HEAD, *map(device_row, range(LONG_IMPORT))]),
                         encoding="utf-8")
@@ -291,7 +291,7 @@ class Gallery:
         keys("Escape")
         wait_gone(title)
         own, other = (0, 1) if self.texts["Cancel"] != "Cancel" else (1, 0)
-        # On and off again, there and back again: the next start is as this one.
+        # Each setting is changed and changed back, so that the next start is like this one.
         for which in ("", "-back"):
             self.choose_menu(4, 1)
             self.box("Options change", "options-change" + which)
@@ -396,7 +396,7 @@ class Gallery:
 
     def no_network_card(self):
         if not os.environ.get("TOUR_SERVER"):
-            return  # the machine's own cards are not to be touched
+            return  # the machine's own cards must not be touched
         for card in ("tour0", "tour1"):
             subprocess.run(["ip", "link", "delete", card], check=True)
         self.press("&Open HTTPD")

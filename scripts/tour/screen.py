@@ -1,8 +1,8 @@
 """The tour's hands and eyes on one X display.
 
-Hands: xdotool, which makes real key presses and mouse clicks. Eyes: the accessibility
-bus, which tells as a screen reader would hear it what is on the screen, where, and
-what it says; and screenshots.
+Hands: xdotool, which makes real key presses and mouse clicks. Eyes: screenshots, and
+the accessibility bus, which tells what is on the screen, where it is and what it says,
+as a screen reader is told.
 """
 
 import re
@@ -49,7 +49,7 @@ def keys(*names):
 
 
 def type_text(text):
-    # "--" lets a text begin with a dash; the delay is a fast typist's.
+    # "--" lets a text begin with a dash; the delay is that of a fast typist.
     xdotool("type", "--delay", 15, "--", text)
 
 
@@ -74,16 +74,16 @@ def wait_gone(title):
 
 
 class Screen:
-    """One program on the screen, by the name under which it is on the accessibility bus."""
+    """One program on the screen, known by its name on the accessibility bus."""
 
     def __init__(self, program, pictures, scale=1):
         self._program = program
-        self._scale = scale  # of the program: pixels of the screen to one of its own
+        self._scale = scale  # screen pixels for each of the program's own
         self._pictures = Path(pictures)
         self._count = 0
 
     def shot(self, name):
-        """A picture of the whole screen; numbered, so that they sort as they were taken."""
+        """Takes a picture of the whole screen. The numbers sort the pictures by time."""
         self._count += 1
         time.sleep(0.3)  # the last repaint has no event that could be waited for
         path = self._pictures / f"{self._count:02d}-{name}.png"
@@ -110,7 +110,7 @@ class Screen:
             yield from self._walk(application)
 
     def _nodes_in(self, window):
-        """The nodes of one window, by its title; of all windows without one."""
+        """The nodes of the window with this title; without a title, those of all windows."""
         inside_depth = None
         for node, depth in self.nodes():
             if inside_depth is not None and depth <= inside_depth:
@@ -121,7 +121,7 @@ class Screen:
                 yield node
 
     def all(self, role, name=None, window=None):
-        """The showing nodes of a role; window narrows it to one window's title."""
+        """The showing nodes of a role, in the window with this title or in all."""
         for node in self._nodes_in(window):
             if node.get_role_name() != role or (name is not None and node.get_name() != name):
                 continue
@@ -156,13 +156,13 @@ class Screen:
 
     @staticmethod
     def place(node):
-        """Where the widget is: x, y, width, height, as the program counts."""
+        """The widget's x, y, width and height, in the program's own pixels."""
         def look():
             box = node.get_extents(Atspi.CoordType.SCREEN)
             return box.x, box.y, box.width, box.height
 
         def settled():
-            # A window that has just come up has no place yet, or the one it is leaving.
+            # A window that has just come up has no place yet, or one that it leaves at once.
             before = look()
             time.sleep(POLL_S)
             after = look()
@@ -170,8 +170,8 @@ class Screen:
         return wait_for(f'"{node.get_name()}" to have a place on the screen', settled)
 
     def click(self, node, on_sign=False):
-        """A click into the middle, or on the sign that stands before the text of a choice,
-        whose widget is often wider than what answers to the mouse."""
+        """Clicks into the middle, or on the sign before the text of a choice, whose widget is
+        often wider than the part that reacts to the mouse."""
         x, y, width, height = self.place(node)
         x += SIGN_WIDTH_PX // 2 if on_sign else width // 2
         y += height // 2
@@ -181,7 +181,7 @@ class Screen:
         self.click(self.find(role, name, window))
 
     def dump(self, path):
-        """The whole tree as text, for whoever has to find out what went wrong."""
+        """Writes the whole tree as text, which helps to find out what went wrong."""
         with open(path, "w", encoding="utf-8") as out:
             for node, depth in self.nodes():
                 try:

@@ -1,8 +1,8 @@
 """The tour itself; scripts/tour.sh prepares the screen and the network and starts it.
 
 A person's first hour with the program: an empty list, one device, the service opened,
-a telephone that fetches its file, an edit, an end and a new start. Every check prints
-a line; the last line counts them.
+a phone that fetches its file, an edit, an end and a new start. Every check prints a
+line; the last line counts them.
 """
 
 import csv
@@ -30,8 +30,8 @@ MAC_TYPED = "a1b2c3"
 MAC = "02:00:A7:A1:B2:C3"
 BARE_MAC = "0200a7a1b2c3"
 FILE = f"cfg{BARE_MAC}.xml"
-# Label in the dialog, column of the table, what is typed. The password holds what XML
-# and SQL must escape.
+# Label in the dialog, column of the table, text to type. The password holds characters
+# that XML and SQL must escape.
 TYPED = [
     ("Account", "first_account", "Front desk"),
     ("SIP Server", "sip_server", "sip.example.net"),
@@ -47,7 +47,7 @@ KTP_AGENT = "Velloran KTP16XX 1.0.4.9 02:00:a7:a1:b2:c3"
 DK_AGENT = "Velloran DK715 1.0.2.3"
 CURL_EMPTY_REPLY = 52
 LONGEST_TOUR_S = 480
-# Qt asks where a window is that the window manager is just taking away; it goes on well.
+# Qt asks for the place of a window that the window manager is just removing; this is harmless.
 WINDOW_RACE = "qt.qpa.xcb: QXcbConnection: XCB error: 3 (BadWindow)"
 
 passed = failed = 0
@@ -73,7 +73,7 @@ def check_equal(saw, wanted, what):
 
 
 def check_soon(look, what):
-    """Checks what takes the program a moment."""
+    """Checks what the program needs a moment for."""
     try:
         wait_for(what, look, 10)
     except NotSeen:
@@ -90,15 +90,15 @@ class Program:
         self._process = None
 
     def start(self, title=TITLE):
-        """Starts it and waits for the window that then has the keyboard."""
-        # From elsewhere, as a desktop entry would.
+        """Starts the program and waits until the window with this title has the keyboard."""
+        # From another folder, as a desktop entry would.
         self._process = subprocess.Popen([str(self.folder / "VlManager")], cwd="/",
                                          stdin=subprocess.DEVNULL, stdout=self._log,
                                          stderr=self._log)
         wait_active(title)
 
     def start_again(self):
-        """A second copy; its exit status, or None when it does not end."""
+        """Starts a second copy; returns its exit status, or None when it does not end."""
         try:
             return subprocess.run([str(self.folder / "VlManager")], cwd="/", timeout=10,
                                   stdin=subprocess.DEVNULL, stdout=self._log,
@@ -131,13 +131,13 @@ class Program:
             return [dict(row) for row in connection.execute("select * from contact1")]
 
     def settings(self, name):
-        """The element of the settings document and its texts, in their order."""
+        """The elements of the settings document with their texts, in order."""
         root = ElementTree.parse(self.folder / name).getroot()
         return [(element.tag, element.text or "") for element in root]
 
 
 class Phone:
-    """The telephone: another host on the network where there is one, else this one."""
+    """The phone: another host on the network if there is one, else this one."""
 
     def __init__(self):
         self._prefix = shlex.split(os.environ.get("TOUR_PHONE", ""))
@@ -149,7 +149,7 @@ class Phone:
         return done.returncode, done.stdout.decode("utf-8")
 
     def boot(self, mac, model):
-        """Asks by SIP where its file is; the datagrams that answer."""
+        """Asks by SIP where its file is; returns the datagrams that answer."""
         script = Path(__file__).parents[2] / "tests" / "network" / "phones.py"
         done = subprocess.run([*self._prefix, sys.executable, "-B", str(script),
                                os.environ["TOUR_PHONE_ADDRESS"], mac, model],
@@ -159,7 +159,7 @@ class Phone:
 
 def free_port():
     with socket.socket() as taken:
-        # Not one of those that the system hands out, which start above.
+        # Below the ports that the system hands out.
         for port in range(8080, 8180):
             try:
                 taken.bind(("", port))
@@ -171,7 +171,7 @@ def free_port():
 
 @contextmanager
 def port_80_held(address=""):
-    """Meanwhile another program has it."""
+    """Another program has port 80 meanwhile."""
     holder = subprocess.Popen(
         [sys.executable, "-c", "import socket, sys, time; s = socket.create_server("
          "(sys.argv[1], 80)); print(flush=True); time.sleep(600)", address],
@@ -185,7 +185,7 @@ def port_80_held(address=""):
 
 
 def chinese(source):
-    """The Chinese text of an English one, as the screen reader tells it."""
+    """The Chinese text of an English one, as a screen reader is told it."""
     texts = ElementTree.parse(Path(__file__).parents[2] / "language" / "zh.ts")
     found = {message.findtext("source"): message.findtext("translation")
              for message in texts.iter("message")}
@@ -204,7 +204,7 @@ class Tour:
         self.log = open(out / "program.log", "w", encoding="utf-8")
         self.program = Program(out / "program", self.log)
         self.screen = screen.Screen("VlManager", out)
-        # In a network of our own there is one card, and port 80 is free.
+        # In a private network the cards are known, and port 80 is free.
         self.private_server = os.environ.get("TOUR_SERVER", "")
         self.phone = Phone()
         self.port = 0
@@ -259,7 +259,7 @@ class Tour:
         self.screen.shot("new-device")
         type_text(MAC_TYPED)
         keys("Tab")
-        # A choice is called by what is chosen.
+        # A choice has the name of the chosen entry.
         check_equal(self.screen.focused(), ("combo box", "KTP16XX"),
                     "after the MAC, Tab leads to")
         for label, _, text in TYPED:
@@ -290,7 +290,7 @@ class Tour:
 
     def choose_card(self, by_keyboard=False, chooser="Select avaliable NIC"):
         wait_active(chooser)
-        # The card of our network; on a network that is not ours, what is chosen already.
+        # The card of the private network; on the machine's own, the card chosen already.
         if self.private_server:
             def radio():
                 return self.screen.find("radio button", "tour0", chooser)
@@ -324,7 +324,7 @@ class Tour:
         return self.screen.text("text", "HTTPD server request informations")
 
     def read_port(self):
-        """The port that the report box names, checked against what the system says."""
+        """The port that the report box names, checked against those that the system reports."""
         self.screen.find("push button", "Close HTTPD")
         check_soon(lambda: "HTTPD server is running." in self.report(),
                    'the report box says "HTTPD server is running."')
@@ -390,11 +390,11 @@ class Tour:
         self.screen.shot("phone-has-fetched")
 
     def read_log(self, wanted):
-        """Each of these was asked for by a phone, and ended so."""
+        """Checks that the log has each of these requests, with its outcome."""
         def rows():
             log = self.program.folder / "log" / "requests.csv"
             if not log.exists():
-                return []  # it is written a moment after the answer
+                return []  # the log is written a moment after the answer
             with log.open(newline="", encoding="utf-8") as file:
                 return [tuple(row.values()) for row in csv.DictReader(file)]
         for entry in wanted:
@@ -467,7 +467,7 @@ class Tour:
         check_soon(lambda: "Reception" in self.cells(), '"cept" finds "Reception"')
         keys("ctrl+a", "BackSpace")
         check_soon(lambda: "Reception" in self.cells(), "an empty box shows every device")
-        # To a line edit of this desktop the key means the end of the line.
+        # On this desktop, a line edit takes the key for the end of the line.
         keys("ctrl+e")
         check_soon(lambda: self.screen.sees("text", "Export to"),
                    "Ctrl+E exports from a search box as well")
@@ -728,7 +728,7 @@ def stop(number, _frame):
 
 def main():
     out = Path(sys.argv[1])
-    # Ended from outside or by the clock, the tour still ends the program.
+    # The tour ends the program even when a signal or its time limit ends the tour.
     for number in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP, signal.SIGALRM):
         signal.signal(number, stop)
     signal.alarm(LONGEST_TOUR_S)

@@ -28,7 +28,7 @@ LATIN_TERMS = set("""
     devices phonebook
 """.split())
 
-# Where a message box or a dialog asks for a folder or file, the filter is Qt's own syntax.
+# The filter of a file dialog, in Qt's syntax.
 FILE_FILTER = re.compile(r"\(\*\.[^)]*\)")
 PLACE_MARKER = re.compile(r"%L?\d+|%n")
 TAG = re.compile(r"</?[a-z][^>]*>")
@@ -53,7 +53,7 @@ def run_lupdate(ts_file, *options):
     """Merges the sources' texts into one .ts file; returns lupdate's complaints."""
     command = [lupdate_command(), "-silent", "-locations", "none", "-source-language", "en",
                "-target-language", LANGUAGES[ts_file.name], *options]
-    # A guess at a translation from a similar text looks finished and is not.
+    # A translation guessed from a similar text looks finished and is not.
     for guess in ("sametext", "similartext", "number"):
         command += ["-disable-heuristic", guess]
     command += ["-I", str(ROOT), *program_folders(), "-ts", str(ts_file)]
@@ -101,7 +101,7 @@ def faults_of_chinese(source, text):
 
 
 def check_file(ts_file, scratch):
-    """What is wrong with one .ts file, one line each."""
+    """The faults of one .ts file, one line each."""
     present = read_messages(ts_file)
     faults_of = faults_of_english if ts_file.name == "en.ts" else faults_of_chinese
     fresh = scratch / ts_file.name

@@ -1,9 +1,9 @@
 # Shared by scripts/windows.sh; source it, do not run it. Needs scripts/lib.sh.
 #
-# Makes SQLite and Qt for Windows, as static libraries, from the same source packages
-# that Debian's own are made from. That takes half an hour, so the result lives in a
-# cache outside the tree: a folder of its own for each set of versions and flags.
-# Removing the cache folder is always safe.
+# Makes SQLite and Qt for Windows, as static libraries, from the source packages of
+# Debian's own libraries. That takes half an hour, so the result is kept in a cache
+# outside the tree, in a folder for each set of versions and flags. Removing the cache
+# folder is always safe.
 
 windows_target=x86_64-w64-mingw32
 
@@ -15,16 +15,16 @@ qt_flags=(
     -qt-zlib -qt-libpng -qt-pcre -qt-freetype -qt-harfbuzz -qt-libjpeg
     -nomake examples -nomake tests -nomake tools
     -sql-sqlite -system-sqlite)
-# Without extensions that are loaded at run time; each connection of Qt's driver
-# belongs to one thread.
+# No extensions are loaded at run time; each connection of Qt's driver belongs to one
+# thread.
 sqlite_flags=(-O2 -DNDEBUG -DSQLITE_THREADSAFE=1 -DSQLITE_ENABLE_COLUMN_METADATA
     -DSQLITE_OMIT_LOAD_EXTENSION)
 
 # installed_version <package>
 installed_version() { dpkg-query -W -f='${Version}' "$1"; }
 
-# The Linux and the Windows program stand on the same versions; an update of Debian's
-# packages therefore makes new libraries here too.
+# The Linux and the Windows program use the same versions, so an update of Debian's
+# packages makes new libraries here too.
 windows_cache() {
     local recipe
     recipe="$(printf '%s\n' "${qt_flags[@]}" "${sqlite_flags[@]}" \
@@ -34,10 +34,10 @@ windows_cache() {
 }
 
 # fetch_source <source package> <a package made from it> <folder>: unpacks the source,
-# Debian's patches applied, into the folder.
+# with Debian's patches, into the folder.
 #
-# The entry for it names the archives that this machine has its packages from, and
-# stands in a folder of apt's that is ours alone: nothing of the system's is changed.
+# The apt entry for it names the archives of this machine's packages, and is kept in an
+# apt folder of its own, so that the system's settings do not change.
 fetch_source() {
     local source="$1" binary="$2" folder="$3" apt_folder version
     apt_folder="$(mktemp -d)"
@@ -60,7 +60,7 @@ fetch_source() {
     rm -rf "$apt_folder"
 }
 
-# once <name> <command>...: runs the command unless it was finished in this cache.
+# once <name> <command>...: runs the command unless it has succeeded in this cache.
 once() {
     local stamp="$cache/done-$1"
     shift
@@ -69,8 +69,8 @@ once() {
     touch "$stamp"
 }
 
-# logged <name> <command>...: what the command says goes to a file; its end is shown
-# when it fails.
+# logged <name> <command>...: writes the command's output to a file; shows its end when
+# the command fails.
 logged() {
     local log="$cache/$1.log"
     shift
@@ -98,7 +98,7 @@ configure_qt() {
     say "Qt for Windows: configuring"
     rm -rf "$cache/qt"
     mkdir -p "$cache/qt"
-    # The build folder is the prefix: it is used as it stands and never installed.
+    # The build folder is the prefix: Qt is used from there and never installed.
     logged qt-configure env -C "$cache/qt" ../qt-source/configure "${qt_flags[@]}" -prefix "$cache/qt" \
         "SQLITE_INCDIR=$cache/sqlite" "SQLITE_LIBDIR=$cache/sqlite"
 }
@@ -108,11 +108,11 @@ make_qt() {
     logged qt-make make -C "$cache/qt" -j "$(jobs_wanted)"
 }
 
-# Leaves the libraries in $cache, with the compiler to use first in $PATH.
+# Makes the libraries in $cache, and puts the compiler to use first in $PATH.
 make_windows_libraries() {
     cache="$(windows_cache)"
     mkdir -p "$cache/bin"
-    # Threads as POSIX has them; beside it a machine may have the other variant of the
+    # The variant with POSIX threads. A machine may also have the other variant of the
     # compiler, under the same plain name.
     local tool
     for tool in gcc g++; do

@@ -1,19 +1,19 @@
-# A Windows to try the program on; source it after lib.sh.
+# A Windows under Wine to try the program on; source it after lib.sh.
 
-# make_wine_prefix <folder>: a Chinese Windows in this folder, for every wine that is
-# started from here on. Needs a display.
+# make_wine_prefix <folder>: makes a Chinese Windows in this folder, for every wine that
+# is started from here on. Needs a display.
 make_wine_prefix() {
     say "setting up Wine"
     export WINEPREFIX="$1/wine" WINEARCH=win64 WINEDEBUG=-all
     mkdir -p "$1/locale" "$WINEPREFIX"
     localedef -f UTF-8 -i zh_CN "$1/locale/zh_CN.UTF-8"
-    # This shell itself does not know the locale, and says so.
+    # This shell does not know the locale and would warn of it.
     export LOCPATH="$1/locale"
     { export LC_ALL=zh_CN.UTF-8; } 2>/dev/null
-    # Without offers to fetch a browser, and without entries in this machine's own menus.
+    # No offers to fetch a browser, and no entries in this machine's own menus.
     export WINEDLLOVERRIDES="mscoree,mshtml=;winemenubuilder.exe=d"
     wine wineboot -i >"$WINEPREFIX/setup.log" 2>&1 || { cat "$WINEPREFIX/setup.log" >&2; die "Wine does not start"; }
-    # This machine's fonts in the place of those that a Windows has.
+    # This machine's fonts replace those that a Windows has.
     local font
     for font in "MS Shell Dlg" "MS Shell Dlg 2" "Segoe UI" "Microsoft YaHei" "Microsoft YaHei UI" SimSun 宋体; do
         wine reg add 'HKLM\Software\Microsoft\Windows NT\CurrentVersion\FontSubstitutes' \
