@@ -165,8 +165,8 @@ private:
 
 } // namespace
 
-LoadResult playTelephones(std::uint16_t port, const std::vector<LoadRequest> &requests, int atOnce,
-                          double seconds)
+LoadResult playPhones(std::uint16_t port, const std::vector<LoadRequest> &requests, int atOnce,
+                      double seconds)
 {
     std::atomic<std::size_t> next{0};
     const auto start = Clock::now();

@@ -26,8 +26,8 @@ struct LoadResult
 /// Plays phones against a server on this machine: `atOnce` of them at any time, each on a
 /// connection of its own, in two threads that wait for many sockets each. Repeats the requests for
 /// `seconds`; with 0, sends each once.
-LoadResult playTelephones(std::uint16_t port, const std::vector<LoadRequest> &requests, int atOnce,
-                          double seconds = 0);
+LoadResult playPhones(std::uint16_t port, const std::vector<LoadRequest> &requests, int atOnce,
+                      double seconds = 0);
 
 /// Opens connections that send nothing, and keeps them until it is destroyed. Does not open
 /// connections again that the server has closed.

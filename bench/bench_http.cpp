@@ -209,7 +209,7 @@ private:
 };
 
 /// The requests of the phones of `count` devices, spread over a list of `listed`.
-std::vector<LoadRequest> telephones(int count, int listed)
+std::vector<LoadRequest> phones(int count, int listed)
 {
     std::vector<LoadRequest> requests;
     for (int i = 0; i < count; ++i) {
@@ -247,8 +247,8 @@ void compareRates(const char *what, Service &service, const Nginx &nginx,
     for (int round = 0; round < rounds; ++round) {
         const double ownBefore = processorTime(service.process());
         const double otherBefore = processorTime(nginx.process());
-        const LoadResult own = playTelephones(port, requests, clients, seconds);
-        const LoadResult other = playTelephones(nginx.port(), requests, clients, seconds);
+        const LoadResult own = playPhones(port, requests, clients, seconds);
+        const LoadResult other = playPhones(nginx.port(), requests, clients, seconds);
         ownTime.push_back((processorTime(service.process()) - ownBefore) * 1e6 /
                           static_cast<double>(own.answers));
         otherTime.push_back((processorTime(nginx.process()) - otherBefore) * 1e6 /
@@ -275,7 +275,7 @@ void compareStorms(const QString &folder)
     Service service(path, stormDevices);
     const std::uint16_t port = service.report().port;
     const Nginx nginx(folder, documents);
-    const std::vector<LoadRequest> requests = telephones(stormDevices, stormDevices);
+    const std::vector<LoadRequest> requests = phones(stormDevices, stormDevices);
 
     std::vector<double> missing;
     for (int round = 0; round < rounds; ++round) {
@@ -283,7 +283,7 @@ void compareStorms(const QString &folder)
         // been removed.
         if (!QDir().rename(documents, path + QString::number(round)))
             qFatal("the documents cannot be put aside");
-        const LoadResult result = playTelephones(port, requests, stormClients);
+        const LoadResult result = playPhones(port, requests, stormClients);
         tellFaults("service", result);
         missing.push_back(result.seconds);
     }
@@ -291,8 +291,8 @@ void compareStorms(const QString &folder)
     std::vector<double> present;
     std::vector<double> theirs;
     for (int round = 0; round < storms; ++round) {
-        const LoadResult own = playTelephones(port, requests, stormClients);
-        const LoadResult other = playTelephones(nginx.port(), requests, stormClients);
+        const LoadResult own = playPhones(port, requests, stormClients);
+        const LoadResult other = playPhones(nginx.port(), requests, stormClients);
         tellFaults("service", own);
         tellFaults("nginx", other);
         present.push_back(own.seconds);
@@ -300,7 +300,7 @@ void compareStorms(const QString &folder)
     }
     const Report last = service.report();
     const double reference = median(theirs);
-    std::printf("10,000 different telephones, 200 at a time; nginx %.2f s:\n"
+    std::printf("10,000 different phones, 200 at a time; nginx %.2f s:\n"
                 "  no document there yet                      %5.2f s, ratio %.2f; longest silence "
                 "%d ms, memory then %lld KiB\n"
                 "  all documents there                        %5.2f s, ratio %.2f; longest silence "
@@ -317,8 +317,8 @@ void compareLists(const QString &folder, int devices, const char *what, double s
     const QString path = folder + QStringLiteral("/%1/").arg(devices);
     QDir().mkpath(path);
     Service service(path, devices);
-    const std::vector<LoadRequest> requests = telephones(askedDevices, devices);
-    playTelephones(service.report().port, requests, clients); // has the documents made
+    const std::vector<LoadRequest> requests = phones(askedDevices, devices);
+    playPhones(service.report().port, requests, clients); // has the documents made
     const Nginx nginx(folder, path + QStringLiteral("HTTPD/MACCFG"));
     service.report();
     compareRates(what, service, nginx, requests, seconds);
@@ -342,18 +342,16 @@ void compareLogs(const QString &folder, double seconds)
     Service without(path.arg(0), askedDevices, false);
     Service with(path.arg(1), askedDevices);
     for (const bool isEachOwn : {false, true}) {
-        std::vector<LoadRequest> requests = telephones(askedDevices, askedDevices);
+        std::vector<LoadRequest> requests = phones(askedDevices, askedDevices);
         for (std::size_t i = 0; isEachOwn && i < requests.size(); ++i)
             requests[i].host = static_cast<int>(i) + 1;
         std::vector<double> rates[2];
         std::vector<double> ratios;
-        playTelephones(without.report().port, requests, clients); // has the documents made
-        playTelephones(with.report().port, requests, clients);
+        playPhones(without.report().port, requests, clients); // has the documents made
+        playPhones(with.report().port, requests, clients);
         for (int round = 0; round < logRounds; ++round) {
-            const LoadResult plain =
-                playTelephones(without.report().port, requests, clients, seconds);
-            const LoadResult logged =
-                playTelephones(with.report().port, requests, clients, seconds);
+            const LoadResult plain = playPhones(without.report().port, requests, clients, seconds);
+            const LoadResult logged = playPhones(with.report().port, requests, clients, seconds);
             tellFaults("without the log", plain);
             tellFaults("with the log", logged);
             rates[0].push_back(plain.perSecond());
@@ -361,7 +359,7 @@ void compareLogs(const QString &folder, double seconds)
             ratios.push_back(logged.perSecond() / plain.perSecond());
         }
         std::printf("%-38s %6.0f answers/s with the log, %6.0f without: ratio %.3f\n",
-                    isEachOwn ? "each telephone on its own host" : "all telephones on one host",
+                    isEachOwn ? "each phone on its own host" : "all phones on one host",
                     median(rates[1]), median(rates[0]), median(ratios));
         std::fflush(stdout);
     }

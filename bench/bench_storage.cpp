@@ -86,7 +86,7 @@ void measureSnapshots(int count)
 /// Returns the median for a document that need not be written again.
 double measureDocuments(const QString &parent, int count)
 {
-    constexpr int telephones = 100;
+    constexpr int phones = 100;
     Program program(parent);
     if (!program.mgr.openDatabase())
         return 0;
@@ -96,8 +96,8 @@ double measureDocuments(const QString &parent, int count)
     Samples written;
     Samples unchanged;
     for (int round = 0; round < 20; ++round) {
-        for (int i = 0; i < telephones; ++i) {
-            const QString name = benchFileName(benchDevice(i * (count / telephones)));
+        for (int i = 0; i < phones; ++i) {
+            const QString name = benchFileName(benchDevice(i * (count / phones)));
             (round == 0 ? written : unchanged).measure([&] {
                 program.mgr.exportDevices(DeskPhoneXml, QStringLiteral("UTF-8"), name, folder);
             });

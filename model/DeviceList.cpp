@@ -369,6 +369,8 @@ void DeviceList::assign(const QList<ContactInfo> &contacts)
 
 void DeviceList::adopt(DeviceList &aside)
 {
+    Q_ASSERT_X(QThread::currentThread() == m_ownerThread, "DeviceList",
+               "changed off the owner's thread");
     m_texts = std::exchange(aside.m_texts, TextPool());
     DeviceList empty;
     std::swap(aside.m_state, empty.m_state);

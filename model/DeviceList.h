@@ -76,7 +76,7 @@ private:
 
 /// The ordered list of devices: display order, running numbers, look-up by MAC.
 ///
-/// Only the owner's thread (the one that created the list) changes it; every change but adopt()
+/// Only the owner's thread (the one that created the list) changes it; every change
 /// asserts that. snapshot() and version() may be called on any thread. The list owns the lock that
 /// makes this safe, and runs no other class's callbacks under it.
 class DeviceList

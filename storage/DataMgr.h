@@ -138,7 +138,7 @@ public:
     /// Port of the running service; 80 when none runs.
     quint16 serverPort() const { return m_httpd.port(); }
 
-    /// Starts to answer telephones that boot without a configuration; see PnPServer::start().
+    /// Starts to answer phones that boot without a configuration; see PnPServer::start().
     bool startPnPServer();
     /// See PnPServer::stop().
     bool stopPnPServer();
@@ -148,9 +148,9 @@ public:
     /// See DeviceLookup.
     void subscribeEnded(const RequestEnd &request) override;
 
-    /// The log of the telephones' requests; both services switch it on.
+    /// The log of the phones' requests; both services switch it on.
     RequestLog &requestLog() { return m_requestLog; }
-    /// Which devices' telephones have asked for their documents.
+    /// Which devices' phones have asked for their documents.
     const PhonesSeen &phonesSeen() const { return m_phonesSeen; }
 
     /// Set by whoever makes a change, and read by whoever shows the list. The list is whole at
@@ -160,7 +160,7 @@ public:
 
     /// How long a slice of work may be; see ListWorker::setSlice().
     void setSlice(int milliseconds) { m_worker.setSlice(milliseconds); }
-    /// How long saves that telephones cause stand back after one has failed.
+    /// How long saves that phones cause stand back after one has failed.
     void setRetryPause(int milliseconds) { m_retryPause = milliseconds; }
 
 signals:

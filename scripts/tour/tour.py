@@ -412,7 +412,7 @@ class Tour:
               "it is refused, with a message")
 
     def plug_and_play(self):
-        say("-- a telephone out of the box asks where its file is")
+        say("-- a phone out of the box asks where its file is")
         self.screen.click_on("push button", "Enable PNP Server")
         check_soon(lambda: self.screen.sees("push button", "Disable PNP Server"),
                    'the button reads "Disable PNP Server"')
@@ -423,10 +423,10 @@ class Tour:
         heads = [text.partition("\r\n")[0] for text in heard]
         if check(len(heads) == 2 and heads[0].startswith("SIP/2.0 202 ") and heads[1].startswith(
                 f"NOTIFY sip:{os.environ['TOUR_PHONE_ADDRESS']}:"), "two answers come", heads):
-            check_equal(heard[1].partition("\r\n\r\n")[2], self.url(), "the telephone is sent to")
+            check_equal(heard[1].partition("\r\n\r\n")[2], self.url(), "the phone is sent to")
         heard = self.phone.boot("0200a7000000", "KTP16XX")
         check_equal([text.split("\r\n")[0] for text in heard], ["SIP/2.0 501 Not Implemented"],
-                    "a telephone that is not listed is told")
+                    "a phone that is not listed is told")
 
     def second_start(self):
         say("-- a second start")

@@ -1,5 +1,5 @@
 """Installs, uses and removes the Windows program under Wine, on a virtual screen, as its user
-would; a telephone on a second host fetches its file.
+would; a phone on a second host fetches its file.
 
     run.py <folder for pictures and logs> <installer> <portable archive>
 
@@ -110,7 +110,7 @@ class Walk:
         self.install()
         self.import_gbk()
         self.cards()
-        self.telephones()
+        self.phones()
         self.auto_start()
         self.close_httpd()
         self.port_80_taken()
@@ -206,8 +206,8 @@ class Walk:
         keys("alt+t")
         check_soon(lambda: self.fetch()[0] == 7, "closed, the port is free again")
 
-    def telephones(self):
-        say("-- a telephone fetches its file")
+    def phones(self):
+        say("-- a phone fetches its file")
         status, answer = self.fetch()
         check_equal(status, 0, "curl's status")
         check("<P35>2001</P35>" in answer, "the document is the device's", answer)
