@@ -30,8 +30,6 @@
 
 namespace {
 
-constexpr int rowsOfAScreen = 100;
-
 /// The program in a folder of its own; it loads what it shows from beside its executable.
 class Program
 {
@@ -46,14 +44,23 @@ public:
                           "<AutoHttpd>0</AutoHttpd></root>");
     }
 
-    /// Starts the program and waits for the painted window.
-    void start()
+    /// Starts the program and waits until the window answers keys.
+    void open()
     {
         const QString folder = m_folder.path() + QLatin1Char('/');
         dbOperator = std::make_unique<DBOperator>(folder);
         dataMgr = std::make_unique<DataMgr>(*dbOperator, folder);
         window = std::make_unique<MainWindow>(*dataMgr, folder);
         window->show();
+        if (!QTest::qWaitForWindowExposed(window.get()))
+            std::printf("the window never showed\n");
+        QTest::keyClick(window.get(), Qt::Key_Shift);
+        QCoreApplication::processEvents();
+    }
+    /// Starts the program and waits for all of the list.
+    void start()
+    {
+        open();
         settle();
     }
     void stop()
@@ -65,8 +72,6 @@ public:
     /// Waits until nothing is left to do or to paint.
     void settle() const
     {
-        if (!QTest::qWaitForWindowExposed(window.get()))
-            std::printf("the window never showed\n");
         while (!dataMgr->worker().isIdle())
             QCoreApplication::processEvents();
         window->repaint();
@@ -310,6 +315,7 @@ void measureLongTexts(const QString &parent, int characters)
                 characters, paints.median() / 1000, paints.quantile(1) / 1000);
 }
 
+/// Returns milliseconds from nothing to the window that answers keys.
 double measureStarts(const QString &parent, int stored)
 {
     Program program(parent);
@@ -317,21 +323,21 @@ double measureStarts(const QString &parent, int stored)
     program.dataMgr->addContacts(benchDevices(stored));
     program.settle();
     program.stop();
-    Samples starts;
-    double longest = 0;
+    Samples usable;
+    Samples complete;
     for (int round = 0; round < 7; ++round) {
-        const FirstPaint shown(std::min(stored, rowsOfAScreen));
-        starts.measure([&] { program.start(); });
-        if (shown.milliseconds() < 0 || program.rowsShown() != stored)
+        complete.measure([&] {
+            usable.measure([&] { program.open(); });
+            program.settle();
+        });
+        if (program.rowsShown() != stored)
             std::printf("the start was wrong\n");
-        longest = std::max(longest, shown.milliseconds());
         program.stop();
     }
-    std::printf(
-        "%7d devices stored: the window shows devices after %7.1f ms at the longest, all of "
-        "them after %7.1f ms\n",
-        stored, longest, starts.median() / 1000);
-    return longest;
+    std::printf("%7d devices stored: the window answers keys after %7.1f ms, shows all of them "
+                "after %7.1f ms\n",
+                stored, usable.median() / 1000, complete.median() / 1000);
+    return usable.median() / 1000;
 }
 
 /// The memory that the process holds and could not give back; 0 where the system does not tell.

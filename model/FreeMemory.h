@@ -1,7 +1,6 @@
 #pragma once
 
-#include <QThreadPool>
-
+#include <functional>
 #include <utility>
 
 /// Returns the heap's free memory to the system; otherwise the heap keeps most of it. For the end
@@ -9,12 +8,16 @@
 /// has its own source.
 void giveBackFreeMemory();
 
-/// Frees the records of a long list on a thread of Qt's pool, as that takes longer than the window
-/// may stand still. `held` must not belong to a thread.
+/// Does the work on a thread of its own, unless the system has no room for one. GUI thread; the end
+/// of the program waits for the work.
+void runAside(std::function<void()> work);
+
+/// Frees the records of a long list, which takes longer than the window may stand still. `held`
+/// must not belong to a thread. GUI thread.
 template <typename Held>
 void freeAside(Held held)
 {
-    QThreadPool::globalInstance()->start([held = std::move(held)]() mutable {
+    runAside([held = std::move(held)]() mutable {
         {
             const Held freed = std::move(held);
         }

@@ -3,8 +3,8 @@
 # first. The first run also makes Qt and SQLite for Windows (half an hour or more), and
 # keeps them in ~/.cache/vlmanager-windows for later runs.
 #   scripts/windows.sh          build/windows/VlManager-<version>-setup.exe and -portable.zip
-#   scripts/windows.sh --test   makes them, runs the unit tests under Wine, then installs,
-#                               uses and removes the program there on a virtual screen
+#   scripts/windows.sh --test   makes them, runs the unit tests under Wine, then installs, uses and
+#                               removes the program there on a virtual screen, at 100% and 150%
 set -euo pipefail
 . "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 . "$root/scripts/windows/libraries.sh"
@@ -57,11 +57,17 @@ case "${1:-}" in
     --inside)
         out="$test_out"
         . "$root/scripts/tour/stage.sh"
-        set_stage "$2" 1280x800
+        set_stage "$2" 1366x768
         . "$root/scripts/windows/wine.sh"
         trap 'end_wine; cleanup' EXIT
-        make_wine_prefix "$work"
-        play "$root/tests/windows/run.py" "$out" "$installer" "$archive"
+        for dpi in 96 144; do
+            say "at $dpi dpi"
+            out="$test_out/$dpi"
+            mkdir -p "$out"
+            make_wine_prefix "$work/$dpi" "$dpi"
+            play "$root/tests/windows/run.py" "$out" "$installer" "$archive"
+            end_wine
+        done
         exit
         ;;
     --test | "") ;;

@@ -1,7 +1,7 @@
 # A Windows under Wine to try the program on; source it after lib.sh.
 
-# make_wine_prefix <folder>: makes a Chinese Windows in this folder, for every wine that
-# is started from here on. Needs a display.
+# make_wine_prefix <folder> [dots per inch]: a Chinese Windows in this folder, for every wine that is
+# started from here on. Needs a display.
 make_wine_prefix() {
     say "setting up Wine"
     export WINEPREFIX="$1/wine" WINEARCH=win64 WINEDEBUG=-all
@@ -21,6 +21,10 @@ make_wine_prefix() {
     done
     wine reg add 'HKLM\Software\Microsoft\Windows NT\CurrentVersion\FontSubstitutes' \
         /v "Courier New" /d "DejaVu Sans Mono" /f >/dev/null
+    wine reg add 'HKCU\Control Panel\Desktop' /v LogPixels /t REG_DWORD /d "${2:-96}" /f >/dev/null
+    # Read once, by the first program.
+    wineserver -k
+    wineserver -w
 }
 
 # Ends everything that runs under this Wine, and nothing else.

@@ -103,12 +103,14 @@ class Walk:
         self.archive = archive
         self.program = Program(FOLDER, out)
         self.screen = screen.Screen("VlManager", out)
+        self.room = [int(side) for side in screen.xdotool("getdisplaygeometry")]
         self.phone = tour.Phone()
         self.address = os.environ["TOUR_SERVER"]
 
     def run(self):
         self.install()
         self.import_gbk()
+        self.dialogs()
         self.cards()
         self.phones()
         self.auto_start()
@@ -118,10 +120,33 @@ class Walk:
         self.uninstall()
         self.portable()
 
+    def look(self, picture):
+        """A picture for a person; the window with the keyboard is to be wholly on the screen."""
+        self.screen.shot(picture)
+        told = screen.xdotool("getactivewindow", "getwindowgeometry", "--shell")
+        place = {name: int(value) for name, _, value in (line.partition("=") for line in told)}
+        check(place["X"] >= 0 and place["Y"] >= 0 and
+              place["X"] + place["WIDTH"] <= self.room[0] and
+              place["Y"] + place["HEIGHT"] <= self.room[1], f"{picture} is inside the screen", place)
+
+    def dialogs(self):
+        say("-- the windows that have most in them")
+        for key, title in (("ctrl+n", "New Device"), ("ctrl+t", "New Devices")):
+            keys(key)
+            wait_active(chinese(title))
+            self.look(title.lower().replace(" ", "-"))
+            keys("Escape")
+            wait_gone(chinese(title))
+        keys("alt+h", "Return")
+        wait_for("the guide", lambda: active_title() not in ("", chinese(TITLE)))
+        self.look("guide")
+        keys("Escape")
+        wait_active(chinese(TITLE))
+
     def answer(self, title, picture):
         """Closes a box by the keyboard."""
         wait_active(title)
-        self.screen.shot(picture)
+        self.look(picture)
         keys("Return")
         wait_gone(title)
 
@@ -168,7 +193,7 @@ class Walk:
         check_soon(lambda: [(row["mac"], row["first_account"], row["city"])
                             for row in self.program.rows()] ==
                    [(STORED_MAC, "前台", "上海, 北京")], "phonebook.db holds the device")
-        self.screen.shot("imported")
+        self.look("imported")
 
     def cards(self):
         say("-- which card is physical, by the registry")
