@@ -12,7 +12,7 @@ namespace {
 
 constexpr int basicHeight = 360;
 constexpr int advancedHeight = 800;
-constexpr int basicRowCount = 9;
+constexpr int basicRowCount = 9; // the others are advanced
 // The default address has only the maker's three bytes; the user goes on with the fourth.
 constexpr int firstOwnMacByte = 3;
 
@@ -33,7 +33,7 @@ ContactDialog::ContactDialog(QWidget *parent)
 void ContactDialog::createRows()
 {
     using Input = ContactInput;
-    const QVector<ContactRow> rows = {
+    QVector<ContactRow> rows = {
         {tr("MAC"), QStringLiteral("macIpLine"), Input::Mac, &ContactInfo::mac},
         {tr("Product Model"), QStringLiteral("productComboBox"), Input::Product,
          &ContactInfo::product},
@@ -47,19 +47,9 @@ void ContactDialog::createRows()
          &ContactInfo::auth_id},
         {tr("Password"), QStringLiteral("passwordLineEdit"), Input::Password,
          &ContactInfo::password},
-        {tr("Speech Coding 1"), QStringLiteral("speechCoding1ComboBox"), Input::Codec,
-         &ContactInfo::speech_coding1, startsGroup},
-        {tr("Speech Coding 2"), QStringLiteral("speechCoding2ComboBox"), Input::Codec,
-         &ContactInfo::speech_coding2},
-        // From here on the rows are advanced.
-        {tr("Username"), QStringLiteral("usernameLineEdit"), Input::Text, &ContactInfo::username,
-         startsGroup},
-        {tr("Language"), QStringLiteral("languageComboBox"), Input::Language,
-         &ContactInfo::language},
-        {tr("Random Port"), QStringLiteral("randomPortComboBox"), Input::YesNo,
-         &ContactInfo::random_port},
-        {tr("Keep-Alive"), QStringLiteral("keepAliveComboBox"), Input::YesNo,
-         &ContactInfo::keep_alive},
+    };
+    rows += ContactForm::telephonyRows();
+    rows += QVector<ContactRow>{
         {tr("IP"), QStringLiteral("ipIpLine"), Input::Ip, &ContactInfo::ip, startsGroup},
         {tr("Subnet"), QStringLiteral("subnetIpLine"), Input::Ip, &ContactInfo::subnet},
         {tr("Gateway IP"), QStringLiteral("gatewayIpIpLine"), Input::Ip, &ContactInfo::gateway_ip},
@@ -67,17 +57,9 @@ void ContactDialog::createRows()
          &ContactInfo::dns_server1},
         {tr("DNS Server 2"), QStringLiteral("dnsServer2IpLine"), Input::Ip,
          &ContactInfo::dns_server2},
-        {tr("Enterprise Phonebook Path"), QStringLiteral("phonebookPathLineEdit"), Input::Text,
-         &ContactInfo::phonebook_path, startsGroup},
-        {tr("Dial Plan"), QStringLiteral("dialPlanLineEdit"), Input::Text, &ContactInfo::dial_plan},
-        {tr("City"), QStringLiteral("cityLineEdit"), Input::Text, &ContactInfo::city, startsGroup},
-        {tr("Company"), QStringLiteral("companyLineEdit"), Input::Text, &ContactInfo::company},
-        {tr("Department"), QStringLiteral("departmentLineEdit"), Input::Text,
-         &ContactInfo::department},
-        {tr("Proxy Server"), QStringLiteral("proxyServerLineEdit"), Input::Text,
-         &ContactInfo::proxy_server},
     };
-    for (const ContactRow &row : rows)
+    rows += ContactForm::directoryRows();
+    for (const ContactRow &row : qAsConst(rows))
         form().addRow(row, QStringLiteral("ContactDialog"));
     m_macLine = form().input<IpLine>("macIpLine");
 }

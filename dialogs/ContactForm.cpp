@@ -70,6 +70,41 @@ ContactForm::ContactForm(QWidget *parent)
     m_grid->setColumnStretch(1, 1);
 }
 
+QVector<ContactRow> ContactForm::telephonyRows()
+{
+    using Input = ContactInput;
+    return {
+        {tr("Speech Coding 1"), QStringLiteral("speechCoding1ComboBox"), Input::Codec,
+         &ContactInfo::speech_coding1, startsGroup},
+        {tr("Speech Coding 2"), QStringLiteral("speechCoding2ComboBox"), Input::Codec,
+         &ContactInfo::speech_coding2},
+        {tr("Username"), QStringLiteral("usernameLineEdit"), Input::Text, &ContactInfo::username,
+         startsGroup},
+        {tr("Language"), QStringLiteral("languageComboBox"), Input::Language,
+         &ContactInfo::language},
+        {tr("Random Port"), QStringLiteral("randomPortComboBox"), Input::YesNo,
+         &ContactInfo::random_port},
+        {tr("Keep-Alive"), QStringLiteral("keepAliveComboBox"), Input::YesNo,
+         &ContactInfo::keep_alive},
+    };
+}
+
+QVector<ContactRow> ContactForm::directoryRows()
+{
+    using Input = ContactInput;
+    return {
+        {tr("Enterprise Phonebook Path"), QStringLiteral("phonebookPathLineEdit"), Input::Text,
+         &ContactInfo::phonebook_path, startsGroup},
+        {tr("Dial Plan"), QStringLiteral("dialPlanLineEdit"), Input::Text, &ContactInfo::dial_plan},
+        {tr("City"), QStringLiteral("cityLineEdit"), Input::Text, &ContactInfo::city, startsGroup},
+        {tr("Company"), QStringLiteral("companyLineEdit"), Input::Text, &ContactInfo::company},
+        {tr("Department"), QStringLiteral("departmentLineEdit"), Input::Text,
+         &ContactInfo::department},
+        {tr("Proxy Server"), QStringLiteral("proxyServerLineEdit"), Input::Text,
+         &ContactInfo::proxy_server},
+    };
+}
+
 QWidget *ContactForm::addRow(const ContactRow &row, const QString &styleClass)
 {
     auto *label = new QLabel(row.label, this);

@@ -47,6 +47,11 @@ class ContactForm : public QWidget
 public:
     explicit ContactForm(QWidget *parent = nullptr);
 
+    /// Rows that every device dialog has: those from the codecs to "Keep-Alive", and those from the
+    /// phonebook to the end.
+    static QVector<ContactRow> telephonyRows();
+    static QVector<ContactRow> directoryRows();
+
     /// Appends a row and returns its input. Label and input get the dynamic property "class"
     /// `styleClass` + "ItemLabel" and + "ItemEdit".
     QWidget *addRow(const ContactRow &row, const QString &styleClass);

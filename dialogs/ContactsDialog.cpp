@@ -77,7 +77,7 @@ void ContactsDialog::createRows()
     const QString mirrored =
         tr("Follows the first SIP user ID, whatever is typed here: each device gets its own user "
            "ID here as well.");
-    const QVector<ContactRow> rows = {
+    QVector<ContactRow> rows = {
         {tr("Product Count"), QStringLiteral("productCountLineEdit"), Input::Text, nullptr},
         {tr("Law of increasing MAC"), QStringLiteral("macStepLineEdit"), Input::Text, nullptr,
          !startsGroup, macStep},
@@ -97,29 +97,10 @@ void ContactsDialog::createRows()
          &ContactInfo::first_account, !startsGroup, mirrored},
         {tr("Password"), QStringLiteral("passwordLineEdit"), Input::Password,
          &ContactInfo::password},
-        {tr("Speech Coding 1"), QStringLiteral("speechCoding1ComboBox"), Input::Codec,
-         &ContactInfo::speech_coding1, startsGroup},
-        {tr("Speech Coding 2"), QStringLiteral("speechCoding2ComboBox"), Input::Codec,
-         &ContactInfo::speech_coding2},
-        {tr("Username"), QStringLiteral("usernameLineEdit"), Input::Text, &ContactInfo::username,
-         startsGroup},
-        {tr("Language"), QStringLiteral("languageComboBox"), Input::Language,
-         &ContactInfo::language},
-        {tr("Random Port"), QStringLiteral("randomPortComboBox"), Input::YesNo,
-         &ContactInfo::random_port},
-        {tr("Keep-Alive"), QStringLiteral("keepAliveComboBox"), Input::YesNo,
-         &ContactInfo::keep_alive},
-        {tr("Enterprise Phonebook Path"), QStringLiteral("phonebookPathLineEdit"), Input::Text,
-         &ContactInfo::phonebook_path, startsGroup},
-        {tr("Dial Plan"), QStringLiteral("dialPlanLineEdit"), Input::Text, &ContactInfo::dial_plan},
-        {tr("City"), QStringLiteral("cityLineEdit"), Input::Text, &ContactInfo::city, startsGroup},
-        {tr("Company"), QStringLiteral("companyLineEdit"), Input::Text, &ContactInfo::company},
-        {tr("Department"), QStringLiteral("departmentLineEdit"), Input::Text,
-         &ContactInfo::department},
-        {tr("Proxy Server"), QStringLiteral("proxyServerLineEdit"), Input::Text,
-         &ContactInfo::proxy_server},
     };
-    for (const ContactRow &row : rows) {
+    rows += ContactForm::telephonyRows();
+    rows += ContactForm::directoryRows();
+    for (const ContactRow &row : qAsConst(rows)) {
         const bool singleStyle = form().rowCount() >= firstSingleStyleRow;
         form().addRow(row, singleStyle ? QStringLiteral("ContactDialog")
                                        : QStringLiteral("ContactsDialog"));

@@ -234,6 +234,41 @@
         <translation>Password</translation>
     </message>
     <message>
+        <source>IP</source>
+        <translation>IP</translation>
+    </message>
+    <message>
+        <source>Subnet</source>
+        <translation>Subnet</translation>
+    </message>
+    <message>
+        <source>Gateway IP</source>
+        <translation>Gateway IP</translation>
+    </message>
+    <message>
+        <source>DNS Server 1</source>
+        <translation>DNS Server 1</translation>
+    </message>
+    <message>
+        <source>DNS Server 2</source>
+        <translation>DNS Server 2</translation>
+    </message>
+    <message>
+        <source>Hide Advance Settings</source>
+        <translation>Hide Advance Settings</translation>
+    </message>
+</context>
+<context>
+    <name>ContactForm</name>
+    <message>
+        <source>Yes</source>
+        <translation>Yes</translation>
+    </message>
+    <message>
+        <source>No</source>
+        <translation>No</translation>
+    </message>
+    <message>
         <source>Speech Coding 1</source>
         <translation>Speech Coding 1</translation>
     </message>
@@ -258,26 +293,6 @@
         <translation>Keep-Alive</translation>
     </message>
     <message>
-        <source>IP</source>
-        <translation>IP</translation>
-    </message>
-    <message>
-        <source>Subnet</source>
-        <translation>Subnet</translation>
-    </message>
-    <message>
-        <source>Gateway IP</source>
-        <translation>Gateway IP</translation>
-    </message>
-    <message>
-        <source>DNS Server 1</source>
-        <translation>DNS Server 1</translation>
-    </message>
-    <message>
-        <source>DNS Server 2</source>
-        <translation>DNS Server 2</translation>
-    </message>
-    <message>
         <source>Enterprise Phonebook Path</source>
         <translation>Enterprise Phonebook Path</translation>
     </message>
@@ -300,21 +315,6 @@
     <message>
         <source>Proxy Server</source>
         <translation>Proxy Server</translation>
-    </message>
-    <message>
-        <source>Hide Advance Settings</source>
-        <translation>Hide Advance Settings</translation>
-    </message>
-</context>
-<context>
-    <name>ContactForm</name>
-    <message>
-        <source>Yes</source>
-        <translation>Yes</translation>
-    </message>
-    <message>
-        <source>No</source>
-        <translation>No</translation>
     </message>
 </context>
 <context>
@@ -427,54 +427,6 @@
     <message>
         <source>Password</source>
         <translation>Password</translation>
-    </message>
-    <message>
-        <source>Speech Coding 1</source>
-        <translation>Speech Coding 1</translation>
-    </message>
-    <message>
-        <source>Speech Coding 2</source>
-        <translation>Speech Coding 2</translation>
-    </message>
-    <message>
-        <source>Username</source>
-        <translation>Username</translation>
-    </message>
-    <message>
-        <source>Language</source>
-        <translation>Language</translation>
-    </message>
-    <message>
-        <source>Random Port</source>
-        <translation>Random Port</translation>
-    </message>
-    <message>
-        <source>Keep-Alive</source>
-        <translation>Keep-Alive</translation>
-    </message>
-    <message>
-        <source>Enterprise Phonebook Path</source>
-        <translation>Enterprise Phonebook Path</translation>
-    </message>
-    <message>
-        <source>Dial Plan</source>
-        <translation>Dial Plan</translation>
-    </message>
-    <message>
-        <source>City</source>
-        <translation>City</translation>
-    </message>
-    <message>
-        <source>Company</source>
-        <translation>Company</translation>
-    </message>
-    <message>
-        <source>Department</source>
-        <translation>Department</translation>
-    </message>
-    <message>
-        <source>Proxy Server</source>
-        <translation>Proxy Server</translation>
     </message>
     <message>
         <source>At most %1 devices can be created in one step.</source>

@@ -234,6 +234,41 @@
         <translation>密码</translation>
     </message>
     <message>
+        <source>IP</source>
+        <translation>IP</translation>
+    </message>
+    <message>
+        <source>Subnet</source>
+        <translation>子网</translation>
+    </message>
+    <message>
+        <source>Gateway IP</source>
+        <translation>网关IP</translation>
+    </message>
+    <message>
+        <source>DNS Server 1</source>
+        <translation>DNS服务器1</translation>
+    </message>
+    <message>
+        <source>DNS Server 2</source>
+        <translation>DNS服务器2</translation>
+    </message>
+    <message>
+        <source>Hide Advance Settings</source>
+        <translation>隐藏高级设置</translation>
+    </message>
+</context>
+<context>
+    <name>ContactForm</name>
+    <message>
+        <source>Yes</source>
+        <translation>是</translation>
+    </message>
+    <message>
+        <source>No</source>
+        <translation>否</translation>
+    </message>
+    <message>
         <source>Speech Coding 1</source>
         <translation>语音编码1</translation>
     </message>
@@ -258,26 +293,6 @@
         <translation>保活（Keep-Alive）</translation>
     </message>
     <message>
-        <source>IP</source>
-        <translation>IP</translation>
-    </message>
-    <message>
-        <source>Subnet</source>
-        <translation>子网</translation>
-    </message>
-    <message>
-        <source>Gateway IP</source>
-        <translation>网关IP</translation>
-    </message>
-    <message>
-        <source>DNS Server 1</source>
-        <translation>DNS服务器1</translation>
-    </message>
-    <message>
-        <source>DNS Server 2</source>
-        <translation>DNS服务器2</translation>
-    </message>
-    <message>
         <source>Enterprise Phonebook Path</source>
         <translation>通讯录路径</translation>
     </message>
@@ -300,21 +315,6 @@
     <message>
         <source>Proxy Server</source>
         <translation>代理服务器</translation>
-    </message>
-    <message>
-        <source>Hide Advance Settings</source>
-        <translation>隐藏高级设置</translation>
-    </message>
-</context>
-<context>
-    <name>ContactForm</name>
-    <message>
-        <source>Yes</source>
-        <translation>是</translation>
-    </message>
-    <message>
-        <source>No</source>
-        <translation>否</translation>
     </message>
 </context>
 <context>
@@ -427,54 +427,6 @@
     <message>
         <source>Password</source>
         <translation>密码</translation>
-    </message>
-    <message>
-        <source>Speech Coding 1</source>
-        <translation>语音编码1</translation>
-    </message>
-    <message>
-        <source>Speech Coding 2</source>
-        <translation>语音编码2</translation>
-    </message>
-    <message>
-        <source>Username</source>
-        <translation>用户名</translation>
-    </message>
-    <message>
-        <source>Language</source>
-        <translation>语言</translation>
-    </message>
-    <message>
-        <source>Random Port</source>
-        <translation>随机端口</translation>
-    </message>
-    <message>
-        <source>Keep-Alive</source>
-        <translation>保活（Keep-Alive）</translation>
-    </message>
-    <message>
-        <source>Enterprise Phonebook Path</source>
-        <translation>通讯录路径</translation>
-    </message>
-    <message>
-        <source>Dial Plan</source>
-        <translation>拨号规则</translation>
-    </message>
-    <message>
-        <source>City</source>
-        <translation>城市</translation>
-    </message>
-    <message>
-        <source>Company</source>
-        <translation>公司</translation>
-    </message>
-    <message>
-        <source>Department</source>
-        <translation>部门</translation>
-    </message>
-    <message>
-        <source>Proxy Server</source>
-        <translation>代理服务器</translation>
     </message>
     <message>
         <source>At most %1 devices can be created in one step.</source>
