@@ -27,10 +27,17 @@ char16_t folded(QChar c)
 /// first character, so this beats a search that needs a set-up for each text.
 bool contains(const QString &text, const QString &keyword)
 {
+    if (keyword.isEmpty())
+        return true;
     const int last = text.size() - keyword.size();
     const QChar *const wanted = keyword.constData();
     const QChar *const from = text.constData();
+    const char16_t first = wanted->unicode();
+    const char16_t capital = first >= 'a' && first <= 'z' ? char16_t(first - ('a' - 'A')) : first;
     for (int start = 0; start <= last; ++start) {
+        const char16_t unit = from[start].unicode();
+        if (unit != first && unit != capital && unit < 0x80)
+            continue;
         int length = 0;
         while (length < keyword.size() && folded(from[start + length]) == wanted[length].unicode())
             ++length;
@@ -66,7 +73,8 @@ bool ContactFilter::setKeyword(int column, const QString &keyword)
     // In the column of MAC addresses this holds only if the previous keyword has digits.
     const bool narrower = column == filterKeyColumn() && keyword.contains(m_keyword) &&
                           (column != ContactModel::Mac || !m_digits.isEmpty());
-    setFilterKeyColumn(column);
+    if (column != filterKeyColumn()) // the setter looks at every row even for the same column
+        setFilterKeyColumn(column);
     setFilterFixedString(keyword);
     takeKeyword(keyword);
     acceptRows(narrower);
@@ -99,7 +107,8 @@ void ContactFilter::acceptRows(bool narrower)
     const DeviceListSnapshot &snapshot = m_model.snapshot();
     const QBitArray before = narrower ? m_accepted.rows : QBitArray();
     m_accepted = {snapshot.version(), QBitArray(snapshot.size())};
-    for (int row = 0; row < snapshot.size(); ++row) {
+    const int rows = snapshot.size();
+    for (int row = 0; row < rows; ++row) {
         if ((!narrower || before.testBit(row)) && matches(row))
             m_accepted.rows.setBit(row);
     }
