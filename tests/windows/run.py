@@ -8,6 +8,7 @@ registry, the wire and the debug log; and the screenshots, for a person.
 """
 
 import os
+import re
 import subprocess
 import sys
 import time
@@ -123,11 +124,13 @@ class Walk:
     def look(self, picture):
         """A picture for a person; the window with the keyboard is to be wholly on the screen."""
         self.screen.shot(picture)
-        told = screen.xdotool("getactivewindow", "getwindowgeometry", "--shell")
-        place = {name: int(value) for name, _, value in (line.partition("=") for line in told)}
-        check(place["X"] >= 0 and place["Y"] >= 0 and
-              place["X"] + place["WIDTH"] <= self.room[0] and
-              place["Y"] + place["HEIGHT"] <= self.room[1], f"{picture} is inside the screen", place)
+        told = subprocess.run(["xwininfo", "-id", *screen.xdotool("getactivewindow")],
+                              capture_output=True, text=True).stdout
+        x, y, width, height = (
+            int(re.search(rf"{name}: +(-?\d+)", told)[1])
+            for name in ("Absolute upper-left X", "Absolute upper-left Y", "Width", "Height"))
+        check(x >= 0 and y >= 0 and x + width <= self.room[0] and y + height <= self.room[1],
+              f"{picture} is inside the screen", f"{width}x{height} at {x}, {y}")
 
     def dialogs(self):
         say("-- the windows that have most in them")
@@ -136,7 +139,7 @@ class Walk:
             wait_active(chinese(title))
             self.look(title.lower().replace(" ", "-"))
             keys("Escape")
-            wait_gone(chinese(title))
+            wait_active(chinese(TITLE))
         keys("alt+h", "Return")
         wait_for("the guide", lambda: active_title() not in ("", chinese(TITLE)))
         self.look("guide")
