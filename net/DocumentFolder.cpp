@@ -77,7 +77,7 @@ bool DocumentFolder::isCurrent(const QString &fileName, const Origin &origin, co
     if (origin.version == 0)
         return false;
     const std::lock_guard<std::mutex> guard(m_knownMutex);
-    const auto known = m_known.constFind(fileName.toLower());
+    const auto known = m_known.constFind(fileName);
     return known != m_known.constEnd() && known->origin.version == origin.version &&
            known->origin.type == origin.type && known->look == look;
 }
@@ -90,7 +90,7 @@ void DocumentFolder::written(const QString &fileName, const Origin &origin, cons
     if (origin.version == 0)
         return;
     const std::lock_guard<std::mutex> guard(m_knownMutex);
-    m_known.insert(fileName.toLower(), {origin, look});
+    m_known.insert(fileName, {origin, look});
 }
 
 bool DocumentFolder::isUsualName(const QString &fileName)
@@ -148,5 +148,5 @@ void DocumentFolder::remove(const QString &fileName)
     const auto nameLocks = m_locks.lock(fileName, fileName.section(QLatin1Char('.'), 0, -2));
     QFile::remove(filePath(fileName));
     const std::lock_guard<std::mutex> guard(m_knownMutex);
-    m_known.remove(fileName.toLower());
+    m_known.remove(fileName);
 }
