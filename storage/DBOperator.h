@@ -20,17 +20,17 @@ public:
     /// The store, created on the first call and owned by this object.
     DatabaseLayer *database();
 
-    /// Hands the whole list to the store as new rows whose id is the running number, in one
-    /// transaction. Nothing is deleted first.
+    /// Inserts the whole list into the store as new rows whose id is the running number, in one
+    /// transaction. Deletes nothing first.
     bool save(const DeviceListSnapshot &list);
-    /// The same for up to `count` devices from the row `first` on.
+    /// The same for up to `count` devices from row `first` on.
     bool saveRows(const DeviceListSnapshot &list, int first, int count);
 
-    /// Every stored record. Whether reading failed, the store's lastErrorText() tells.
+    /// Every stored record. After a failed read, none; the store's lastErrorText() is then set.
     QList<ContactInfo> load();
 
-    /// Devices that are handed to the store at once: so few that the window need not wait for them,
-    /// and that their values stay in the processor's cache on the way.
+    /// Devices handed to the store at once: few enough for the window not to wait, and for their
+    /// values to stay in the processor's cache.
     static constexpr int rowsAtOnce = 250;
 
 private:

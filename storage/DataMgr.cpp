@@ -197,8 +197,8 @@ void DataMgr::updateAt(int row, const ContactInfo &contact)
     start(std::move(order));
 }
 
-/// Where the device is that had this number when its change had to wait: the changes before it may
-/// have moved it, or another to its place.
+/// The row of the device that had this number when its change was put off. Changes made since then
+/// may have moved it, or another device to its row.
 int DataMgr::rowNow(qint32 number, const QString &mac) const
 {
     const int row = m_devices.rowOfNumber(number);
@@ -264,7 +264,7 @@ void DataMgr::restore(ListJob::Kind kind)
     start(std::move(order));
 }
 
-/// Not while another change is being made: nobody could tell which of the two is meant.
+/// False while another change is being made: the user could mean either of the two.
 bool DataMgr::mayRestore() const
 {
     const ListJob *const job = m_worker.job();
@@ -298,7 +298,7 @@ void DataMgr::importFile(const QString &path)
     order.dropsList = m_importFlag;
     order.replacesStore = m_importFlag;
     if (m_store.isElsewhere())
-        order.refusal = m_store.reason(); // its work files lie where ours would
+        order.refusal = m_store.reason(); // the other program's work files lie where ours would
     else
         order.source = importOf(path);
     start(std::move(order));
@@ -337,13 +337,13 @@ void DataMgr::saveList()
     if (QThread::currentThread() == thread()) {
         save();
     } else if (m_retryWanted.exchange(false)) {
-        // Never written from here: the connection to the database belongs to the GUI thread.
+        // Not written here: the database connection belongs to the GUI thread.
         QMetaObject::invokeMethod(this, "retrySave", Qt::QueuedConnection);
     }
 }
 
-/// A request from the network neither opens boxes nor makes the window wait for a lock, however
-/// often it is made.
+/// However many requests come from the network, they open no box and never make the window wait
+/// for a lock.
 void DataMgr::retrySave()
 {
     const bool tooEarly = m_sinceRetry.isValid() && m_sinceRetry.elapsed() < m_retryPause;
@@ -373,8 +373,8 @@ bool DataMgr::exportDevices(int type, const QString &codecName, const QString &f
     const DeviceListSnapshot list = m_devices.snapshot();
     QList<ContactInfo> devices;
     if (isFamilyDocument(type)) {
-        // These exporters write the first device of the MAC in the file's name; looked up here, it
-        // is the only one that they have to examine.
+        // These exporters search for the first device with the MAC in the file's name. The look-up
+        // spares them the other devices.
         const int row = list.rowOfBareMac(provisioningFileMac(filePath));
         if (row >= 0)
             devices.append(list.at(row).info);
@@ -398,14 +398,14 @@ quint64 DataMgr::listVersion() const
 
 void DataMgr::cleanUp()
 {
-    // With what SQLite may have left beside it, which it would play into the next one.
+    // SQLite would apply a leftover journal to the next database of this name.
     for (const char *const part : {"", "-journal", "-wal"})
         QFile::remove(m_directory + databaseName + QLatin1String(part));
     removeWorkFiles();
     removeDocuments();
 }
 
-/// By the service while it is open: only it knows which of them is being sent.
+/// An open service removes them itself: only it knows which document is being written or read.
 void DataMgr::removeDocuments()
 {
     if (m_store.isElsewhere())

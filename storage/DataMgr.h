@@ -23,14 +23,14 @@
 class DatabaseLayer;
 class DBOperator;
 
-/// The one coordinator: it owns the device list, the store, the work on both and the provisioning
-/// services, and puts the questions to the user.
+/// The coordinator: owns the device list, its jobs and the provisioning services, keeps the list in
+/// the store, and puts the questions to the user.
 ///
-/// Every change of the list is a job of the ListWorker, or waits there for its turn. A short one is
-/// done when the call returns, a long one some turns of the event loop later: worker() tells when.
-/// A save that fails is told from here, once until one succeeds again.
+/// Every change of the list is a job of the ListWorker, or waits there for its turn. A short job is
+/// done when the call returns, a long one some turns of the event loop later; worker() tells when.
+/// The user is told of a failed save once, until a save succeeds again.
 ///
-/// GUI thread, but for saveList() and exportDevices(), which connection threads call.
+/// GUI thread, except the functions marked "Any thread".
 class DataMgr : public QObject, public ProvisioningSource, public DeviceLookup
 {
     Q_OBJECT
@@ -39,69 +39,69 @@ public:
     static DataMgr *instance();
 
     /// `directory` holds the database file, the backups and the provisioning files, and ends in
-    /// "/". The store of `dbOperator`, which must outlive this object, is the list's.
+    /// "/". The list is kept in the store of `dbOperator`, which must outlive this object.
     DataMgr(DBOperator &dbOperator, const QString &directory, QObject *parent = nullptr);
     ~DataMgr() override;
 
     const DeviceList &devices() const { return m_devices; }
-    /// What is under way. Its signals tell of every job's end.
+    /// The jobs under way. Its signals report every job's end.
     const ListWorker &worker() const { return m_worker; }
 
-    /// The store, for whoever only keeps the pointer.
+    /// The store; owned by the DBOperator.
     DatabaseLayer *database();
     /// Opens the store, creating it on first use. False when it cannot be opened or read, or
-    /// another program has the list open; it is then left untouched for the rest of the run and
-    /// lastErrorText() tells why.
+    /// another program has the list open; lastErrorText() tells why. The store is then left
+    /// untouched until it is opened again or an import replaces it.
     bool openDatabase();
-    /// Before the program ends: a list that could not be saved so far is saved, or written to a
-    /// backup, of which the user is told. False when neither works and the user wants to go on.
+    /// Call before the program ends. Gives up the job under way, makes the waiting changes, and
+    /// saves an unsaved list or writes it to a backup, of which the user is told. False when
+    /// neither works and the user wants to go on.
     bool keepUnsavedList();
     /// Gives up what is under way, stops the services and closes the store.
     void close();
-    /// True from a successful openDatabase() to close(), unless reading the rows failed since.
+    /// True while the store is open and, as far as is known, readable.
     bool isStoreUsable() const { return m_store.isUsable(); }
     /// True after close().
     bool isClosed() const { return m_closed; }
     QString lastErrorText() const { return m_store.reason(); }
-    /// True when the store holds the list as it is.
+    /// True when the store holds the present list, or is closed.
     bool isSaved() const { return !m_store.needsSave(m_devices.version()); }
 
-    /// Replaces the list by the stored records and numbers them from 1. The job fails, with the
-    /// list as it was, when they cannot be read.
+    /// Replaces the list by the stored records and numbers them from 1. When they cannot be read,
+    /// the job fails and the list stays.
     void recoverPreviousData();
 
     /// Adds one device. When its MAC is listed, asks whether to replace that device; "No" changes
     /// nothing.
     void insertContactNode(const ContactInfo &contact);
-    /// Adds each device as insertContactNode() does, with one save for all.
-    /// When several are listed already, the question offers an answer for all of them.
+    /// Adds each device as insertContactNode() does, with one save for all. When several are listed
+    /// already, the question offers an answer for all of them.
     void addContacts(const QList<ContactInfo> &contacts);
-    /// Replaces the device whose running number equals the record's id and whose MAC is
-    /// `macBefore`, if given. One that has moved meanwhile is found by that MAC. When another
-    /// device has the record's MAC, asks whether to replace that one; "No" changes nothing.
+    /// Replaces the device whose running number is the record's id and whose MAC is `macBefore`, if
+    /// given. A device that has moved meanwhile is found by its MAC. When another device has the
+    /// new MAC, asks whether to replace that device; "No" changes nothing.
     void updateContact(const ContactInfo &contact, const QString &macBefore = {});
     /// Removes the device at `row`; a row out of range changes nothing.
     void deleteContactAt(int row);
-    /// Removes every device, after writing them to a backup. When that fails the user decides.
+    /// Removes every device, after a backup. When the backup fails, the user decides.
     void deleteAllContacts();
 
-    /// Takes the last change of the list back, or makes it again: a change like any other. Nothing
-    /// happens when there is none, and while another change is being made.
+    /// Undo the last change of the list, or redo it, as a change like any other. Do nothing when
+    /// there is none, or while another change is being made.
     void undo();
     void redo();
-    /// The changes of this run.
+    /// The changes of this run that can be undone or redone.
     const ListHistory &history() const { return m_history; }
 
-    /// Makes the store hold exactly the list, in one transaction; does nothing when it does
-    /// already.
+    /// Makes the store hold exactly the list, in one transaction, unless it already does.
     void save();
 
     /// See ProvisioningSource. Any thread.
     void saveList() override;
-    /// See ProvisioningSource. Any thread. Takes no longer for a long list than for a short one.
+    /// See ProvisioningSource. Any thread. A phone's document takes no longer from a long list.
     bool exportDevices(int type, const QString &codecName, const QString &fileName,
                        const QString &folder) override;
-    /// The same; also says why it failed, for the user, where that is known.
+    /// The same; `reason` tells the user why it failed, where that is known.
     bool exportDevices(int type, const QString &codecName, const QString &fileName,
                        const QString &folder, QString &reason) const;
     /// See ProvisioningSource. Any thread.
@@ -113,25 +113,24 @@ public:
     /// See ProvisioningSource. Any thread.
     void requestEnded(const RequestEnd &request) override;
 
-    /// Removes the database file, the import's work files and the provisioning files. What cannot
-    /// be removed stays, silently.
+    /// Removes the database file, the import's work files and the provisioning files. Ignores what
+    /// cannot be removed.
     void cleanUp();
-    /// Removes what imports leave: copies of the file that they read.
+    /// Removes the work files of imports: copies of the files that they read.
     void removeWorkFiles();
-    /// True: the next import replaces the list. False: it adds to it.
+    /// Whether the next import replaces the list; otherwise it adds to the list.
     void setImportFlag(bool flag) { m_importFlag = flag; }
-    /// Imports a device list file as the import flag says; sees for itself in which encoding it is.
-    /// The job fails, with the list as it was, when it is no device list. When the list is to be
-    /// replaced, it is written to a backup before.
+    /// Imports a device list file as the import flag says; detects its encoding. When the file is
+    /// no device list, the job fails and the list stays. A list to be replaced is backed up first.
     void importFile(const QString &path);
 
-    /// Starts the HTTP service, which asks the user for the network card. False when it does not
-    /// run afterwards; the user knows why.
+    /// Starts the HTTP service, which asks the user for the network card and shows a failure. False
+    /// when it does not run afterwards.
     bool startHttpService();
-    /// Ends the service and every open connection. True also when none runs.
+    /// Ends the service and every open connection. Always true.
     bool stopHttpService();
     HttpdControl::State httpState() const { return m_httpd.state(); }
-    /// Who opens and closes it.
+    /// Opens and closes the service.
     HttpdControl &httpd() { return m_httpd; }
     /// Addresses on which the running service can be reached; empty when none runs.
     QStringList serverAddresses() const { return m_httpd.addresses(); }
@@ -153,14 +152,14 @@ public:
     /// Which devices' phones have asked for their documents.
     const PhonesSeen &phonesSeen() const { return m_phonesSeen; }
 
-    /// Set by whoever makes a change, and read by whoever shows the list. The list is whole at
-    /// every moment, so that nothing here asks for it.
+    /// True while the list is loaded or imported. Nothing in the program reads it, as the list is
+    /// whole at every moment.
     bool isBusy() const { return m_busy; }
     void setBusy(bool busy) { m_busy = busy; }
 
-    /// How long a slice of work may be; see ListWorker::setSlice().
+    /// The length of a slice of work; see ListWorker::setSlice().
     void setSlice(int milliseconds) { m_worker.setSlice(milliseconds); }
-    /// How long saves that phones cause stand back after one has failed.
+    /// The least time between two save retries that phones' requests cause.
     void setRetryPause(int milliseconds) { m_retryPause = milliseconds; }
 
 signals:
@@ -168,12 +167,12 @@ signals:
     void updateModel();
     /// Part of the interface; nothing here calls it.
     void giveBack(const QString &text);
-    /// A report of the HTTP service for the user.
+    /// A report of the HTTP service or the request log, for the user.
     void httpdMsg(const QString &text);
-    /// history() has changed: after updateModel(), which tells of the list.
+    /// history() has changed. Emitted after updateModel().
     void historyChanged();
-    /// How a request ended: by HTTP one that was reported before, by SIP any but one that was
-    /// repeated at once.
+    /// How a request ended: an HTTP request that was reported before, or any SIP request except an
+    /// immediate repetition.
     void requestReported(const RequestEnd &request);
 
 public slots:

@@ -20,12 +20,12 @@ constexpr int keptDatabases = 10;
 constexpr qint64 pieceSize = qint64(1) << 20; // compared or written at once
 const QString lineEnd = QStringLiteral("\r\n");
 
-/// The files of a database: what its last writer may have left, by which it is put right when it is
-/// opened next, and itself. Where the others were left behind, they would be played into the next
-/// database of that name.
+/// The endings of a database's files: the journals that its last writer may have left, which SQLite
+/// applies when it next opens the database, and the database itself. SQLite would apply a journal
+/// left behind to the next database of that name.
 constexpr std::array<const char *, 3> databaseParts = {"-journal", "-wal", ""};
 
-/// The endings of those that are there.
+/// The endings of the files that exist.
 QStringList partsOf(const QString &filePath)
 {
     QStringList parts;
@@ -120,7 +120,7 @@ bool DeviceBackup::copyDatabase(const QString &filePath)
     return true;
 }
 
-/// The newest is in its place, so the oldest may go.
+/// Called when the newest file is complete; removes the oldest beyond the number kept.
 void DeviceBackup::settle(const QString &path, const Kind &kind)
 {
     m_lastPath = path;
@@ -156,7 +156,7 @@ DeviceBackup::Writing::Step DeviceBackup::Writing::step()
     return Step::Failed;
 }
 
-/// With one file. One that holds the same is made the newest instead.
+/// Compares with one file. A file with the same contents becomes the newest instead.
 DeviceBackup::Writing::Step DeviceBackup::Writing::compare()
 {
     if (m_names.isEmpty()) {
@@ -169,7 +169,7 @@ DeviceBackup::Writing::Step DeviceBackup::Writing::compare()
         return Step::More;
     }
     const QString path = m_backup.m_folder + QLatin1Char('/') + m_names.takeFirst();
-    // The same database with a journal beside it is another one.
+    // With a journal beside it, the same file is a different database.
     if (partsOf(path).size() > 1 || !holds(path, *m_content))
         return Step::More;
     QFile file(path);
@@ -187,7 +187,7 @@ DeviceBackup::Writing::Step DeviceBackup::Writing::write()
         return Step::Failed;
     }
     if (part.isEmpty() || !m_file->write(part))
-        m_phase = Phase::Ending; // which tells why it failed
+        m_phase = Phase::Ending; // also after a failure, which commit() reports
     return Step::More;
 }
 
@@ -246,7 +246,7 @@ bool DeviceBackup::makeFolder()
 {
     if (!took(makeOwnersFolder(m_folder)))
         return false;
-    // Where this fails, the files in it are their owner's all the same.
+    // If this fails, the files inside are still readable by their owner alone.
     QFile::setPermissions(m_folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     return true;
 }
@@ -257,10 +257,10 @@ bool DeviceBackup::took(const WriteResult &result)
     return bool(result);
 }
 
-/// A file of the present time that is not there yet.
+/// The path of a new file, named after the present time.
 QString DeviceBackup::freePath(const Kind &kind) const
 {
-    // In the digits by which namesOf() knows its own, whatever the system writes.
+    // The C locale writes the digits that namesOf() matches, whatever the system's language is.
     const QString time =
         QLocale::c().toString(QDateTime::currentDateTime(), QStringLiteral("yyyyMMdd-hhmmss"));
     const QString stem = m_folder + QLatin1Char('/') + kind.stem + QLatin1Char('-') + time;
@@ -270,8 +270,7 @@ QString DeviceBackup::freePath(const Kind &kind) const
     return path;
 }
 
-/// Newest first, unless the clock was set back. Files of the user's own stand in the folder as
-/// well.
+/// Newest first, unless the clock was set back. Leaves out the user's own files in the folder.
 QStringList DeviceBackup::namesOf(const Kind &kind) const
 {
     const QRegularExpression pattern(

@@ -4,6 +4,6 @@
 enum class DuplicateAnswer {
     Keep,
     Replace,
-    KeepAll,   ///< and the same for all that follow
-    ReplaceAll ///< and the same for all that follow
+    KeepAll,   ///< also for all that follow
+    ReplaceAll ///< also for all that follow
 };

@@ -2,7 +2,7 @@
 
 namespace {
 
-/// Of a device that takes this MAC anew; one that had it already has the user's consent.
+/// Row of another device with this MAC, or -1. An unchanged MAC is not asked about: -1 as well.
 int rowOfOther(const DeviceListSnapshot &list, int row, const QString &mac)
 {
     return list.at(row).info.mac == mac ? -1 : list.rowOfMac(mac);

@@ -2,8 +2,8 @@
 
 #include "storage/ListSource.h"
 
-/// A list in which one device was edited. Where another device has the new MAC, the user is asked,
-/// and the edited one takes its place.
+/// A list with one edited device. When another device has its new MAC, the user is asked whether to
+/// remove that device; "No" changes nothing.
 class EditedDevice : public ListSource
 {
 public:
@@ -22,6 +22,6 @@ private:
     DeviceList m_list;
     int m_row;
     ContactInfo m_edited;
-    int m_otherRow; ///< of the first other device that has the MAC, or -1
+    int m_otherRow; ///< the first other device with the new MAC, or -1
     Next m_next;
 };

@@ -25,8 +25,8 @@ void FolderRemover::remove(const QString &path)
         QFile::remove(path);
         return;
     }
-    // Renamed first, so that whoever makes new files there is not in the way. A folder that an
-    // earlier run has not got rid of goes with it.
+    // Renamed first, so that new files under this path do not interfere. Folders that an earlier
+    // removal left are removed as well.
     QString old = path + oldSuffix;
     for (int i = 2; QFileInfo::exists(old); ++i) {
         m_folders.append(old);

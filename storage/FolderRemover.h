@@ -14,15 +14,15 @@ class FolderRemover : public QObject
 public:
     explicit FolderRemover(QObject *parent = nullptr);
 
-    /// Removes what bears this path, a file, a link or a folder with all that is in it. The path is
-    /// free when this returns, where the system allows; what is left is removed bit by bit. What
-    /// cannot be removed stays, silently.
+    /// Removes a file, a link, or a folder with all its contents. Where the system allows, the path
+    /// is free when this returns; a folder's contents are then removed in slices. Ignores what
+    /// cannot be removed.
     void remove(const QString &path);
 
 private:
     void removeSome();
 
-    QStringList m_folders; ///< renamed, and to be removed
+    QStringList m_folders; ///< to be removed; renamed where possible
     std::unique_ptr<QDirIterator> m_files;
     QTimer m_turn;
 };

@@ -10,10 +10,10 @@
 
 namespace {
 
-// Beside a job on the list, which takes as much, the window still moves.
+// In milliseconds. A job may take a slice as long beside it; the window still moves.
 constexpr int sliceMilliseconds = 15;
 
-/// What the names of the work files begin with.
+/// The start of the work files' paths.
 QString workPrefix(const QString &folder)
 {
     return folder + QLatin1String("look-");
@@ -111,7 +111,7 @@ void ImportLook::count(const QList<ContactInfo> &devices)
 int ImportLook::missing() const
 {
     int count = 0;
-    // A MAC may be listed more than once; its first row stands for all.
+    // A MAC may be listed more than once; count() marks its first row.
     for (int row = 0; row < m_list.size(); ++row)
         count += m_found.testBit(m_list.rowOfMac(m_list.infoAt(row).mac)) ? 0 : 1;
     return count;

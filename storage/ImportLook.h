@@ -29,35 +29,35 @@ struct ImportOutlook
     int rows = 0;      ///< devices in the file
     int added = 0;     ///< of these: their MAC is not in the list
     int replacing = 0; ///< of these: their MAC is in the list
-    int repeated = 0;  ///< of these: their MAC stands further up in the file
+    int repeated = 0;  ///< of these: a device further up in the file has their MAC
     int listed = 0;    ///< devices in the list
-    int missing = 0;   ///< of these: the file has no device for them
+    int missing = 0;   ///< of these: their MAC is not in the file
 };
 
-/// Looks at a file that may be imported, in slices between which the program's event loop handles
-/// its events, and changes nothing. It reads as an import does, through work files of its own, so
-/// that neither disturbs the other. GUI thread.
+/// Looks ahead at a file that may be imported, and changes nothing. Works in slices; between them
+/// the event loop handles events. Reads as an import does, but through work files of its own, so
+/// that the two do not disturb each other. GUI thread.
 class ImportLook : public QObject
 {
     Q_OBJECT
 public:
-    /// Compares with `devices`, which must outlive this object; makes its work files in `folder`,
-    /// which ends in "/".
+    /// Compares files with `devices`, which must outlive this object. The work files are in
+    /// `folder`, which ends in "/".
     ImportLook(const DeviceList &devices, const QString &folder, QObject *parent = nullptr);
     ~ImportLook() override;
 
     const ImportOutlook &outlook() const { return m_outlook; }
 
-    /// Looks at the file, beside the list as it is now. What was looked at before is forgotten.
+    /// Compares this file with the present list. Forgets the file before.
     void look(const QString &path);
     /// Forgets the file, and removes the work files.
     void stop();
 
-    /// Removes what a program that was killed left.
+    /// Removes the work files that a killed program left.
     static void removeWorkFiles(const QString &folder);
 
 signals:
-    /// The outlook's state is another one.
+    /// The outlook's state may have changed.
     void changed();
 
 private:
@@ -65,7 +65,7 @@ private:
     void step();
     void count(const QList<ContactInfo> &devices);
     int missing() const;
-    /// False when the MAC stood further up in the file.
+    /// False when a device further up in the file has the MAC.
     bool add(const QString &mac);
     void end(ImportOutlook::State state);
     void letGo();
@@ -76,8 +76,8 @@ private:
     std::unique_ptr<ImportTarget> m_nobody;
     std::unique_ptr<ParseBase> m_parser; ///< while a file is looked at
     DeviceListSnapshot m_list;           ///< the list when the look began
-    QBitArray m_found;                   ///< which rows of it the file has
-    QVector<QString> m_added;            ///< the MACs of the file that the list has not
-    RowIndex m_addedIndex;               ///< of these; faster than a set to fill and to let go of
+    QBitArray m_found;                   ///< the rows of m_list whose MAC is in the file
+    QVector<QString> m_added;            ///< the file's MACs that the list does not have
+    RowIndex m_addedIndex;               ///< of m_added; faster than a set to fill and to free
     QTimer m_turn;
 };

@@ -34,7 +34,7 @@ ListSource::Step ImportedDevices::step()
     return Step::More;
 }
 
-/// The save may need the room.
+/// Removes the work files: the save may need their disk space.
 void ImportedDevices::endReading()
 {
     m_parser->removeWorkFiles();

@@ -11,8 +11,8 @@ class ParseBase;
 class ImportedDevices : public MergedDevices
 {
 public:
-    /// Adds the devices to `list`, for a list that replaces `present`. The importer makes its work
-    /// files in `workFolder`, which ends in "/".
+    /// Adds the devices of the file at `path` to `list`; the result replaces `present`. The work
+    /// files are in `workFolder`, which ends in "/".
     ImportedDevices(const DeviceListSnapshot &list, const DeviceListSnapshot &present,
                     const QString &workFolder, const QString &path);
     ~ImportedDevices() override;
@@ -26,7 +26,7 @@ public:
 private:
     void endReading();
 
-    std::unique_ptr<ImportTarget> m_nobody; ///< what an import in one go would change
-    std::unique_ptr<ParseBase> m_parser;    ///< until the file is read
+    std::unique_ptr<ImportTarget> m_nobody; ///< the importer's target; reading leaves it alone
+    std::unique_ptr<ParseBase> m_parser;    ///< null once the file is read
     QString m_reason;
 };

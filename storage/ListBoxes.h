@@ -12,14 +12,14 @@ public:
     /// Puts a job's question to the user.
     static ListJob::Answer ask(const ListJob::Question &question);
     static void tellChangeFailed(const QString &reason);
-    /// The present list could not be saved. What becomes of it depends on whether the store can be
-    /// used in this run.
+    /// Tells that the list could not be saved, and when it will be: with the next change if the
+    /// store is usable, else in a copy at the program's end.
     static void tellSaveFailed(const QString &reason, bool isStoreUsable);
-    /// At the end of the program, the list was written to a copy instead.
+    /// At the end of the program: the list was written to a copy instead.
     static void tellKeptInCopy(const QString &reason, const QString &path);
-    /// At its end again, neither could be written. True when the user quits all the same.
+    /// At the end of the program: not even a copy could be written. True when the user quits.
     static bool mayLoseList(const QString &reason);
-    /// A save went over rows of another program, which the user may miss.
+    /// A save replaced rows that were never in the list; the copy at `path` has them.
     static void tellDatabaseCopied(const QString &path);
 
 private:

@@ -13,7 +13,7 @@ namespace {
 constexpr std::size_t mostSteps = 200;
 constexpr qint64 mostBytes = 100 * 1000 * 1000;
 
-/// About what these rows hold, by some of them. Texts that rows share are counted for each.
+/// Estimates the memory of these rows from a sample. A text that rows share counts for each.
 qint64 bytesOf(const DeviceRows &rows)
 {
     constexpr int looks = 500;
@@ -66,7 +66,7 @@ ListChange ListChange::between(Kind kind, const DeviceListSnapshot &before,
     const qint64 rows = change.before.size() + change.after.size();
     const qint64 ownRows = std::min(rows, 2 * qint64(change.added + change.replaced + 1));
     change.bytes = bytesOf(change.before) + bytesOf(change.after);
-    // Most rows of a stretch that an import has changed here and there are as before.
+    // Between the scattered changes of an import, most rows are unchanged.
     if (!change.dropsList() && rows > 0)
         change.bytes = change.bytes / rows * ownRows + rows * qint64(sizeof(void *));
     return change;
@@ -120,7 +120,7 @@ void ListHistory::add(const ListChange &change)
     forget();
 }
 
-/// The newest step stays, whatever it holds.
+/// Discards the oldest steps beyond the limits. The newest step stays, however large it is.
 void ListHistory::forget()
 {
     qint64 bytes =

@@ -97,7 +97,7 @@ ListJob::Phase ListJob::read()
     return Phase::BackingUp;
 }
 
-/// Also hands the list over, when there is nothing more to be backed up.
+/// Hands the list over once there is nothing more to back up.
 ListJob::Phase ListJob::backUp()
 {
     if (m_listBackup)
@@ -108,7 +108,7 @@ ListJob::Phase ListJob::backUp()
         return keepRows();
     m_effects.handOver(m_order.source->list());
     m_handedOver = true;
-    m_pause = isLongList(m_devices.size()); // the views have enough to do
+    m_pause = isLongList(m_devices.size()); // the views need the time
     if (m_order.kind != Kind::Load)
         return Phase::Writing;
     m_store.setRead(m_devices.version());
@@ -134,7 +134,7 @@ ListJob::Phase ListJob::replaceStore()
     const DeviceListSnapshot present = m_devices.snapshot();
     if (m_store.replace(present)) {
         if (m_store.isUsable())
-            return Phase::BackingUp; // what kept it from being used has gone
+            return Phase::BackingUp; // it opened this time
         m_effects.removeStore();
         return m_store.open(present) ? Phase::BackingUp : fail(m_store.reason());
     }
@@ -147,7 +147,7 @@ ListJob::Phase ListJob::keepRows()
 {
     if (m_store.keepOn() != ListStore::Step::Failed)
         return m_phase;
-    // What cannot even be read now can be neither kept nor replaced.
+    // A store that cannot be read now can be neither kept nor saved over.
     if (!m_store.isUsable() || m_store.isHeld())
         return m_phase == Phase::Writing ? notSaved() : fail(m_store.reason());
     return ask({About::MissingBackup, QString(), false, m_store.reason()});
@@ -207,7 +207,7 @@ ListJob::Phase ListJob::goOnWithoutBackup()
         m_listBackup.reset();
     } else if (m_store.isUsable()) {
         m_store.skipKeeping();
-    } else if (!m_store.open(m_devices.snapshot())) { // while the box was open, it may have changed
+    } else if (!m_store.open(m_devices.snapshot())) { // it may have changed while the box was open
         if (m_store.isHeld())
             return fail(m_store.reason());
         m_store.close();

@@ -14,11 +14,11 @@
 class ListStore;
 
 /// One change of the device list, from making the new list to saving it, in steps of a few
-/// milliseconds. Until it hands the new list over, as a whole, the program has the old one. Every
-/// question comes before something is written. GUI thread.
+/// milliseconds. Until the job hands the new list over, as a whole, the program has the old one.
+/// Every question comes before the stored list changes. GUI thread.
 ///
-/// A job shows no boxes: when it is `Asking`, somebody else puts question() to the user and gives
-/// the answer.
+/// A job shows no boxes: while it is `Asking`, its owner puts question() to the user and calls
+/// answer().
 class ListJob
 {
 public:
@@ -29,32 +29,32 @@ public:
         Edit,   ///< one device is edited
         Import, ///< the devices of a file are added, or take the place of the list
         Clear,  ///< the list is emptied
-        Undo,   ///< the last change is taken back
-        Redo,   ///< a change that was taken back is made again
+        Undo,   ///< the last change is undone
+        Redo,   ///< an undone change is made again
         Save    ///< the list stays as it is
     };
     enum class Phase {
         Reading,   ///< the new list is being made aside
-        BackingUp, ///< what the new list drops is being put into backups
-        Writing,   ///< the list is handed over; it is being saved
+        BackingUp, ///< what the new list drops is being backed up
+        Writing,   ///< the list, handed over if it is new, is being saved
         Asking,    ///< work stands still until answer()
-        Done,      ///< handed over, and saved unless the store says why not
+        Done,      ///< handed over and saved, or unchanged; the store tells if the save failed
         GivenUp,   ///< by the user or the end of the program
-        Failed     ///< the list is as it was, for reason()
+        Failed     ///< the list stays as it was; reason() may tell why
     };
     enum class Questions {
         Allowed,
-        Refused ///< nobody is there to answer: as if the answer were "No"
+        Refused ///< nobody is there to answer: every answer is "No"
     };
 
     struct Order
     {
         Kind kind = Kind::Save;
-        std::unique_ptr<ListSource> source; ///< none: the list stays
-        bool dropsList = false;             ///< the list before is backed up
-        bool replacesStore = false;         ///< a store that cannot be used gives way to a new one
+        std::unique_ptr<ListSource> source; ///< null if the list stays
+        bool dropsList = false;             ///< the old list is dropped, after a backup
+        bool replacesStore = false;         ///< an unusable store is replaced by a new one
         Questions questions = Questions::Allowed;
-        QString refusal; ///< why it fails before anything is done; mostly empty
+        QString refusal; ///< if not empty, the job fails at once, for this reason
     };
 
     enum class About {
@@ -65,20 +65,20 @@ public:
     {
         About about;
         QString mac;          ///< ListedDevice
-        bool several = false; ///< ListedDevice: more questions like it are to come
-        QString reason;       ///< MissingBackup: why it cannot be written
+        bool several = false; ///< ListedDevice: more such questions may follow
+        QString reason;       ///< MissingBackup: why the backup cannot be written
     };
     enum class Answer { Yes, No, YesToAll, NoToAll };
 
-    /// What the job does to the program. `handOver` adopts the new list and tells everybody;
-    /// `removeStore` removes what is left of a store that was put aside.
+    /// What the job does outside the store. `handOver` adopts the new list and announces it;
+    /// `removeStore` removes what is left of a store that a new one replaces.
     struct Effects
     {
         std::function<void(DeviceList &made)> handOver;
         std::function<void()> removeStore;
     };
 
-    /// `devices` is the program's list; it, `store` and what `effects` calls must outlive the job.
+    /// `devices` is the program's list. It, `store` and what `effects` calls must outlive the job.
     ListJob(const DeviceList &devices, ListStore &store, Effects effects, Order order);
     ~ListJob();
     ListJob(const ListJob &) = delete;
@@ -88,22 +88,22 @@ public:
     Questions questions() const { return m_order.questions; }
     Phase phase() const { return m_phase; }
     bool isOver() const;
-    /// Whether there is another list than before.
+    /// Whether a new list was handed over.
     bool hasChangedList() const { return m_handedOver; }
-    /// Why the job failed, for the user; empty when there is nothing to add to that it did.
+    /// Why the job failed, for the user; may be empty.
     QString reason() const { return m_reason; }
-    /// Whether reason() is the store's, made to stand inside a sentence, and not the source's,
-    /// which is a sentence.
+    /// Whether reason() is the store's, which is a part of a sentence. Otherwise it is the
+    /// source's; an import's is a sentence.
     bool isStoreAtFault() const { return m_isStoreAtFault; }
 
-    /// Works until there is nothing to do, a question to be answered, or the time is over; also
-    /// until a long list was handed over and before it is committed, unless there is no limit. At
-    /// least one step is made.
+    /// Works until the job is over, a question is to be answered or the time is up, but makes at
+    /// least one step. With a time limit, it also stops after a long list was handed over and
+    /// before it is committed.
     void work(const QDeadlineTimer &until);
 
     const Question &question() const { return m_question; }
     void answer(Answer answer);
-    /// Ends the job where it is. What was handed over stays, what is not yet saved is not.
+    /// Ends the job where it is. A list that was handed over stays; an unfinished save is undone.
     void giveUp();
 
 private:
@@ -130,5 +130,5 @@ private:
     bool m_isStoreAtFault = true;
     Question m_question = {};
     Phase m_askedIn = Phase::Reading;
-    std::unique_ptr<ListBackup> m_listBackup; ///< of the list that is dropped
+    std::unique_ptr<ListBackup> m_listBackup; ///< of the list to be dropped
 };

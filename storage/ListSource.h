@@ -5,8 +5,7 @@
 
 #include <QString>
 
-/// Where a job's new list comes from. Makes it aside, step by step, and changes nothing else.
-/// GUI thread.
+/// Makes a job's new list aside, step by step, and changes nothing else. GUI thread.
 class ListSource
 {
 public:
@@ -22,17 +21,17 @@ public:
     ListSource(const ListSource &) = delete;
     ListSource &operator=(const ListSource &) = delete;
 
-    /// The next piece of work, a few milliseconds long.
+    /// Does the next piece of work, which takes a few milliseconds.
     virtual Step step() = 0;
-    /// The list, complete after the step that was `Done`.
+    /// The new list; complete once step() has returned `Done`.
     virtual DeviceList &list() = 0;
 
-    /// The MAC that is asked about, and whether more questions like it are to come.
+    /// The MAC that is asked about, and whether more such questions may follow.
     virtual QString listedMac() const { return {}; }
     virtual bool hasSeveralListed() const { return false; }
     virtual void answer(DuplicateAnswer answer) { Q_UNUSED(answer) }
-    /// False when nothing differs from the list before, so that it is neither announced nor saved.
+    /// False when nothing was added or replaced: the list is then neither announced nor saved.
     virtual bool hasChanged() const { return true; }
-    /// Why it failed, for the user; empty when there is nothing to add.
+    /// Why it failed, for the user; may be empty.
     virtual QString reason() const { return {}; }
 };

@@ -19,8 +19,8 @@ ListStore::ListStore(DBOperator &dbOperator, const QString &directory)
     , m_backup(directory)
     , m_lock(directory + lockName)
 {
-    // Held as long as the program runs, so that its age says nothing. Whether the program that left
-    // it still runs does, on the same computer.
+    // A lock is held as long as its program runs, so its age says nothing. On the same computer, Qt
+    // checks whether that program still runs.
     m_lock.setStaleLockTime(0);
 }
 
@@ -41,7 +41,7 @@ bool ListStore::open(const DeviceListSnapshot &list)
     if (!lock())
         return false;
     const bool opened = database().openDatabase();
-    // In this order: what somebody writes in between counts as written later.
+    // Read before the count: a write in between then counts as a later one.
     m_dataVersion = opened ? database().dataVersion() : -1;
     const int stored = opened ? database().countContacts() : -1;
     if (stored < 0 || m_dataVersion < 0)
@@ -54,8 +54,8 @@ bool ListStore::open(const DeviceListSnapshot &list)
     return true;
 }
 
-/// False when another program has the list. A folder in which no lock can be made is no reason to
-/// keep the user from reading the list.
+/// False when another program has the list open. A folder in which no lock file can be made does
+/// not keep the user from the list.
 bool ListStore::lock()
 {
     if (m_lock.isLocked() || m_lock.tryLock() || m_lock.error() != QLockFile::LockFailedError)
@@ -63,8 +63,8 @@ bool ListStore::lock()
     qint64 process = 0;
     QString host;
     QString program;
-    // Whoever left a file that names nobody was stopped, as by the power being cut, before it could
-    // write there. One that runs holds the file, which then cannot be removed.
+    // A lock file that names no owner was left by a program that was stopped, as by a power cut,
+    // before it wrote the name. The file of a running program cannot be removed.
     if (!m_lock.getLockInfo(&process, &host, &program) && m_lock.removeStaleLockFile() &&
         m_lock.tryLock())
         return true;
@@ -114,7 +114,7 @@ bool ListStore::makeUnusable(const QString &reason, Holder holder)
     return false;
 }
 
-/// The list is as it was, and so is what the table holds of it.
+/// Leaves the state as it is: neither the list nor the table has changed.
 ListStore::Step ListStore::keepingFailed(const QString &reason, Holder holder)
 {
     m_reason = reason;
@@ -122,7 +122,7 @@ ListStore::Step ListStore::keepingFailed(const QString &reason, Holder holder)
     return Step::Failed;
 }
 
-/// Takes back what is open of a transaction.
+/// Rolls an open transaction back. `More` when the file that now has the name could be opened.
 ListStore::Step ListStore::databaseFailed()
 {
     m_reason = database().lastErrorText();
@@ -138,7 +138,7 @@ ListStore::Holder ListStore::holder() const
     return database().lastErrorIsLock() ? Holder::Writer : Holder::Nobody;
 }
 
-/// The file that bears the name now: whatever is in it was not written here.
+/// Opens the file that has the name now. None of its rows was written here.
 bool ListStore::reopen()
 {
     database().closeDatabase();
@@ -190,8 +190,8 @@ bool ListStore::hasToKeep()
 {
     if (!isUsable())
         return false;
-    // Rows that were never read are read from the file as it is now. While the file is locked there
-    // is no telling, and no writing either.
+    // Known unlisted rows are backed up as the file then holds them, so only a file without any is
+    // checked. A locked file can be neither checked nor written.
     if (m_unlisted == Unlisted::Nothing) {
         const int version = database().dataVersion();
         if (version >= 0 && version != m_dataVersion)
@@ -205,7 +205,7 @@ ListStore::Step ListStore::keepOn()
     return m_unlisted == Unlisted::Devices ? keepDevices() : keepFile();
 }
 
-/// In the form that the import reads back.
+/// Backs the unread devices up, in the form that the import reads.
 ListStore::Step ListStore::keepDevices()
 {
     if (m_listBackup)
@@ -219,7 +219,7 @@ ListStore::Step ListStore::keepDevices()
     const std::unique_ptr<DeviceList> kept = std::move(m_kept);
     if (step == Step::Failed) {
         if (isHeld())
-            m_state = before; // a lock goes by, unlike damage
+            m_state = before; // unlike damage, a lock ends
         return step;
     }
     m_listBackup = backUp(kept->snapshot());
@@ -238,7 +238,7 @@ ListStore::Step ListStore::backUpKept()
     return m_unlisted == Unlisted::Nothing ? Step::Done : Step::More;
 }
 
-/// As it is: what is in it besides the devices is nothing that a list of devices could hold.
+/// Copies the file as it is: a list of devices could not hold everything in it.
 ListStore::Step ListStore::keepFile()
 {
     ScopedTransaction reading(database(), ScopedTransaction::For::Reading);
@@ -283,7 +283,7 @@ ListStore::Step ListStore::begin()
         return Step::Failed;
     if (!database().beginTransaction())
         return databaseFailed();
-    // From here on nobody else can write.
+    // From here on no other program can write.
     if (hasToKeep()) {
         database().rollbackTransaction();
         return Step::More;
@@ -292,7 +292,7 @@ ListStore::Step ListStore::begin()
     return Step::More;
 }
 
-/// First of all, as rows of earlier saves bear the same ids: the list is the authority.
+/// Comes before the insertion: rows of earlier saves have the same ids, and the list prevails.
 ListStore::Step ListStore::clear()
 {
     const int deleted = database().deleteSome(rowsDeletedAtOnce);
@@ -321,8 +321,8 @@ ListStore::Step ListStore::writeRows(const DeviceListSnapshot &list)
 
 ListStore::Step ListStore::finish(const DeviceListSnapshot &list)
 {
-    // The rows of a long list are settled as they are written, as looking at all of them takes too
-    // long. No other rows are there that they could replace.
+    // A long list's rows are inserted settled, as a merge of so many takes too long. The table has
+    // no other rows that they could replace.
     if (!isLongList(list.size()) && !database().mergeNewRecords())
         return databaseFailed();
     m_writing = Writing::No;

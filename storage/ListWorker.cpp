@@ -3,7 +3,7 @@
 #include <utility>
 
 namespace {
-// Short enough for a picture that moves; long enough that the event loop costs little beside it.
+// Short enough for animations; long enough for the event loop's own cost to be small.
 constexpr int sliceMilliseconds = 15;
 } // namespace
 

@@ -9,8 +9,8 @@
 #include <functional>
 #include <memory>
 
-/// Does the jobs on the device list, one at a time, in slices between which the program's event
-/// loop handles its events. Changes that come meanwhile wait here, in their order. GUI thread.
+/// Does the jobs on the device list, one at a time, in slices; between them the program's event
+/// loop handles events. Changes that come meanwhile wait here, in their order. GUI thread.
 class ListWorker : public QObject
 {
     Q_OBJECT
@@ -18,43 +18,43 @@ public:
     enum class Phase {
         Idle,
         Working,   ///< a job is being worked off
-        Asking,    ///< it waits for the user, whose box runs an event loop
+        Asking,    ///< a job waits for the user's answer to a box, which runs an event loop
         CatchingUp ///< a change that waited is being made
     };
     /// Puts a job's question to the user.
     using Ask = std::function<ListJob::Answer(const ListJob::Question &question)>;
-    /// Called when a job is over, after ended(); may stop for the user.
+    /// Called when a job is over, after ended(); may show boxes.
     using Tell = std::function<void(const ListJob &job)>;
 
     ListWorker(Ask ask, Tell tell, QObject *parent = nullptr);
 
     Phase phase() const { return m_phase; }
-    /// The job that is under way, or nullptr.
+    /// The job under way, or nullptr.
     const ListJob *job() const { return m_job.get(); }
-    /// True when neither a job is under way nor a change waits for one.
+    /// True when no job is under way and no change waits.
     bool isIdle() const { return m_phase == Phase::Idle && m_waiting.empty(); }
 
-    /// Starts a job, whose first slice is worked off at once; none may be under way. A short one is
-    /// over when this returns.
+    /// Starts a job and works off its first slice; no job may be under way. A short job is over
+    /// when this returns.
     void start(std::unique_ptr<ListJob> job);
-    /// True when a change cannot be made now; `change` is then called in its turn.
+    /// True when a change cannot be made now: `change` is then called in its turn.
     bool putOff(const std::function<void()> &change);
 
-    /// Works off what is under way and all that waits, without handling events.
+    /// Works off the job under way and all changes that wait. Only a box's event loop runs.
     void finish();
-    /// Gives up the job that is under way. The list is whole, the old one or the new one.
+    /// Gives up the job under way. The list is then the whole old one or the whole new one.
     void giveUp();
-    /// The same, and forgets what waits.
+    /// The same, and discards the changes that wait.
     void stop();
 
-    /// How long the event loop waits for a slice, in milliseconds. Tools without an event loop set
-    /// it so high that every job ends where it is started.
+    /// The length of a slice, in milliseconds; -1 is no limit: each job then ends within the call
+    /// that starts it.
     void setSlice(int milliseconds) { m_slice = milliseconds; }
 
 signals:
-    /// A job is over. Not for queued connections.
+    /// A job is over. Do not connect queued: the job is destroyed soon after.
     void ended(const ListJob &job);
-    /// Nothing is under way any more, and nothing waits. From the event loop.
+    /// No job is under way any more, and no change waits. Emitted from the event loop.
     void idle();
 
 private:
@@ -69,6 +69,6 @@ private:
     std::shared_ptr<ListJob> m_job; ///< shared with the calls that work on it
     std::deque<std::function<void()>> m_waiting;
     QTimer m_turn;
-    QTimer m_idle; ///< tells once, however many jobs have just ended
+    QTimer m_idle; ///< emits idle() once, however many jobs have just ended
     int m_slice;
 };

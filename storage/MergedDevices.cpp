@@ -38,7 +38,7 @@ ListSource::Step MergedDevices::step()
         const ContactInfo &device = m_devices.at(m_next);
         const int row = m_list.rowOfMac(device.mac);
         if (!isAnswered() && row >= 0) {
-            // None before the first that is listed was, so what follows it tells of all.
+            // No device before the first listed one was listed, so the rest tells of all.
             if (!std::exchange(m_asked, true))
                 m_severalListed = areSeveralListed();
             return Step::Ask;
@@ -49,8 +49,8 @@ ListSource::Step MergedDevices::step()
     return m_next == m_devices.size() ? Step::Done : Step::More;
 }
 
-/// The list holds its texts by now, and both at once would take twice the room. What others hold as
-/// well is theirs.
+/// Frees a device's texts once they are in the list, as both would take twice the memory. Devices
+/// that somebody else holds as well are left alone.
 void MergedDevices::letGoOf(int device)
 {
     if (m_devices.isDetached())
@@ -62,7 +62,7 @@ QString MergedDevices::listedMac() const
     return m_devices.at(m_next).mac;
 }
 
-/// Whether more than one of those to come finds its MAC taken, by the list or by one before it.
+/// Whether the list, or a device further up, has the MAC of more than one remaining device.
 bool MergedDevices::areSeveralListed() const
 {
     QSet<QString> seen;

@@ -7,8 +7,8 @@
 #include <optional>
 #include <utility>
 
-/// A list with devices added to it: those whose MAC is not listed at the end, the others in place
-/// of the listed ones or not at all, as the user answers.
+/// A list with devices added to it. A device whose MAC is not listed is appended; any other
+/// replaces the listed device or is left out, as the user answers.
 class MergedDevices : public ListSource
 {
 public:
@@ -25,16 +25,16 @@ public:
     bool hasChanged() const override { return m_changed; }
 
 protected:
-    /// The new list shares the records that hold the same texts in `present`, the list that it
-    /// replaces: a comparison of the two is then fast, however long they are.
+    /// The new list shares unchanged records with `present`, the list that it replaces: this makes
+    /// a comparison of the two fast, however long they are.
     MergedDevices(const DeviceListSnapshot &list, const DeviceListSnapshot &present);
-    /// Takes what there is to add, where it was not known from the start.
+    /// Sets the devices to add, if they were not known from the start.
     void setDevices(QList<ContactInfo> devices) { m_devices = std::move(devices); }
 
 private:
     bool isAnswered() const { return m_answerForAll.has_value(); }
     bool areSeveralListed() const;
-    /// `row` is that of the listed device with its MAC, or -1.
+    /// `row` is the row of the listed device with the same MAC, or -1.
     void addOrReplace(int row, const ContactInfo &device, DuplicateAnswer answer);
     void add(const ContactInfo &device);
     void letGoOf(int device);
@@ -44,7 +44,7 @@ private:
     QList<ContactInfo> m_devices;
     int m_next = 0;
     bool m_changed = false;
-    bool m_severalListed = false; ///< of all devices, known from the first question on
+    bool m_severalListed = false; ///< among all devices; known from the first question on
     bool m_asked = false;
     std::optional<DuplicateAnswer> m_answerForAll;
 };

@@ -3,7 +3,7 @@
 #include "model/DeviceList.h"
 #include "storage/ListSource.h"
 
-/// An empty list, which takes the place of the present one.
+/// An empty list, which replaces the present one.
 class NoDevices : public ListSource
 {
 public:

@@ -2,7 +2,7 @@
 
 #include "model/ImportTarget.h"
 
-/// For an importer that only reads, or removes its files.
+/// The target of an importer that only reads, or only removes its files.
 struct NoTarget : ImportTarget
 {
     bool clearOld() override { return false; }

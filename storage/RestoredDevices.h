@@ -2,12 +2,12 @@
 
 #include "storage/ListSource.h"
 
-/// A list in which some rows give way to others: how it was before a change, or after it. Shares
-/// the records.
+/// A list in which some rows replace others: the list before a change, or after it. Shares the
+/// records with both.
 class RestoredDevices : public ListSource
 {
 public:
-    /// `put` takes the place of the `gone` rows of `list` that begin at `first`.
+    /// `put` replaces the `gone` rows of `list` that begin at `first`.
     RestoredDevices(const DeviceListSnapshot &list, int first, int gone, const DeviceRows &put);
 
     Step step() override;

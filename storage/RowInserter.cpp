@@ -4,12 +4,12 @@
 
 namespace {
 
-// Places of the values in a row, from 1.
+// Places of the values in a row, counted from 1.
 constexpr int idPlace = 1;
 constexpr int firstTextPlace = 2;
 constexpr int flagPlace = firstTextPlace + static_cast<int>(contactFieldCount);
 
-constexpr int settled = 0; // the flag of a row that takes part in no merge any more
+constexpr int settled = 0; // the flag of a row that needs no merge
 
 sqlite3_stmt *prepare(sqlite3 *database, const QString &statement)
 {

@@ -2,7 +2,7 @@
 
 #include "storage/DatabaseLayer.h"
 
-/// A transaction that rolls back unless it was committed; joins one that is open already.
+/// A transaction that rolls back unless it was committed. Joins a transaction that is open already.
 class ScopedTransaction
 {
 public:
@@ -23,7 +23,7 @@ public:
 
     bool isOpen() const { return m_open; }
 
-    /// True when the transaction, or the one that it joined, will be or is in the database.
+    /// Commits. False when the transaction, or the one that it joined, is or must be rolled back.
     bool commit()
     {
         const bool open = m_open;

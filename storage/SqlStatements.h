@@ -2,19 +2,19 @@
 
 #include <QString>
 
-/// The statements of the store. Those that name columns follow contactTableFields() or, where they
-/// read, contactFields().
+/// The statements of the store. Columns are in the order of contactTableFields(), but for those of
+/// selectAll, which follow contactFields().
 namespace Sql {
-// In KiB. Pages of a long list that change no more are written while the rest is made, so that the
-// commit is short; the small cache that is usual would also spill those that still change.
+// In KiB. A full cache writes finished pages of a long list before the commit, which is then short.
+// The smaller default cache would also write pages that still change.
 inline const QString useLargeCache = QStringLiteral("pragma cache_size=-8192");
-// After a long list was read: what is in the cache is not looked at again.
+// For the end of a reading: the cached pages are not needed again.
 inline const QString freeCache = QStringLiteral("pragma shrink_memory");
-// Milliseconds. The window stands still meanwhile.
+// In milliseconds, during which the window stands still.
 inline const QString waitForLocks = QStringLiteral("pragma busy_timeout=2000");
 inline const QString failOnLocks = QStringLiteral("pragma busy_timeout=0");
 inline const QString dataVersion = QStringLiteral("pragma data_version");
-// At once with the right to write, so that what is looked at first still holds when it is written.
+// Takes the write lock at once, so that what is read first still holds at the first write.
 inline const QString begin = QStringLiteral("begin immediate");
 inline const QString beginReading = QStringLiteral("begin");
 inline const QString commit = QStringLiteral("commit");

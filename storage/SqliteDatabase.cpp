@@ -22,22 +22,22 @@ namespace {
 const QString fileName = QStringLiteral("phonebook.db");
 const QString contactTable = QStringLiteral("contact1");
 
-/// The id and the flag as well.
+/// All texts, the id and the flag.
 constexpr int contactTableColumns = static_cast<int>(contactFieldCount) + 2;
 
-constexpr int primaryCode = 0xff;    // of an error; what is above it only says more
-constexpr int rowsReadAtOnce = 1000; // where nobody waits
+constexpr int primaryCode = 0xff;    // mask; the higher bits of an error only add detail
+constexpr int rowsReadAtOnce = 1000; // for a reading in one go
 
-// A long list may be being saved: that takes seconds, and nobody is kept waiting here.
+// Another program may be saving a long list, which takes seconds; no window waits here.
 const QString readingOnly = QStringLiteral("QSQLITE_OPEN_READONLY;QSQLITE_BUSY_TIMEOUT=10000");
 
 struct KnownError
 {
-    int code; ///< SQLite's primary result code, or the one extended code that is told apart
+    int code; ///< SQLite's primary result code, or SQLITE_READONLY_DBMOVED
     const char *text;
 };
 
-/// What a user can do something about. SQLite itself speaks English only.
+/// Errors that a user can act on, to be translated; SQLite's own texts are in English.
 constexpr std::array<KnownError, 9> knownErrors = {{
     {SQLITE_BUSY, QT_TRANSLATE_NOOP("SqliteDatabase", "the database is in use by another program")},
     {SQLITE_LOCKED,
@@ -52,7 +52,7 @@ constexpr std::array<KnownError, 9> knownErrors = {{
      QT_TRANSLATE_NOOP("SqliteDatabase", "another file has taken its place")},
 }};
 
-/// What the database says of it; what Qt was about to do tells a user nothing.
+/// The database's own text if there is one: Qt's text for the failed call tells a user nothing.
 QString reason(const QSqlError &error, int code)
 {
     const auto known = std::find_if(knownErrors.begin(), knownErrors.end(),
@@ -68,15 +68,15 @@ QSqlError notOpen()
                      QSqlError::ConnectionError);
 }
 
-/// The driver's own connection, which must be open. The driver uses the library that this program
-/// is linked with.
+/// The driver's own connection, which must be open. The driver uses the same SQLite library as this
+/// program.
 sqlite3 *handleOf(const QSqlDatabase &database)
 {
     const QVariant handle = database.driver()->handle();
     return *static_cast<sqlite3 *const *>(handle.constData());
 }
 
-/// In the form in which the driver tells of its own statements.
+/// The last error of `database`, in the form in which the driver reports its own.
 QSqlError errorOf(sqlite3 *database)
 {
     return QSqlError(QString(), QString::fromUtf8(sqlite3_errmsg(database)),
@@ -105,8 +105,8 @@ void setColumn(QVariantList &values, const QList<ContactInfo> &contacts, ValueOf
 
 } // namespace
 
-/// One record at a time is being put together: rows of one id that follow each other are one record
-/// with the values of the last, and a row without an id of its own makes none.
+/// Makes one record at a time: consecutive rows with one id are one record with the values of the
+/// last row, and a row without an id makes none.
 class SqliteDatabase::Reader : public ContactReader
 {
 public:
@@ -140,7 +140,7 @@ private:
         m_current.id = id;
         int column = 1;
         for (const ContactField &field : contactFields()) {
-            // What the row before says as well is kept once: most columns say the same all along.
+            // A text equal to the one before stays shared: most columns repeat one value.
             const QString text = m_query.value(column++).toString();
             if (text != m_current.*field.member)
                 m_current.*field.member = text;
@@ -180,16 +180,16 @@ SqliteDatabase::~SqliteDatabase()
 bool SqliteDatabase::openDatabase()
 {
     const QString path = filePath();
-    // A file of no length is what a creation that was cut short leaves behind: nothing was in it.
+    // An empty file is left by an interrupted creation: it never held anything.
     const bool existed = QFileInfo(path).size() > 0;
 
     closeDatabase();
     if (!existed) {
-        // Made here and not by the driver, so that nobody else could ever open it.
+        // Created here and not by the driver, to be private before it holds anything.
         QFile file(path);
         file.open(QIODevice::WriteOnly | QIODevice::Append);
     }
-    // Nobody else may read it. Whoever protected it from writing meant that.
+    // Only the owner may read it. A write protection is intended, so it stays.
     if (QFileInfo(path).isFile())
         QFile::setPermissions(path,
                               QFile::permissions(path) & (QFile::ReadOwner | QFile::WriteOwner));
@@ -202,9 +202,8 @@ bool SqliteDatabase::openDatabase()
     }
     setWaitsForLocks(true);
     execute(Sql::useLargeCache);
-    // A creation that was cut short may also have left pages, and a journal by which SQLite takes
-    // them back when the file is first read. A file that is not empty after that is nobody's to
-    // repair.
+    // An interrupted creation may also leave pages, and a journal by which SQLite rolls them back
+    // at the first read. A file that still is not empty is not repaired here.
     if (existed) {
         number(Sql::countTables);
         if (QFileInfo(path).size() > 0)
@@ -263,19 +262,19 @@ bool SqliteDatabase::insertColumns(const ColumnMap &columns)
         qCDebug(debugLog) << "contactList[i] is" << values;
         query.addBindValue(values);
     }
-    // Binding no values at all is no batch.
+    // Qt executes no batch without values.
     const bool nothingToDo = contactList.isEmpty() || contactList.first().isEmpty();
     if (prepared && !nothingToDo)
         query.execBatch();
     const bool inserted = nothingToDo || succeeded(query);
     if (!prepared)
         notePreparationFailed();
-    // Also after a failed row: what becomes of the rows before it is for whoever opened the
-    // outermost transaction to say.
+    // Commits also after a failed row: the owner of the outermost transaction decides about the
+    // rows before it.
     return transaction.commit() && inserted;
 }
 
-/// Of the statement that inserts a row.
+/// Explains why the statement that inserts a row could not be prepared, if the table has grown.
 void SqliteDatabase::notePreparationFailed()
 {
     if (number(Sql::countColumns) > contactTableColumns)
@@ -367,7 +366,7 @@ bool SqliteDatabase::insertContacts(const QList<ContactInfo> &contacts)
     auto column = columns.begin();
     setColumn(*column++, contacts, [](const ContactInfo &contact) { return contact.id; });
     for (const ContactField &field : fields) {
-        // A null text would be stored as NULL, which is not the empty text that it stands for.
+        // A null text would be stored as NULL instead of the empty text.
         setColumn(*column++, contacts, [&](const ContactInfo &contact) {
             const QString &text = contact.*field.member;
             return text.isNull() ? QString(QLatin1String("")) : text;
@@ -386,7 +385,7 @@ bool SqliteDatabase::beginReading()
 {
     if (!begin(Sql::beginReading))
         return false;
-    // What keeps others off is the first look at the file.
+    // Only the first read takes the lock that keeps others off.
     const bool readable = number(Sql::countTables) >= 0;
     if (!readable)
         rollbackTransaction();
@@ -464,10 +463,10 @@ bool SqliteDatabase::execute(const QString &statement)
     return succeeded(query);
 }
 
-/// Whether the last statement left no error; keeps the reason when it did.
+/// Whether the query's last statement succeeded; notes the reason if not.
 bool SqliteDatabase::succeeded(const QSqlQuery &query)
 {
-    // On a closed database a statement is not even tried, and leaves no error of its own.
+    // On a closed database, Qt does not try a statement, which then has no error.
     return noted(m_database.isOpen() ? query.lastError() : notOpen());
 }
 
@@ -478,7 +477,7 @@ bool SqliteDatabase::noted(const QSqlError &error)
     const int code = error.nativeErrorCode().toInt();
     m_lastErrorCode = code == SQLITE_READONLY_DBMOVED ? code : code & primaryCode;
     m_lastErrorText = reason(error, m_lastErrorCode);
-    // What had to be written is what a save that was cut short has to be taken back by.
+    // SQLite would have to write to roll an interrupted save back.
     if (m_lastErrorCode == SQLITE_READONLY && m_database.connectOptions() == readingOnly)
         m_lastErrorText = tr("the last save was cut short, which the next start of the program "
                              "puts right");
@@ -486,7 +485,7 @@ bool SqliteDatabase::noted(const QSqlError &error)
     return false;
 }
 
-/// The number that the statement gives, or -1.
+/// The number that the statement returns, or -1.
 int SqliteDatabase::number(const QString &statement)
 {
     QSqlQuery query = newQuery();

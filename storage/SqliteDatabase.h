@@ -18,8 +18,8 @@ public:
     ~SqliteDatabase() override;
 
     bool openDatabase() override;
-    /// Opens a database that is there to read it beside whoever else has it open: nothing is
-    /// created, changed or kept from being written to for longer than a reader is at it.
+    /// Opens an existing database for reading, also while another program has it open. Creates and
+    /// changes nothing, and keeps others from committing only while a reader is at work.
     bool openReadOnly();
     void closeDatabase() override;
     void clearContacts() override;
@@ -63,9 +63,9 @@ private:
     QString m_directory;
     QSqlDatabase m_database;
     QString m_lastErrorText;
-    int m_lastErrorCode = 0; ///< SQLite's, without what only says more
-    /// The values of the batch inserted last. A long list comes in many batches, and values are
-    /// quicker set than made.
+    int m_lastErrorCode = 0; ///< SQLite's primary code, or SQLITE_READONLY_DBMOVED
+    /// The values of the last batch. A list comes in several batches, and setting values is faster
+    /// than making them.
     ColumnMap m_batch;
     int m_transactionDepth = 0;
     bool m_rollBack = false; ///< an inner transaction failed, so the outermost must not commit

@@ -4,7 +4,7 @@
 
 class ListStore;
 
-/// The stored list.
+/// The list as it is stored.
 class StoredDevices : public ListSource
 {
 public:
