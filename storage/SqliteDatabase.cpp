@@ -2,6 +2,7 @@
 
 #include "model/ContactFields.h"
 #include "model/DebugLog.h"
+#include "model/WholeFile.h"
 #include "storage/RowInserter.h"
 #include "storage/ScopedTransaction.h"
 #include "storage/SqlStatements.h"
@@ -184,11 +185,11 @@ bool SqliteDatabase::openDatabase()
     const bool existed = QFileInfo(path).size() > 0;
 
     closeDatabase();
-    if (!existed) {
-        // Created here and not by the driver, to be private before it holds anything.
-        QFile file(path);
-        file.open(QIODevice::WriteOnly | QIODevice::Append);
-    }
+    // Created here and not by the driver, so that nobody else can ever open it. Whether that fails,
+    // the driver tells.
+    if (!QFile::exists(path))
+        static_cast<void>(
+            writeWholeFile(path, QByteArray(), Durability::Replaced, Readers::OwnerOnly));
     // Only the owner may read it. A write protection is intended, so it stays.
     if (QFileInfo(path).isFile())
         QFile::setPermissions(path,
