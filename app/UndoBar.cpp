@@ -83,20 +83,29 @@ UndoBar::UndoBar(DataMgr &dataMgr, ContactView &view, QWidget *parent)
     row->addWidget(m_button);
     hide();
 
-    addKey(undoKey, &DataMgr::undo);
-    addKey(redoKey, &DataMgr::redo);
-    addKey(otherRedoKey, &DataMgr::redo);
+    addKey(undoKey, &UndoBar::undoByKey);
+    addKey(redoKey, &UndoBar::redoByKey);
+    addKey(otherRedoKey, &UndoBar::redoByKey);
     connect(m_button, &QPushButton::clicked, this, &UndoBar::onClicked);
     connect(&m_dataMgr, &DataMgr::historyChanged, this, &UndoBar::onHistoryChanged);
 }
 
-void UndoBar::addKey(const QKeySequence &key, void (DataMgr::*step)())
+void UndoBar::addKey(const QKeySequence &key, void (UndoBar::*step)())
 {
     auto *const shortcut = new QShortcut(key, window());
-    connect(shortcut, &QShortcut::activated, this, [this, step] {
-        if (!isTyping())
-            (m_dataMgr.*step)();
-    });
+    connect(shortcut, &QShortcut::activated, this, step);
+}
+
+void UndoBar::undoByKey()
+{
+    if (!isTyping())
+        m_dataMgr.undo();
+}
+
+void UndoBar::redoByKey()
+{
+    if (!isTyping())
+        m_dataMgr.redo();
 }
 
 void UndoBar::onHistoryChanged()

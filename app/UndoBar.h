@@ -19,7 +19,9 @@ public:
     UndoBar(DataMgr &dataMgr, ContactView &view, QWidget *parent = nullptr);
 
 private:
-    void addKey(const QKeySequence &key, void (DataMgr::*step)());
+    void addKey(const QKeySequence &key, void (UndoBar::*step)());
+    void undoByKey();
+    void redoByKey();
     void onHistoryChanged();
     void onClicked();
     void show(const QString &text, const QString &button, const QString &key);
