@@ -5,6 +5,8 @@
 namespace {
 // Short enough for animations; long enough for the event loop's own cost to be small.
 constexpr int sliceMilliseconds = 15;
+// While the window comes up, which takes some turns of the event loop.
+constexpr int loadSliceMilliseconds = 2;
 } // namespace
 
 ListWorker::ListWorker(Ask ask, Tell tell, QObject *parent)
@@ -41,7 +43,8 @@ bool ListWorker::putOff(const std::function<void()> &change)
 void ListWorker::workOn()
 {
     const std::shared_ptr<ListJob> job = m_job;
-    job->work(QDeadlineTimer(m_slice));
+    const bool isLoad = job->kind() == ListJob::Kind::Load && m_slice >= 0;
+    job->work(QDeadlineTimer(isLoad ? loadSliceMilliseconds : m_slice));
     while (job->phase() == ListJob::Phase::Asking) {
         m_phase = Phase::Asking;
         const ListJob::Answer answer = m_ask(job->question());
