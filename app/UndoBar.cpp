@@ -13,9 +13,15 @@
 
 namespace {
 
-const QKeySequence undoKey(Qt::CTRL + Qt::Key_Z);
-const QKeySequence redoKey(Qt::CTRL + Qt::SHIFT + Qt::Key_Z);
-const QKeySequence otherRedoKey(Qt::CTRL + Qt::Key_Y);
+// In the portable spelling.
+constexpr char undoKey[] = "Ctrl+Z";
+constexpr char redoKey[] = "Ctrl+Shift+Z";
+constexpr char otherRedoKey[] = "Ctrl+Y";
+
+QKeySequence keys(const char *portable)
+{
+    return QKeySequence(QLatin1String(portable), QKeySequence::PortableText);
+}
 
 /// Whether the focus is where these keys undo typing.
 bool isTyping()
@@ -90,9 +96,9 @@ UndoBar::UndoBar(DataMgr &dataMgr, ContactView &view, QWidget *parent)
     connect(&m_dataMgr, &DataMgr::historyChanged, this, &UndoBar::onHistoryChanged);
 }
 
-void UndoBar::addKey(const QKeySequence &key, void (UndoBar::*step)())
+void UndoBar::addKey(const char *key, void (UndoBar::*step)())
 {
-    auto *const shortcut = new QShortcut(key, window());
+    auto *const shortcut = new QShortcut(keys(key), window());
     connect(shortcut, &QShortcut::activated, this, step);
 }
 
@@ -116,14 +122,14 @@ void UndoBar::onHistoryChanged()
     } else if (history.latest() == ListHistory::Latest::Undone) {
         const ListChange &change = *history.toRedo();
         show(tr("Undone: %1").arg(textOf(change)), tr("Redo"),
-             redoKey.toString(QKeySequence::NativeText));
+             keys(redoKey).toString(QKeySequence::NativeText));
         if (change.dropsList())
             m_view.returnToLostPlace();
         else
             showRestored(change.row, change.before);
     } else {
         const ListChange &change = *history.toUndo();
-        show(textOf(change), tr("Undo"), undoKey.toString(QKeySequence::NativeText));
+        show(textOf(change), tr("Undo"), keys(undoKey).toString(QKeySequence::NativeText));
         if (history.latest() == ListHistory::Latest::Redone)
             showRestored(change.row, change.after);
     }

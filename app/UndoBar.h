@@ -19,7 +19,7 @@ public:
     UndoBar(DataMgr &dataMgr, ContactView &view, QWidget *parent = nullptr);
 
 private:
-    void addKey(const QKeySequence &key, void (UndoBar::*step)());
+    void addKey(const char *key, void (UndoBar::*step)());
     void undoByKey();
     void redoByKey();
     void onHistoryChanged();

@@ -11,7 +11,7 @@
 namespace {
 
 constexpr std::size_t mostSteps = 200;
-constexpr qint64 mostBytes = 100 * 1000 * 1000;
+constexpr qint64 mostBytes = qint64(100) * 1000 * 1000;
 
 /// Estimates the memory of these rows from a sample. A text that rows share counts for each.
 qint64 bytesOf(const DeviceRows &rows)

@@ -238,7 +238,7 @@ private slots:
         QCOMPARE(rows.first() + '\n', RequestLogFile::titleRow());
         QVERIFY2(rows.size() < 2 * count, "no row stands for several");
         int requests = 0;
-        for (const QByteArray &row : rows.mid(1))
+        for (const QByteArray &row : rows) // the title counts as 0
             requests += row.mid(row.lastIndexOf(',') + 1).toInt();
         QCOMPARE(requests, 2 * count);
     }
