@@ -17,6 +17,7 @@
 
 #include <algorithm>
 #include <array>
+#include <iterator>
 
 namespace {
 
@@ -88,20 +89,6 @@ QSqlError errorOf(sqlite3 *database)
 void useUtf8AsLocaleCodec()
 {
     QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
-}
-
-void resize(QVariantList &values, int size)
-{
-    values.erase(values.begin() + std::min(size, values.size()), values.end());
-    values.reserve(size);
-    while (values.size() < size)
-        values.append(QVariant());
-}
-
-template <typename ValueOf>
-void setColumn(QVariantList &values, const QList<ContactInfo> &contacts, ValueOf valueOf)
-{
-    std::transform(contacts.begin(), contacts.end(), values.begin(), valueOf);
 }
 
 } // namespace
@@ -358,23 +345,23 @@ std::unique_ptr<ContactReader> SqliteDatabase::readContacts()
 
 bool SqliteDatabase::insertContacts(const QList<ContactInfo> &contacts)
 {
-    const auto &fields = contactTableFields();
-    QList<QVariantList> &columns = m_batch[contactTable];
-    while (columns.size() < contactTableColumns)
-        columns.append(QVariantList());
-    for (QVariantList &values : columns)
-        resize(values, contacts.size());
-    auto column = columns.begin();
-    setColumn(*column++, contacts, [](const ContactInfo &contact) { return contact.id; });
-    for (const ContactField &field : fields) {
+    QList<QVariantList> columns;
+    const auto addColumn = [&](auto valueOf) {
+        QVariantList values;
+        values.reserve(contacts.size());
+        std::transform(contacts.begin(), contacts.end(), std::back_inserter(values), valueOf);
+        columns.append(values);
+    };
+    addColumn([](const ContactInfo &contact) { return contact.id; });
+    for (const ContactField &field : contactTableFields()) {
         // A null text would be stored as NULL instead of the empty text.
-        setColumn(*column++, contacts, [&](const ContactInfo &contact) {
+        addColumn([&](const ContactInfo &contact) {
             const QString &text = contact.*field.member;
             return text.isNull() ? QString(QLatin1String("")) : text;
         });
     }
-    setColumn(*column, contacts, [](const ContactInfo &) { return 1; });
-    return insertColumns(m_batch);
+    addColumn([](const ContactInfo &) { return 1; });
+    return insertColumns({{contactTable, columns}});
 }
 
 bool SqliteDatabase::beginTransaction()

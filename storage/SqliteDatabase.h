@@ -64,9 +64,6 @@ private:
     QSqlDatabase m_database;
     QString m_lastErrorText;
     int m_lastErrorCode = 0; ///< SQLite's primary code, or SQLITE_READONLY_DBMOVED
-    /// The values of the last batch. A list comes in several batches, and setting values is faster
-    /// than making them.
-    ColumnMap m_batch;
     int m_transactionDepth = 0;
     bool m_rollBack = false; ///< an inner transaction failed, so the outermost must not commit
 };

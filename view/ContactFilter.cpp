@@ -106,8 +106,8 @@ void ContactFilter::acceptRows(bool narrower)
 {
     const DeviceListSnapshot &snapshot = m_model.snapshot();
     const QBitArray before = narrower ? m_accepted.rows : QBitArray();
-    m_accepted = {snapshot.version(), QBitArray(snapshot.size())};
     const int rows = snapshot.size();
+    m_accepted = {snapshot.version(), QBitArray(rows)};
     for (int row = 0; row < rows; ++row) {
         if ((!narrower || before.testBit(row)) && matches(row))
             m_accepted.rows.setBit(row);
