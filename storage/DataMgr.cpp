@@ -280,9 +280,11 @@ void DataMgr::save()
 
 std::unique_ptr<ListSource> DataMgr::importOf(const QString &path) const
 {
-    const DeviceListSnapshot present = m_devices.snapshot();
-    return std::make_unique<ImportedDevices>(m_importFlag ? DeviceListSnapshot() : present, present,
-                                             m_directory, path);
+    DeviceListSnapshot list = m_devices.snapshot();
+    DeviceListSnapshot dropped;
+    if (m_importFlag)
+        std::swap(list, dropped);
+    return std::make_unique<ImportedDevices>(list, dropped, m_directory, path);
 }
 
 void DataMgr::importFile(const QString &path)

@@ -4,9 +4,9 @@
 #include "import/ParseFactory.h"
 #include "storage/NoTarget.h"
 
-ImportedDevices::ImportedDevices(const DeviceListSnapshot &list, const DeviceListSnapshot &present,
+ImportedDevices::ImportedDevices(const DeviceListSnapshot &list, const DeviceListSnapshot &dropped,
                                  const QString &workFolder, const QString &path)
-    : MergedDevices(list, present)
+    : MergedDevices(list, dropped)
     , m_nobody(std::make_unique<NoTarget>())
     , m_parser(ParseFactory().createParser(*m_nobody, workFolder))
 {

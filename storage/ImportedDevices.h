@@ -11,9 +11,10 @@ class ParseBase;
 class ImportedDevices : public MergedDevices
 {
 public:
-    /// Adds the devices of the file at `path` to `list`; the result replaces `present`. The work
-    /// files are in `workFolder`, which ends in "/".
-    ImportedDevices(const DeviceListSnapshot &list, const DeviceListSnapshot &present,
+    /// Adds the devices of the file at `path` to `list`. `dropped` is the list that the result
+    /// takes the place of, unless it is `list`. The work files are in `workFolder`, which ends in
+    /// "/".
+    ImportedDevices(const DeviceListSnapshot &list, const DeviceListSnapshot &dropped,
                     const QString &workFolder, const QString &path);
     ~ImportedDevices() override;
 

@@ -19,16 +19,16 @@ MergedDevices::MergedDevices(const DeviceListSnapshot &list, const QList<Contact
 {
 }
 
-MergedDevices::MergedDevices(const DeviceListSnapshot &list, const DeviceListSnapshot &present)
+MergedDevices::MergedDevices(const DeviceListSnapshot &list, const DeviceListSnapshot &dropped)
     : m_list(list)
-    , m_present(present)
+    , m_dropped(dropped)
 {
 }
 
 MergedDevices::~MergedDevices()
 {
-    if (isLongList(m_devices.size() + m_present.size()))
-        freeAside(std::make_pair(std::move(m_devices), std::move(m_present)));
+    if (isLongList(m_devices.size() + m_dropped.size()))
+        freeAside(std::make_pair(std::move(m_devices), std::move(m_dropped)));
 }
 
 ListSource::Step MergedDevices::step()
@@ -98,9 +98,9 @@ void MergedDevices::addOrReplace(int row, const ContactInfo &device, DuplicateAn
 
 void MergedDevices::add(const ContactInfo &device)
 {
-    const int row = m_present.rowOfMac(device.mac);
-    if (row >= 0 && hasSameTexts(m_present.infoAt(row), device))
-        m_list.append(m_present, row);
+    const int row = m_dropped.rowOfMac(device.mac);
+    if (row >= 0 && hasSameTexts(m_dropped.infoAt(row), device))
+        m_list.append(m_dropped, row);
     else
         m_list.append(device);
 }

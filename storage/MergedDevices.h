@@ -25,9 +25,9 @@ public:
     bool hasChanged() const override { return m_changed; }
 
 protected:
-    /// The new list shares unchanged records with `present`, the list that it replaces: this makes
+    /// The result takes the place of `dropped` and shares the unchanged records with it: this makes
     /// a comparison of the two fast, however long they are.
-    MergedDevices(const DeviceListSnapshot &list, const DeviceListSnapshot &present);
+    MergedDevices(const DeviceListSnapshot &list, const DeviceListSnapshot &dropped);
     /// Sets the devices to add, if they were not known from the start.
     void setDevices(QList<ContactInfo> devices) { m_devices = std::move(devices); }
 
@@ -40,7 +40,7 @@ private:
     void letGoOf(int device);
 
     DeviceList m_list;
-    DeviceListSnapshot m_present;
+    DeviceListSnapshot m_dropped;
     QList<ContactInfo> m_devices;
     int m_next = 0;
     bool m_changed = false;
