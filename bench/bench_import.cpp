@@ -1,17 +1,16 @@
 // Measures an import, from the file to the saved list, beside the sqlite3 shell's import of the
 // same file into the same table.
 //   bench_import [devices [rounds [folder]]]      the folder decides which disk is measured
+#include "ListFile.h"
 #include "Measure.h"
 #include "storage/DBOperator.h"
 #include "storage/DataMgr.h"
 #include "storage/DatabaseLayer.h"
-#include "storage/DeviceBackup.h"
 #include "storage/ImportLook.h"
 
 #include <QCoreApplication>
 #include <QDir>
 #include <QEventLoop>
-#include <QFile>
 #include <QLoggingCategory>
 #include <QProcess>
 #include <QStandardPaths>
@@ -47,13 +46,6 @@ struct Cost
     Samples byTheClock;
     double processor = 0;
 };
-
-bool writeList(const QString &path, int count)
-{
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly) &&
-           file.write(DeviceBackup::csv(benchDevices(count))) > 0;
-}
 
 /// Imports as the program does; returns the longest time without an event, in milliseconds.
 double importInProgram(const QString &list, const QString &parent, int count, Cost &cost)
@@ -141,10 +133,8 @@ int main(int argc, char *argv[])
     const int count = arguments.value(1, QStringLiteral("100000")).toInt();
     const int rounds = arguments.value(2, QStringLiteral("5")).toInt();
     const QString parent = arguments.value(3, QDir::tempPath());
-    const QTemporaryDir folder(parent + QStringLiteral("/bench-XXXXXX"));
-    const QString list = folder.filePath(QStringLiteral("devices.csv"));
-    if (!writeList(list, count))
-        return 1;
+    const ListFile file(parent, benchDevices(count));
+    const QString list = file.path();
     const bool hasShell = !QStandardPaths::findExecutable(QStringLiteral("sqlite3")).isEmpty();
     if (!hasShell)
         std::printf("without the sqlite3 shell there is nothing to compare with\n");

@@ -2,6 +2,7 @@
 // dialog, a key in that dialog or in a search box, a change, the start. And the memory it takes.
 //   bench_list [folder]         the folder decides which disk is measured
 // Without a display: QT_QPA_PLATFORM=offscreen. With one, painting on it is measured as well.
+#include "ListFile.h"
 #include "Measure.h"
 #include "app/Appearance.h"
 #include "app/MainWindow.h"
@@ -10,7 +11,6 @@
 #include "model/FreeMemory.h"
 #include "storage/DBOperator.h"
 #include "storage/DataMgr.h"
-#include "storage/DeviceBackup.h"
 #include "view/ContactView.h"
 
 #include <QAbstractItemModel>
@@ -22,7 +22,6 @@
 #include <QLoggingCategory>
 #include <QPushButton>
 #include <QTemporaryDir>
-#include <QTemporaryFile>
 #include <QTest>
 
 #include <cstdio>
@@ -86,22 +85,6 @@ public:
     std::unique_ptr<DBOperator> dbOperator;
     std::unique_ptr<DataMgr> dataMgr;
     std::unique_ptr<MainWindow> window;
-};
-
-/// A device list in a file.
-class ListFile
-{
-public:
-    ListFile(const QString &parent, const QList<ContactInfo> &devices)
-        : m_file(parent + QStringLiteral("/bench-XXXXXX.csv"))
-    {
-        if (!m_file.open() || m_file.write(DeviceBackup::csv(devices)) < 0 || !m_file.flush())
-            std::printf("the list to be imported cannot be written\n");
-    }
-    QString path() const { return m_file.fileName(); }
-
-private:
-    QTemporaryFile m_file;
 };
 
 /// Notes when a view is first painted with at least so many rows.

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "storage/DeviceBackup.h"
+
+#include <QTemporaryFile>
+
+#include <cstdio>
+#include <cstdlib>
+
+/// A device list in a file below the folder `parent`; ends the program when it cannot be written.
+class ListFile
+{
+public:
+    ListFile(const QString &parent, const QList<ContactInfo> &devices)
+        : m_file(parent + QStringLiteral("/bench-XXXXXX.csv"))
+    {
+        if (m_file.open() && m_file.write(DeviceBackup::csv(devices)) > 0 && m_file.flush())
+            return;
+        std::printf("the device list cannot be written\n");
+        std::exit(1);
+    }
+    QString path() const { return m_file.fileName(); }
+
+private:
+    QTemporaryFile m_file;
+};
