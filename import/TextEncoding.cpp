@@ -35,9 +35,8 @@ bool hasUnassigned(const QString &text)
 
 void EncodingProbe::look(const QByteArray &block)
 {
-    if (!m_started)
+    if (m_place == Place::Start)
         lookForMark(block);
-    m_started = true;
     if (m_kind == Kind::Utf16 || m_kind == Kind::NotText)
         return;
     lookForZeroBytes(block);
@@ -59,6 +58,7 @@ EncodingProbe::Kind EncodingProbe::end() const
 
 void EncodingProbe::lookForMark(const QByteArray &block)
 {
+    m_place = Place::FirstLine;
     m_isMarked = block.startsWith("\xef\xbb\xbf");
     if (block.startsWith("\xff\xfe") || block.startsWith("\xfe\xff"))
         m_kind = Kind::Utf16;
@@ -69,12 +69,13 @@ void EncodingProbe::lookForMark(const QByteArray &block)
 void EncodingProbe::lookForZeroBytes(const QByteArray &block)
 {
     int zero = indexOfByte(block, '\0');
-    if (m_inFirstLine) {
+    if (m_place == Place::FirstLine) {
         const auto isLineEnd = [](char byte) { return byte == '\n' || byte == '\r'; };
         const auto end = std::find_if(block.begin(), block.end(), isLineEnd);
         if (zero >= 0 && zero < end - block.begin())
             m_kind = Kind::NotText;
-        m_inFirstLine = end == block.end();
+        if (end != block.end())
+            m_place = Place::LaterLine;
     }
     if (zero == 0 && m_endedInZero)
         m_kind = Kind::NotText;

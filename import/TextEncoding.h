@@ -27,11 +27,12 @@ private:
     void lookForMark(const QByteArray &block);
     void lookForZeroBytes(const QByteArray &block);
 
+    enum class Place { Start, FirstLine, LaterLine };
+
     Kind m_kind = Kind::Utf8;
+    Place m_place = Place::Start; ///< where the next block begins
     QTextCodec::ConverterState m_utf8;
     bool m_isMarked = false;
-    bool m_started = false;
-    bool m_inFirstLine = true;
     bool m_endedInZero = false;
 };
 

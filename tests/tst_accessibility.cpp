@@ -269,6 +269,7 @@ private:
              std::initializer_list<std::pair<const char *, const char *>>{
                  {"empty list", ""},
                  {"list and report", ""},
+                 {"smallest window", ""},
                  {"import page", "localImport"},
                  {"export page", "localExport"},
                  {"new device", "constructNewFile"},
@@ -287,6 +288,8 @@ private:
             part<ReportBox>()->show();
             addDevices();
             part<SearchEdit>()->setText("0"_s); // no number holds a 0: all are hidden
+        } else if (row == "smallest window") {
+            m_window->resize(1, 1);
         } else if (row == "new device in full") {
             button("showAdvanceButton")->click();
         } else if (row == "card choice") {
