@@ -2,6 +2,7 @@
 
 #include "app/Console.h"
 #include "app/DocumentCommand.h"
+#include "app/Language.h"
 #include "app/LanguageFile.h"
 #include "app/ProgramVersion.h"
 #include "model/ProgramFolder.h"
@@ -10,7 +11,6 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QTextCodec>
-#include <QTranslator>
 
 #include <algorithm>
 #include <cstdlib>
@@ -22,19 +22,12 @@ class Texts
     Q_DECLARE_TR_FUNCTIONS(CommandLine)
 };
 
-/// Installs the stored language of the interface; the window need never have been open.
-void installTranslators(QCoreApplication &application)
+/// Speaks the stored language of the interface; the window need never have been open.
+void speakStoredLanguage(QCoreApplication &application)
 {
-    const QString folder = programFolder() + QLatin1String("language");
     QString language;
-    if (!readLanguageFile(folder + QLatin1String("/config.xml"), language) ||
-        language != QLatin1String("zh"))
-        return;
-    for (const char *const name : {"qt_zh_CN.qm", "zh.qm"}) {
-        auto *const translator = new QTranslator(&application);
-        if (translator->load(QLatin1String(name), folder))
-            QCoreApplication::installTranslator(translator);
-    }
+    if (readLanguageFile(programFolder() + languageFileName, language))
+        installTranslators(languageOf(language), programFolder() + languageFolder, &application);
 }
 
 int refuse(const QString &reason)
@@ -70,7 +63,7 @@ int CommandLine::run(int &argc, char **argv)
     // A scheduler often sets no locale; names are in UTF-8 all the same.
     QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8"));
     QCoreApplication application(argc, argv);
-    installTranslators(application);
+    speakStoredLanguage(application);
 
     const QCommandLineOption write(
         QStringLiteral("write-documents"),

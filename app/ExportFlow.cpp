@@ -1,6 +1,7 @@
 #include "app/ExportFlow.h"
 
 #include "app/ExportPage.h"
+#include "app/Language.h"
 #include "app/LanguageSetting.h"
 #include "app/NotWritten.h"
 #include "app/PathDialog.h"
@@ -75,7 +76,7 @@ void ExportFlow::begin()
 
 void ExportFlow::write(const QString &folder, const QString &target)
 {
-    const int type = m_language.isChinese() ? CsvChinese : CsvEnglish;
+    const int type = m_language.language().listFile;
     QString reason;
     if (m_dataMgr.exportDevices(type, QStringLiteral("UTF-8"), exportName, folder, reason)) {
         Modal::message(&m_window, QMessageBox::Information, tr("Export Box"),

@@ -1,5 +1,6 @@
 #include "app/HelpFlow.h"
 
+#include "app/Language.h"
 #include "app/LanguageSetting.h"
 #include "app/ProgramVersion.h"
 #include "widgets/Modal.h"
@@ -34,7 +35,7 @@ void HelpFlow::showGuide()
 {
     const bool isNew = !m_guide;
     if (isNew)
-        m_guide = std::make_unique<UserGuide>(m_language.language());
+        m_guide = std::make_unique<UserGuide>(QLatin1String(m_language.language().word));
     const bool isElsewhere = !m_guide->isVisible() && m_guide->screen() != m_window.screen();
     if (isNew || isElsewhere) {
         m_guide->fitInto(screenRoom(m_window));

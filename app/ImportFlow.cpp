@@ -4,6 +4,7 @@
 #include "app/ImportPage.h"
 #include "app/PathDialog.h"
 #include "storage/DataMgr.h"
+#include "storage/DeviceBackup.h"
 #include "storage/ImportLook.h"
 #include "widgets/LoadingWidget.h"
 #include "widgets/Modal.h"
@@ -11,8 +12,6 @@
 #include <QFileInfo>
 
 namespace {
-
-const QString backupFolder = QStringLiteral("backup");
 
 } // namespace
 
@@ -71,8 +70,8 @@ void ImportFlow::selectFile()
                       {tr("Look in"), tr("File Name"), tr("File Type"), tr("Open"), tr("Cancel")},
                       &m_window);
     // The dialog would take a missing folder for the name of a file.
-    const bool hasBackups = QFileInfo(m_folder + backupFolder).isDir();
-    dialog.setDirectory(hasBackups ? m_folder + backupFolder : m_folder);
+    const QString backups = m_folder + DeviceBackup::folderName;
+    dialog.setDirectory(QFileInfo(backups).isDir() ? backups : m_folder);
     dialog.setNameFilter(tr("csv text device list(*.csv)"));
     dialog.setFileMode(QFileDialog::ExistingFile);
     const QString path = dialog.ask();

@@ -1,10 +1,13 @@
 #include "app/LanguageFile.h"
 
+#include "app/Language.h"
 #include "model/SettingsFile.h"
 
 #include <QDomDocument>
 #include <QFile>
 #include <QTextStream>
+
+#include <algorithm>
 
 namespace {
 
@@ -56,7 +59,9 @@ QString languageHint(const QString &filePath)
         return QString();
     QTextStream stream(&file);
     const QString line = stream.readLine(maxHintLength);
-    if (line.contains(QLatin1String("chinese")))
-        return QStringLiteral("zh");
-    return line.contains(QLatin1String("english")) ? QStringLiteral("en") : QString();
+    const auto *const language =
+        std::find_if(languages.begin(), languages.end(), [&line](const Language &one) {
+            return line.contains(QLatin1String(one.installerWord));
+        });
+    return language == languages.end() ? QString() : QLatin1String(language->word);
 }

@@ -4,7 +4,10 @@
 
 #include <QString>
 
-/// Reads the language word from "language/config.xml": the text of the root's child "Language", or
+/// In the program's folder.
+inline const QString languageFileName = QStringLiteral("language/config.xml");
+
+/// Reads the language word from the settings file: the text of the root's child "Language", or
 /// of the last of several in a row; empty without one. Returns false if the file is missing or does
 /// not parse.
 bool readLanguageFile(const QString &filePath, QString &language);
@@ -16,6 +19,6 @@ WriteResult createLanguageFile(const QString &filePath, const QString &language)
 /// anew.
 WriteResult updateLanguageFile(const QString &filePath, const QString &language);
 
-/// The language of the installer, from the first line of the note that it leaves: "zh" or "en";
-/// empty without a note, or if it names neither.
+/// The word of the installer's language, from the first line of the note that it leaves; empty
+/// without a note, or if it names no language of the interface.
 QString languageHint(const QString &filePath);

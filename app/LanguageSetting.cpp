@@ -1,19 +1,17 @@
 #include "app/LanguageSetting.h"
 
 #include "app/Appearance.h"
+#include "app/Language.h"
 #include "app/LanguageFile.h"
 #include "app/NotWritten.h"
 #include "widgets/Modal.h"
 
 #include <QActionGroup>
-#include <QCoreApplication>
 #include <QFile>
 #include <QTranslator>
 
 namespace {
 
-const QLatin1String languageFolder("language/");
-const QLatin1String configName("language/config.xml");
 const QLatin1String notePath("./VLManager.ini");
 const QLatin1String chinese("zh");
 const QLatin1String english("en");
@@ -23,27 +21,19 @@ const QLatin1String english("en");
 LanguageSetting::LanguageSetting(const QString &folder, QWidget &window)
     : QObject(&window)
     , m_folder(folder)
-    , m_configPath(folder + configName)
-    , m_language(english)
+    , m_configPath(folder + languageFileName)
+    , m_language(&languageOf(english))
     , m_stored(english)
     , m_actions(new QActionGroup(this))
 {
-    // Each language is named in that language.
-    auto *const chineseAction = new QAction(QStringLiteral("简体中文"), &window);
-    chineseAction->setObjectName(chinese);
-    auto *const englishAction = new QAction(QStringLiteral("English"), &window);
-    englishAction->setObjectName(english);
-    for (QAction *const action : {chineseAction, englishAction}) {
+    for (const Language &language : languages) {
+        auto *const action = new QAction(QString::fromUtf8(language.name), &window);
+        action->setObjectName(QLatin1String(language.word));
         action->setCheckable(true);
         m_actions->addAction(action);
     }
     m_actions->setExclusive(true);
     showStored();
-}
-
-bool LanguageSetting::isChinese() const
-{
-    return m_language == chinese;
 }
 
 QList<QAction *> LanguageSetting::actions() const
@@ -75,37 +65,27 @@ void LanguageSetting::takeInstallersNote()
 
 void LanguageSetting::use(const QString &language)
 {
-    if (language == chinese)
-        loadChinese();
-    else
-        loadEnglish();
+    speak(languageOf(language));
+    m_stored = QLatin1String(m_language->word);
 }
 
 void LanguageSetting::loadChinese()
 {
-    m_language = chinese;
-    installTranslators({QStringLiteral("qt_zh_CN.qm"), QStringLiteral("zh.qm")});
-    applyChineseFont();
+    speak(languageOf(chinese));
 }
 
 void LanguageSetting::loadEnglish()
 {
-    m_language = english;
-    installTranslators({QStringLiteral("en.qm")});
+    speak(languageOf(english));
 }
 
-/// Replaces the installed translators. A missing file leaves the built-in English texts.
-void LanguageSetting::installTranslators(const QStringList &fileNames)
+void LanguageSetting::speak(const Language &language)
 {
-    m_stored = m_language;
+    m_language = &language;
     qDeleteAll(m_translators);
-    m_translators.clear();
-    for (const QString &name : fileNames) {
-        auto *const translator = new QTranslator(this);
-        m_translators.append(translator);
-        if (translator->load(name, m_folder + languageFolder))
-            QCoreApplication::installTranslator(translator);
-    }
+    m_translators = installTranslators(language, m_folder + languageFolder, this);
+    if (QLatin1String(language.word) == chinese)
+        applyChineseFont();
 }
 
 void LanguageSetting::storeChosen()

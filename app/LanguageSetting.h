@@ -8,6 +8,7 @@
 class QAction;
 class QActionGroup;
 class QTranslator;
+struct Language;
 
 /// The language of the interface. Owns the language word of this run and the one that is stored for
 /// the next, the installed translators, the two actions that choose between the languages, and the
@@ -20,9 +21,8 @@ public:
     /// ends in "/". English until load().
     LanguageSetting(const QString &folder, QWidget &window);
 
-    /// "zh" or "en".
-    const QString &language() const { return m_language; }
-    bool isChinese() const;
+    /// The language of this run.
+    const Language &language() const { return *m_language; }
     /// The actions in menu order. The object name of each is its language word.
     QList<QAction *> actions() const;
 
@@ -30,7 +30,7 @@ public:
     /// note once its language is stored. Call this before anything shows a text: no widget is
     /// translated again. Returns false if nothing readable is stored.
     bool load();
-    /// Install the translators and remember the language word.
+    /// Change the language of this run.
     void loadChinese();
     void loadEnglish();
     /// Stores the language of the checked action, for the next start. If that fails, tells the user
@@ -43,15 +43,15 @@ public:
 
 private:
     void use(const QString &language);
-    void installTranslators(const QStringList &fileNames);
+    void speak(const Language &language);
     void takeInstallersNote();
     WriteResult store(const QString &language) const;
     void showStored();
 
     QString m_folder;
     QString m_configPath;
-    QString m_language; ///< language word of this run
-    QString m_stored;   ///< language word of the next run
+    const Language *m_language; ///< of this run
+    QString m_stored;           ///< language word of the next run
     QVector<QTranslator *> m_translators;
     QActionGroup *m_actions;
 };

@@ -37,9 +37,9 @@ public:
     /// Shows the window in front of the others, with an open box of its own, if any.
     void bringToFront();
 
-    // See the settings for what these do. All but the first are part of the interface; nothing here
-    // calls them.
+    /// See LanguageSetting::load().
     bool loadLanguageSetting() { return m_language->load(); }
+    // Part of the interface; nothing here calls the next five. See the settings.
     WriteResult createConfigFile(const QString &word) { return m_language->createFile(word); }
     WriteResult updateConfigFile(const QString &word) { return m_language->updateFile(word); }
     WriteResult createOptionsFile(bool autoStart, bool recoveryData, bool autoHttpd)
@@ -57,9 +57,11 @@ signals:
     void globalQuit();
 
 public slots:
-    // Most slots hand over to a flow or a setting. Where that connects its buttons itself, the slot
-    // is part of the interface; nothing here calls it.
+    // Most slots hand over to a flow or a setting, which connects the buttons of its own pages.
+
+    // Part of the interface; nothing here calls it.
     void selectLocalFile() { m_import->selectFile(); }
+
     void selectHttpdService() { m_services->switchHttpd(); }
     void selectPNPServer() { m_services->switchPnp(); }
     void constructNewFile() { m_deviceFlow->openNew(); }
@@ -68,16 +70,21 @@ public slots:
     void localImport() { m_import->open(); }
     void configHttpdPortOption() { m_port->open(); }
     void showUserGuide() { m_help->showGuide(); }
+
+    // Part of the interface; nothing here calls the next three.
     void slotUseDefault(bool useDefault) { m_port->setUseDefault(useDefault); }
     void loadZhLang() { m_language->loadChinese(); }
     void loadEnLang() { m_language->loadEnglish(); }
+
     void about() { m_help->showAbout(); }
     /// Ends the program: once, however often it is called.
     void closeWindow();
     /// Opens the database. A failure is reported to the user at the end of the start.
     void createConnection();
-    /// Keeps the pointer to the store.
+    /// Keeps the pointer to the store, which nothing here reads.
     void onCreateDatabase();
+
+    // Part of the interface; nothing here calls the next nine.
     void onRemoveContact() { m_deviceFlow->markBusyUnlessSelected(); }
     void onDeleteContact() { m_deviceFlow->deleteCurrent(); }
     void selectExportPath() { m_export->selectFolder(); }
@@ -87,6 +94,7 @@ public slots:
     void ImportBegin() { m_import->begin(); }
     void ImportAbort() { m_import->close(); }
     void configHttpdPortAbort() { m_port->close(); }
+
     void restoreLanguageSetting() { m_language->storeChosen(); }
     void restoreOptions() { m_options->storeShown(); }
     bool readOptionsAndSet() { return m_options->readAndApply(); }

@@ -11,12 +11,6 @@
 
 #include <utility>
 
-namespace {
-
-const QLatin1String portPath("port.xml");
-
-} // namespace
-
 PortSetting::PortSetting(QWidget &window)
     : QObject(&window)
     , m_window(window)
@@ -34,9 +28,9 @@ void PortSetting::createDialog()
 {
     m_dialog = new PortDialog(&m_window);
     m_dialog->setWindowModality(Qt::WindowModal);
-    const HttpdPort stored = readHttpdPort(portPath);
+    const HttpdPort stored = readHttpdPort(httpdPortPath);
     // A press of OK must not keep a stored value that is neither choice.
-    if (QFile::exists(portPath) && stored.policy != HttpdPort::Policy::NoPort)
+    if (QFile::exists(httpdPortPath) && stored.policy != HttpdPort::Policy::NoPort)
         m_dialog->setStored(stored.policy == HttpdPort::Policy::Default, stored.portText);
     connect(m_dialog->useDefaultBox(), &QCheckBox::clicked, this, &PortSetting::setUseDefault);
     connect(m_dialog->okButton(), &QPushButton::clicked, this, &PortSetting::store);
@@ -69,11 +63,11 @@ void PortSetting::store()
         return;
     }
     const WriteResult stored =
-        writeHttpdPort(portPath, m_dialog->useDefault(), m_dialog->portText());
+        writeHttpdPort(httpdPortPath, m_dialog->useDefault(), m_dialog->portText());
     if (stored)
         close();
     else
-        NotWritten::tell(m_dialog, tr("Port Error"), portPath, stored);
+        NotWritten::tell(m_dialog, tr("Port Error"), httpdPortPath, stored);
 }
 
 void PortSetting::close()

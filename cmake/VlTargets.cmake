@@ -71,11 +71,13 @@ function(vl_library name)
     list(REMOVE_DUPLICATES sees)
     set_property(GLOBAL PROPERTY VL_SEEN_BY_${name} ${sees})
     list(JOIN sees "," sees)
+    # Also those of the other system.
+    file(GLOB sources CONFIGURE_DEPENDS *.cpp *.h)
     set(checked ${CMAKE_CURRENT_BINARY_DIR}/includes.checked)
     add_custom_command(OUTPUT ${checked}
         COMMAND ${CMAKE_COMMAND} -DSOURCE_DIR=${PROJECT_SOURCE_DIR} -DFOLDER=${name} -DSEES=${sees}
             -DSTAMP=${checked} -P ${PROJECT_SOURCE_DIR}/cmake/CheckIncludes.cmake
-        DEPENDS ${ARG_SOURCES} ${PROJECT_SOURCE_DIR}/cmake/CheckIncludes.cmake
+        DEPENDS ${sources} ${PROJECT_SOURCE_DIR}/cmake/CheckIncludes.cmake
         COMMENT "Checking which folders ${name} includes"
         VERBATIM)
 

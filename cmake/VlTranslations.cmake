@@ -1,6 +1,6 @@
 # The target `catalogues`: the translations that the program loads, in VL_CATALOGUE_DIR.
 #
-# zh.qm and en.qm are made from language/*.ts. Qt's own Chinese texts (dialog buttons, the file
+# Each language/*.ts makes a catalogue. Qt's own Chinese texts (dialog buttons, the file
 # dialog) come from the installed Qt: its qt_zh_CN.qm only refers to catalogues of single Qt
 # modules, and QTranslator loads it only when each of them lies beside it.
 set(VL_CATALOGUE_DIR ${CMAKE_BINARY_DIR}/catalogues)
@@ -17,8 +17,9 @@ find_file(VL_QT_CATALOGUE qt_zh_CN.qm
     NO_CMAKE_FIND_ROOT_PATH REQUIRED)
 
 set(catalogues)
-foreach(language zh en)
-    set(source ${PROJECT_SOURCE_DIR}/language/${language}.ts)
+file(GLOB sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/language/*.ts)
+foreach(source IN LISTS sources)
+    get_filename_component(language ${source} NAME_WE)
     set(catalogue ${VL_CATALOGUE_DIR}/${language}.qm)
     add_custom_command(OUTPUT ${catalogue}
         COMMAND ${CMAKE_COMMAND} -E make_directory ${VL_CATALOGUE_DIR}

@@ -12,10 +12,4 @@ public:
         : ProvisioningExport(CordlessXml)
     {
     }
-
-    /// The document itself. Any thread.
-    static QByteArray document(const ContactInfo &device)
-    {
-        return provisioningDocument(device, CordlessXml);
-    }
 };

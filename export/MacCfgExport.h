@@ -11,10 +11,4 @@ public:
         : ProvisioningExport(DeskPhoneXml)
     {
     }
-
-    /// The document itself. Any thread.
-    static QByteArray document(const ContactInfo &device)
-    {
-        return provisioningDocument(device, DeskPhoneXml);
-    }
 };

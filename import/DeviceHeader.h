@@ -30,8 +30,6 @@ public:
     HeaderType type() const { return m_type; }
     /// Why the rows below are not devices; None for a device header with a MAC column.
     ImportFault fault() const { return m_fault; }
-    /// Position in the file of each column of the standard header, -1 where the file lacks it.
-    const QVector<int> &positions() const { return m_positions; }
     /// Fills an empty device from a row of the file. A missing column leaves its field empty.
     void fill(ContactInfo &device, const std::vector<QString> &row) const;
 
@@ -40,6 +38,6 @@ public:
 
 private:
     HeaderType m_type;
-    QVector<int> m_positions;
+    QVector<int> m_positions; ///< in the file, of each standard column; -1 where it is missing
     ImportFault m_fault = ImportFault::None;
 };

@@ -28,6 +28,7 @@ public:
     virtual QString workFolder() const { return {}; }
     /// Writes the text of the file at `path` in another encoding to "tmp1.csv" in the work folder.
     /// False when a codec is unknown, the text is not in `fromEncoding` or a file fails.
+    /// Part of the interface; nothing here calls it.
     virtual bool convert(const QString &path, const QString &fromEncoding,
                          const QString &toEncoding)
     {
@@ -39,6 +40,7 @@ public:
     /// Imports the file in one go. False when it is no device list in this encoding, as fault()
     /// tells, or when the old list cannot be cleared (fault() is None then). The list is unchanged
     /// after a failure.
+    /// Part of the interface; the program imports in steps, which begin() starts.
     virtual bool import(const QString &sourcePath, const QString &encodingName)
     {
         Q_UNUSED(sourcePath)
@@ -47,6 +49,7 @@ public:
     }
     /// The codec name to import this file with: "UTF-8" or "UTF-16" when its bytes say so,
     /// otherwise legacyEncodingName(). Reads the whole file.
+    /// Part of the interface; the program learns the encoding() in steps.
     virtual QString encodingOf(const QString &sourcePath) const
     {
         Q_UNUSED(sourcePath)

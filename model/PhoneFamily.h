@@ -5,6 +5,7 @@
 #include <QString>
 
 #include <array>
+#include <string_view>
 
 /// A family of phones: how it is recognised, and how it is provisioned.
 struct PhoneFamily
@@ -23,6 +24,20 @@ constexpr std::array<PhoneFamily, 6> families = {{
     {"KTP", DeskPhoneXml, "/"},
     {"DK", CordlessXml, ""},
 }};
+
+/// Whether no word hides a later one, as the first word that occurs counts.
+constexpr bool eachFamilyCanBeFound()
+{
+    for (std::size_t later = 1; later < families.size(); ++later) {
+        for (std::size_t first = 0; first < later; ++first) {
+            if (std::string_view(families[later].word).find(families[first].word) !=
+                std::string_view::npos)
+                return false;
+        }
+    }
+    return true;
+}
+static_assert(eachFamilyCanBeFound(), "a word that contains another stands before it");
 
 /// Every other phone.
 constexpr PhoneFamily otherPhones = {"", DeskPhoneXml, ""};

@@ -270,25 +270,23 @@ void ConnectionPool::watch(Lock &lock)
     m_isWatched = false;
 }
 
-/// Waits until the thread is called. False when it was not called for so long that it may end.
+/// Waits until a thread is called. False when none was for so long that this one may end.
 bool ConnectionPool::rest(Lock &lock)
 {
+    // What the waits return does not tell: the time may end just as a call comes.
+    bool mayEnd = false;
     ++m_resting;
-    bool isCalled = false;
-    bool isExtra = false;
-    do {
-        if (m_resting <= keptThreads) {
+    while (m_called == 0 && !m_stopped && !mayEnd) {
+        // Threads may come to rest, or leave, during the wait.
+        if (m_resting <= keptThreads)
             m_call.wait(lock);
-            isCalled = true;
-        } else {
-            isCalled = m_call.wait_for(lock, restTime) == std::cv_status::no_timeout;
-        }
-        isExtra = m_resting > keptThreads; // others may have come to rest, or left
-    } while (!isCalled && !isExtra);
+        else if (m_call.wait_for(lock, restTime) == std::cv_status::timeout)
+            mayEnd = m_resting > keptThreads;
+    }
     --m_resting;
     if (m_called > 0)
         --m_called;
-    else if (!isCalled && m_line.isEmpty())
+    else if (mayEnd && m_line.isEmpty())
         return false;
     return true;
 }

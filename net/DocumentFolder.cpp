@@ -58,7 +58,7 @@ std::vector<Document> documentsIn(const QString &path)
 
 DocumentFolder::DocumentFolder(const QString &baseDir)
     : m_baseDir(baseDir)
-    , m_path(baseDir + QLatin1String("HTTPD/MACCFG"))
+    , m_path(baseDir + rootName + QLatin1String("/MACCFG"))
     , m_count(unknownCount)
 {
 }
@@ -68,7 +68,7 @@ void DocumentFolder::make() const
     if (QFileInfo::exists(m_path))
         return;
     QDir().mkpath(m_baseDir);
-    makePrivate(m_baseDir + QLatin1String("HTTPD"));
+    makePrivate(m_baseDir + rootName);
     makePrivate(m_path);
 }
 

@@ -20,7 +20,10 @@ public:
     /// The folder may hold this many documents, or four for each device, whichever is more.
     static constexpr int usualBound = 1000;
 
-    /// The folder is below `baseDir`, which ends in "/".
+    /// The tree that the folder is in.
+    static inline const QString rootName = QStringLiteral("HTTPD");
+
+    /// The tree is below `baseDir`, which ends in "/".
     explicit DocumentFolder(const QString &baseDir);
 
     QString path() const { return m_path; }

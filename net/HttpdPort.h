@@ -4,6 +4,9 @@
 
 #include <QString>
 
+/// The file of the setting, in the program's folder, which is the working directory.
+inline const QString httpdPortPath = QStringLiteral("port.xml");
+
 /// Where the administrator wants the HTTP server to listen.
 struct HttpdPort
 {

@@ -140,7 +140,7 @@ bool HttpdService::chooseCard()
 /// False when no port could be opened, or the service was stopped meanwhile.
 bool HttpdService::openPort()
 {
-    const HttpdPort setting = readHttpdPort(QStringLiteral("port.xml"));
+    const HttpdPort setting = readHttpdPort(httpdPortPath);
     switch (setting.policy) {
     case HttpdPort::Policy::Default:
         return listenOrRandom(

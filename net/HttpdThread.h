@@ -68,6 +68,7 @@ public:
 
 signals:
     /// The connection could not be taken over.
+    /// Part of the interface; nothing here connects to it.
     void error(QTcpSocket::SocketError socketError); // clazy:exclude=fully-qualified-moc-types
     /// Tells the user which file is asked for.
     void singleRequest(const QString &report);

@@ -22,11 +22,13 @@ public:
 
     /// Inserts the whole list into the store as new rows whose id is the running number, in one
     /// transaction. Deletes nothing first.
+    /// Part of the interface; nothing here calls it.
     bool save(const DeviceListSnapshot &list);
     /// The same for up to `count` devices from row `first` on.
     bool saveRows(const DeviceListSnapshot &list, int first, int count);
 
     /// Every stored record. After a failed read, none; the store's lastErrorText() is then set.
+    /// Part of the interface; the program reads the records in steps.
     QList<ContactInfo> load();
 
     /// Devices handed to the store at once: few enough for the window not to wait, and for their

@@ -6,7 +6,9 @@
 #include "model/FreeMemory.h"
 #include "model/MacAddress.h"
 #include "model/PhoneFamily.h"
+#include "net/DocumentFolder.h"
 #include "storage/DBOperator.h"
+#include "storage/DatabaseFiles.h"
 #include "storage/DatabaseLayer.h"
 #include "storage/EditedDevice.h"
 #include "storage/ImportLook.h"
@@ -26,8 +28,6 @@
 
 namespace {
 
-const QString databaseName = QStringLiteral("phonebook.db");
-const QString provisioningRoot = QStringLiteral("HTTPD");
 constexpr int retryPauseMilliseconds = 60 * 1000;
 
 } // namespace
@@ -400,9 +400,7 @@ quint64 DataMgr::listVersion() const
 
 void DataMgr::cleanUp()
 {
-    // SQLite would apply a leftover journal to the next database of this name.
-    for (const char *const part : {"", "-journal", "-wal"})
-        QFile::remove(m_directory + databaseName + QLatin1String(part));
+    removeDatabase(m_directory + databaseName);
     removeWorkFiles();
     removeDocuments();
 }
@@ -413,7 +411,7 @@ void DataMgr::removeDocuments()
     if (m_store.isElsewhere())
         return;
     if (!m_httpd.clearDocuments())
-        m_oldDocuments.remove(m_directory + provisioningRoot);
+        m_oldDocuments.remove(m_directory + DocumentFolder::rootName);
 }
 
 void DataMgr::removeWorkFiles()

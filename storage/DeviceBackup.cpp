@@ -2,6 +2,7 @@
 
 #include "model/ContactFields.h"
 #include "model/CsvField.h"
+#include "storage/DatabaseFiles.h"
 
 #include <QBuffer>
 #include <QDateTime>
@@ -11,7 +12,6 @@
 #include <QRegularExpression>
 
 #include <algorithm>
-#include <array>
 
 namespace {
 
@@ -19,11 +19,6 @@ constexpr int keptLists = 30;
 constexpr int keptDatabases = 10;
 constexpr qint64 pieceSize = qint64(1) << 20; // compared or written at once
 const QString lineEnd = QStringLiteral("\r\n");
-
-/// The endings of a database's files: the journals that its last writer may have left, which SQLite
-/// applies when it next opens the database, and the database itself. SQLite would apply a journal
-/// left behind to the next database of that name.
-constexpr std::array<const char *, 3> databaseParts = {"-journal", "-wal", ""};
 
 /// The endings of the files that exist.
 QStringList partsOf(const QString &filePath)
@@ -34,12 +29,6 @@ QStringList partsOf(const QString &filePath)
             parts.append(QLatin1String(part));
     }
     return parts;
-}
-
-void removeParts(const QString &filePath)
-{
-    for (const char *const part : databaseParts)
-        QFile::remove(filePath + QLatin1String(part));
 }
 
 /// The import refuses a file with zero bytes.
@@ -81,7 +70,7 @@ bool completed(DeviceBackup::Writing &writing)
 } // namespace
 
 DeviceBackup::DeviceBackup(const QString &directory)
-    : m_folder(directory + QLatin1String("backup"))
+    : m_folder(directory + folderName)
 {
 }
 
@@ -112,7 +101,7 @@ bool DeviceBackup::copyDatabase(const QString &filePath)
     const QString copy = freePath(kind);
     for (const QString &part : parts) {
         if (!took(copyFile(filePath + part, copy + part))) {
-            removeParts(copy);
+            removeDatabase(copy);
             return false;
         }
     }
@@ -127,7 +116,7 @@ void DeviceBackup::settle(const QString &path, const Kind &kind)
     QStringList others = namesOf(kind);
     others.removeOne(QFileInfo(path).fileName());
     while (others.size() >= kind.kept)
-        removeParts(m_folder + QLatin1Char('/') + others.takeLast());
+        removeDatabase(m_folder + QLatin1Char('/') + others.takeLast());
 }
 
 DeviceBackup::Writing::Writing(DeviceBackup &backup, std::unique_ptr<QIODevice> content,

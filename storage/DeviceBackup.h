@@ -18,7 +18,9 @@
 class DeviceBackup
 {
 public:
-    /// Backups go to the folder "backup" in `directory`, which ends in "/".
+    static inline const QString folderName = QStringLiteral("backup");
+
+    /// The folder is in `directory`, which ends in "/".
     explicit DeviceBackup(const QString &directory);
 
     /// Writes the devices to a new file named after the present time, and removes all but the

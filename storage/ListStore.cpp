@@ -1,6 +1,7 @@
 #include "storage/ListStore.h"
 
 #include "storage/DBOperator.h"
+#include "storage/DatabaseFiles.h"
 #include "storage/LongList.h"
 #include "storage/ScopedTransaction.h"
 
@@ -8,7 +9,7 @@
 
 namespace {
 
-const QString lockName = QStringLiteral("phonebook.db.lock");
+const QString lockName = databaseName + QLatin1String(".lock");
 constexpr int rowsReadAtOnce = 200;
 constexpr int rowsDeletedAtOnce = 1000;
 

@@ -39,7 +39,7 @@ ListSource::Step MergedDevices::step()
         const int row = m_list.rowOfMac(device.mac);
         if (!isAnswered() && row >= 0) {
             // No device before the first listed one was listed, so the rest tells of all.
-            if (!std::exchange(m_asked, true))
+            if (!m_severalListed)
                 m_severalListed = areSeveralListed();
             return Step::Ask;
         }

@@ -20,7 +20,7 @@ public:
     Step step() override;
     DeviceList &list() override { return m_list; }
     QString listedMac() const override;
-    bool hasSeveralListed() const override { return m_severalListed; }
+    bool hasSeveralListed() const override { return m_severalListed.value_or(false); }
     void answer(DuplicateAnswer answer) override;
     bool hasChanged() const override { return m_changed; }
 
@@ -44,7 +44,6 @@ private:
     QList<ContactInfo> m_devices;
     int m_next = 0;
     bool m_changed = false;
-    bool m_severalListed = false; ///< among all devices; known from the first question on
-    bool m_asked = false;
+    std::optional<bool> m_severalListed; ///< among all devices; known from the first question on
     std::optional<DuplicateAnswer> m_answerForAll;
 };

@@ -1,10 +1,15 @@
 #pragma once
 
+#include "model/ContactFields.h"
+
 #include <QString>
 
 /// The statements of the store. Columns are in the order of contactTableFields(), but for those of
 /// selectAll, which follow contactFields().
 namespace Sql {
+static_assert(contactFieldCount == 24, "contact1 has 24 texts for good: a later one goes into a "
+                                       "table of its own, as CONTRIBUTING.md explains");
+
 // In KiB. A full cache writes finished pages of a long list before the commit, which is then short.
 // The smaller default cache would also write pages that still change.
 inline const QString useLargeCache = QStringLiteral("pragma cache_size=-8192");

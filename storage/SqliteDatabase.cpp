@@ -3,6 +3,7 @@
 #include "model/ContactFields.h"
 #include "model/DebugLog.h"
 #include "model/WholeFile.h"
+#include "storage/DatabaseFiles.h"
 #include "storage/RowInserter.h"
 #include "storage/ScopedTransaction.h"
 #include "storage/SqlStatements.h"
@@ -21,7 +22,6 @@
 
 namespace {
 
-const QString fileName = QStringLiteral("phonebook.db");
 const QString contactTable = QStringLiteral("contact1");
 
 /// All texts, the id and the flag.
@@ -410,7 +410,7 @@ void SqliteDatabase::rollbackTransaction()
 
 QString SqliteDatabase::filePath() const
 {
-    return m_directory + fileName;
+    return m_directory + databaseName;
 }
 
 int SqliteDatabase::countContacts()

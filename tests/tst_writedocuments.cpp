@@ -1,8 +1,7 @@
 // The program itself, started with --write-documents in a folder of its own, without a screen.
 #include "DataSide.h"
 #include "HttpPhone.h"
-#include "export/DkCfgExport.h"
-#include "export/MacCfgExport.h"
+#include "export/ProvisioningDocument.h"
 
 #include <QProcess>
 #include <QTcpServer>
@@ -119,8 +118,8 @@ void TestWriteDocuments::writesWhatPhonesAskFor()
     QCOMPARE(first.error, QStringLiteral("Devices without a document of their own: 2\n"
                                          "  3: an earlier device has the MAC \"0200-a700-0001\"\n"
                                          "  4: \"b.mac\" is no MAC\n"));
-    QCOMPARE(document(1), MacCfgExport::document(desk));
-    QCOMPARE(document(2), DkCfgExport::document(cordless));
+    QCOMPARE(document(1), provisioningDocument(desk, DeskPhoneXml));
+    QCOMPARE(document(2), provisioningDocument(cordless, CordlessXml));
     QCOMPARE(QDir(at(documents)).entryList(QDir::Files | QDir::Hidden).size(), 2);
     QCOMPARE(fileContent(databasePath()), stored);
     QCOMPARE(QDir(folder()).entryList(QDir::AllEntries | QDir::Hidden), files);

@@ -33,6 +33,7 @@ constexpr std::array<Share, ContactModel::ColumnCount> shares = {{
     {48, 0},  // Detail
     {48, 0},  // Delete
 }};
+static_assert(shares.back().minimum > 0, "each column has a share");
 
 /// As narrow as the margins of a cell, so that the words of a large font fit the smallest window.
 constexpr int headerMargins = textMargin + 2;

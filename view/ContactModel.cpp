@@ -139,7 +139,7 @@ void ContactModel::refresh()
         endRemoveRows();
     } else if (gone == come && (gone == 1 || head + tail > 0)) {
         adopt(fresh, head, tail);
-        emit dataChanged(index(head, Number), index(head + come - 1, Department),
+        emit dataChanged(index(head, Number), index(head + come - 1, Detail - 1),
                          {Qt::DisplayRole});
     } else {
         announceReset();

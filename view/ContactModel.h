@@ -65,7 +65,7 @@ public:
     bool removeRows(int row, int count, const QModelIndex &parent = QModelIndex()) override;
 
     /// Stores the display setting and resets the model to the present list.
-    /// Part of the interface; nothing here calls it.
+    /// Part of the interface; nothing here calls this or the next one.
     void resetModel(bool displaySetting);
     bool displaySetting() const { return m_displaySetting; }
 

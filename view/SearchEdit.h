@@ -1,16 +1,18 @@
 #pragma once
 
+#include "view/ContactModel.h"
+
 #include <QIcon>
 #include <QLineEdit>
 
-/// A search box over one column of the device list.
+/// A search box over one text column of the device list.
 class SearchEdit : public QLineEdit
 {
     Q_OBJECT
 
 public:
-    /// How many boxes there are; their indices count from 0.
-    static constexpr int boxCount = 9;
+    /// One box for each text column; their indices count from 0.
+    static constexpr int boxCount = ContactModel::Detail;
 
     explicit SearchEdit(int index, QWidget *parent = nullptr);
 

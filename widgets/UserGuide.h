@@ -28,11 +28,10 @@ public:
     void fitInto(const QRect &room);
 
     const QVector<GuidePage> &pages() const { return m_pages; }
-    /// Index of the open page, from 0.
-    int currentPage() const { return m_current; }
 
 signals:
     /// The user has closed the window.
+    /// Part of the interface; nothing here connects to it.
     void closeClicked();
 
 public slots:

@@ -16,11 +16,11 @@ import sys
 import tempfile
 import xml.etree.ElementTree as ElementTree
 from pathlib import Path
+from typing import Callable, NamedTuple
 
 ROOT = Path(__file__).resolve().parents[2]
 LANGUAGE_FOLDER = ROOT / "language"
 NOT_THE_PROGRAM = {"tests", "bench", "fuzz", "packaging"}
-LANGUAGES = {"en.ts": "en", "zh.ts": "zh_CN"}
 
 # Names and terms that Chinese software writes in Latin letters as well.
 LATIN_TERMS = set("""
@@ -52,7 +52,7 @@ def program_folders():
 def run_lupdate(ts_file, *options):
     """Merges the sources' texts into one .ts file; returns lupdate's complaints."""
     command = [lupdate_command(), "-silent", "-locations", "none", "-source-language", "en",
-               "-target-language", LANGUAGES[ts_file.name], *options]
+               "-target-language", LANGUAGES[ts_file.name].locale, *options]
     # A translation guessed from a similar text looks finished and is not.
     for guess in ("sametext", "similartext", "number"):
         command += ["-disable-heuristic", guess]
@@ -80,7 +80,7 @@ def faults_of_english(source, text):
     return [] if text == source else ["differs from the source"]
 
 
-def faults_of_chinese(source, text):
+def faults_of_translation(source, text):
     faults = []
     if sorted(PLACE_MARKER.findall(text)) != sorted(PLACE_MARKER.findall(source)):
         faults.append("other place markers than the source")
@@ -88,6 +88,11 @@ def faults_of_chinese(source, text):
         faults.append("another file filter than the source")
     if TAG.findall(text) != TAG.findall(source):
         faults.append("other markup than the source")
+    return faults
+
+
+def faults_of_chinese(source, text):
+    faults = faults_of_translation(source, text)
     has_mnemonic = "&" in source.replace("&&", "")
     if has_mnemonic != bool(CHINESE_MNEMONIC.search(text)) or text.count("&") > 1:
         faults.append('a mnemonic stands at the end, as "(&X)", where the source has one')
@@ -100,10 +105,19 @@ def faults_of_chinese(source, text):
     return faults
 
 
+class Language(NamedTuple):
+    locale: str
+    faults_of: Callable  # (source, text) -> the faults of one translation
+
+
+LANGUAGES = {"en.ts": Language("en", faults_of_english),
+             "zh.ts": Language("zh_CN", faults_of_chinese)}
+
+
 def check_file(ts_file, scratch):
     """The faults of one .ts file, one line each."""
     present = read_messages(ts_file)
-    faults_of = faults_of_english if ts_file.name == "en.ts" else faults_of_chinese
+    faults_of = LANGUAGES[ts_file.name].faults_of
     fresh = scratch / ts_file.name
     shutil.copy(ts_file, fresh)
     findings = [("lupdate", complaint) for complaint in run_lupdate(fresh)]
