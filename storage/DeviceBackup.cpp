@@ -115,6 +115,16 @@ void DeviceBackup::settle(const QString &path, const Kind &kind)
     m_lastPath = path;
     QStringList others = namesOf(kind);
     others.removeOne(QFileInfo(path).fileName());
+    // The order stays that of the making, also after the clock was set back. Some file systems keep
+    // times to two seconds.
+    QDateTime time = QDateTime::currentDateTime();
+    if (!others.isEmpty()) {
+        const QFileInfo newest(m_folder + QLatin1Char('/') + others.first());
+        time = std::max(time, newest.lastModified().addSecs(2));
+    }
+    QFile file(path);
+    if (file.open(QIODevice::ReadWrite))
+        file.setFileTime(time, QFileDevice::FileModificationTime);
     while (others.size() >= kind.kept)
         removeDatabase(m_folder + QLatin1Char('/') + others.takeLast());
 }
@@ -145,7 +155,7 @@ DeviceBackup::Writing::Step DeviceBackup::Writing::step()
     return Step::Failed;
 }
 
-/// Compares with one file. A file with the same contents becomes the newest instead.
+/// Compares with one file. A file with the same contents becomes the newest, and nothing is written.
 DeviceBackup::Writing::Step DeviceBackup::Writing::compare()
 {
     if (m_names.isEmpty()) {
@@ -161,9 +171,6 @@ DeviceBackup::Writing::Step DeviceBackup::Writing::compare()
     // With a journal beside it, the same file is a different database.
     if (partsOf(path).size() > 1 || !holds(path, *m_content))
         return Step::More;
-    QFile file(path);
-    if (file.open(QIODevice::ReadWrite))
-        file.setFileTime(QDateTime::currentDateTime(), QFileDevice::FileModificationTime);
     m_backup.settle(path, m_kind);
     return Step::Done;
 }
@@ -259,7 +266,7 @@ QString DeviceBackup::freePath(const Kind &kind) const
     return path;
 }
 
-/// Newest first, unless the clock was set back. Leaves out the user's own files in the folder.
+/// Newest first. Leaves out the user's own files in the folder.
 QStringList DeviceBackup::namesOf(const Kind &kind) const
 {
     const QRegularExpression pattern(

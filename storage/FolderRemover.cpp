@@ -25,15 +25,23 @@ void FolderRemover::remove(const QString &path)
         QFile::remove(path);
         return;
     }
-    // Renamed first, so that new files under this path do not interfere. Folders that an earlier
-    // removal left are removed as well.
-    QString old = path + oldSuffix;
-    for (int i = 2; QFileInfo::exists(old); ++i) {
-        m_folders.append(old);
-        old = path + oldSuffix + QString::number(i);
-    }
+    // Renamed first, so that new files under this path do not interfere.
+    const QString old = removeLeft(path);
     m_folders.append(QDir().rename(path, old) ? old : path);
     m_turn.start(0);
+}
+
+QString FolderRemover::removeLeft(const QString &path)
+{
+    QString old = path + oldSuffix;
+    for (int i = 2; QFileInfo::exists(old); ++i) {
+        if (!m_folders.contains(old))
+            m_folders.append(old);
+        old = path + oldSuffix + QString::number(i);
+    }
+    if (!m_folders.isEmpty())
+        m_turn.start(0);
+    return old;
 }
 
 void FolderRemover::removeSome()

@@ -18,6 +18,9 @@ public:
     /// is free when this returns; a folder's contents are then removed in slices. Ignores what
     /// cannot be removed.
     void remove(const QString &path);
+    /// Removes what earlier removals of this path left, as the program ended before they did.
+    /// Returns the path to which the next removal renames it.
+    QString removeLeft(const QString &path);
 
 private:
     void removeSome();

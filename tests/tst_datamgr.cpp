@@ -55,6 +55,7 @@ private slots:
     void programEndsDuringAQuestion();
     void fiftyStepsAreKept();
     void deleteAllKeepsABackup();
+    void newestThirtyBackupsStay_data() { addRows({"right clock", "clock set back"}); }
     void newestThirtyBackupsStay();
     void databasesInTheBackups();
     void refusedBackupStopsTheJob_data() { addRows({"delete all", "import"}); }
@@ -264,7 +265,8 @@ void TestDataMgr::deleteAllKeepsABackup()
 void TestDataMgr::newestThirtyBackupsStay()
 {
     QVERIFY(QDir(folder()).mkdir(u"backup"_s));
-    const QDateTime start(QDate(2020, 1, 1), QTime(12, 0));
+    const bool setBack = QTest::currentDataTag() == "clock set back"_s;
+    const QDateTime start(QDate(setBack ? 2090 : 2020, 1, 1), QTime(12, 0));
     const auto make = [this](const QString &name, const QDateTime &time) {
         QFile file(writeFile(backupPath(name)));
         QVERIFY(file.open(QIODevice::ReadWrite));
@@ -277,7 +279,7 @@ void TestDataMgr::newestThirtyBackupsStay()
     }
     left = left.mid(12); // ten more than thirty, one for the new one and one from a wrong clock
     left += {u"devices-20990101-000000.csv"_s, u"devices-mine.csv"_s, u"notes.txt"_s};
-    make(left.at(28), QDateTime::currentDateTime().addYears(9));
+    make(left.at(28), start.addYears(99));
     make(left.at(29), start); // the user's own
     make(left.at(30), start);
 
@@ -288,6 +290,9 @@ void TestDataMgr::newestThirtyBackupsStay()
         QVERIFY2(added.removeOne(name), qPrintable(name));
     QCOMPARE(added.size(), 1);
     QCOMPARE(backup(added.first()), backupText(stampedDevices("a")));
+    run.mgr.insertContactNode(stampedDevice(u"b"_s));
+    QVERIFY(run.deleteAll());
+    QVERIFY(backups().contains(added.first()));
 }
 
 void TestDataMgr::databasesInTheBackups()
