@@ -37,8 +37,8 @@ public:
     void addBatch(const QList<ContactInfo> &contacts);
     /// Replaces the device with which the dialog was opened by the edited one.
     void update(const ContactInfo &contact);
-    /// Shows the dialog again as it was typed, after a job of this kind left the list unchanged.
-    /// Does nothing if a dialog was opened since.
+    /// Shows the dialog again with its input, after a job of this kind left the list unchanged.
+    /// Does nothing if another dialog was opened meanwhile.
     void bringBack(ListJob::Kind kind);
 
     /// Deletes the device of this row without a question.
@@ -53,8 +53,8 @@ public:
 private:
     /// The input that the dialogs hold.
     enum class Typed {
-        HandedOver, ///< what was handed over last, also after the dialog has closed
-        Since       ///< something else: a dialog was opened since
+        HandedOver, ///< the input handed over last, also after the dialog has closed
+        Since       ///< the input of a dialog opened after the hand-over
     };
 
     void createDialogs();

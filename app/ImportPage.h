@@ -17,7 +17,8 @@ class ImportPage : public PathPage
 public:
     explicit ImportPage(QWidget *parent);
 
-    /// State of the "Clear list" box. If it is checked, the import keeps the present list.
+    /// State of the box "Clear list". Despite the label, an import with a checked box keeps the
+    /// present list and adds to it.
     bool clearList() const;
 
     /// Shows what is known of the file.

@@ -205,14 +205,14 @@ int ConnectionPool::callForErrand()
     const std::lock_guard<std::mutex> guard(m_mutex);
     m_hasErrand = !m_stopped;
     if (m_stopped || m_working + m_starting + m_called > 0)
-        return 0; // a thread comes by
+        return 0; // a working or called thread does the errand
     if (m_resting > 0) {
         ++m_called;
         m_call.notify_one();
         return 0;
     }
     if (m_alive == m_limit)
-        return 0; // the one at the entrance comes by
+        return 0; // a waiting thread does it after its wait
     ++m_starting;
     ++m_alive;
     return 1;

@@ -22,7 +22,8 @@ constexpr qint64 descriptorsElsewhere = 256;
 /// Connections that the system holds until they are accepted.
 constexpr int backlog = 2048;
 
-/// Milliseconds for which reports are gathered: short for the eye, long for the event loop.
+/// Milliseconds for which reports are gathered: too short for a user to notice, long enough to
+/// spare the event loop.
 constexpr int reportInterval = 100;
 
 /// The most reports kept while the GUI thread is busy; far more than anybody could read.

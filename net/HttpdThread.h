@@ -76,6 +76,7 @@ signals:
 public slots:
     /// Reads the request from the socket, reports and answers it. The connection's own thread.
     void getMessage();
+    /// Closes the connection once all is sent; ignores `bytes`. The connection's own thread.
     void disCurrentSocket(qint64 bytes);
 
 protected:

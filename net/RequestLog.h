@@ -56,7 +56,7 @@ private:
     Work m_work = Work::None;
     bool m_isOn = false;
 
-    RequestLogFile m_file;    ///< the thread's while it runs
-    bool m_hasFailed = false; ///< the same
+    RequestLogFile m_file;    ///< the log thread's while it runs
+    bool m_hasFailed = false; ///< the log thread's while it runs
     std::thread m_thread;
 };

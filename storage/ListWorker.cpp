@@ -94,7 +94,7 @@ void ListWorker::catchUp()
 
 void ListWorker::finish()
 {
-    const int slice = std::exchange(m_slice, -1); // forever
+    const int slice = std::exchange(m_slice, -1); // no limit
     m_turn.stop();
     while (m_phase == Phase::Working || (m_phase == Phase::Idle && !m_waiting.empty()))
         turn();
