@@ -18,7 +18,7 @@ using Clock = std::chrono::steady_clock;
 
 constexpr int loadThreads = 2;
 
-/// Loopback answers far sooner; a server that is silent for so long has failed.
+/// Any answer over loopback comes far sooner; a server that is silent for this long has failed.
 constexpr int patienceMs = 20000;
 
 double secondsSince(Clock::time_point start)
@@ -44,13 +44,13 @@ int connectTo(std::uint16_t port, int host = 0)
 {
     const int connection = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
     if (host != 0) {
-        const int later = 1; // the port is chosen with the connection
+        const int later = 1; // connect() chooses the port
         ::setsockopt(connection, IPPROTO_IP, IP_BIND_ADDRESS_NO_PORT, &later, sizeof later);
         const sockaddr own = address(host, 0);
         ::bind(connection, &own, sizeof own);
     }
     const sockaddr server = address(1, port);
-    ::connect(connection, &server, sizeof server); // a failure shows at the first use
+    ::connect(connection, &server, sizeof server); // the first use of the socket reports a failure
     return connection;
 }
 
@@ -82,7 +82,7 @@ public:
             const int count =
                 ::epoll_wait(m_epoll, events.data(), static_cast<int>(events.size()), patienceMs);
             if (count == 0)
-                break; // the server has forgotten those that are left
+                break; // the server does not answer the remaining phones
             for (int i = 0; i < count; ++i)
                 proceed(*static_cast<Phone *>(events.at(static_cast<std::size_t>(i)).data.ptr));
         }

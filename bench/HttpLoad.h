@@ -5,17 +5,17 @@
 #include <cstdint>
 #include <vector>
 
-/// What a phone asks for, and how the right document is recognised.
+/// A phone's request, and what identifies the right document.
 struct LoadRequest
 {
     QByteArray bytes;
     QByteArray mark; ///< occurs only in this phone's document
-    int host = 0;    ///< the phone's address is 127.0.0.0 plus this; 0: the system's choice
+    int host = 0;    ///< the phone's address is 127.0.0.0 plus this; 0: the system chooses
 };
 
 struct LoadResult
 {
-    qint64 answers = 0; ///< whole and right
+    qint64 answers = 0; ///< whole and correct
     qint64 faults = 0;  ///< cut off, wrong or missing
     double seconds = 0;
     double longest = 0; ///< from the connection to the end of the slowest answer, in seconds
@@ -29,8 +29,8 @@ struct LoadResult
 LoadResult playPhones(std::uint16_t port, const std::vector<LoadRequest> &requests, int atOnce,
                       double seconds = 0);
 
-/// Opens connections that send nothing, and keeps them until it is destroyed. Does not open
-/// connections again that the server has closed.
+/// Opens connections that send nothing, and keeps them until it is destroyed. Does not reopen
+/// connections that the server has closed.
 class IdleConnections
 {
 public:

@@ -7,7 +7,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-/// A device list in a file below the folder `parent`; ends the program when it cannot be written.
+/// A device list in a file in the folder `parent`. Ends the program if the file cannot be written.
 class ListFile
 {
 public:

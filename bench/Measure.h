@@ -38,8 +38,8 @@ private:
     std::vector<qint64> m_nanoseconds;
 };
 
-/// A timer event that is due every millisecond: the time between two is how long the window would
-/// have stood still.
+/// Has a timer event that is due every millisecond. The time between two of them is the time for
+/// which the window would have been blocked.
 class Pulse : public QObject
 {
 public:
@@ -62,7 +62,7 @@ private:
     double m_longest = 0;
 };
 
-/// The device of this number, filled like a real one.
+/// The device of this number, with realistic values.
 inline ContactInfo benchDevice(int number)
 {
     const QString digits = QStringLiteral("%1").arg(number, 6, 16, QLatin1Char('0'));

@@ -1,10 +1,10 @@
-// Compares the HTTP service with nginx, which serves the same files: phones ask each in turn, round
-// by round, so that other load on the machine hits both alike.
-//   bench_http [FOLDER [SECONDS [log]]]     FOLDER decides which disk is measured, SECONDS how long
-//   a round is; "log" measures only the cost of the request log
+// Compares the HTTP service with nginx, which serves the same files. Phones ask both in turn, round
+// by round, so that other load on the machine affects both alike.
+//   bench_http [FOLDER [SECONDS [log]]]     FOLDER chooses the disk, SECONDS is the length of a
+//   round; "log" measures only the cost of the request log
 //
-// The service runs as in the program, with the report box on an offscreen display, in a process of
-// its own.
+// The service runs in its own process, as in the program, with the report box on an offscreen
+// display.
 #include "HttpLoad.h"
 #include "Measure.h"
 #include "app/ReportBox.h"
@@ -41,11 +41,11 @@ constexpr int storms = 10;
 constexpr int idleConnections = 1000;
 constexpr int logRounds = 9;
 
-/// What the process of the service reports.
+/// A report by the process of the service.
 struct Report
 {
     std::uint16_t port = 0;
-    int silenceMs = 0; ///< longest time for which its event loop did nothing, since the last report
+    int silenceMs = 0; ///< longest gap between two timer events since the last report
     qint64 memoryKiB = 0;
 };
 
@@ -57,7 +57,7 @@ qint64 memoryKiB()
     return file.readAll().split(' ').value(1).toLongLong() * ::sysconf(_SC_PAGESIZE) / 1024;
 }
 
-/// Processor time that a process and its children have used so far, in seconds.
+/// The processor time that a process and its children have used so far, in seconds.
 double processorTime(qint64 process)
 {
     const QString folder = QStringLiteral("/proc/%1/").arg(process);
@@ -76,8 +76,8 @@ double processorTime(qint64 process)
     return time;
 }
 
-/// The process of the service: answers each byte of its input by a report, and ends with the input.
-/// `isLogged` adds the request log, and all that the window shows of a request's end.
+/// The process of the service. Answers each byte of its input with a report, and ends with the
+/// input. `isLogged` adds the request log and all that the window shows of a request's end.
 int serve(const QString &path, int devices, bool isLogged)
 {
     DBOperator dbOperator(path);
@@ -121,7 +121,7 @@ int serve(const QString &path, int devices, bool isLogged)
     return QCoreApplication::exec();
 }
 
-/// The service, from its start to its end.
+/// Runs the service in a process of its own.
 class Service
 {
 public:
@@ -140,7 +140,7 @@ public:
     Service(const Service &) = delete;
     Service &operator=(const Service &) = delete;
 
-    /// Asks for a report; waits until the service runs.
+    /// Asks for a report and waits for it.
     Report report()
     {
         m_process.write("?");
@@ -158,7 +158,7 @@ private:
     QProcess m_process;
 };
 
-/// nginx serving a folder of documents, configured as simply as possible, with a process a core.
+/// nginx, minimally configured, with one process for each core, serving a folder of documents.
 class Nginx
 {
 public:
@@ -208,7 +208,7 @@ private:
     std::uint16_t m_port = 0;
 };
 
-/// The requests of the phones of `count` devices, spread over a list of `listed`.
+/// The requests of `count` phones, whose devices are spread over a list of `listed` devices.
 std::vector<LoadRequest> phones(int count, int listed)
 {
     std::vector<LoadRequest> requests;
@@ -235,14 +235,14 @@ void tellFaults(const char *who, const LoadResult &result)
                     static_cast<long long>(result.faults + result.answers));
 }
 
-/// Compares the answers a second of the service and of nginx.
+/// Compares the answers per second of the service and of nginx.
 void compareRates(const char *what, Service &service, const Nginx &nginx,
                   const std::vector<LoadRequest> &requests, double seconds)
 {
     const std::uint16_t port = service.report().port;
     std::vector<double> ours;
     std::vector<double> theirs;
-    std::vector<double> ownTime; // processor time for an answer
+    std::vector<double> ownTime; // processor time for each answer
     std::vector<double> otherTime;
     for (int round = 0; round < rounds; ++round) {
         const double ownBefore = processorTime(service.process());
@@ -279,8 +279,8 @@ void compareStorms(const QString &folder)
 
     std::vector<double> missing;
     for (int round = 0; round < rounds; ++round) {
-        // Put aside, not removed: some file systems are slow to create files where many have just
-        // been removed.
+        // The documents are moved, not removed: some file systems are slow to create files in a
+        // folder from which many have just been removed.
         if (!QDir().rename(documents, path + QString::number(round)))
             qFatal("the documents cannot be put aside");
         const LoadResult result = playPhones(port, requests, stormClients);
@@ -318,7 +318,7 @@ void compareLists(const QString &folder, int devices, const char *what, double s
     QDir().mkpath(path);
     Service service(path, devices);
     const std::vector<LoadRequest> requests = phones(askedDevices, devices);
-    playPhones(service.report().port, requests, clients); // has the documents made
+    playPhones(service.report().port, requests, clients); // makes the service write the documents
     const Nginx nginx(folder, path + QStringLiteral("HTTPD/MACCFG"));
     service.report();
     compareRates(what, service, nginx, requests, seconds);
@@ -326,14 +326,14 @@ void compareLists(const QString &folder, int devices, const char *what, double s
         return;
     const IdleConnections idleHere(service.report().port, idleConnections);
     const IdleConnections idleThere(nginx.port(), idleConnections);
-    QThread::sleep(3); // until connections without room have been turned away
+    QThread::sleep(3); // by then, connections without room have been closed
     compareRates("the same beside idle connections", service, nginx, requests, seconds);
     std::printf("    of %d idle ones opened, ours holds %d and nginx %d\n", idleConnections,
                 idleHere.standing(), idleThere.standing());
 }
 
-/// Answers a second with and without the request log, in turn: with all phones on one host, which
-/// soon gets summary rows only, and with each phone on its own host, which gets a row for each.
+/// Compares the answers per second with and without the request log. First all phones are on one
+/// host, which soon gets only summary rows; then each phone has its own host and its own rows.
 void compareLogs(const QString &folder, double seconds)
 {
     const QString path = folder + QStringLiteral("/log%1/");
@@ -347,7 +347,7 @@ void compareLogs(const QString &folder, double seconds)
             requests[i].host = static_cast<int>(i) + 1;
         std::vector<double> rates[2];
         std::vector<double> ratios;
-        playPhones(without.report().port, requests, clients); // has the documents made
+        playPhones(without.report().port, requests, clients); // writes the documents
         playPhones(with.report().port, requests, clients);
         for (int round = 0; round < logRounds; ++round) {
             const LoadResult plain = playPhones(without.report().port, requests, clients, seconds);

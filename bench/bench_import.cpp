@@ -1,6 +1,6 @@
-// Measures an import, from the file to the saved list, beside the sqlite3 shell's import of the
-// same file into the same table.
-//   bench_import [devices [rounds [folder]]]      the folder decides which disk is measured
+// Measures an import, from the file to the saved list, and the sqlite3 shell's import of the same
+// file into the same table.
+//   bench_import [devices [rounds [folder]]]      the folder chooses the disk
 #include "ListFile.h"
 #include "Measure.h"
 #include "storage/DBOperator.h"
@@ -22,8 +22,8 @@
 
 namespace {
 
-/// Processor seconds spent on this program or on those that it started. Unlike the elapsed time,
-/// other load on the machine does not lengthen them.
+/// The processor seconds of this program or of those that it started. Unlike elapsed time, they do
+/// not grow with other load on the machine.
 double processorTime(__rusage_who_t whose)
 {
     rusage usage = {};
@@ -34,7 +34,7 @@ double processorTime(__rusage_who_t whose)
 
 struct Cost
 {
-    /// Calls `work` and adds its cost, either to this program or to those that it started.
+    /// Calls `work` and adds its cost; `whose` says which processes spend the processor time.
     template <typename Work>
     void measure(__rusage_who_t whose, Work &&work)
     {
@@ -47,7 +47,7 @@ struct Cost
     double processor = 0;
 };
 
-/// Imports as the program does; returns the longest time without an event, in milliseconds.
+/// Imports as the program does. Returns the longest time without an event, in milliseconds.
 double importInProgram(const QString &list, const QString &parent, int count, Cost &cost)
 {
     const QTemporaryDir folder(parent + QStringLiteral("/bench-XXXXXX"));
@@ -64,15 +64,15 @@ double importInProgram(const QString &list, const QString &parent, int count, Co
         if (!mgr.worker().isIdle())
             loop.exec();
     });
-    QCoreApplication::processEvents(); // the last gap ends with an event, too
+    QCoreApplication::processEvents(); // an event ends the last gap too
     if (!mgr.isSaved() || mgr.database()->countContacts() != count)
         std::printf("the import failed\n");
     mgr.close();
     return pulse.longestGap();
 }
 
-/// How long the window stands still while the program looks at the file ahead of the import, with
-/// an empty list and with one of as many devices.
+/// Measures how long the window is blocked while the program looks at the file before the import,
+/// with an empty list and with a list of `count` devices.
 void lookAhead(const QString &list, const QString &parent, int count)
 {
     const QTemporaryDir folder(parent + QStringLiteral("/bench-XXXXXX"));
@@ -100,7 +100,7 @@ void lookAhead(const QString &list, const QString &parent, int count)
     }
 }
 
-/// The shell warns of every line that it lacks two columns of the table; the warnings are dropped.
+/// The shell warns of each line, which lacks two columns of the table; the warnings are dropped.
 void importInShell(const QString &list, const QString &parent, int count, Cost &cost)
 {
     const QTemporaryDir folder(parent + QStringLiteral("/bench-XXXXXX"));
@@ -142,7 +142,7 @@ int main(int argc, char *argv[])
     Cost program;
     Cost shell;
     double gap = 0;
-    // In turn, so that both meet the same disk and the same load on the machine.
+    // They take turns, so that the disk and other load on the machine affect both alike.
     for (int round = 0; round < rounds; ++round) {
         gap = std::max(gap, importInProgram(list, parent, count, program));
         if (hasShell)

@@ -1,7 +1,8 @@
-// Measures how long a long list makes the user wait in the real window: for a batch from the
-// dialog, a key in that dialog or in a search box, a change, the start. And the memory it takes.
-//   bench_list [folder]         the folder decides which disk is measured
-// Without a display: QT_QPA_PLATFORM=offscreen. With one, painting on it is measured as well.
+// Measures in the real window how long a user with a long list waits for a batch from the dialog, a
+// key in that dialog or in a search box, a change and the start. Also measures the memory of the
+// list.
+//   bench_list [folder]         the folder chooses the disk
+// Without a display, set QT_QPA_PLATFORM=offscreen. With one, the times include painting on it.
 #include "ListFile.h"
 #include "Measure.h"
 #include "app/Appearance.h"
@@ -29,7 +30,7 @@
 
 namespace {
 
-/// The program in a folder of its own; it loads what it shows from beside its executable.
+/// The program with its data in a folder of its own, and its resources beside the executable.
 class Program
 {
 public:
@@ -56,7 +57,7 @@ public:
         QTest::keyClick(window.get(), Qt::Key_Shift);
         QCoreApplication::processEvents();
     }
-    /// Starts the program and waits for all of the list.
+    /// Starts the program and waits for the whole list.
     void start()
     {
         open();
@@ -87,7 +88,7 @@ public:
     std::unique_ptr<MainWindow> window;
 };
 
-/// Notes when a view is first painted with at least so many rows.
+/// Notes when a view is first painted with at least this many rows.
 class FirstPaint : public QObject
 {
 public:
@@ -146,7 +147,7 @@ void measureBatch(const QString &parent, int listed, int count)
                 listed, count, longest, batches.median() / 1000);
 }
 
-/// A key in the batch dialog while it previews `listed` devices, all of them in the list.
+/// Measures a key in the batch dialog while it previews `listed` devices, all of them in the list.
 void measureTyping(const QString &parent, int listed)
 {
     Program program(parent);
@@ -180,7 +181,7 @@ void measureTyping(const QString &parent, int listed)
                 qPrintable(dialog->findChild<QLabel *>(QStringLiteral("batchPreview"))->text()));
 }
 
-/// Changes of a single device in a long list: how long the window stands still, and how long it
+/// Changes single devices in a long list. Measures how long the window is blocked, and how long it
 /// takes until the list is saved.
 void measureChanges(const QString &parent, int listed)
 {
@@ -298,7 +299,7 @@ void measureLongTexts(const QString &parent, int characters)
                 characters, paints.median() / 1000, paints.quantile(1) / 1000);
 }
 
-/// Returns milliseconds from nothing to the window that answers keys.
+/// Returns the milliseconds from the start of the program until its window answers keys.
 double measureStarts(const QString &parent, int stored)
 {
     Program program(parent);
@@ -323,7 +324,7 @@ double measureStarts(const QString &parent, int stored)
     return usable.median() / 1000;
 }
 
-/// The memory that the process holds and could not give back; 0 where the system does not tell.
+/// The memory that the process cannot give back; 0 where the system has no such number.
 qint64 bytesHeld()
 {
     giveBackFreeMemory();
@@ -347,7 +348,7 @@ void measureMemory(const QString &parent, int stored)
                 stored, static_cast<long long>((bytesHeld() - without) / stored));
 }
 
-/// The cost of undoing the deletion of all devices, and of keeping fifty small changes.
+/// Measures undo and redo of Delete All, and the memory that fifty small changes hold.
 void measureUndo(const QString &parent, int listed)
 {
     Program program(parent);

@@ -1,5 +1,5 @@
 // Measures a save, a load, a snapshot of the list and a phone's document, by the list's length.
-//   bench_storage [folder]      the folder decides which disk is measured
+//   bench_storage [folder]      the folder chooses the disk
 #include "Measure.h"
 #include "model/ExportType.h"
 #include "storage/DBOperator.h"
@@ -83,7 +83,7 @@ void measureSnapshots(int count)
         std::printf("the snapshots were wrong\n");
 }
 
-/// Returns the median for a document that need not be written again.
+/// Returns the median time, in microseconds, for a document that need not be written again.
 double measureDocuments(const QString &parent, int count)
 {
     constexpr int phones = 100;

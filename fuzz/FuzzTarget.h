@@ -4,8 +4,8 @@
 #include <cstdint>
 #include <cstdlib>
 
-/// Defined by each fuzzer: takes one input, ends the process when it finds a fault, and returns 0.
-/// Called by the fuzzing library or, over the files of a folder, by replay.cpp.
+/// Each fuzzer defines this function, which takes one input, ends the process if it finds a fault,
+/// and returns 0. The fuzzing library calls it; so does replay.cpp, for the files of a folder.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size);
 
 inline void require(bool kept)

@@ -1,5 +1,5 @@
-// Imports any bytes into a device list, writes the list to a backup and imports that, which has to
-// give the same list. The first byte chooses the encoding; the rest is the file.
+// Imports any bytes into a device list, writes the list to a backup and imports the backup, which
+// must give the same list. The first byte chooses the encoding; the rest is the file.
 #include "import/CSVParse.h"
 #include "model/ContactFields.h"
 #include "model/DeviceList.h"

@@ -14,7 +14,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     const std::uint8_t *const begin = data + 1;
     const std::uint8_t *const end = data + size;
 
-    // Closed by the reader. A stream in memory cannot be empty, but a file can.
+    // The reader closes it. It is a file, because a stream in memory cannot be empty.
     std::FILE *const stream = std::tmpfile();
     require(stream);
     require(std::fwrite(begin, 1, size - 1, stream) == size - 1);

@@ -1,5 +1,5 @@
-// Takes any bytes as a phone's HTTP request. A file name that counts as safe has to mean a file
-// directly in the served folder.
+// Reads any bytes as a phone's HTTP request. A file name that the program takes for safe must name
+// a file directly in the served folder.
 #include "fuzz/FuzzTarget.h"
 #include "net/HttpRequest.h"
 
@@ -19,7 +19,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     if (request.namesDocument() && request.hasSafeFileName()) {
         const QString path = QStringLiteral("/served/") + request.fileName;
         require(QDir::cleanPath(path) == path && path.count(QLatin1Char('/')) == 2);
-        // Windows gives some of these a meaning, and drops a dot or a blank at the end.
+        // Windows gives some of these characters a meaning, and drops a dot or a blank at the end.
         for (const QChar c : request.fileName)
             require(c.unicode() >= 0x20 && !QStringLiteral("<>:\"|?*\\").contains(c));
         require(!request.fileName.endsWith(QLatin1Char('.')) &&

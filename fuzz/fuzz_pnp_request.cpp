@@ -1,5 +1,5 @@
-// Takes any bytes as a phone's SUBSCRIBE. The parts read from it must not break the answers' lines,
-// and the answers that the guard allows must not exceed its limit of length.
+// Reads any bytes as a phone's SUBSCRIBE. The parts read from it must not break the lines of the
+// answers, and answers that the guard allows must not exceed its limit of length.
 #include "fuzz/FuzzTarget.h"
 #include "net/PnPGuard.h"
 #include "net/PnPMessages.h"
@@ -13,7 +13,7 @@ namespace {
 
 const QString local = QStringLiteral("192.168.10.1");
 
-/// Whether a message has this many lines before its body, and a body of the length that it states.
+/// True if a message has this many lines before its body, and a body of the stated length.
 bool isSound(const QByteArray &message, int lineCount)
 {
     const int end = message.indexOf("\r\n\r\n");

@@ -1,5 +1,5 @@
-// Takes any bytes as each of the settings files. After a change, the new value has to be read from
-// the file, whatever it held before.
+// Reads any bytes as each of the settings files. After a change, the program must read the new
+// value from the file, whatever the file held before.
 #include "app/LanguageFile.h"
 #include "app/OptionsFile.h"
 #include "fuzz/FuzzTarget.h"

@@ -1,5 +1,5 @@
-// Runs a fuzzer over the files of the folders named as arguments, without a fuzzing library, so
-// that any compiler's build tests the inputs that found a fault. Fails without a file.
+// Runs a fuzzer over the files of the folders in its arguments, without a fuzzing library, so that
+// any compiler's build tests the inputs that found a fault. Fails if there is no file.
 #include "fuzz/FuzzTarget.h"
 
 #include <cstdio>
@@ -19,7 +19,7 @@ int main(int argc, char *argv[])
                 std::fprintf(stderr, "cannot read %s\n", entry.path().c_str());
                 return 1;
             }
-            // The last name printed is the input that ended the process.
+            // If the process ends here, the last name printed is that of the input at fault.
             std::printf("%s\n", entry.path().c_str());
             std::fflush(stdout);
             LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t *>(bytes.data()),
