@@ -1,10 +1,10 @@
-# Copies what the program reads at run time to the folder of the built executable:
+# Copies the files that the program reads at run time to the folder of the built executable:
 #   cmake -DSOURCE_DIR=<project> -DBIN_DIR=<folder of the executable>
 #         -DCATALOGUE_DIR=<build folder>/catalogues -P CopyRuntimeFiles.cmake
 #
 # resource/ becomes an exact copy, without the drawings from which its pictures are made. language/
-# is copied too, with the catalogues made from its sources. The two settings documents in it belong
-# to the user who runs the program there: they are copied once and never overwritten.
+# is copied too, with the catalogues made from its sources. The two settings files in it belong to the
+# user who runs the program there: they are copied once and never overwritten.
 cmake_minimum_required(VERSION 3.25)
 
 foreach(name SOURCE_DIR BIN_DIR CATALOGUE_DIR)

@@ -1,5 +1,4 @@
-# The options with which every target of this project is built. Qt's headers are system headers
-# and give no warnings.
+# The options of every target of this project. Qt's headers are system headers, without warnings.
 find_package(Threads REQUIRED)
 
 add_library(vl_options INTERFACE)
@@ -7,7 +6,7 @@ target_compile_options(vl_options INTERFACE
     -Wall -Wextra -Wpedantic -Wshadow -Wconversion
     -Wold-style-cast -Woverloaded-virtual -Wnon-virtual-dtor
     -Werror
-    # qCDebug() is such a macro; GCC does not warn of macros in Qt's headers.
+    # qCDebug() is such a macro. GCC does not warn of macros in Qt's headers.
     $<$<CXX_COMPILER_ID:Clang>:-Wno-gnu-zero-variadic-macro-arguments>
     -fstack-protector-strong)
 if(NOT VL_SANITIZE)
@@ -20,7 +19,7 @@ if(WIN32)
     target_compile_definitions(vl_options INTERFACE WIN32_LEAN_AND_MEAN NOMINMAX)
 endif()
 if(MINGW)
-    # Here the stack protector is a library of its own.
+    # MinGW has the stack protector in a library of its own.
     target_link_options(vl_options INTERFACE -fstack-protector-strong)
 endif()
 target_compile_definitions(vl_options INTERFACE
@@ -56,9 +55,8 @@ function(vl_plugins name)
     endif()
 endfunction()
 
-# vl_library(<folder> SOURCES ... LINK ...): the library of one folder. LINK names what its
-# headers need (folders below it, Qt modules); an include from any other folder of the project
-# fails the build.
+# vl_library(<folder> SOURCES ... LINK ...): adds the library of one folder. LINK names the Qt modules
+# and the libraries of folders that it needs; an include from any other folder fails the build.
 function(vl_library name)
     cmake_parse_arguments(ARG "" "" "SOURCES;LINK" ${ARGN})
     set(sees ${name})

@@ -5,7 +5,7 @@
 # modules, and QTranslator loads it only when each of them lies beside it.
 set(VL_CATALOGUE_DIR ${CMAKE_BINARY_DIR}/catalogues)
 
-# Catalogues are the same on every system, so a cross build takes the host's, and the host's tool.
+# Catalogues are the same on every system, so a cross build uses the host's catalogues and tool.
 find_program(VL_LRELEASE NAMES lrelease lrelease-qt5
     HINTS /usr/lib/qt5/bin ${Qt5_DIR}/../../../bin
     NO_CMAKE_FIND_ROOT_PATH REQUIRED)
@@ -29,7 +29,7 @@ foreach(source IN LISTS sources)
     list(APPEND catalogues ${catalogue})
 endforeach()
 
-# A reference is a catalogue's name in UTF-16, so each installed catalogue is looked for by name.
+# qt_zh_CN.qm refers to catalogues by their names in UTF-16, so each installed one is looked up by name.
 get_filename_component(qtFolder ${VL_QT_CATALOGUE} DIRECTORY)
 file(READ ${VL_QT_CATALOGUE} references HEX)
 file(GLOB qtCatalogues ${qtFolder}/*_zh_CN.qm)

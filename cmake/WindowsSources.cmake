@@ -1,10 +1,9 @@
-# Compiles the sources that only the Windows program has on other systems too, so that
-# they cannot rot unseen. The headers are those of this system's Qt, whose declarations
-# follow the compiler. Nothing is linked, so no Windows libraries are needed. Without
-# the cross compiler nothing is checked.
+# Compiles the sources for Windows on other systems too, so that a fault in them shows at once. The
+# headers are those of this system's Qt, whose declarations depend on the compiler. Nothing is linked,
+# so no Windows libraries are needed. Without the cross compiler, nothing is checked.
 find_program(VL_WINDOWS_COMPILER x86_64-w64-mingw32-g++-posix)
 if(NOT VL_WINDOWS_COMPILER)
-    message(STATUS "No compiler for Windows: its sources stay unchecked")
+    message(STATUS "No cross compiler: the sources for Windows are not checked")
     return()
 endif()
 

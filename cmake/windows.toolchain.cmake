@@ -1,11 +1,11 @@
-# Builds for 64-bit Windows on another system, with the compiler's libraries inside the
-# executable. Qt and SQLite come from the folder in the environment's
-# VL_WINDOWS_LIBRARIES; see scripts/windows.sh, which makes it.
+# Builds for 64-bit Windows on another system, with the compiler's libraries linked statically. Qt and
+# SQLite come from the folder that the environment variable VL_WINDOWS_LIBRARIES names;
+# scripts/windows.sh makes this folder.
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR x86_64)
 
 set(target x86_64-w64-mingw32)
-# The variant with POSIX threads: the other has no std::mutex.
+# The variant without POSIX threads has no std::mutex.
 set(CMAKE_C_COMPILER ${target}-gcc-posix)
 set(CMAKE_CXX_COMPILER ${target}-g++-posix)
 set(CMAKE_RC_COMPILER ${target}-windres)

@@ -1,4 +1,4 @@
-; The installer of the Windows program: for one user, without administrator rights.
+; The installer of the Windows program, for one user, without administrator rights.
 ;   makensis -DVERSION=1.0.0.10 -DPROGRAM=<folder with the program> -DOUTPUT=<file> \
 ;            -DPROJECT=<project> -DPICTURES=<folder with side.bmp> installer.nsi
 ;
@@ -6,8 +6,8 @@
 ; /D=<folder> (the last one, without quotes) sets the folder. The uninstaller takes /S, and
 ; /DEVICES to remove the device list as well.
 ;
-; No file of the user is ever overwritten: the settings in language\ are installed only if
-; they are missing; phonebook.db, backup\, port.xml and window.xml are never installed.
+; The installer never overwrites a file of the user: it installs the settings in language\ only if
+; they are missing, and never installs phonebook.db, backup\, port.xml or window.xml.
 Target amd64-unicode
 !include MUI2.nsh
 !include FileFunc.nsh
@@ -74,8 +74,8 @@ LangString notWritable ${LANG_SIMPCHINESE} "无法写入此文件夹。程序需
 LangString devicesToo ${LANG_ENGLISH} "Remove the device list and its backups as well?"
 LangString devicesToo ${LANG_SIMPCHINESE} "是否同时删除设备列表及其备份？"
 
-; waitUntilClosed: ends the installer or the uninstaller, with status 2, if the program in
-; $INSTDIR still runs and the user does not close it.
+; waitUntilClosed: ends the installer or the uninstaller with status 2 if the program in $INSTDIR is
+; still running and the user does not close it.
 !macro waitUntilClosed
     ${Do}
         ${IfNot} ${FileExists} "$INSTDIR\VlManager.exe"
@@ -128,7 +128,7 @@ Section
         StrCpy $2 new
     ${EndIf}
 
-    ; Pictures and pages that this version no longer has must not stay.
+    ; Removes pictures and pages that this version no longer has.
     ${If} ${FileExists} "$INSTDIR\VlManager.exe"
         RMDir /r "$INSTDIR\resource"
     ${EndIf}
@@ -144,7 +144,7 @@ Section
 
     SetOutPath "$INSTDIR"
     ${If} $2 == new
-        ; The program takes this hint over into its settings at the first start.
+        ; At its first start, the program copies this hint to its settings.
         FileOpen $0 "$INSTDIR\VLManager.ini" w
         ${If} $LANGUAGE == ${LANG_SIMPCHINESE}
             FileWrite $0 "language=chinese$\r$\n"
@@ -154,7 +154,7 @@ Section
         FileClose $0
     ${EndIf}
 
-    ; The program starts in its own folder.
+    ; The shortcut starts the program in its own folder.
     CreateShortCut "$SMPROGRAMS\${NAME}.lnk" "$INSTDIR\VlManager.exe"
     WriteUninstaller "$INSTDIR\uninstall.exe"
     WriteRegStr HKCU "${SETTINGS_KEY}" "Folder" "$INSTDIR"
@@ -192,7 +192,7 @@ Section Uninstall
     RMDir "$INSTDIR\backup"
     devicesStay:
 
-    ; Removed file by file: the folder may hold files of others, and then stays.
+    ; Files are removed one by one: a folder with files of others stays.
     Delete "$INSTDIR\VlManager.exe"
     Delete "$INSTDIR\LICENSE.txt"
     Delete "$INSTDIR\VLManager.ini"

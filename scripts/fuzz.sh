@@ -1,14 +1,14 @@
 #!/usr/bin/env bash
 # Runs the fuzzers, one after the other, under the address and undefined-behaviour sanitizers.
 #   scripts/fuzz.sh [SECONDS [FUZZER...]]    each for SECONDS, 60 by default; these, or all
-# What was learned stays in build/fuzz/corpus for the next run. An input that finds something is
-# written to build/fuzz/findings, and the script fails.
+# New inputs that reach more code stay in build/fuzz/corpus for the next run. An input that finds a
+# fault is written to build/fuzz/findings, and the script fails.
 set -euo pipefail
 . "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 
 seconds="${1:-60}"
 [[ "$seconds" =~ ^[0-9]+$ ]] || die "usage: scripts/fuzz.sh [SECONDS [FUZZER...]]"
-# Each fuzzer with the folder of its corpus, which is also the name of its dictionary.
+# The folder of each fuzzer's corpus; its dictionary has the same name.
 declare -A corpus=([fuzz_csv_reader]=csv [fuzz_csv_import]=csv [fuzz_http_request]=http
                    [fuzz_pnp_request]=sip [fuzz_settings]=settings)
 fuzzers=("${@:2}")
@@ -24,7 +24,7 @@ build fuzz "${fuzzers[@]}"
 export UBSAN_OPTIONS="print_stacktrace=1:${UBSAN_OPTIONS:-}"
 export ASAN_OPTIONS="detect_leaks=1:strict_string_checks=1:${ASAN_OPTIONS:-}"
 export QT_QPA_PLATFORM=offscreen QT_LOGGING_RULES="default.debug=false"
-# Every input is written to files, which is several times faster in memory.
+# Inputs are written to files, which is several times faster in memory.
 if [ -w /dev/shm ]; then
     export TMPDIR=/dev/shm
 fi
@@ -36,12 +36,12 @@ for fuzzer in "${fuzzers[@]}"; do
     learned="$root/build/fuzz/corpus/$fuzzer"
     mkdir -p "$learned"
     say "$fuzzer for $seconds seconds"
-    # Qt's caches would make a leak check after each input slow; it is done at the end.
+    # Qt's caches make a leak check after each input slow, so there is one at the end.
     nice "$root/build/fuzz/fuzz/$fuzzer" \
         -max_total_time="$seconds" -max_len=8192 -timeout=10 -detect_leaks=0 -print_final_stats=1 \
         -dict="$root/fuzz/${corpus[$fuzzer]}.dict" -artifact_prefix="$findings/$fuzzer-" \
         "$learned" "$root/fuzz/corpus/${corpus[$fuzzer]}" || failed+=("$fuzzer")
 done
 
-[ "${#failed[@]}" -eq 0 ] || die "found something: ${failed[*]}; see $findings"
-say "nothing found"
+[ "${#failed[@]}" -eq 0 ] || die "faults found by ${failed[*]}; see $findings"
+say "no faults found"

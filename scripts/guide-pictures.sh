@@ -1,9 +1,8 @@
 #!/usr/bin/env bash
-# Takes the pictures of the user guide and of README.md from the real program, in both
-# languages, on a virtual screen at double scale: resource/UserGuide/*.png,
-# resource/UserGuide/chinese/*.png and docs/pictures/*.png. The devices on them are made
-# up. Run it after a change of the program's look, check the pictures and commit them.
-# Raw screenshots and logs are left in build/guide.
+# Takes the pictures of the user guide and of README.md from the real program, in both languages, on
+# a virtual screen at double scale: resource/UserGuide/*.png, resource/UserGuide/chinese/*.png and
+# docs/pictures/*.png. The devices in them are made up. Run it after a change of the program's look,
+# check the pictures and commit them. Raw screenshots and logs are in build/guide.
 #   scripts/guide-pictures.sh [en|zh]...    both languages by default
 set -euo pipefail
 . "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
@@ -13,7 +12,7 @@ out="$root/build/guide"
 if [ "${1:-}" = --inside ]; then
     network="$2"
     shift 2
-    # The size of the smallest main window without scroll bars, with its title bar.
+    # The smallest main window without scroll bars, with its title bar, has this size.
     set_stage "$network" 2080x1300
     mkdir -p "$HOME/.config/openbox" "$HOME/.themes/Guide/openbox-3"
     cp "$root/scripts/guide/rc.xml" "$HOME/.config/openbox/"

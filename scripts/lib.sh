@@ -1,12 +1,12 @@
 # Shared by the other scripts; source it, do not run it.
 
-# The project's folder, wherever the script is called from.
+# The project's folder, whatever the current folder is.
 root="$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)"
 
 say() { printf '== %s\n' "$*"; }
 die() { printf '%s: %s\n' "$(basename "$0")" "$*" >&2; exit 1; }
 
-# How many compilers or tests to run at once; JOBS overrides.
+# The number of compilers or tests to run at once; JOBS overrides it.
 jobs_wanted() { echo "${JOBS:-$(nproc)}"; }
 
 # packages_of <group>...: the packages of these groups in packages.txt.
@@ -27,11 +27,11 @@ is_installed() {
     [ "$(dpkg-query -W -f='${db:Status-Status}' "$1" 2>/dev/null)" = installed ]
 }
 
-# need_packages <group>...: installs the missing packages of these groups. When none is
-# missing, uses neither apt nor the network.
+# need_packages <group>...: installs the missing packages of these groups. When none is missing, it
+# uses neither apt nor the network.
 need_packages() {
     if ! command -v dpkg-query >/dev/null; then
-        say "not a Debian system: taking for granted what scripts/packages.txt lists ($*)"
+        say "not a Debian system: the packages in scripts/packages.txt ($*) are taken as installed"
         return
     fi
     local package missing=()
@@ -49,10 +49,10 @@ need_packages() {
     local apt=("${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get -q -y
                -o Acquire::Retries=3 -o DPkg::Lock::Timeout=300)
     "${apt[@]}" update </dev/null || { sleep 5; "${apt[@]}" update </dev/null; } \
-        || say "the package lists could not be renewed; trying with those that are here"
+        || say "the package lists could not be updated; using the old ones"
     (
-        # A web server among them would take port 80 at once. This is Debian's way to keep services
-        # from being started; a policy that the machine has already stays in force.
+        # An installed web server would take port 80 at once. On Debian, this policy keeps services
+        # from starting; a policy that the machine already has stays in force.
         policy=/usr/sbin/policy-rc.d
         if [ ! -e "$policy" ]; then
             trap '"${as_root[@]}" rm -f "$policy"' EXIT
@@ -63,8 +63,7 @@ need_packages() {
     ) || die "could not install: ${missing[*]}"
 }
 
-# build <preset> [target]...: configures and builds into build/<preset>; without
-# targets, everything.
+# build <preset> [target]...: configures and builds these targets, or all, in build/<preset>.
 build() {
     local preset="$1" log
     shift

@@ -1,20 +1,18 @@
 #!/usr/bin/env bash
 # Checks the format (clang-format) and the code (clang-tidy, clazy level 1) of the sources.
 #   scripts/lint.sh              everything
-#   scripts/lint.sh FILE...      these files; a header is checked through a source
-#                                that includes it
+#   scripts/lint.sh FILE...      these files; a header is checked through a source that includes it
 set -euo pipefail
 . "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 
 need_packages build lint
-# Builds everything first: the checkers read the compile commands and the sources that
-# moc makes.
+# Builds everything first: the checkers read the compile commands and the sources that moc makes.
 build release
 database="$root/build/release"
 cd "$root"
 
-# sources_of <file>...: those of these sources that the release build compiles; a header
-# is replaced by a source that includes it.
+# sources_of <file>...: the sources among these files that the release build compiles; instead of a
+# header, a source that includes it.
 sources_of() {
     local file name source
     for file in "$@"; do
@@ -22,7 +20,7 @@ sources_of() {
         if [[ $file == *.h ]]; then
             name="${file%.h}"
             source="$name.cpp"
-            # A test names the headers of its own folder without the folder.
+            # A test includes the headers of its own folder without the folder.
             [ -f "$source" ] || source="$(git grep -l --untracked -E \
                 "#include \"($file|${file##*/})\"" -- '*.cpp' | sed -n 1p || true)"
         fi
@@ -50,14 +48,14 @@ failed=()
 say "clang-format, ${#files[@]} files"
 clang-format --dry-run -Werror "${files[@]}" || failed+=(clang-format)
 
-# check_each <name> <command>...: runs the checker on each source, some side by side.
-# Prints a finding once, however many sources share the header.
+# check_each <name> <command>...: runs the checker on each source, several at once. Prints a finding
+# only once, even when several sources include the header.
 check_each() {
     local name="$1" findings status=0
     shift
     say "$name, ${#sources[@]} sources"
     findings="$(printf '%s\n' "${sources[@]}" | xargs -P "$(jobs_wanted)" -n 1 "$@" 2>&1)" || status=$?
-    # Some checkers exit with 0 whatever they find.
+    # Some checkers exit with 0 even when they find something.
     if grep -E '(warning|error): ' <<<"$findings" | sort -u; then
         failed+=("$name")
     elif [ "$status" -ne 0 ]; then
@@ -67,7 +65,7 @@ check_each() {
 }
 
 if [ "${#sources[@]}" -gt 0 ]; then
-    # Qt's log macros use a construct that clang takes for a GNU extension.
+    # Clang takes a construct in Qt's log macros for a GNU extension.
     flags=(--extra-arg=-Wno-gnu-zero-variadic-macro-arguments)
     check_each clang-tidy clang-tidy -p "$database" --quiet "${flags[@]}"
     check_each clazy clazy-standalone -p "$database" -checks=level1 "${flags[@]}" \

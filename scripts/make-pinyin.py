@@ -2,7 +2,7 @@
 """Makes view/PinyinTable.cpp from the Han readings of Debian's package unicode-data.
 
     scripts/make-pinyin.py            writes the file
-    scripts/make-pinyin.py --check    compares; ends with 1 when the file differs, with 77 when
+    scripts/make-pinyin.py --check    compares; the exit status is 1 if the file differs, 77 if
                                       the readings are missing or of another version
 """
 
@@ -18,8 +18,8 @@ TARGET = os.path.join(os.path.dirname(os.path.dirname(os.path.abspath(__file__))
 PAIRS = 401
 NOT_HERE = 77
 
-# Rows that do not follow the readings. Two characters of "Nen" have another first reading, and
-# stand in the row of that reading as well.
+# Rows that do not follow the readings. Two characters of "Nen" have another first reading, and are in
+# the row of that reading as well.
 FIXED = {"A": "啊阿锕", "Ha": "哈", "Nen": "嫩能枘恁"}
 
 # The readings alone give as many syllables as the table has pairs. The appended pairs replace the
@@ -27,16 +27,16 @@ FIXED = {"A": "啊阿锕", "Ha": "哈", "Nen": "嫩能枘恁"}
 MERGED = {
     "Ei": "E",        # 诶, also spelt ê
     "Lia": "Liang",   # 俩, as in 伎俩
-    "N": "En",        # 嗯, which keyboards spell so
+    "N": "En",        # 嗯, as typed on keyboards
     "Shei": "Shui",   # 谁, its more frequent reading
 }
 
 # Two characters that a fixed row leaves out, with their other reading.
 OTHER_READING = {"嗄": "Sha", "蛤": "Ge"}
 
-# The pairs after the sorted ones. The first three give the usual reading of a character to which
-# the data gives a rare one, or whose row is fixed. "Bia" is a spoken syllable that no dictionary
-# has; its character also stands in the row of its reading.
+# The pairs after the sorted ones. The first three give the usual reading of a character for which the
+# data has a rare one, or whose row is fixed. "Bia" is a spoken syllable that no dictionary has; its
+# character is also in the row of its reading.
 APPENDED = [("Dia", "嗲"), ("Fo", "佛"), ("Ha", "铪"), ("Bia", "髟")]
 ALSO_IN_ITS_ROW = "髟"
 

@@ -1,8 +1,7 @@
 #!/usr/bin/env bash
-# Renders the drawings under resource/src/ to the pictures that the program loads.
-# Needs rsvg-convert (librsvg2-bin) and convert (imagemagick). Run it after a
-# change of a drawing and commit the pictures; an unchanged drawing gives the
-# same bytes again.
+# Renders the drawings in resource/src/ to the pictures that the program loads. Needs rsvg-convert
+# (librsvg2-bin) and convert (imagemagick). Run it after a change of a drawing and commit the pictures;
+# an unchanged drawing gives the same bytes again.
 set -euo pipefail
 
 root="$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)"
@@ -21,7 +20,7 @@ png() {
     rsvg-convert --width "$2" --height "$3" --output "${4:-$out/$1.png}" "$src/$1.svg"
 }
 
-# Painted at 20x20 in the list; four times that stays sharp on any screen.
+# The list paints these at 20x20; four times that size is sharp on any screen.
 for name in eye trash; do
     png "$name" 80 80
 done
@@ -42,12 +41,12 @@ png selected_row 277 42
 png separator 64 1
 png loading 64 64
 
-# A JPEG has no transparency and would blur colours: high quality, no subsampling.
+# A JPEG has no transparency. High quality without subsampling keeps colours from blurring.
 png row_background 64 30 "$work/row_background.png"
 convert "$work/row_background.png" -strip -sampling-factor 4:4:4 -quality 98 "$out/row_background.jpg"
 
-# The help window. Its arrows are one drawing in three states, rotated for the other
-# direction. Its background is dark and soft, so compression does not show.
+# The help window. Its arrows are one drawing in three states, rotated for the other direction. Its
+# background is dark and soft, so compression is invisible.
 guide="$out/UserGuide"
 mkdir -p "$guide"
 png UserGuide 128 128 "$guide/UserGuide.png"
@@ -66,9 +65,9 @@ arrow unpressed '#2d3743' '#8ee0ff' '#8ee0ff'
 arrow pressed '#8ee0ff' '#8ee0ff' '#22272e'
 arrow disable 'none' '#5d6a7a' '#76859a'
 
-# The busy animation: one turn of the wheel in twelve steps. A GIF pixel is either
-# opaque or clear, so the bars are blended with the colour that the busy window has
-# over a light background; only nearly transparent pixels stay clear.
+# The busy animation: one turn of the wheel in twelve steps. A GIF pixel is either opaque or clear, so
+# the bars are blended with the colour of the busy window over a light background; only nearly
+# transparent pixels stay clear.
 for step in 0 1 2 3 4 5 6 7 8 9 10 11; do
     frame="$work/step_$(printf %02d "$step")"
     sed "s/@ANGLE@/$((step * 30))/" "$src/loading_animation.svg" >"$frame.svg"
@@ -79,7 +78,7 @@ for step in 0 1 2 3 4 5 6 7 8 9 10 11; do
 done
 convert -delay 8 -loop 0 -dispose background "$work"/step_*.gif.png -strip "$out/loading_animation.gif"
 
-# The logo: its small sizes have a drawing of their own, on the pixel grid.
+# The logo. Its small sizes have their own drawing, on the pixel grid.
 mkdir -p "$icons"
 png logo 256 256
 png logo_small 16 16 "$icons/logo_16.png"

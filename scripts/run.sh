@@ -1,7 +1,6 @@
 #!/usr/bin/env bash
-# Builds the program and starts it; installs missing packages first. Without a
-# desktop, or with --tour, takes the tour on a virtual screen instead (see
-# scripts/tour.sh).
+# Builds the program and starts it; installs missing packages first. Without a desktop, or with --tour,
+# runs the tour on a virtual screen instead (see scripts/tour.sh).
 set -euo pipefail
 . "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 

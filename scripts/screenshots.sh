@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # Takes pictures of every window, dialog, page, menu and message box of the real program, in both
 # languages, on screens from the smallest supported one to 200% scaling. The window has the size in
-# which it opens there. The pictures are in build/screenshots/<language>-<width>x<height>@<percent>
-# (the screen's real pixels, and the desktop's scale), for a person to look at.
+# which it opens there. A person should look at the pictures, which are in
+# build/screenshots/<language>-<width>x<height>@<percent> (the screen's real pixels, and the scale).
 #   scripts/screenshots.sh [LANGUAGE-WIDTHxHEIGHT@PERCENT...]     these sets only
 set -euo pipefail
 . "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
@@ -22,7 +22,7 @@ take_set() {
         >"$out/program/language/config.xml"
     started=()
     set_stage "$network" "$size"
-    # Tells programs the scale as a desktop does, with the tab that Qt looks for.
+    # Sets the scale as a desktop does; Qt needs the tab.
     xprop -root -f RESOURCE_MANAGER 8s \
         -set RESOURCE_MANAGER "$(printf 'Xft.dpi:\t%d' "$((96 * percent / 100))")"
     play "$root/scripts/tour/gallery.py" "$out" "$language" "$percent"

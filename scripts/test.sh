@@ -45,4 +45,4 @@ if [ "${#failed[@]}" -gt 0 ]; then
     done
     exit 1
 fi
-say "all is well"
+say "all checks passed"

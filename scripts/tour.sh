@@ -1,11 +1,10 @@
 #!/usr/bin/env bash
-# Uses the built program once as a person would: a real window on a virtual screen,
-# real keys and mouse clicks, and a phone that fetches its file. Leaves screenshots
-# and logs in build/tour and ends with a status other than 0 when a check fails.
+# Uses the built program once as a person would: in a real window on a virtual screen, with real keys
+# and mouse clicks, and with a phone that fetches its file. Leaves screenshots and logs in build/tour.
+# The exit status is not 0 if a check fails.
 #
-# Where the system allows, the program runs in a network of its own with the phone
-# as a second host on it, so that port 80 is free and nothing else on this machine
-# is touched or heard.
+# Where the system allows, the program runs in a network of its own, with the phone as a second host,
+# so that port 80 is free and the tour does not affect the rest of this machine.
 set -euo pipefail
 . "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 out="$root/build/tour"

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Updates language/*.ts to the texts in the sources and lists what is to be translated. With
-# --check it changes nothing and fails on a missing, unfinished or obsolete text.
+# Updates language/*.ts from the texts in the sources and lists the texts to be translated. With --check,
+# changes nothing, and fails on a missing, unfinished, obsolete or broken text.
 set -euo pipefail
 . "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 

@@ -1,10 +1,10 @@
 #!/usr/bin/env bash
-# Makes the Windows program and its two packages, on Linux; installs missing packages
-# first. The first run also makes Qt and SQLite for Windows (half an hour or more), and
-# keeps them in ~/.cache/vlmanager-windows for later runs.
+# Builds the Windows program and its two packages on Linux; installs missing Debian packages first. The
+# first run also builds Qt and SQLite for Windows (half an hour or more), and keeps them in
+# ~/.cache/vlmanager-windows for later runs.
 #   scripts/windows.sh          build/windows/VlManager-<version>-setup.exe and -portable.zip
-#   scripts/windows.sh --test   makes them, runs the unit tests under Wine, then installs, uses and
-#                               removes the program there on a virtual screen, at 100% and 150%
+#   scripts/windows.sh --test   then runs the unit tests under Wine, and installs, uses and removes
+#                               the program there on a virtual screen, at 100% and 150%
 set -euo pipefail
 . "$(dirname "${BASH_SOURCE[0]}")/lib.sh"
 . "$root/scripts/windows/libraries.sh"
@@ -15,7 +15,7 @@ version="$(sed -n 's/^project(VlManager VERSION \([0-9.]*\).*/\1/p' "$root/CMake
 installer="$out/VlManager-$version-setup.exe"
 archive="$out/VlManager-$version-portable.zip"
 largest_bytes=$((30 * 1000 * 1000))
-# The libraries that every Windows has. Any other would have to be shipped.
+# Every Windows has these libraries. Any other would have to be shipped.
 windows_libraries='advapi32|bcrypt|comdlg32|comctl32|crypt32|d3d9|dnsapi|dwmapi|gdi32|imm32|iphlpapi|kernel32|mpr|msvcrt|netapi32|ntdll|ole32|oleaut32|secur32|setupapi|shell32|shlwapi|user32|userenv|usp10|uxtheme|version|winmm|winspool|ws2_32|wtsapi32'
 
 check_program() {
@@ -28,7 +28,7 @@ check_program() {
     [ -z "$strange" ] || die "the program needs libraries that not every Windows has: $strange"
 }
 
-# lay_package <folder>: what a user gets, the program and beside it the files it reads.
+# lay_package <folder>: copies there what a user gets: the program and the files that it reads.
 lay_package() {
     local folder="$1"
     rm -rf "$folder"

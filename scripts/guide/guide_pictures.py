@@ -1,9 +1,8 @@
 """Takes the pictures of the user guide and of README.md; scripts/guide-pictures.sh
 prepares the screen and the network and calls it once for each language.
 
-The walk uses the program by keyboard, mouse and accessibility bus as the tour does. It
-knows the widgets by their English texts and looks up their texts on the screen in the
-language's .ts file.
+The script uses the program by keyboard, mouse and accessibility bus, as the tour does. It names the
+widgets by their English texts and looks up their texts on the screen in the language's .ts file.
 """
 
 import csv
@@ -23,12 +22,12 @@ from screen import Atspi, NotSeen, keys, type_text, wait_active, wait_for, wait_
 # The program's scale on this screen, and the screen's size in the program's own pixels.
 SCALE = 2
 WIDTH, HEIGHT = 1040, 650
-# Parts of the screen that have about the shape of the guide's place for pictures.
+# Parts of the screen with about the proportions of the pictures in the guide.
 PART_WIDTH = 800
 MENU_WIDTH, MENU_HEIGHT = 600, 488
 DIALOG_TOP = 180
-# The README's pictures keep only the share of the screen's pixels that the README shows. The
-# guide's keep all, as the guide is large on a large screen.
+# The README shows its pictures small, so they keep only this share of the screen's pixels. The guide's
+# pictures keep all pixels, because the guide is large on a large screen.
 README_PART = 0.75
 COLORS = 96
 ROLES = {"Password": "password text"}
@@ -81,7 +80,7 @@ def mac_of(index):
 
 
 class Texts:
-    """The program's texts in one language, as a screen reader is told them."""
+    """The program's texts in one language, as a screen reader gets them."""
 
     def __init__(self, root, language):
         self._translations = {}
@@ -149,7 +148,7 @@ class Pictures:
             self.screen.click(field)
             keys("ctrl+a")
             type_text(text)
-            if label not in ROLES:  # a password field does not tell its text
+            if label not in ROLES:  # the bus does not give the text of a password field
                 wait_for(f'"{label}" to hold {text!r}', lambda: self.content(field) == text)
 
     @staticmethod
@@ -159,8 +158,8 @@ class Pictures:
     # The pictures
 
     def take(self, path, part=None, ring=None, kept=1.0):
-        """Saves the screen, or part of it (x, y, width, height), with a ring round a place."""
-        xdotool("mousemove", 0, HEIGHT * SCALE - 1)  # no hover, no pointer
+        """Saves the screen, or part of it (x, y, width, height), with a ring around a place."""
+        xdotool("mousemove", 0, HEIGHT * SCALE - 1)  # hides the pointer and ends any hover effect
         time.sleep(0.8)
         raw = self.out / f"{path.stem}-raw.png"
         subprocess.run(["import", "-window", "root", str(raw)], check=True)
@@ -237,7 +236,7 @@ class Pictures:
                  lambda: not self.screen.sees("text", self.text("ExportPage", "Export to")))
 
     def page_button(self, context, source):
-        """The page's button. The button of that name above the list comes before it."""
+        """The page's button. The button above the list has the same name and comes before it."""
         named = list(self.screen.all("push button", self.text(context, source), self.title))
         return self.screen.place(named[-1])
 
@@ -246,7 +245,7 @@ class Pictures:
             "%1", self.text("ContactTitle", "Department"))
         edit = self.screen.find("text", name, self.title)
         self.screen.click(edit)
-        # No key types a Chinese character.
+        # There is no key for a Chinese character.
         Atspi.EditableText.set_text_contents(edit, SEARCHED[self.language])
         self.guide_picture("search", self.screen.place(edit), left=WIDTH - PART_WIDTH)
         keys("ctrl+a", "Delete")
@@ -329,7 +328,7 @@ def main():
     try:
         pictures.run()
     except NotSeen as missing:
-        print(f"guide-pictures: waited in vain for {missing}", file=sys.stderr)
+        print(f"guide-pictures: {missing} did not appear", file=sys.stderr)
         pictures.screen.shot("in-vain")
         pictures.screen.dump(out / "widgets.txt")
         return 1

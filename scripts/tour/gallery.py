@@ -1,7 +1,7 @@
 """Goes through every window, dialog, page, menu and message box, and takes a picture of each.
 
-It checks only that each of them comes up: the pictures are for a person to look at. It finds
-widgets by their texts, looked up in the translations, so that the walk is the same in each language.
+It checks only that each of them appears: a person should look at the pictures. It finds widgets by
+their texts, looked up in the translations, so the same code works in each language.
 """
 
 import os
@@ -24,7 +24,7 @@ LONGEST_WALK_S = 540
 DIALOG_PATIENCE_S = 8
 MENU_COUNT = 7
 FULL_LIST = 60
-# A point in the list, however small the window, in the program's own pixels.
+# A point that is in the list however small the window is, in the program's own pixels.
 LIST_POINT = (350, 300)
 LONG_IMPORT = 100000
 CSV_HEAD = ("MAC,Product Model,Primary Account,SIP Server,SIP User ID,Authentication ID,Password,"
@@ -58,10 +58,10 @@ class Gallery:
         self.program = None
         self.missed = []
 
-    # --- hands
+    # --- actions
 
     def tr(self, source):
-        """The text as a screen reader is told it: without the mark of a mnemonic."""
+        """The text as a screen reader gets it: without the mark of a mnemonic."""
         return self.texts[source].replace("&&", "\0").replace("&", "").replace("\0", "&")
 
     def start(self, ready=None):
@@ -95,7 +95,7 @@ class Gallery:
         self.screen.shot(name)
 
     def box(self, title, name, answer="Return"):
-        """Takes the picture of a box that comes up by itself, and closes the box."""
+        """Takes the picture of a box that appears by itself, and closes the box."""
         title = self.tr(title)
         wait_active(title)
         self.shot(name)
@@ -243,8 +243,8 @@ class Gallery:
         wait_gone(self.tr("Replace action"))
 
     def long_import(self):
-        """The cover that is shown while an import runs. Comes last in the program's life: a
-        search for a widget takes very long with so long a list."""
+        """The cover that is shown while an import runs. This comes last, because a search for a
+        widget takes very long with such a long list."""
         long = self.out / "long.csv"
         long.write_text("\n".join([CSV_HEAD, *map(device_row, range(LONG_IMPORT))]),
                         encoding="utf-8")
@@ -291,7 +291,7 @@ class Gallery:
         keys("Escape")
         wait_gone(title)
         own, other = (0, 1) if self.texts["Cancel"] != "Cancel" else (1, 0)
-        # Each setting is changed and changed back, so that the next start is like this one.
+        # Each setting is changed and changed back, so that the next start has the same settings.
         for which in ("", "-back"):
             self.choose_menu(4, 1)
             self.box("Options change", "options-change" + which)
@@ -396,7 +396,7 @@ class Gallery:
 
     def no_network_card(self):
         if not os.environ.get("TOUR_SERVER"):
-            return  # the machine's own cards must not be touched
+            return  # the machine's own cards must not be changed
         for card in ("tour0", "tour1"):
             subprocess.run(["ip", "link", "delete", card], check=True)
         self.press("&Open HTTPD")

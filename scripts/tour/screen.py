@@ -1,8 +1,7 @@
-"""The tour's hands and eyes on one X display.
+"""Input and output of the tour on one X display.
 
-Hands: xdotool, which makes real key presses and mouse clicks. Eyes: screenshots, and
-the accessibility bus, which tells what is on the screen, where it is and what it says,
-as a screen reader is told.
+xdotool makes real key presses and mouse clicks. Screenshots and the accessibility bus show what is on
+the screen; the bus gives the place and the text of each widget, as for a screen reader.
 """
 
 import re
@@ -21,7 +20,7 @@ SIGN_WIDTH_PX = 20
 
 
 class NotSeen(Exception):
-    """What the tour waited for never came."""
+    """The tour waited for something that did not appear."""
 
 
 def wait_for(what, look, patience=PATIENCE_S):
@@ -49,7 +48,7 @@ def keys(*names):
 
 
 def type_text(text):
-    # "--" lets a text begin with a dash; the delay is that of a fast typist.
+    # "--" lets a text begin with a dash. The delay is that of a fast typist.
     xdotool("type", "--delay", 15, "--", text)
 
 
@@ -59,7 +58,7 @@ def windows(title):
 
 
 def active_title():
-    """Title of the window that has the keyboard."""
+    """The title of the window with the focus."""
     done = subprocess.run(["xdotool", "getactivewindow", "getwindowname"],
                           capture_output=True, text=True)
     return done.stdout.strip()
@@ -78,7 +77,7 @@ class Screen:
 
     def __init__(self, program, pictures, scale=1):
         self._program = program
-        self._scale = scale  # screen pixels for each of the program's own
+        self._scale = scale  # screen pixels for each pixel of the program
         self._pictures = Path(pictures)
         self._count = 0
 
@@ -147,8 +146,8 @@ class Screen:
         return node.get_state_set().contains(Atspi.StateType.CHECKED)
 
     def focused(self, window=None):
-        """Role and name of the widget that has the keyboard. A list behind a dialog keeps a
-        focused cell of its own; the window's title tells them apart."""
+        """The role and name of the widget with the focus. A list behind a dialog keeps its own
+        focused cell; the window's title tells them apart."""
         for node in self._nodes_in(window):
             if node.get_state_set().contains(Atspi.StateType.FOCUSED):
                 return node.get_role_name(), node.get_name()
@@ -162,7 +161,7 @@ class Screen:
             return box.x, box.y, box.width, box.height
 
         def settled():
-            # A window that has just come up has no place yet, or one that it leaves at once.
+            # A window that has just appeared has no place yet, or one that it leaves at once.
             before = look()
             time.sleep(POLL_S)
             after = look()
@@ -181,7 +180,7 @@ class Screen:
         self.click(self.find(role, name, window))
 
     def dump(self, path):
-        """Writes the whole tree as text, which helps to find out what went wrong."""
+        """Writes the whole tree as text, to help find the cause of a failure."""
         with open(path, "w", encoding="utf-8") as out:
             for node, depth in self.nodes():
                 try:

@@ -1,6 +1,6 @@
-# The stage for a walk through the real program: a virtual screen, an accessibility bus and, where
-# the system allows, a network of its own. Source it after lib.sh, with `out` set to the folder for
-# pictures and logs.
+# Sets up the environment of the tour and of similar scripts: a virtual screen, an accessibility bus
+# and, where the system allows, a private network. Source it after lib.sh, with `out` set to the folder
+# for pictures and logs.
 
 server_address=192.0.2.10
 other_address=198.51.100.10
@@ -15,8 +15,8 @@ cleanup() {
     [ -z "${work:-}" ] || rm -rf "$work"
 }
 
-# lay_program <folder>: copies the program there, with the settings that are shipped and not those
-# that a user left beside the built one.
+# lay_program <folder>: copies the program there, with the shipped settings instead of those that a
+# user left beside the built program.
 lay_program() {
     mkdir -p "$1"
     cp "$root/build/release/bin/VlManager" "$1/"
@@ -24,7 +24,7 @@ lay_program() {
         -P "$root/cmake/CopyRuntimeFiles.cmake"
 }
 
-# Prints the command that gives a private network with the fewest rights; nothing when none does.
+# Prints the command that makes a private network with the fewest rights, or nothing if none can.
 private_network_command() {
     local command
     for command in "unshare --net --ipc --mount" "unshare --map-root-user --net --ipc --mount"; do
@@ -36,11 +36,10 @@ private_network_command() {
     done
 }
 
-# Two hosts on one cable: tour0 here, phone0 in a network namespace that a sleeping
-# process keeps. A second card, in a network without a phone, makes the choice of the
-# card matter.
+# Makes two hosts on one cable: tour0 is here, phone0 in a network namespace that a sleeping process
+# keeps. The choice of the card matters, because a second card is in a network without a phone.
 lay_network() {
-    # X servers of other networks share the socket folder but not the names: take a folder of our own.
+    # X servers of other networks share the socket folder but not the names, so use a separate folder.
     mkdir -p /tmp/.X11-unix
     mount -t tmpfs tmpfs /tmp/.X11-unix
     chmod 1777 /tmp/.X11-unix
@@ -69,7 +68,7 @@ lay_network() {
 start_screen() {
     local display
     exec {display_pipe}<> <(:)
-    # -r: no key repeats itself, as its release may come late on a busy machine.
+    # -r: keys do not repeat, because a release may come late on a busy machine.
     Xvfb -displayfd "$display_pipe" -screen 0 "$1x24" -dpi 96 -nolisten tcp -r \
         >"$out/xvfb.log" 2>&1 &
     started+=("$!")
@@ -77,7 +76,7 @@ start_screen() {
     export DISPLAY=":$display"
     openbox --sm-disable >"$out/openbox.log" 2>&1 &
     started+=("$!")
-    # A window shown before the window manager runs would not be activated.
+    # A window that is shown before the window manager runs is not activated.
     for _ in $(seq 100); do
         xprop -root _NET_SUPPORTING_WM_CHECK 2>/dev/null | grep -q 'window id' && return
         sleep 0.1
@@ -85,7 +84,7 @@ start_screen() {
     die "the window manager did not start; see $out/openbox.log"
 }
 
-# set_stage private|shared <width>x<height>: sets up network, screen and a clean environment.
+# set_stage private|shared <width>x<height>: sets up the network, the screen and clean variables.
 set_stage() {
     trap cleanup EXIT
     trap 'exit 143' INT TERM HUP
@@ -109,11 +108,11 @@ set_stage() {
     start_screen "$2"
 }
 
-# play <script> [argument]...: runs a walk written in Python and returns its status; shows the end
-# of its log when that is not 0.
+# play <script> [argument]...: runs a Python script and returns its status; shows the end of its log if
+# the status is not 0.
 play() {
-    # In the background, so that a signal is handled at once, and as a process group of
-    # its own, so that the bus and the program end with it.
+    # It runs in the background, so that a signal is handled at once, and in its own process group, so
+    # that the bus and the program end with it.
     setsid dbus-run-session -- /usr/bin/python3 -B "$@" 2>"$out/tour.log" &
     local session=$! status=0
     started+=("-$session")
@@ -125,8 +124,8 @@ play() {
     return "$status"
 }
 
-# enter_network <argument>...: starts the calling script anew with "--inside private" or "--inside
-# shared" and these arguments, in a network of its own where the system allows.
+# enter_network <argument>...: restarts the calling script with these arguments after "--inside private"
+# in a private network or, where the system does not allow that, after "--inside shared".
 enter_network() {
     local private
     private="$(private_network_command)"

@@ -1,8 +1,7 @@
 """The tour itself; scripts/tour.sh prepares the screen and the network and starts it.
 
-A person's first hour with the program: an empty list, one device, the service opened,
-a phone that fetches its file, an edit, an end and a new start. Every check prints a
-line; the last line counts them.
+It begins with an empty list and does what a person does in the first hour with the program. Every
+check prints a line; the last line counts them.
 """
 
 import csv
@@ -30,8 +29,8 @@ MAC_TYPED = "a1b2c3"
 MAC = "02:00:A7:A1:B2:C3"
 BARE_MAC = "0200a7a1b2c3"
 FILE = f"cfg{BARE_MAC}.xml"
-# Label in the dialog, column of the table, text to type. The password holds characters
-# that XML and SQL must escape.
+# Label in the dialog, column of the table, text to type. The password contains characters that XML and
+# SQL must escape.
 TYPED = [
     ("Account", "first_account", "Front desk"),
     ("SIP Server", "sip_server", "sip.example.net"),
@@ -47,7 +46,7 @@ KTP_AGENT = "Velloran KTP16XX 1.0.4.9 02:00:a7:a1:b2:c3"
 DK_AGENT = "Velloran DK715 1.0.2.3"
 CURL_EMPTY_REPLY = 52
 LONGEST_TOUR_S = 480
-# Qt asks for the place of a window that the window manager is just removing; this is harmless.
+# Qt asks for the place of a window while the window manager removes it; this is harmless.
 WINDOW_RACE = "qt.qpa.xcb: QXcbConnection: XCB error: 3 (BadWindow)"
 
 passed = failed = 0
@@ -73,7 +72,7 @@ def check_equal(saw, wanted, what):
 
 
 def check_soon(look, what):
-    """Checks what the program needs a moment for."""
+    """Checks something that may take the program a moment."""
     try:
         wait_for(what, look, 10)
     except NotSeen:
@@ -90,15 +89,15 @@ class Program:
         self._process = None
 
     def start(self, title=TITLE):
-        """Starts the program and waits until the window with this title has the keyboard."""
-        # From another folder, as a desktop entry would.
+        """Starts the program and waits until the window with this title has the focus."""
+        # The current folder is another one, as with a desktop entry.
         self._process = subprocess.Popen([str(self.folder / "VlManager")], cwd="/",
                                          stdin=subprocess.DEVNULL, stdout=self._log,
                                          stderr=self._log)
         wait_active(title)
 
     def start_again(self):
-        """Starts a second copy; returns its exit status, or None when it does not end."""
+        """Starts a second copy. Returns its exit status, or None if it does not end."""
         try:
             return subprocess.run([str(self.folder / "VlManager")], cwd="/", timeout=10,
                                   stdin=subprocess.DEVNULL, stdout=self._log,
@@ -118,7 +117,7 @@ class Program:
             self._process.wait()
 
     def ports(self):
-        """TCP ports on which the program listens."""
+        """The TCP ports on which the program listens."""
         listing = subprocess.run(["ss", "-Hltnp"], capture_output=True, text=True).stdout
         return [int(line.split()[3].rsplit(":", 1)[1]) for line in listing.splitlines()
                 if f"pid={self._process.pid}," in line]
@@ -137,7 +136,7 @@ class Program:
 
 
 class Phone:
-    """The phone: another host on the network if there is one, else this one."""
+    """The phone: another host on the network if there is one, otherwise this one."""
 
     def __init__(self):
         self._prefix = shlex.split(os.environ.get("TOUR_PHONE", ""))
@@ -159,7 +158,7 @@ class Phone:
 
 def free_port():
     with socket.socket() as taken:
-        # Below the ports that the system hands out.
+        # The system does not choose ports as low as these.
         for port in range(8080, 8180):
             try:
                 taken.bind(("", port))
@@ -171,7 +170,7 @@ def free_port():
 
 @contextmanager
 def port_80_held(address=""):
-    """Another program has port 80 meanwhile."""
+    """Another program holds port 80 meanwhile."""
     holder = subprocess.Popen(
         [sys.executable, "-c", "import socket, sys, time; s = socket.create_server("
          "(sys.argv[1], 80)); print(flush=True); time.sleep(600)", address],
@@ -185,7 +184,7 @@ def port_80_held(address=""):
 
 
 def chinese(source):
-    """The Chinese text of an English one, as a screen reader is told it."""
+    """The Chinese translation of an English text, as a screen reader gets it."""
     texts = ElementTree.parse(Path(__file__).parents[2] / "language" / "zh.ts")
     found = {message.findtext("source"): message.findtext("translation")
              for message in texts.iter("message")}
@@ -290,7 +289,7 @@ class Tour:
 
     def choose_card(self, by_keyboard=False, chooser="Select avaliable NIC"):
         wait_active(chooser)
-        # The card of the private network; on the machine's own, the card chosen already.
+        # The card of the private network; on the machine's own network, the card already chosen.
         if self.private_server:
             def radio():
                 return self.screen.find("radio button", "tour0", chooser)
@@ -307,7 +306,7 @@ class Tour:
         wait_gone(chooser)
 
     def answer_port_warning(self):
-        """True when the program said that port 80 is taken."""
+        """True if the program said that port 80 is taken."""
         def answered():
             return bool(screen.windows("Httpd Server")) or \
                 self.screen.sees("push button", "Close HTTPD")
@@ -390,11 +389,11 @@ class Tour:
         self.screen.shot("phone-has-fetched")
 
     def read_log(self, wanted):
-        """Checks that the log has each of these requests, with its outcome."""
+        """Checks that the log has all of these requests, with their outcomes."""
         def rows():
             log = self.program.folder / "log" / "requests.csv"
             if not log.exists():
-                return []  # the log is written a moment after the answer
+                return []  # the log is written a moment after the answer is sent
             with log.open(newline="", encoding="utf-8") as file:
                 return [tuple(row.values()) for row in csv.DictReader(file)]
         for entry in wanted:
@@ -467,7 +466,7 @@ class Tour:
         check_soon(lambda: "Reception" in self.cells(), '"cept" finds "Reception"')
         keys("ctrl+a", "BackSpace")
         check_soon(lambda: "Reception" in self.cells(), "an empty box shows every device")
-        # On this desktop, a line edit takes the key for the end of the line.
+        # On this desktop, a line edit takes this key for the end of the line.
         keys("ctrl+e")
         check_soon(lambda: self.screen.sees("text", "Export to"),
                    "Ctrl+E exports from a search box as well")
@@ -636,7 +635,7 @@ class Tour:
               f"the session is to start the program: {wanted}")
 
     def options_checked(self, menu, names):
-        """Which entries of the open menu are checked."""
+        """The checked entries of the open menu."""
         self.screen.click_on("menu item", menu)
         return [self.screen.is_checked(self.screen.find("menu item", name)) for name in names]
 
@@ -728,7 +727,7 @@ def stop(number, _frame):
 
 def main():
     out = Path(sys.argv[1])
-    # The tour ends the program even when a signal or its time limit ends the tour.
+    # The program ends even when a signal or the time limit ends the tour.
     for number in (signal.SIGTERM, signal.SIGINT, signal.SIGHUP, signal.SIGALRM):
         signal.signal(number, stop)
     signal.alarm(LONGEST_TOUR_S)

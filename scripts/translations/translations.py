@@ -1,11 +1,11 @@
 """The program's texts and their translations in language/*.ts.
 
-    translations.py            brings the .ts files up to the sources: new texts come in, those
-                               that no source holds any more go, and en.ts is filled by itself
-    translations.py --check    changes nothing; tells what is missing, unfinished, obsolete or
-                               broken, and ends with status 1 when anything is
+    translations.py            updates the .ts files from the sources: adds new texts, removes texts
+                               that no source has any more, and fills en.ts
+    translations.py --check    changes nothing; lists missing, unfinished, obsolete or broken texts;
+                               the exit status is 1 if there are any
 
-English is the language of the sources, so that each of its translations is the text itself.
+The sources are in English, so each English translation is the text itself.
 """
 
 import argparse
@@ -53,7 +53,7 @@ def run_lupdate(ts_file, *options):
     """Merges the sources' texts into one .ts file; returns lupdate's complaints."""
     command = [lupdate_command(), "-silent", "-locations", "none", "-source-language", "en",
                "-target-language", LANGUAGES[ts_file.name].locale, *options]
-    # A translation guessed from a similar text looks finished and is not.
+    # A translation guessed from a similar text looks finished although it is not.
     for guess in ("sametext", "similartext", "number"):
         command += ["-disable-heuristic", guess]
     command += ["-I", str(ROOT), *program_folders(), "-ts", str(ts_file)]
@@ -142,7 +142,7 @@ def check():
             findings += check_file(LANGUAGE_FOLDER / name, Path(scratch))
     print("\n".join(findings) or "all texts are translated")
     if findings:
-        print("Bring the files up to date with scripts/translations.sh and translate what is new.")
+        print("Update the files with scripts/translations.sh and translate the new texts.")
     return 1 if findings else 0
 
 

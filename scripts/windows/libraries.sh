@@ -1,9 +1,8 @@
 # Shared by scripts/windows.sh; source it, do not run it. Needs scripts/lib.sh.
 #
-# Makes SQLite and Qt for Windows, as static libraries, from the source packages of
-# Debian's own libraries. That takes half an hour, so the result is kept in a cache
-# outside the tree, in a folder for each set of versions and flags. Removing the cache
-# folder is always safe.
+# Builds SQLite and Qt for Windows, as static libraries, from the source packages of Debian's own
+# libraries. This takes half an hour or more, so a cache outside the tree keeps the result, in a folder
+# for each set of versions and flags. The cache may be removed at any time.
 
 windows_target=x86_64-w64-mingw32
 
@@ -15,16 +14,15 @@ qt_flags=(
     -qt-zlib -qt-libpng -qt-pcre -qt-freetype -qt-harfbuzz -qt-libjpeg
     -nomake examples -nomake tests -nomake tools
     -sql-sqlite -system-sqlite)
-# No extensions are loaded at run time; each connection of Qt's driver belongs to one
-# thread.
+# The program loads no SQLite extensions at run time.
 sqlite_flags=(-O2 -DNDEBUG -DSQLITE_THREADSAFE=1 -DSQLITE_ENABLE_COLUMN_METADATA
     -DSQLITE_OMIT_LOAD_EXTENSION)
 
 # installed_version <package>
 installed_version() { dpkg-query -W -f='${Version}' "$1"; }
 
-# The Linux and the Windows program use the same versions, so an update of Debian's
-# packages makes new libraries here too.
+# The Linux and the Windows program use the same versions, so an update of Debian's packages causes a
+# new build of these libraries too.
 windows_cache() {
     local recipe
     recipe="$(printf '%s\n' "${qt_flags[@]}" "${sqlite_flags[@]}" \
@@ -33,11 +31,9 @@ windows_cache() {
     echo "${XDG_CACHE_HOME:-$HOME/.cache}/vlmanager-windows/$(sha256sum <<<"$recipe" | cut -c 1-16)"
 }
 
-# fetch_source <source package> <a package made from it> <folder>: unpacks the source,
-# with Debian's patches, into the folder.
-#
-# The apt entry for it names the archives of this machine's packages, and is kept in an
-# apt folder of its own, so that the system's settings do not change.
+# fetch_source <source package> <a package made from it> <folder>: unpacks the source, with Debian's
+# patches, into the folder. It uses the archives of this machine's packages, with apt settings of its
+# own, so that the system's settings do not change.
 fetch_source() {
     local source="$1" binary="$2" folder="$3" apt_folder version
     apt_folder="$(mktemp -d)"
@@ -46,7 +42,7 @@ fetch_source() {
     apt-cache policy libc6 "$binary" \
         | awk '$2 ~ /^[a-z+]+:\/\// { split($3, at, "/"); print "deb-src", $2, at[1], at[2] }' \
         | sort -u >"$apt_folder/sources.list"
-    [ -s "$apt_folder/sources.list" ] || die "apt does not tell where $binary comes from"
+    [ -s "$apt_folder/sources.list" ] || die "apt does not know the archive of $binary"
     local apt=(apt-get -q -y -o Acquire::Retries=3
                -o "Dir::Etc::sourcelist=$apt_folder/sources.list"
                -o "Dir::Etc::sourceparts=$apt_folder/sources.list.d"
@@ -69,8 +65,8 @@ once() {
     touch "$stamp"
 }
 
-# logged <name> <command>...: writes the command's output to a file; shows its end when
-# the command fails.
+# logged <name> <command>...: writes the command's output to a file; shows the end of the file if the
+# command fails.
 logged() {
     local log="$cache/$1.log"
     shift
@@ -98,7 +94,7 @@ configure_qt() {
     say "Qt for Windows: configuring"
     rm -rf "$cache/qt"
     mkdir -p "$cache/qt"
-    # The build folder is the prefix: Qt is used from there and never installed.
+    # The build folder is the prefix, because Qt is used from there and never installed.
     logged qt-configure env -C "$cache/qt" ../qt-source/configure "${qt_flags[@]}" -prefix "$cache/qt" \
         "SQLITE_INCDIR=$cache/sqlite" "SQLITE_LIBDIR=$cache/sqlite"
 }
@@ -108,11 +104,11 @@ make_qt() {
     logged qt-make make -C "$cache/qt" -j "$(jobs_wanted)"
 }
 
-# Makes the libraries in $cache, and puts the compiler to use first in $PATH.
+# Builds the libraries in $cache, and puts the right compiler first in $PATH.
 make_windows_libraries() {
     cache="$(windows_cache)"
     mkdir -p "$cache/bin"
-    # The variant with POSIX threads. A machine may also have the other variant of the
+    # This is the variant with POSIX threads. A machine may also have the other variant of the
     # compiler, under the same plain name.
     local tool
     for tool in gcc g++; do

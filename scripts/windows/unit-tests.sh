@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Runs the unit tests built for Windows under Wine: those that need no screen.
+# Runs those unit tests under Wine that are built for Windows and need no screen.
 #   scripts/windows/unit-tests.sh [ctest argument]...
 set -euo pipefail
 . "$(dirname "${BASH_SOURCE[0]}")/../lib.sh"
@@ -16,7 +16,7 @@ case "${1:-}" in
         trap 'end_wine; cleanup' EXIT
         make_wine_prefix "$work"
         cd "$root"
-        # One at a time: Wine's server handles the waits of all tests, and slows each down.
+        # One test at a time: Wine's server handles the waits of all tests, and so slows each down.
         ctest --preset windows -R '^tst_' -LE screen --no-tests=error "$@"
         ;;
     *)
