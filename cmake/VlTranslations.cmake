@@ -2,7 +2,7 @@
 #
 # Each language/*.ts makes a catalogue. Qt's own Chinese texts (dialog buttons, the file
 # dialog) come from the installed Qt: its qt_zh_CN.qm only refers to catalogues of single Qt
-# modules, and QTranslator loads it only when each of them lies beside it.
+# modules, and QTranslator loads it only when all of them are beside it.
 set(VL_CATALOGUE_DIR ${CMAKE_BINARY_DIR}/catalogues)
 
 # Catalogues are the same on every system, so a cross build uses the host's catalogues and tool.

@@ -184,7 +184,7 @@ class Pictures:
     def readme_picture(self, name):
         self.take(self.readme / f"{name}-{self.language}.png", kept=README_PART)
 
-    # The walk
+    # The steps
 
     def run(self):
         self.start()
@@ -328,7 +328,7 @@ def main():
     try:
         pictures.run()
     except NotSeen as missing:
-        print(f"guide-pictures: {missing} did not appear", file=sys.stderr)
+        print(f"guide-pictures: timed out waiting for {missing}", file=sys.stderr)
         pictures.screen.shot("in-vain")
         pictures.screen.dump(out / "widgets.txt")
         return 1

@@ -115,7 +115,7 @@ class Gallery:
         keys("Return")
         self.box(box, f"{name}-nothing")
 
-    # --- the walk
+    # --- the steps
 
     def run(self):
         self.start()

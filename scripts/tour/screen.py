@@ -169,8 +169,8 @@ class Screen:
         return wait_for(f'"{node.get_name()}" to have a place on the screen', settled)
 
     def click(self, node, on_sign=False):
-        """Clicks into the middle, or on the sign before the text of a choice, whose widget is
-        often wider than the part that reacts to the mouse."""
+        """Clicks the middle of the widget, or the sign before the text of a choice, because the widget
+        is often wider than the part that reacts to the mouse."""
         x, y, width, height = self.place(node)
         x += SIGN_WIDTH_PX // 2 if on_sign else width // 2
         y += height // 2

@@ -381,7 +381,7 @@ class Tour:
         ended = r"\n\d\d:\d\d:\d\d [0-9.]+: sent \d+ bytes"
         wanted = ("One device request cfg\\.\nProduct:KTP\nFileName:" + FILE + ended +
                   "\n\nOne device request cfg\\.\nProduct:DK\nFileName:" + FILE + ended)
-        check_soon(lambda: re.search(wanted, self.report()), "the report box tells of both requests")
+        check_soon(lambda: re.search(wanted, self.report()), "the report box shows both requests")
         self.read_log([(FILE, "KTP", "sent"), (FILE, "DK", "sent"),
                        ("cfg0200a7000000.xml", "KTP", "not listed"),
                        ("cfg0200A7A1B2C3.xml", "KTP", "no name")])
@@ -398,7 +398,7 @@ class Tour:
                 return [tuple(row.values()) for row in csv.DictReader(file)]
         for entry in wanted:
             check_soon(lambda: any(set(entry) <= set(row) for row in rows()),
-                       f"the log tells of {', '.join(entry)}")
+                       f"the log has {', '.join(entry)}")
 
     def plug_and_play_needs_httpd(self):
         say("-- plug and play while the service is closed")
@@ -490,7 +490,7 @@ class Tour:
         self.screen.click_on("push button", "Close HTTPD")
         check_soon(lambda: self.screen.sees("push button", "Open HTTPD"),
                    'the button reads "Open HTTPD" again')
-        check_soon(lambda: not self.program.ports(), "the program listens no longer")
+        check_soon(lambda: not self.program.ports(), "the program no longer listens")
         check(self.screen.sees("push button", "Enable PNP Server"),
               "plug and play has gone with it")
         check(not self.screen.sees("text", "HTTPD server request informations"),
@@ -574,10 +574,10 @@ class Tour:
         check_soon(lambda: self.count_reads(3), "the first device is deleted by its trash can")
         self.screen.shot("deleted")
         self.screen.click_on("push button", "Undo", TITLE)
-        check_soon(lambda: self.count_reads(4), "the deletion is taken back")
+        check_soon(lambda: self.count_reads(4), "the deletion is undone")
         check_equal(self.program.rows(), before, "stored devices, after taking it back")
         keys("ctrl+shift+z")
-        check_soon(lambda: self.count_reads(3), "the deletion is made again")
+        check_soon(lambda: self.count_reads(3), "the deletion is redone")
         keys("ctrl+i")
         self.fill("Import file", str(file))
         self.screen.shot("import")
@@ -735,11 +735,11 @@ def main():
     try:
         tour.run()
     except NotSeen as missing:
-        check(False, f"waited in vain for {missing}")
+        check(False, f"timed out waiting for {missing}")
         tour.screen.shot("in-vain")
         tour.screen.dump(out / "widgets.txt")
     except Exception:
-        check(False, "the tour itself stumbled")
+        check(False, "the tour itself failed")
         traceback.print_exc()
     finally:
         tour.program.kill()

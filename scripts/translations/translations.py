@@ -95,7 +95,7 @@ def faults_of_chinese(source, text):
     faults = faults_of_translation(source, text)
     has_mnemonic = "&" in source.replace("&&", "")
     if has_mnemonic != bool(CHINESE_MNEMONIC.search(text)) or text.count("&") > 1:
-        faults.append('a mnemonic stands at the end, as "(&X)", where the source has one')
+        faults.append('the mnemonic must be at the end, as "(&X)", if the source has one, and missing otherwise')
     words = re.findall(r"[A-Za-z]{2,}", PLACE_MARKER.sub("", TAG.sub("", text)))
     left = [word for word in words if word not in LATIN_TERMS]
     if left:
