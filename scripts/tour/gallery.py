@@ -417,7 +417,7 @@ def main():
     try:
         gallery.run()
     except Exception:
-        gallery.missed.append("the walk itself stumbled")
+        gallery.missed.append("the script itself failed")
         traceback.print_exc()
     finally:
         gallery.stop()
