@@ -323,6 +323,10 @@
         <source>No phone will get the settings of this device. A MAC address has 12 hexadecimal digits.</source>
         <translation>No phone will get the settings of this device. A MAC address has 12 hexadecimal digits.</translation>
     </message>
+    <message>
+        <source>No phone will get the settings of this device. Another one above it has the same MAC address.</source>
+        <translation>No phone will get the settings of this device. Another one above it has the same MAC address.</translation>
+    </message>
 </context>
 <context>
     <name>ContactTitle</name>

@@ -323,6 +323,10 @@
         <source>No phone will get the settings of this device. A MAC address has 12 hexadecimal digits.</source>
         <translation>没有话机会取得该设备的配置。MAC地址应有12位十六进制数字。</translation>
     </message>
+    <message>
+        <source>No phone will get the settings of this device. Another one above it has the same MAC address.</source>
+        <translation>没有话机会取得该设备的配置。上方的另一设备具有相同的MAC地址。</translation>
+    </message>
 </context>
 <context>
     <name>ContactTitle</name>

@@ -78,7 +78,10 @@ bool DataMgr::openDatabase()
 {
     m_closed = false;
     m_failureTold = false;
-    return m_store.open(m_devices.snapshot());
+    const bool opened = m_store.open(m_devices.snapshot());
+    if (!m_store.isElsewhere())
+        m_oldDocuments.removeLeft(m_directory + DocumentFolder::rootName);
+    return opened;
 }
 
 bool DataMgr::keepUnsavedList()

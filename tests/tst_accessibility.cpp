@@ -2,6 +2,7 @@
 // Each is opened as a user opens it, and checked by what Qt tells a screen reader, by the Tab key
 // and by the places of its widgets.
 #include "app/Appearance.h"
+#include "app/Language.h"
 #include "app/ReportBox.h"
 #include "net/NetCardSelectDialog.h"
 #include "tests/Geometry.h"
@@ -143,7 +144,9 @@ private slots:
             if (pixels.width() == 1024 && qApp->devicePixelRatio() > 1)
                 continue; // no such screen is set to a larger scale
             Geometry::useScreen(pixels);
-            for (const QString &language : {"en"_s, "zh"_s}) {
+            for (const Language &one : languages) {
+                const QString language = QLatin1String(one.word);
+                QVERIFY(QFile::exists(QStringLiteral(VL_CATALOGUE_DIR "/%1.qm").arg(language)));
                 const QWidget *const window = open(language);
                 QCoreApplication::processEvents();
                 const QString faults = Geometry::faults(*window);

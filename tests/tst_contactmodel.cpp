@@ -71,6 +71,8 @@ private slots:
         second.id = 77; // the table numbers the rows itself
         second.mac = "0200.A7a1.b2c3"_s;
         list.replaceAt(1, second);
+        second.mac = "02:00:a7:A1:B2:C3"_s;
+        list.append(second);
         ContactModel model(list);
         QStringList texts;
         for (int column = 0; column < model.columnCount(); ++column) {
@@ -78,20 +80,23 @@ private slots:
             texts.append(cell.data().toString());
             QCOMPARE(cell.data(Qt::DecorationRole).userType() == QMetaType::QPixmap, column >= 9);
             QVERIFY(!cell.data(Qt::ToolTipRole).isValid());
-            // No phone can ask for the other device.
-            const QModelIndex lost = model.index(0, column);
-            QVERIFY(lost.data(ContactModel::NoMacRole).toBool());
-            for (const int role : {Qt::ToolTipRole, Qt::AccessibleDescriptionRole})
-                QCOMPARE(lost.data(role).toString().isEmpty(), column != ContactModel::Mac);
+            // The first has no address, and the third one's phone gets the settings of the second.
+            for (const int row : {0, 2}) {
+                const QModelIndex lost = model.index(row, column);
+                QVERIFY(lost.data(ContactModel::NoPhoneRole).toBool());
+                for (const int role : {Qt::ToolTipRole, Qt::AccessibleDescriptionRole})
+                    QCOMPARE(lost.data(role).toString().isEmpty(), column != ContactModel::Mac);
+            }
         }
         QCOMPARE(texts.join(QLatin1Char('|')),
                  "2|0200.A7a1.b2c3|b.product|b.sip_server|b.first_account|b.sip_user_id|b.city|"
                  "b.company|b.department||"_s);
         QCOMPARE(model.positionOfNumber(2), 1);
         // An index stays valid when its row is gone.
-        const QModelIndex stale = model.index(1, ContactModel::Mac);
+        const QModelIndex stale = model.index(2, ContactModel::Mac);
         list.removeAt(1);
         model.refresh();
+        QVERIFY(!model.index(1, 0).data(ContactModel::NoPhoneRole).isValid());
         for (const QModelIndex &none : {QModelIndex(), model.index(0, 11), stale})
             QVERIFY(!model.data(none, Qt::DisplayRole).isValid());
     }

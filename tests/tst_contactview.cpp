@@ -358,7 +358,7 @@ private slots:
         RowPictures::RowState state;
         for (const int place : {0, 1, 2, 3}) {
             state.selected = place & 1;
-            state.lacksMac = place & 2;
+            state.hasNoPhone = place & 2;
             const QColor text = rowPictures.textColor(f.view->palette(), state);
             QVERIFY(RowPictures::contrast(text, state.selected ? band : plain) >= 4.5);
         }

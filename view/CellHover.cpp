@@ -19,7 +19,7 @@ constexpr int hintMilliseconds = 10000;
 
 bool hasHintAtOnce(const QModelIndex &index)
 {
-    return ContactModel::isAction(index.column()) || index.data(ContactModel::NoMacRole).toBool();
+    return ContactModel::isAction(index.column()) || index.data(ContactModel::NoPhoneRole).toBool();
 }
 
 } // namespace

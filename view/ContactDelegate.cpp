@@ -57,7 +57,7 @@ void ContactDelegate::paint(QPainter *painter, const QStyleOptionViewItem &optio
     RowPictures::RowState state;
     state.selected = option.state.testFlag(QStyle::State_Selected);
     state.hovered = index.row() == m_hoveredRow;
-    state.lacksMac = index.data(ContactModel::NoMacRole).toBool();
+    state.hasNoPhone = index.data(ContactModel::NoPhoneRole).toBool();
     m_pictures.paintRow(*painter, rowRect(option), option.rect, option.palette, state);
     if (index.column() >= ContactModel::Detail)
         paintAction(*painter, option, index);

@@ -40,8 +40,8 @@ QVariant ContactModel::data(const QModelIndex &index, int role) const
     case Qt::ToolTipRole:
     case Qt::AccessibleDescriptionRole:
         return note(index.row(), index.column());
-    case NoMacRole:
-        return lacksMac(index.row()) ? QVariant(true) : QVariant();
+    case NoPhoneRole:
+        return hasNoPhone(index.row()) ? QVariant(true) : QVariant();
     default:
         return {};
     }
@@ -186,19 +186,28 @@ int ContactModel::shownNumber(int row) const
     return m_snapshot.at(row).number;
 }
 
-bool ContactModel::lacksMac(int row) const
+ContactModel::Reach ContactModel::reachOf(int row) const
 {
-    return !isMac(m_snapshot.infoAt(row).mac);
+    const QString &mac = m_snapshot.infoAt(row).mac;
+    if (!isMac(mac))
+        return Reach::NoMac;
+    // The same address may be spelled in another letter case, or the stored list hold it twice.
+    return m_snapshot.rowOfBareMac(bareMac(mac)) == row ? Reach::Phone : Reach::SecondOf;
 }
 
-/// The hint of a cell: how the phone's last request went, or that the device has no valid MAC.
+/// The hint of a cell: how the phone's last request went, or why there can be none.
 QVariant ContactModel::note(int row, int column) const
 {
-    if (!lacksMac(row))
+    const Reach reach = reachOf(row);
+    if (reach == Reach::Phone)
         return m_seen ? QVariant(m_seen->text(m_snapshot.infoAt(row).mac)) : QVariant();
-    return column == Mac ? QVariant(tr("No phone will get the settings of this device. A MAC "
-                                       "address has 12 hexadecimal digits."))
-                         : QVariant();
+    if (column != Mac)
+        return {};
+    return reach == Reach::NoMac
+               ? tr("No phone will get the settings of this device. A MAC address has 12 "
+                    "hexadecimal digits.")
+               : tr("No phone will get the settings of this device. Another one above it has the "
+                    "same MAC address.");
 }
 
 const QString &ContactModel::text(int row, int column) const

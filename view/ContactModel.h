@@ -39,8 +39,8 @@ public:
 
     /// Roles in addition to those of Qt.
     enum Role {
-        /// True in every cell of a device without a valid MAC, whose document no phone can ask for.
-        NoMacRole = Qt::UserRole,
+        /// True in every cell of a device whose settings no phone gets.
+        NoPhoneRole = Qt::UserRole,
     };
 
     /// `list` is not owned and must outlive the model.
@@ -95,10 +95,18 @@ private:
         int tail = 0;
     };
 
+    /// Who gets the settings of a device.
+    enum class Reach {
+        Phone,
+        NoMac,    ///< nobody: no phone has such a MAC
+        SecondOf, ///< nobody: its phone gets the settings of the first device with the same MAC
+    };
+
     void adopt(const DeviceListSnapshot &fresh, int head, int tail);
     void announceNumbers();
     void announceReset();
-    bool lacksMac(int row) const;
+    bool hasNoPhone(int row) const { return reachOf(row) != Reach::Phone; }
+    Reach reachOf(int row) const;
     QVariant note(int row, int column) const;
     QPixmap actionPicture(int column) const;
 

@@ -234,6 +234,8 @@ void ContactView::updateContactModel()
         m_lostPlace = {row, scrolled.y()};
     layOutColumns();
     executeDelayedItemsLayout();
+    // The change of one device may have given another one its phone.
+    viewport()->update();
     // A current row that moves is no reason to scroll to it.
     horizontalScrollBar()->setValue(scrolled.x());
     verticalScrollBar()->setValue(scrolled.y());

@@ -129,7 +129,7 @@ QColor RowPictures::textColor(const QPalette &palette, RowState state)
 {
     const QPair<qint64, int> key(palette.cacheKey(), (state.selected ? 1 : 0) +
                                                          (state.hovered ? 2 : 0) +
-                                                         (state.lacksMac ? 4 : 0));
+                                                         (state.hasNoPhone ? 4 : 0));
     const auto known = m_textColors.constFind(key);
     if (known != m_textColors.constEnd())
         return *known;
@@ -145,7 +145,7 @@ QColor RowPictures::textColor(const QPalette &palette, RowState state)
 
     QVector<QColor> candidates = {palette.color(
         QPalette::Active, state.selected ? QPalette::HighlightedText : QPalette::Text)};
-    if (state.lacksMac)
+    if (state.hasNoPhone)
         candidates = {QColor(0xB4, 0x23, 0x30), QColor(0x7A, 0x0C, 0x18), QColor(0xFF, 0xB3, 0xB3)};
     candidates += {QColor(Qt::black), QColor(Qt::white)};
     QColor best;

@@ -24,7 +24,7 @@ public:
     {
         bool selected = false;
         bool hovered = false;
-        bool lacksMac = false; ///< the device of the row has no valid MAC
+        bool hasNoPhone = false; ///< no phone gets the settings of the row's device
     };
 
     /// Loads and scales the picture of a selected row, unless that is done already.

@@ -34,6 +34,7 @@ int SearchEdit::columnOf(int index)
         ContactModel::FirstAccount, ContactModel::SipUserId, ContactModel::Number,
         ContactModel::City,         ContactModel::Company,   ContactModel::Department,
     };
+    static_assert(columns.back() != ContactModel::Number, "each text column has a box");
     return index >= 0 && index < boxCount ? columns[static_cast<std::size_t>(index)]
                                           : static_cast<int>(ContactModel::Number);
 }
