@@ -74,6 +74,16 @@ QString databaseCopy(const QString &folder, int size)
     return backup.errorText();
 }
 
+QString databaseMoved(const QString &folder, int size)
+{
+    const QTemporaryDir elsewhere;
+    const QString path = writeFile(elsewhere.filePath(u"phonebook.db"_s), QByteArray(size, 'd'));
+    writeFile(path + u"-journal"_s, "j");
+    DeviceBackup backup(folder);
+    const int stay = backup.putAside(path) ? 0 : 2;
+    return QDir(elsewhere.path()).count() == uint(stay) + 2 ? backup.errorText() : u"lost"_s;
+}
+
 } // namespace
 
 Q_DECLARE_METATYPE(Writer)
@@ -111,6 +121,7 @@ void TestFullDisk::leavesTheOldFile_data()
     rows("document", document);
     rows("backup", backup);
     rows("copy of a database", databaseCopy);
+    rows("move of a database", databaseMoved);
 }
 
 void TestFullDisk::leavesTheOldFile()

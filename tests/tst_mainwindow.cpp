@@ -8,6 +8,7 @@
 #include <QLineEdit>
 #include <QMimeData>
 #include <QMovie>
+#include <QPlainTextEdit>
 #include <QScreen>
 #include <QSignalSpy>
 #include <QTimer>
@@ -202,6 +203,25 @@ private slots:
         QCOMPARE(stored(), "12"_s);
         QCOMPARE(account(1), "0012"_s);
         QCOMPARE(QDir(path("backup")).entryList(QDir::Files).size(), 1);
+    }
+
+    void eachReportOfAStormIsShownOnce()
+    {
+        openWindow();
+        const auto *const text = part<QPlainTextEdit>();
+        QStringList reports;
+        const auto report = [&] {
+            reports.append(QString::number(reports.size()));
+            m_window->onHTTPDMsg(reports.last());
+        };
+        const auto shown = [&] {
+            return text->toPlainText().split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+        };
+        for (int i = 0; i < 100; ++i)
+            report();
+        QTRY_COMPARE(shown(), reports);
+        report();
+        QTRY_COMPARE(shown(), reports);
     }
 
     void aLongImportMovesAndEndsBeforeTheWindow()
