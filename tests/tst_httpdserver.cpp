@@ -2,6 +2,7 @@
 #include "HttpPhone.h"
 #include "Literal.h"
 #include "TestDevices.h"
+#include "model/PhoneFamily.h"
 #include "net/HttpdServer.h"
 
 #include <QDir>
@@ -95,21 +96,19 @@ private slots:
     void answer_data()
     {
         QTest::addColumn<QByteArray>("bytes");
-        QTest::addColumn<QString>("product");
-        QTest::newRow("cordless") << request(docName, "Velloran DK715") << "DK"_s;
-        QTest::newRow("video phone") << request(docName, "KTV3275 KTP") << "KTV3275"_s;
+        QTest::addColumn<int>("type");
         // What fits is taken, and the answer arrives although the rest is never read.
         QTest::newRow("more than fits")
-            << request(docName, "KTP") + QByteArray("X: y\r\n").repeated(16 * 1024) << "KTP"_s;
+            << request(docName, "KTP") + QByteArray("X: y\r\n").repeated(16 * 1024)
+            << int(DeskPhoneXml);
         QTest::newRow("in the rest of a line too long")
-            << QByteArray(1023, 'a') + request(docName, "DK") << "DK"_s;
+            << QByteArray(1023, 'a') + request(docName, "DK") << int(CordlessXml);
     }
 
     void answer()
     {
         QFETCH(QByteArray, bytes);
-        QFETCH(QString, product);
-        const int type = product == "DK"_s ? CordlessXml : DeskPhoneXml;
+        QFETCH(int, type);
         bool reset = true;
         const QByteArray answer = ask(m_port, bytes, &reset);
         const QByteArray stamp =
@@ -126,6 +125,28 @@ private slots:
         QVERIFY(!reset);
         QCOMPARE(m_source->exports(), QStringList("%1 UTF-8 %2"_s.arg(type).arg(docFile)));
         QTRY_COMPARE(m_source->ends(), QStringList("sent %1"_s.arg(answer.size())));
+    }
+
+    /// The document that each family gets, whichever way a request names it, and what plug and play
+    /// adds to its address.
+    void families()
+    {
+        QStringList found;
+        for (const PhoneFamily &family : ::families) {
+            const QByteArray word = family.word;
+            for (const QByteArray &bytes : {request(docName, "Velloran " + word + "99 1.0"),
+                                            QByteArray("GET /cfg0200a7aabbcc.xml\r\nGET /") +
+                                                docName + "?pro=" + word + " HTTP/1.1\r\n\r\n"})
+                QCOMPARE(bodyOf(ask(m_port, bytes)),
+                         FakeSource::document(family.document, docName));
+            QCOMPARE(urlEnd(QString::fromLatin1(word) + "99"_s), QLatin1String(family.urlEnd));
+            found += "%1 %2 %3"_s.arg(QLatin1String(word))
+                         .arg(family.document)
+                         .arg(QLatin1String(family.urlEnd));
+        }
+        for (const char *known :
+             {"KTV3140 13 ", "KTV3175 13 ", "KTV3275 13 ", "KTV3240 13 ", "KTP 13 /", "DK 14 "})
+            QVERIFY2(found.contains(QLatin1String(known)), known);
     }
 
     void noAnswer_data()

@@ -39,7 +39,6 @@ private slots:
         row("GET x?pro=a HTTP/1.1", "1.1", "", "");
 
         row("GET /cfg0a.xml|User-Agent: DK KTP 1.0", name, "KTP", "0a");
-        row("GET /cfg0a.xml|User-Agent: KTP KTV3275", name, "KTV3275", "0a");
         row("GET /cfg0a.xml|User-Agent: KTV3240 KTV3275 KTV3175 KTV3140", name, "KTV3140", "0a");
         row("GET /cfg0a.xml|User-Agent: DK715|User-Agent: curl/8", name, "DK", "0a");
         row("GET /cfg0a.xml|user-agent: DK|User-Agent: dk|X-User-Agent: DK", name, "", "0a");

@@ -164,9 +164,8 @@ private slots:
         QCOMPARE(PnPMessages::notImplemented(request, local).toUtf8(), answer(notImplemented));
         QCOMPARE(PnPMessages::accepted(request).toUtf8(), answer(accepted));
         // What the folder of the file ends with.
-        for (const auto &[model, slash] :
-             {std::pair("KTP2135", "/"), std::pair("ktp2200", "/"), std::pair("KTP2200 ", "/"),
-              std::pair("KTP2200", ""), std::pair("DK71X", ""), std::pair("MKTP2135", "")}) {
+        for (const auto &[model, slash] : {std::pair("ktp2200", "/"), std::pair("KTP2200 ", "/"),
+                                           std::pair("KTP2200", ""), std::pair("MKTP2135", "")}) {
             const PnPRequest named = PnPRequest::parse(with("KTP2135", model));
             QCOMPARE(PnPMessages::notify(named, local, "http://192.168.10.1:8080"_s).toUtf8(),
                      QByteArray(notify).replace("   25", *slash ? "   25" : "   24") + slash);
@@ -189,7 +188,9 @@ private slots:
         QCOMPARE(verdict(far, phone), PnPGuard::Allowed);
         QCOMPARE(verdict(phone, "10.1.2.3"), PnPGuard::Allowed); // on the other card's network
         QCOMPARE(verdict("127.0.0.1", "127.8.9.10"), PnPGuard::Allowed);
-        for (const char *other : {far, "172.16.0.2", "127.0.0.1"}) // a router's, a single one's
+        for (const char *other :
+             {far, "172.16.0.2",
+              "127.0.0.1"}) // far away; on the tunnel's single-host network; loopback
             QCOMPARE(verdict(phone, other), PnPGuard::OtherNetwork);
         for (const char *self : {"192.168.10.1", "127.8.9.10"})
             QCOMPARE(verdict("127.0.0.1", self, 5060), PnPGuard::ComesBack);

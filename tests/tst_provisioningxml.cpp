@@ -2,7 +2,8 @@
 #include "TestDevices.h"
 #include "export/ExportBase.h"
 #include "export/ExportFactory.h"
-#include "model/ExportType.h"
+#include "model/PhoneFamily.h"
+#include "model/ValueTables.h"
 
 #include <QDateTime>
 #include <QDir>
@@ -134,15 +135,15 @@ void TestProvisioningXml::choosesTheDeviceByTheFileName()
     QList<ContactInfo> devices;
     for (const QString &stored : qAsConst(macs)) {
         devices.append(deviceWithMac(stored));
-        devices.last().first_account = QString::number(devices.size() - 1);
+        devices.last().first_account = u"no.%1"_s.arg(devices.size() - 1);
     }
-    for (const ExportType type : {DeskPhoneXml, CordlessXml}) {
+    for (const PhoneFamily &family : families) {
         const QTemporaryDir parent; // a folder's name must not count for the file's
         QVERIFY(QDir(parent.path()).mkdir(u"cfgfolder"_s));
         const QString path = parent.filePath(u"cfgfolder/"_s) + fileName;
-        QCOMPARE(exportTo(path, devices, type), chosen >= 0);
+        QCOMPARE(exportTo(path, devices, family.document), chosen >= 0);
         QCOMPARE(QDir(QFileInfo(path).path()).isEmpty(), chosen < 0);
-        const QByteArray account = "<P270>" + QByteArray::number(chosen) + "</P270>";
+        const QByteArray account = ">no." + QByteArray::number(chosen) + '<';
         QCOMPARE(fileContent(path).contains(account), chosen >= 0);
     }
 }
@@ -150,17 +151,23 @@ void TestProvisioningXml::choosesTheDeviceByTheFileName()
 void TestProvisioningXml::everyCodecHasItsNumber()
 {
     const QTemporaryDir folder;
-    const QList<QPair<const char *, QByteArray>> numbers = {
-        {"PCMU", "0"},   {"PCMA", "8"},    {"G722", "9"}, {"G729A/B", "18"},
-        {"G723.1", "4"}, {"G726-32", "2"}, {"GSM", "3"},  {"L16-256", "98"}};
-    for (const auto &[name, number] : numbers) {
+    const QString path = folder.filePath(requestedName);
+    QStringList numbers;
+    QStringList found;
+    for (const QString &name : speechCodecs()) {
         ContactInfo device = deviceWithMac(mac);
-        device.speech_coding1 = device.speech_coding2 = QLatin1String(name);
-        QVERIFY(exportTo(folder.filePath(requestedName), {device}));
-        const QByteArray document = fileContent(folder.filePath(requestedName));
-        QVERIFY2(document.contains("<P57>" + number + "</P57>"), name);
-        QVERIFY2(document.contains("<P58>" + number + "</P58>"), name);
+        device.speech_coding1 = device.speech_coding2 = name;
+        QVERIFY(exportTo(path, {device}));
+        const QString document = QString::fromUtf8(fileContent(path));
+        const QString number = document.section(u"P57>"_s, 1, 1).section(QLatin1Char('<'), 0, 0);
+        QVERIFY2(!number.isEmpty() && !numbers.contains(number), qPrintable(name));
+        QVERIFY(document.contains(u"<P58>%1</P58>"_s.arg(number)));
+        numbers += number;
+        found += name + QLatin1Char(' ') + number;
     }
+    for (const char *known : {"PCMU 0", "PCMA 8", "G722 9", "G729A/B 18", "G723.1 4", "G726-32 2",
+                              "GSM 3", "L16-256 98"})
+        QVERIFY2(found.contains(QLatin1String(known)), known);
 }
 
 void TestProvisioningXml::writesOnlyWhatHasChangedAndForTheOwnerAlone()
