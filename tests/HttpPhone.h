@@ -8,9 +8,11 @@
 #include "net/SocketPlatform.h"
 
 #include <QByteArray>
+#include <QSemaphore>
 #include <QStringList>
 
 #include <atomic>
+#include <chrono>
 #include <condition_variable>
 #include <memory>
 #include <mutex>
@@ -47,9 +49,9 @@ public:
         }
         if (fileName.contains("unknown"_s))
             return false;
+        if (isDiskSlow)
+            disk.acquire();
         const QString path = folder + QLatin1Char('/') + fileName;
-        const std::lock_guard<std::mutex> disk(m_disk);
-        std::this_thread::sleep_for(writeTime);
         return bool(writeWholeFile(path, document(type, fileName.toUtf8()), Durability::Replaced));
     }
     void requestEnded(const RequestEnd &request) override
@@ -79,9 +81,10 @@ public:
     QStringList ends() const { return locked(m_ends); }
 
     std::atomic<quint64> version{0};
-    // Before the first request:
-    std::chrono::milliseconds writeTime{0}; ///< the disk takes for a document, one after the other
-    RequestLog *log = nullptr;              ///< the requests are logged there as well
+    QSemaphore disk; ///< how many documents a slow disk writes until it stands still again
+    // Set these before the first request.
+    bool isDiskSlow = false;
+    RequestLog *log = nullptr; ///< the requests are logged there as well
 
 private:
     QStringList locked(const QStringList &list) const
@@ -91,7 +94,6 @@ private:
     }
 
     mutable std::mutex m_mutex;
-    std::mutex m_disk;
     std::condition_variable m_released;
     QStringList m_exports;
     QStringList m_ends;
