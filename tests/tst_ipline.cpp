@@ -1,7 +1,7 @@
+#include "Literal.h"
 #include "dialogs/AddressSegment.h"
 #include "dialogs/IpLine.h"
 #include "dialogs/IpPart.h"
-#include "tests/Literal.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -15,56 +15,51 @@
 
 namespace {
 
+using namespace AddressSegment;
+
+const QString specialKeys = "{}<>"_s; // in the order of Input::Action
 const QChar cursorMark = QLatin1Char('|');
 const QChar selectionMark = QLatin1Char('[');
 const QChar selectionEnd = QLatin1Char(']');
 
-QString withoutMarks(QString text)
+/// A segment in one text: "|" is the cursor, "[...]" the selection.
+QString shown(State state)
 {
-    return text.remove(cursorMark).remove(selectionMark).remove(selectionEnd);
+    if (state.selectionLength == 0)
+        return state.text.insert(state.cursor, cursorMark);
+    state.text.insert(state.selectionStart + state.selectionLength, selectionEnd);
+    return state.text.insert(state.selectionStart, selectionMark);
 }
 
-/// What an entry looks like, in one text: the segments with their separator and, in the one that
-/// has the focus, "|" for the cursor or "[...]" for the selection.
-QString appearance(const IpLine &line, QChar separator)
+State stateOf(QString text)
+{
+    const int start = text.indexOf(selectionMark);
+    if (start < 0)
+        return {QString(text).remove(cursorMark), text.indexOf(cursorMark)};
+    const int end = text.remove(selectionMark).indexOf(selectionEnd);
+    return {text.remove(selectionEnd), end, start, end - start};
+}
+
+/// What an entry looks like: its segments with their separator, the one that has the focus with its
+/// marks.
+QString appearance(const IpLine &line)
 {
     QStringList pieces;
     for (const IpPart *part : line.parts()) {
-        QString piece = part->text();
-        if (part->hasFocus() && part->hasSelectedText()) {
-            piece.insert(part->selectionEnd(), selectionEnd);
-            piece.insert(part->selectionStart(), selectionMark);
-        } else if (part->hasFocus()) {
-            piece.insert(part->cursorPosition(), cursorMark);
-        }
-        pieces.append(piece);
+        const State state{part->text(), part->cursorPosition(), part->selectionStart(),
+                          part->selectionLength()};
+        pieces.append(part->hasFocus() ? shown(state) : state.text);
     }
-    return pieces.join(separator);
+    return pieces.join(QLatin1Char(pieces.size() == 4 ? '.' : ':'));
 }
 
-/// Puts the cursor or the selection where it is marked.
-void setAppearance(IpLine &line, const QString &wanted, QChar separator)
-{
-    line.setText(withoutMarks(wanted));
-    const QStringList pieces = wanted.split(separator);
-    for (int i = 0; i < pieces.size(); ++i) {
-        if (withoutMarks(pieces.at(i)) != pieces.at(i))
-            line.focusPart(i);
-        if (pieces.at(i).contains(cursorMark))
-            line.parts().at(i)->setCursorPosition(pieces.at(i).indexOf(cursorMark));
-        const int start = pieces.at(i).indexOf(selectionMark);
-        if (start >= 0)
-            line.parts().at(i)->setSelection(start, pieces.at(i).indexOf(selectionEnd) - start - 1);
-    }
-}
-
-/// Types into whatever has the focus, as a person does. "<" and ">" are the arrow keys, "{" is
-/// Backspace, "}" is Delete, and "#" pastes.
+/// Types into whatever has the focus, as a person does. "{" is Backspace, "}" is Delete, "<" and
+/// ">" are the arrow keys, and "#" pastes.
 void type(const QString &keys)
 {
-    const Qt::Key special[] = {Qt::Key_Left, Qt::Key_Right, Qt::Key_Backspace, Qt::Key_Delete};
+    const Qt::Key special[] = {Qt::Key_Backspace, Qt::Key_Delete, Qt::Key_Left, Qt::Key_Right};
     for (const QChar key : keys) {
-        const int at = "<>{}"_s.indexOf(key);
+        const int at = specialKeys.indexOf(key);
         if (at >= 0)
             QTest::keyClick(QApplication::focusWidget(), special[at]);
         else if (key == QLatin1Char('#'))
@@ -87,77 +82,128 @@ private slots:
         new QVBoxLayout(m_window.get());
     }
 
+    /// What a key does to a segment, without any widget. The special keys are those of type().
     void keys()
     {
         struct Row
         {
-            const char *before, *typed, *after; ///< ends in "!" when something is refused
+            Kind kind;
+            const char *before;
+            char key;
+            const char *after; ///< and why the key is refused
+            Move move = Move::Stay;
+        };
+        const Row rows[] = {
+            {MacByte, "|", 'a', "A|F"},
+            {MacByte, "|FF", 'a', "A|F"},
+            {MacByte, "A|F", 'b', "AB|", Move::NextStart},
+            {MacByte, "AB|", 'c', "AB| full"},
+            {MacByte, "[AB]", 'c', "C|F"},
+            {MacByte, "A[B]", 'c', "AC|", Move::NextStart},
+            {MacByte, "|AB", 'g', "|AB no digit"},
+            {MacByte, "AB|", ':', "AB|"},
+            {MacByte, "A|F", '.', "A|F", Move::NextStart},
+            {MacByte, "A|B", '{', "|FB"},
+            {MacByte, "A|B", '}', "A|F"},
+            {MacByte, "[AB]", '}', "|"},
+            {MacByte, "|", '{', "|", Move::PreviousRest},
+
+            {Octet, "|20", '<', "|20", Move::PreviousEnd},
+            {Octet, "2|0", '<', "2|0"},
+            {Octet, "20|", '>', "20|", Move::NextStart},
+            {Octet, "2|0", '>', "2|0"},
+            {Octet, "[20]", '2', "2|"},
+            {Octet, "2|", '6', "26|", Move::NextSelected},
+            {Octet, "25|", '5', "255|", Move::NextSelected},
+            {Octet, "25|", '6', "25| too large"},
+            {Octet, "1|25", '3', "1|25 full"},
+            {Octet, "0|", '7', "7|"},
+            {Octet, "|", '+', "| no digit"},
+            {Octet, "20|", '.', "20|", Move::NextSelected},
+            {Octet, "20|", ',', "20|", Move::NextSelected},
+            {Octet, "[20]", '.', "[20]"},
+            {Octet, "|", '.', "|"},
+            // Deleting is no typing: whatever remains, the user is not moved on.
+            {Octet, "|192", '}', "|92"},
+            {Octet, "|10", '{', "|10"},
+
+            {FourCharacters, "abc|", 'd', "abcd|", Move::NextSelected},
+        };
+        const char *const reasons[] = {"", " no digit", " too large", " full"};
+        for (const Row &row : rows) {
+            const State before = stateOf(QLatin1String(row.before));
+            const auto action = Input::Action(specialKeys.indexOf(QLatin1Char(row.key)) + 1);
+            const Result result = apply(row.kind, before, {action, QLatin1Char(row.key)});
+            State after{result.text, result.cursor};
+            if (result.cursor < 0)
+                after = {result.text, before.cursor, before.selectionStart, before.selectionLength};
+            QCOMPARE(shown(after) + QLatin1String(reasons[int(result.refusal)]),
+                     QLatin1String(row.after));
+            QVERIFY2(result.move == row.move, row.before);
+        }
+    }
+
+    void wholeAddresses()
+    {
+        struct Row
+        {
+            Kind kind;
+            const char *text, *pieces; ///< none if it is no address
+            bool canBeTyped = true;
+        };
+        const Row rows[] = {
+            {MacByte, " 02 00-A7 A1:B2 C3\n", "02 00 A7 A1 B2 C3"},
+            {MacByte, "02:00:A7:A1:B2:C3:D4", "", false},
+            {MacByte, "beef cake", "", false},
+            {MacByte, "0200A7", ""},
+            {Octet, "192.168.001.20", "192 168 1 20"},
+            {Octet, "\uff11\uff19\uff12\u3002168\uff0e1.10/24", "192 168 1 10", false},
+            {Octet, "192.168.1.256", "", false},
+        };
+        for (const Row &row : rows) {
+            const QString text = QString::fromUtf8(row.text);
+            QCOMPARE(piecesOfAddress(row.kind, text).join(QLatin1Char(' ')),
+                     QLatin1String(row.pieces));
+            QVERIFY2(canBeTyped(row.kind, text, row.kind == Octet ? 4 : 6) == row.canBeTyped,
+                     row.text);
+        }
+    }
+
+    /// The same in the widget, from a segment on that is selected. "#" pastes.
+    void wholeEntry()
+    {
+        struct Row
+        {
+            const char *given;
+            int part;
+            const char *typed, *after; ///< ends in "!" when something is refused
             const char *clipboard = "";
         };
         const char *const full = "02:00:A7:A1:B2:C3|";
+        const char *const other = "11:22:33:44:55:66";
         const Row rows[] = {
-            {"|:::::", "0200a7a1b2c3", full},
-            {"|:::::", "02:00:a7:a1:b2:c3", full},
-            {"|FF:::::", "a", "A|F:::::"},
-            {"A|F:22::::", "b", "AB:|22::::"},
-            {"AB|:22::::", "c", "AB|:22::::!"},
-            {"[AB]:::::", "c", "C|F:::::"},
-            {"A[B]:22::::", "c", "AC:|22::::"},
-            {"|AB:::::", "g", "|AB:::::!"},
-            {"AB|:::::", ":", "AB|:::::"},
-            {"A|F:22::::", ".", "AF:|22::::"},
-            {"A|B:::::", "{", "|FB:::::"},
-            {"A|B:::::", "}", "A|F:::::"},
-            {"02:[AB]:A7:::", "}1d", "02:1D:|A7:::"},
-            {"02:00:A7:::|", "{{{", "02:00:A7|:::"},
-
-            {"|...", "192.168.100.20", "192.168.100.20|"},
-            {"10.20.|30.40", "<>>>", "10.20.30|.40"},
-            {"[20].30..", "2", "2|.30.."},
-            {"2|.30..", "6", "26.[30].."},
-            {"25|.30..", "5", "255.[30].."},
-            {"25|.30..", "6", "25|.30..!"},
-            {"0|.30..", "7", "7|.30.."},
-            {"|.30..", "+", "|.30..!"},
-            {"20|.30..", ".", "20.[30].."},
-            {"20|.30..", ",", "20.[30].."},
-            {"[20].30..", ".", "[20].30.."},
-            {"|.30..", ".", "|.30.."},
-            // Deleting is no typing: whatever remains, the user is not moved on.
-            {"|192.30..", "}", "|92.30.."},
-            {"|10.30..", "{", "|10.30.."},
-
-            {"[11]:22:33:44:55:66", "#", full, "0200a7a1b2c3"},
-            {"11:[22]:33:44:55:66", "#", "11:02:00:A7:|55:66", "0200A7"},
-            {"11:[22]:33:44:55:66", "#", "11:[22]:33:44:55:66!", "beef cake"},
-            {"11:|::::", "#", full, " 02 00-A7 A1:B2 C3\n"},
-            {"11:|::::", "#", "11:|::::!", "02:00:A7:A1:B2:C3:D4"},
-            {"1.2.|.", "#", "192.168.1.20|", "192.168.001.20"},
-            {"1.2.|.", "#", "192.168.1.10|", "\uff11\uff19\uff12\u3002168\uff0e1.10/24"},
-            {"1.2.|.", "#", "1.2.3.4|", "3.4"},
-            {"1.2.|.4", "#", "1.2.|.4!", "192.168.1.256"},
+            {":::::", 0, "0200a7a1b2c3", full},
+            {":::::", 0, "02:00:a7:a1:b2:c3", full},
+            {"02:00:A7:::", 5, "{{{", "02:00:A7|:::"},
+            {"...", 0, "192.168.100.20", "192.168.100.20|"},
+            {"10.20.30.40", 2, "<<<>>>>", "10.20.30.|40"},
+            {other, 1, "#", full, "0200a7a1b2c3"},
+            {other, 1, "#", "11:02:00:A7:|55:66", "0200A7"},
+            {other, 1, "#", "11:[22]:33:44:55:66!", "beef cake"},
         };
         for (const Row &row : rows) {
-            const QString before = QLatin1String(row.before);
-            const bool isMac = before.contains(QLatin1Char(':'));
-            const QChar separator = QLatin1Char(isMac ? ':' : '.');
+            const bool isMac = QLatin1String(row.given).contains(QLatin1Char(':'));
             IpLine *line = show(isMac ? IpLine::Form::Mac : IpLine::Form::Ip);
-            setAppearance(*line, before, separator);
+            line->setText(QLatin1String(row.given));
+            line->focusPart(row.part);
             QApplication::clipboard()->setText(QString::fromUtf8(row.clipboard));
             const QSignalSpy refused(line, &IpLine::refused);
             type(QLatin1String(row.typed));
-            QCOMPARE(appearance(*line, separator) + (refused.isEmpty() ? ""_s : "!"_s),
+            QCOMPARE(appearance(*line) + (refused.isEmpty() ? ""_s : "!"_s),
                      QLatin1String(row.after));
             QCOMPARE(line->value(), line->text());
             delete line;
         }
-    }
-
-    void fourCharactersMoveOn()
-    {
-        using namespace AddressSegment;
-        const Result result = apply(FourCharacters, {"abc"_s, 3, 0, 0}, {Input::Type, u'd'});
-        QVERIFY(result.text == "abcd"_s && result.move == Move::NextSelected);
     }
 
     void otherWaysIn()
@@ -177,12 +223,12 @@ private slots:
         for (const Enter &enter : {inputMethod, contextMenu}) {
             mac->setText("02:00:A7:::"_s);
             enter(*mac->parts().at(3), "a1\uff22"_s);
-            QCOMPARE(appearance(*mac, QLatin1Char(':')), "02:00:A7:A1:B|F:"_s);
+            QCOMPARE(appearance(*mac), "02:00:A7:A1:B|F:"_s);
             enter(*mac->parts().at(2), "0200.a711.2233"_s);
             QCOMPARE(mac->value(), "02:00:A7:11:22:33"_s);
             ip->setText(QString());
             enter(*ip->parts().at(0), "10\u3002"_s);
-            QCOMPARE(appearance(*ip, QLatin1Char('.')), "10.|.."_s);
+            QCOMPARE(appearance(*ip), "10.|.."_s);
         }
     }
 
@@ -194,11 +240,11 @@ private slots:
         type("1"_s);
         QVERIFY(!line->findChild<QWidget *>("noteLabel"_s)->isVisible());
         QCOMPARE(line->value(), "1..."_s);
-        // Half an address is told of once the user has left it.
+        // The entry marks an incomplete address once the focus has left it.
         QVERIFY(line->accessibleDescription().isEmpty());
         line->parts().at(0)->clearFocus();
         QCOMPARE(line->accessibleDescription(), "Incomplete address"_s);
-        // Or before Return saves it.
+        // The first Return marks it as well, and saves nothing yet.
         line->setText("host.example.com"_s);
         line->focusPart(0);
         type("1"_s);
@@ -224,7 +270,7 @@ private slots:
         IpPart *part = line->parts().at(1);
         QTest::mouseClick(part, Qt::LeftButton, {}, QPoint(part->width() - 3, part->height() / 2));
         type("78."_s);
-        QCOMPARE(appearance(*line, QLatin1Char('.')), "1.78.[3].25"_s);
+        QCOMPARE(appearance(*line), "1.78.[3].25"_s);
     }
 
     void textAndValue()
