@@ -14,8 +14,8 @@
 
 /// What the tests of the program's data side work with: a folder, a user, and runs of the program.
 
-const QString yes = u"Yes"_s;
-const QString no = u"No"_s;
+const QString yes = "Yes"_s;
+const QString no = "No"_s;
 
 /// One run of the program's data side over one folder. Every job is over when the call that starts
 /// it returns, unless a test sets slices.
@@ -94,15 +94,15 @@ protected:
 
     QString folder() const { return m_folder->path(); }
     QString at(const QString &name) const { return m_folder->filePath(name); }
-    QString databasePath() const { return at(u"phonebook.db"_s); }
-    QStringList backups(const QString &pattern = u"*"_s) const
+    QString databasePath() const { return at("phonebook.db"_s); }
+    QStringList backups(const QString &pattern = "*"_s) const
     {
-        return QDir(at(u"backup"_s)).entryList({pattern}, QDir::Files, QDir::Name);
+        return QDir(at("backup"_s)).entryList({pattern}, QDir::Files, QDir::Name);
     }
-    QString backupPath(const QString &name) const { return at(u"backup/"_s) + name; }
+    QString backupPath(const QString &name) const { return at("backup/"_s) + name; }
     QByteArray backup(const QString &name) const { return fileContent(backupPath(name)); }
-    void blockBackups() const { writeFile(at(u"backup"_s)); }
-    void unblockBackups() const { QFile::remove(at(u"backup"_s)); }
+    void blockBackups() const { writeFile(at("backup"_s)); }
+    void unblockBackups() const { QFile::remove(at("backup"_s)); }
 
     /// The devices listed, as "a b"; then how the table differs from them, as "(1 rows for 2
     /// devices)", and what the user was told or asked since the last call, as "[Save Error]".
@@ -111,9 +111,9 @@ protected:
         QString text = run.stamps();
         const QString difference = RawDatabase(databasePath()).difference(run.contacts());
         if (!difference.isEmpty())
-            text += u" (%1)"_s.arg(difference);
+            text += " (%1)"_s.arg(difference);
         if (!m_user->boxes.isEmpty())
-            text += u" [%1]"_s.arg(m_user->takeTitles().join(u", "_s));
+            text += " [%1]"_s.arg(m_user->takeTitles().join(", "_s));
         return text;
     }
     /// Stores these devices in a run of its own.
@@ -138,7 +138,7 @@ inline QList<ContactInfo> numbered(QList<ContactInfo> devices)
 
 /// A list of devices whose fields need no quoting.
 inline QString csvText(const QString &header, const QList<ContactInfo> &devices,
-                       const QString &lineEnd = u"\n"_s)
+                       const QString &lineEnd = "\n"_s)
 {
     QString text = header + lineEnd;
     for (const ContactInfo &device : devices) {
@@ -153,5 +153,5 @@ inline QString csvText(const QString &header, const QList<ContactInfo> &devices,
 /// What a backup of these devices holds.
 inline QByteArray backupText(const QList<ContactInfo> &devices)
 {
-    return csvText(englishCsvHeader(), devices, u"\r\n"_s).toUtf8();
+    return csvText(englishCsvHeader(), devices, "\r\n"_s).toUtf8();
 }

@@ -10,13 +10,12 @@
 #include <sys/mount.h>
 #include <unistd.h>
 
-/// Gives this process mounts of its own, which nobody else sees and which end with it. Where it
-/// needs a user namespace for that, which only a process with a single thread can
-/// enter, it does so before main().
+/// Gives this process mounts of its own, which nobody else sees and which end with it. Called
+/// before main(), as only a process with a single thread can enter a user namespace.
 inline bool takeOwnMounts()
 {
-    const QByteArray map =
-        "0 " + QByteArray::number(geteuid()) + " 1"; // root in there is who we are
+    // Our user is root inside the namespace.
+    const QByteArray map = "0 " + QByteArray::number(geteuid()) + " 1";
     const QByteArray groupMap = "0 " + QByteArray::number(getegid()) + " 1";
     const auto write = [](const char *path, const QByteArray &text) {
         QFile file{QLatin1String(path)};

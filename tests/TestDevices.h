@@ -1,17 +1,12 @@
 #pragma once
 
+#include "Literal.h"
 #include "model/ContactFields.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QTest>
-
-/// The text as a QString, as Qt 6 has it.
-inline QString operator""_s(const char16_t *text, std::size_t size)
-{
-    return QString::fromUtf16(text, static_cast<int>(size));
-}
 
 /// A device with its own text in every field: "<stamp>.<column>". Its MAC is "<stamp>.mac".
 inline ContactInfo stampedDevice(const QString &stamp)

@@ -13,6 +13,7 @@ struct SeenBox
     QString title;
     QString text;          ///< of a message box
     QSet<QString> buttons; ///< in no order: that is the desktop's choice
+    int icon = QMessageBox::NoIcon;
 };
 
 /// Stands for the user of every test: remembers each modal box and presses a button of it.
@@ -57,6 +58,7 @@ private:
     {
         const auto *const box = qobject_cast<QMessageBox *>(&dialog);
         SeenBox seen{dialog.windowTitle(), box ? box->text() : QString(), {}};
+        seen.icon = box ? box->icon() : seen.icon;
         const QString wanted = answers.size() > 1 ? answers.takeFirst() : answers.value(0);
         QPushButton *pressed = nullptr;
         const auto buttons = dialog.findChildren<QPushButton *>();

@@ -50,7 +50,7 @@ protected:
         QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
     }
 
-    /// Of a file in the folder.
+    /// The path of a file in the folder.
     QString path(const char *name) const { return m_folder->path() + "/"_s + QLatin1String(name); }
 
     /// The window's child of that type and name, or of any name.

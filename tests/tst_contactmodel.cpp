@@ -172,7 +172,7 @@ private slots:
     {
         const std::tuple<QByteArray, QByteArray, QByteArray> rows[] = {
             {"张三 8001", "ZhangSan 8001", "ZS"},
-            {"能髟網", "NenBiao", "NB"}, // one character in several rows of the table, one in none
+            {"能髟網", "NenBiao", "NB"}, // with two readings each; with none
             {"Größe я 😀三", "Größe я 😀San", "GS"}};
         for (const auto &[text, syllables, initials] : rows) {
             QCOMPARE(pinyinOf(text), syllables);

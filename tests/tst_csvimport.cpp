@@ -13,8 +13,8 @@
 
 namespace {
 
-const QString yesToAll = u"Yes to All"_s;
-const QString noToAll = u"No to All"_s;
+const QString yesToAll = "Yes to All"_s;
+const QString noToAll = "No to All"_s;
 
 /// An import into this folder that remembers what it asks for.
 class Import : public ImportTarget
@@ -71,9 +71,9 @@ private slots:
 private:
     QString source(const QByteArray &content) const
     {
-        return writeFile(at(u"source.csv"_s), content);
+        return writeFile(at("source.csv"_s), content);
     }
-    QStringList looksLeft() const { return QDir(folder()).entryList({u"look-*"_s}, QDir::Files); }
+    QStringList looksLeft() const { return QDir(folder()).entryList({"look-*"_s}, QDir::Files); }
     /// What the look ahead tells of that file.
     ImportOutlook outlook(const DeviceList &devices, const QString &path) const
     {
@@ -87,15 +87,14 @@ private:
 
 void TestCsvImport::tellsEncodings()
 {
-    QLocale::setDefault(QLocale(u"zh_CN"_s));
+    QLocale::setDefault(QLocale("zh_CN"_s));
     Import import(folder());
     // ASCII; a character that the end of the file cuts off; one that the end of a block does not.
-    QCOMPARE(import.parser->encodingOf(source("ASCII\n")), u"UTF-8"_s);
-    QCOMPARE(import.parser->encodingOf(source("MAC\n\xe7\xbd")), u"GBK"_s);
-    QCOMPARE(import.parser->encodingOf(source(QByteArray(65535, 'x') + "\xe7\xbd\x91")),
-             u"UTF-8"_s);
-    QLocale::setDefault(QLocale(u"de_DE"_s));
-    QCOMPARE(import.parser->legacyEncodingName(), u"EUC-KR"_s);
+    QCOMPARE(import.parser->encodingOf(source("ASCII\n")), "UTF-8"_s);
+    QCOMPARE(import.parser->encodingOf(source("MAC\n\xe7\xbd")), "GBK"_s);
+    QCOMPARE(import.parser->encodingOf(source(QByteArray(65535, 'x') + "\xe7\xbd\x91")), "UTF-8"_s);
+    QLocale::setDefault(QLocale("de_DE"_s));
+    QCOMPARE(import.parser->legacyEncodingName(), "EUC-KR"_s);
 }
 
 void TestCsvImport::readsEveryEncoding_data()
@@ -108,13 +107,13 @@ void TestCsvImport::readsEveryEncoding_data()
         QTest::newRow(locale) << QString::fromLatin1(locale) << QByteArray(codec) << text
                               << chinese;
     };
-    row("de_DE", "UTF-8", u"网络 Größe 네트워크"_s, true);
-    row("zh_CN", "GBK", u"网络部门"_s, true);
-    row("zh_TW", "Big5", u"網路部門"_s, false);
-    row("zh_HK", "Big5-HKSCS", u"深水埗啲網路"_s, false);
-    row("ja_JP", "Shift-JIS", u"東京ネットワーク表ｶﾅ"_s, false);
-    row("ko_KR", "EUC-KR", u"네트워크"_s, false);
-    row("ru_RU", "KOI8-R", u"Отдел связи"_s, false);
+    row("de_DE", "UTF-8", "网络 Größe 네트워크"_s, true);
+    row("zh_CN", "GBK", "网络部门"_s, true);
+    row("zh_TW", "Big5", "網路部門"_s, false);
+    row("zh_HK", "Big5-HKSCS", "深水埗啲網路"_s, false);
+    row("ja_JP", "Shift-JIS", "東京ネットワーク表ｶﾅ"_s, false);
+    row("ko_KR", "EUC-KR", "네트워크"_s, false);
+    row("ru_RU", "KOI8-R", "Отдел связи"_s, false);
 }
 
 void TestCsvImport::readsEveryEncoding()
@@ -129,7 +128,7 @@ void TestCsvImport::readsEveryEncoding()
     devices[1].city = text + text;
     QStringList files = {csvText(englishCsvHeader(), devices)};
     if (hasChineseTitles)
-        files.append(csvText(chineseCsvHeader(), devices, u"\r\n"_s));
+        files.append(csvText(chineseCsvHeader(), devices, "\r\n"_s));
     if (codec == "UTF-8")
         files.append(QChar(QChar::ByteOrderMark) + files.first());
     for (const QString &file : qAsConst(files)) {
@@ -182,7 +181,7 @@ void TestCsvImport::refusesTextThatDoesNotFit()
     QFETCH(QString, encoding);
     QFETCH(QByteArray, mark);
     QFETCH(QByteArray, text);
-    QLocale::setDefault(QLocale(u"ru_RU"_s)); // KOI8-R fits any bytes
+    QLocale::setDefault(QLocale("ru_RU"_s)); // KOI8-R fits any bytes
     Import import(folder());
     const QString path = source(mark + backupText(stampedDevices("a")) + text);
     QVERIFY(!import.read(path, encoding));
@@ -195,12 +194,12 @@ void TestCsvImport::refusesTextThatDoesNotFit()
 void TestCsvImport::fieldsArriveAsTheyStand()
 {
     ContactInfo expected;
-    expected.mac = u"02:00:a7:00:00:01"_s;
-    expected.first_account = u"0007"_s;
-    expected.company = u" Two  inner  blanks "_s;
-    expected.password = u"a,\"b\",c"_s;
-    expected.username = u"\""_s;
-    expected.city = u"ab"_s;
+    expected.mac = "02:00:a7:00:00:01"_s;
+    expected.first_account = "0007"_s;
+    expected.company = " Two  inner  blanks "_s;
+    expected.password = "a,\"b\",c"_s;
+    expected.username = "\""_s;
+    expected.city = "ab"_s;
     expected.department = QString(50000, QLatin1Char('x'));
     Import import(folder());
     // Titles in another order, case and spacing, one quoted, one unknown, most missing.
@@ -216,9 +215,9 @@ void TestCsvImport::fieldsArriveAsTheyStand()
     QCOMPARE(import.added.size(), 3);
     for (const ContactField &field : contactFields())
         QCOMPARE(import.added.first().*field.member, expected.*field.member);
-    QVERIFY(import.added.at(1) == deviceWithMac(u"short"_s));
+    QVERIFY(import.added.at(1) == deviceWithMac("short"_s));
     // The quote that was never closed has not taken the line end in.
-    QVERIFY(import.added.last() == deviceWithMac(u"\"open"_s));
+    QVERIFY(import.added.last() == deviceWithMac("\"open"_s));
 }
 
 void TestCsvImport::columnsAndLines_data()
@@ -226,7 +225,7 @@ void TestCsvImport::columnsAndLines_data()
     QTest::addColumn<QByteArray>("content");
     QTest::addColumn<QString>("devices");
     const auto row = [](const char *name, const QByteArray &content,
-                        const QString &devices = u"a 1|b 2"_s) {
+                        const QString &devices = "a 1|b 2"_s) {
         QTest::newRow(name) << content << devices;
     };
     // Taken for blanks, these line ends would make one title row of the list: an empty import.
@@ -237,16 +236,16 @@ void TestCsvImport::columnsAndLines_data()
     row("a zero byte", QByteArray("MAC,Random Port\na,\0001\nb,2\n", 25));
     // As spreadsheets write it: tabs between the columns, quotes where a field has a comma.
     const QString tabs = QChar(QChar::ByteOrderMark) +
-                         u"Random Port\tMAC\tCity\r\n"
+                         "Random Port\tMAC\tCity\r\n"
                          "\"a, b\"\t1\tc\"d\r\n\"say \"\"网络\"\"\"\t2\te, f\r\n"_s;
     for (const char *codec : {"UTF-16LE", "UTF-16BE"})
         row(codec, QTextCodec::codecForName(codec)->fromUnicode(tabs),
-            u"1 a, bc\"d|2 say \"网络\"e, f"_s);
+            "1 a, bc\"d|2 say \"网络\"e, f"_s);
     // The text is read in pieces of 256 KiB, whose end may be in the middle of anything.
     for (int length = 262100; length < 262150; ++length) {
         const QByteArray field = QByteArray(length, 'x') + "网";
         row(QByteArray::number(length), "MAC,Random Port\r\na,\"" + field + "\"\r\nb,2\r\n",
-            u"a %1|b 2"_s.arg(QString::fromUtf8(field)));
+            "a %1|b 2"_s.arg(QString::fromUtf8(field)));
     }
 }
 
@@ -268,23 +267,23 @@ void TestCsvImport::workFilesArePrivate()
     const QByteArray left = "MAC,Random Port\n\xec,b\n";
     const QByteArray converted = "MAC,Random Port\n\xd0\x9b,b\n";
     const QList<QPair<QString, QByteArray>> files = {
-        {at(u"tmp.csv"_s), left}, {at(u"tmp1.csv"_s), converted}, {at(u"tmp2.csv"_s), converted}};
+        {at("tmp.csv"_s), left}, {at("tmp1.csv"_s), converted}, {at("tmp2.csv"_s), converted}};
     for (const auto &file : files)
         writeFile(file.first, "left by another import");
     const QString path = source(left);
     QVERIFY(QFile::setPermissions(path, QFile::ReadOwner | QFile::ReadGroup | QFile::ReadOther));
     Import import(folder());
-    QVERIFY(import.read(path, u"KOI8-R"_s));
+    QVERIFY(import.read(path, "KOI8-R"_s));
     for (const auto &file : files) {
         QCOMPARE(fileContent(file.first), file.second);
         QCOMPARE(filePermissions(file.first), QFile::ReadOwner | QFile::WriteOwner);
     }
     // A work file that the user chooses must not be gone before it is read.
-    QVERIFY(!import.read(files.at(1).first, u"UTF-8"_s));
+    QVERIFY(!import.read(files.at(1).first, "UTF-8"_s));
     QCOMPARE(int(import.parser->fault()), int(ImportFault::OwnWorkFile));
     QVERIFY(QFile::exists(files.at(1).first));
     import.parser->removeWorkFiles();
-    QVERIFY(!import.read(at(u"no such file"_s), u"UTF-8"_s));
+    QVERIFY(!import.read(at("no such file"_s), "UTF-8"_s));
     QCOMPARE(int(import.parser->fault()), int(ImportFault::Unreadable));
     for (const auto &file : files)
         QVERIFY(!QFile::exists(file.first));
@@ -318,19 +317,19 @@ void TestCsvImport::exportsTheseBytes()
     QFETCH(int, type);
     QFETCH(QByteArray, header);
     QFETCH(QByteArray, rowEnd);
-    const QString path = at(u"x.csv.csv"_s);
+    const QString path = at("x.csv.csv"_s);
     Run run(folder());
     const auto exported = [&](const QString &codec) {
-        return run.mgr.exportDevices(type, codec, u"x.csv"_s, folder());
+        return run.mgr.exportDevices(type, codec, "x.csv"_s, folder());
     };
-    QVERIFY(exported(u"UTF-8"_s));
+    QVERIFY(exported("UTF-8"_s));
     QCOMPARE(fileContent(path), header);
 
     QVERIFY(run.mgr.openDatabase());
-    ContactInfo device = stampedDevice(u"d"_s);
-    device.company = u" 网络, \"AG\" "_s;
-    run.mgr.addContacts({device, deviceWithMac(u"e"_s)});
-    QVERIFY(exported(u"UTF-8"_s));
+    ContactInfo device = stampedDevice("d"_s);
+    device.company = " 网络, \"AG\" "_s;
+    run.mgr.addContacts({device, deviceWithMac("e"_s)});
+    QVERIFY(exported("UTF-8"_s));
     const QByteArray rows =
         "d.mac,d.product,d.first_account,d.sip_server,d.sip_user_id,d.auth_id,d.password,"
         "d.speech_coding1,d.speech_coding2,d.username,d.language,d.random_port,d.keep_alive,d.ip,"
@@ -339,9 +338,9 @@ void TestCsvImport::exportsTheseBytes()
         rowEnd + 'e' + QByteArray(23, ',') + rowEnd;
     QCOMPARE(fileContent(path), header + rows);
 
-    QVERIFY(!exported(u"no such codec"_s));
+    QVERIFY(!exported("no such codec"_s));
     QCOMPARE(fileContent(path), header + rows);
-    QVERIFY(exported(u"GBK"_s));
+    QVERIFY(exported("GBK"_s));
     QCOMPARE(fileContent(path),
              QTextCodec::codecForName("GBK")->fromUnicode(QString::fromUtf8(header + rows)));
 }
@@ -355,21 +354,21 @@ void TestCsvImport::flagSaysWhetherTheListIsReplaced()
     Run run(folder(), "");
     if (row != "never loaded")
         QVERIFY(run.load());
-    writeFile(at(u"HTTPD/MACCFG/cfga"_s));
+    writeFile(at("HTTPD/MACCFG/cfga"_s));
     QList<ContactInfo> devices = stampedDevices("c d e");
     run.mgr.setImportFlag(flag);
     QVERIFY(run.import(source(backupText(devices))));
     if (!flag)
         devices = oldDevices + devices;
     QCOMPARE(run.contacts(), numbered(devices));
-    QCOMPARE(state(run), flag ? u"c d e"_s : u"a b c d e"_s);
-    QCOMPARE(QFile::exists(at(u"HTTPD"_s)), !flag);
+    QCOMPARE(state(run), flag ? "c d e"_s : "a b c d e"_s);
+    QCOMPARE(QFile::exists(at("HTTPD"_s)), !flag);
     QCOMPARE(backups().size(), flag ? 1 : 0);
     if (flag)
         QCOMPARE(backup(backups().constFirst()), backupText(oldDevices));
     // An exported empty list is a list as well.
     QVERIFY(run.import(source(englishCsvHeader().toUtf8())));
-    QCOMPARE(state(run), flag ? QString() : u"a b c d e"_s);
+    QCOMPARE(state(run), flag ? QString() : "a b c d e"_s);
 }
 
 void TestCsvImport::failedImportChangesNothing_data()
@@ -391,7 +390,7 @@ void TestCsvImport::failedImportChangesNothing()
     Run run(folder(), "a b");
     const QList<ContactInfo> before = run.contacts();
     const QByteArray database = fileContent(databasePath());
-    const QString path = content.isNull() ? at(u"source.csv"_s) : source(content);
+    const QString path = content.isNull() ? at("source.csv"_s) : source(content);
     for (const bool flag : {false, true}) {
         run.mgr.setImportFlag(flag);
         const ImportOutlook ahead = outlook(run.mgr.devices(), path);
@@ -415,12 +414,12 @@ void TestCsvImport::duplicatesOfAnImport_data()
                         const QString &replaced, int asked, bool isOfMany) {
         QTest::newRow(name) << QByteArray(imported) << answers << replaced << asked << isOfMany;
     };
-    row("one, Yes", "x b", {yes}, u"b"_s, 1, false);
+    row("one, Yes", "x b", {yes}, "b"_s, 1, false);
     row("one, No", "x b", {no}, {}, 1, false);
-    row("many, Yes", "a x b c y", {yes}, u"abc"_s, 3, true);
-    row("many, Yes to All", "a x b c y", {yesToAll}, u"abc"_s, 1, true);
-    row("many, No, then Yes to All", "a x b c y", {no, yesToAll}, u"bc"_s, 2, true);
-    row("many, Yes, then No to All", "a x b c y", {yes, noToAll}, u"a"_s, 2, true);
+    row("many, Yes", "a x b c y", {yes}, "abc"_s, 3, true);
+    row("many, Yes to All", "a x b c y", {yesToAll}, "abc"_s, 1, true);
+    row("many, No, then Yes to All", "a x b c y", {no, yesToAll}, "bc"_s, 2, true);
+    row("many, Yes, then No to All", "a x b c y", {yes, noToAll}, "a"_s, 2, true);
     row("one twice in the file", "x x", {no}, {}, 1, false);
     row("one thrice in the file", "x x x", {noToAll}, {}, 1, true);
 }
@@ -436,7 +435,7 @@ void TestCsvImport::duplicatesOfAnImport()
     Run run(folder(), "a b c");
     QList<ContactInfo> newDevices = stampedDevices(imported.constData());
     for (ContactInfo &device : newDevices)
-        device.company = u"new"_s;
+        device.company = "new"_s;
     m_user->answers = answers;
     const QString path = source(backupText(newDevices));
     const ImportOutlook ahead = outlook(run.mgr.devices(), path);
@@ -451,7 +450,7 @@ void TestCsvImport::duplicatesOfAnImport()
     QCOMPARE(ahead.missing, 3 - ahead.replacing);
     const QList<ContactInfo> devices = run.contacts();
     for (int row = 0; row < 3; ++row) {
-        const QString stamp = u"abc"_s.mid(row, 1);
+        const QString stamp = "abc"_s.mid(row, 1);
         QCOMPARE(devices.at(row).mac, stamp + QLatin1String(".mac"));
         QCOMPARE(devices.at(row).company == QLatin1String("new"), replaced.contains(stamp));
     }
@@ -462,7 +461,7 @@ void TestCsvImport::duplicatesOfAnImport()
              isOfMany ? QSet<QString>({yes, no, yesToAll, noToAll}) : QSet<QString>({yes, no}));
     const char first = imported.contains('a') ? 'a' : imported.back();
     QCOMPARE(box.text,
-             u"MAC:%1.mac has already exist,do you want to replace it?"_s.arg(QLatin1Char(first)));
+             "MAC:%1.mac has already exist,do you want to replace it?"_s.arg(QLatin1Char(first)));
 }
 
 void TestCsvImport::lookingDisturbsNoImportAndLeavesNothing()
@@ -486,7 +485,7 @@ void TestCsvImport::lookingDisturbsNoImportAndLeavesNothing()
         look.look(path);
     }
     QCOMPARE(looksLeft(), QStringList());
-    QVERIFY(outlook(run.mgr.devices(), writeFile(at(u"tmp.csv"_s), list)).state ==
+    QVERIFY(outlook(run.mgr.devices(), writeFile(at("tmp.csv"_s), list)).state ==
             ImportOutlook::State::Refused);
 }
 
@@ -497,7 +496,7 @@ void TestCsvImport::unusableStore()
     const bool isFolder = row == "cannot be replaced";
     const QByteArray damaged = "This is no database at all.";
     if (isFolder)
-        QVERIFY(QDir(folder()).mkpath(u"phonebook.db/something"_s));
+        QVERIFY(QDir(folder()).mkpath("phonebook.db/something"_s));
     else
         writeFile(databasePath(), damaged);
     if (row != "damaged")
@@ -508,21 +507,21 @@ void TestCsvImport::unusableStore()
     run.insert("a");
     m_user->boxes.clear();
     run.mgr.setImportFlag(true);
-    QVERIFY(!run.import(at(u"no such file"_s)));
+    QVERIFY(!run.import(at("no such file"_s)));
     if (row != "damaged") {
         m_user->answers = QStringList{no};
         QVERIFY(!run.import(path));
-        QCOMPARE(m_user->takeTitles(), QStringList{u"Backup Error"_s});
+        QCOMPARE(m_user->takeTitles(), QStringList{"Backup Error"_s});
         QVERIFY(!run.mgr.isStoreUsable());
     }
     QCOMPARE(fileContent(databasePath()), isFolder ? QByteArray() : damaged);
     m_user->answers = QStringList{yes};
     QCOMPARE(run.import(path), !isFolder);
     m_user->boxes.clear();
-    QCOMPARE(run.stamps(), isFolder ? u"a"_s : u"c"_s);
+    QCOMPARE(run.stamps(), isFolder ? "a"_s : "c"_s);
     if (!isFolder)
-        QCOMPARE(state(run), u"c"_s);
-    const QStringList names = backups(u"phonebook-*.db"_s);
+        QCOMPARE(state(run), "c"_s);
+    const QStringList names = backups("phonebook-*.db"_s);
     QCOMPARE(names.size(), row == "damaged" ? 1 : 0);
     QCOMPARE(names.isEmpty() ? damaged : backup(names.first()), damaged);
 }

@@ -15,7 +15,7 @@ namespace {
 using Row = QList<QByteArray>;
 using Rows = QList<Row>;
 
-/// A stream over these bytes. Whoever gets it closes it.
+/// A stream over these bytes, which the caller closes.
 std::FILE *streamOf(const QByteArray &content)
 {
     std::FILE *const stream = std::tmpfile();
@@ -24,7 +24,7 @@ std::FILE *streamOf(const QByteArray &content)
     return stream;
 }
 
-/// Every row that the reader announces, read as the import reads it.
+/// Every row that the reader announces. Reads as the import does.
 Rows rowsOf(csv_parser &reader)
 {
     Rows rows;
@@ -149,7 +149,7 @@ void TestCsvParser::opensFilesAndStreams()
 {
     QTextCodec::setCodecForLocale(QTextCodec::codecForName("UTF-8")); // as the import does
     const QTemporaryDir folder;
-    const QString path = folder.filePath(u"设备 list.csv"_s);
+    const QString path = folder.filePath("设备 list.csv"_s);
     csv_parser reader;
     for (const char *name : {static_cast<const char *>(nullptr), "", "no such file"})
         QVERIFY(!reader.open_file(name));

@@ -11,7 +11,7 @@ Q_DECLARE_METATYPE(Change)
 namespace {
 
 constexpr auto ownerOnly = QFile::ReadOwner | QFile::WriteOwner;
-const QString lockedText = u"the database is in use by another program"_s;
+const QString lockedText = "the database is in use by another program"_s;
 
 void edit(Run &run, int id, const char *stamp, const QString &macBefore = {})
 {
@@ -30,13 +30,13 @@ void saveElsewhere(Run &run)
 /// From now on every save fails, by somebody else's trigger.
 void refuse(const RawDatabase &raw)
 {
-    QVERIFY(raw.exec(u"create trigger stop before delete on contact1 begin "
+    QVERIFY(raw.exec("create trigger stop before delete on contact1 begin "
                      "select raise(abort, 'not now'); end"_s));
 }
 
 void allow(const RawDatabase &raw)
 {
-    QVERIFY(raw.exec(u"drop trigger stop"_s));
+    QVERIFY(raw.exec("drop trigger stop"_s));
 }
 
 } // namespace
@@ -90,8 +90,8 @@ void TestDataMgr::changes_data()
         QTest::newRow(name) << change << answers << QString::fromLatin1(stamps);
     };
     const auto replace = [](Run &run) {
-        ContactInfo device = stampedDevice(u"new"_s);
-        device.mac = u"b.mac"_s;
+        ContactInfo device = stampedDevice("new"_s);
+        device.mac = "b.mac"_s;
         device.id = 99;
         run.mgr.insertContactNode(device);
         QCOMPARE(run.contacts().at(1).city == device.city, !run.changes.isEmpty());
@@ -103,8 +103,8 @@ void TestDataMgr::changes_data()
     row("listed, Yes", "a b c d", replace, {yes});
     row("batch, one twice", "a b c d e f", batch, {no});
     row("edit", "a x c d", [](Run &run) { edit(run, 2, "x"); });
-    row("edit, moved since", "a x c d", [](Run &run) { edit(run, 3, "x", u"b.mac"_s); });
-    row("edit, gone since", "a b c d", [](Run &run) { edit(run, 3, "x", u"gone.mac"_s); });
+    row("edit, moved since", "a x c d", [](Run &run) { edit(run, 3, "x", "b.mac"_s); });
+    row("edit, gone since", "a b c d", [](Run &run) { edit(run, 3, "x", "gone.mac"_s); });
     row("edit, no such number", "a b c d", [](Run &run) { edit(run, 5, "x"); });
     row("edit to another's MAC, No", "a b c d", [](Run &run) { edit(run, 2, "a"); }, {no});
     row("edit to another's MAC, Yes", "a d c", [](Run &run) { edit(run, 2, "d"); }, {yes});
@@ -130,7 +130,7 @@ void TestDataMgr::changes()
     run.mgr.saveList();
     const QList<ContactInfo> after = run.contacts();
     QCOMPARE(after, numbered(after));
-    QCOMPARE(m_user->takeTitles().count(u"Replace action"_s), answers.size());
+    QCOMPARE(m_user->takeTitles().count("Replace action"_s), answers.size());
     QCOMPARE(state(run), stamps);
     QCOMPARE(writes(), writesBefore + (after == before ? 0 : 1));
     if (after == before)
@@ -139,7 +139,7 @@ void TestDataMgr::changes()
 
     run.mgr.undo();
     QCOMPARE(run.contacts(), before);
-    QCOMPARE(state(run), u"a b c d"_s);
+    QCOMPARE(state(run), "a b c d"_s);
     for (int row = 0; row < before.size(); ++row)
         QCOMPARE(run.mgr.devices().rowOfMac(before.at(row).mac), row);
     for (int i = 0; i < 2; ++i) { // the second time nothing is left to be made again
@@ -156,25 +156,25 @@ void TestDataMgr::questionHoldsUpOtherChanges()
     m_user->answers = QStringList{yes};
     m_user->meanwhile = [&] { run.mgr.deleteContactAt(0); };
     run.insert("a");
-    QCOMPARE(state(run), u"a b [Replace action]"_s);
-    QTRY_COMPARE(state(run), u"b"_s);
+    QCOMPARE(state(run), "a b [Replace action]"_s);
+    QTRY_COMPARE(state(run), "b"_s);
 
     // An edit of a device that the import then drops.
     m_user->answers = QStringList{no};
     m_user->meanwhile = [&] {
         edit(run, 1, "edited");
-        QCOMPARE(state(run), u"b [Replace action]"_s);
+        QCOMPARE(state(run), "b [Replace action]"_s);
     };
     run.mgr.setImportFlag(true);
-    QVERIFY(run.import(writeFile(at(u"x.csv"_s), backupText(stampedDevices("x y x")))));
+    QVERIFY(run.import(writeFile(at("x.csv"_s), backupText(stampedDevices("x y x")))));
     QTRY_VERIFY(run.mgr.worker().isIdle());
-    QCOMPARE(state(run), u"x y"_s);
+    QCOMPARE(state(run), "x y"_s);
 }
 
 void TestDataMgr::programEndsDuringAQuestion()
 {
     QFETCH(QByteArray, row);
-    const QString list = writeFile(at(u"x.csv"_s), backupText(stampedDevices("d d e")));
+    const QString list = writeFile(at("x.csv"_s), backupText(stampedDevices("d d e")));
     Run run(folder(), "a b");
     const QList<ContactInfo> before = run.contacts();
     const QByteArray file = fileContent(databasePath());
@@ -207,11 +207,11 @@ void TestDataMgr::fiftyStepsAreKept()
     run.mgr.redo();
     run.insert("x");
     QVERIFY(!run.mgr.history().toRedo());
-    QCOMPARE(run.stamps(), u"0 x"_s);
+    QCOMPARE(run.stamps(), "0 x"_s);
 
     // An undo during another change does nothing.
     run.mgr.setSlice(0);
-    run.mgr.addContacts(thousandDevices(u"y"_s));
+    run.mgr.addContacts(thousandDevices("y"_s));
     run.mgr.undo();
     QTRY_VERIFY(run.mgr.worker().isIdle());
     QCOMPARE(run.mgr.devices().size(), 1002);
@@ -228,14 +228,14 @@ void TestDataMgr::deleteAllKeepsABackup()
     QVERIFY(run.deleteAll());
     QVERIFY(backups().isEmpty()); // there was nothing to keep
 
-    ContactInfo hard = deviceWithMac(u"02:00:A7:A1:B2:C3"_s);
-    hard.company = u"Smith, Jones"_s;
-    hard.department = u"the \"best\""_s;
-    hard.city = u"one\r\ntwo\nthree"_s;
-    hard.username = u" 北京 📞 "_s + QChar(QChar::Null);
+    ContactInfo hard = deviceWithMac("02:00:A7:A1:B2:C3"_s);
+    hard.company = "Smith, Jones"_s;
+    hard.department = "the \"best\""_s;
+    hard.city = "one\r\ntwo\nthree"_s;
+    hard.username = " 北京 📞 "_s + QChar(QChar::Null);
     run.mgr.addContacts(stampedDevices("a") + QList<ContactInfo>{hard});
     const auto nameNow = [] {
-        return QDateTime::currentDateTime().toString(u"'devices-'yyyyMMdd-hhmmss'.csv'"_s);
+        return QDateTime::currentDateTime().toString("'devices-'yyyyMMdd-hhmmss'.csv'"_s);
     };
     const QString before = nameNow();
     QVERIFY(run.deleteAll());
@@ -250,7 +250,7 @@ void TestDataMgr::deleteAllKeepsABackup()
                           "02:00:A7:A1:B2:C3,,,,,,,,, 北京 📞 ,,,,,,,,,,,"
                           "one two three,\"Smith, Jones\",\"the \"\"best\"\"\",\r\n");
     QCOMPARE(filePermissions(backupPath(name)), ownerOnly);
-    QCOMPARE(filePermissions(at(u"backup"_s)), ownerOnly | QFile::ExeOwner);
+    QCOMPARE(filePermissions(at("backup"_s)), ownerOnly | QFile::ExeOwner);
 
     // Two lists within a second are two files, the same list is one. Numbers start again.
     for (const char *stamp : {"0", "1", "0"}) {
@@ -264,8 +264,8 @@ void TestDataMgr::deleteAllKeepsABackup()
 
 void TestDataMgr::newestThirtyBackupsStay()
 {
-    QVERIFY(QDir(folder()).mkdir(u"backup"_s));
-    const bool setBack = QString::fromUtf8(QTest::currentDataTag()) == u"clock set back"_s;
+    QVERIFY(QDir(folder()).mkdir("backup"_s));
+    const bool setBack = QString::fromUtf8(QTest::currentDataTag()) == "clock set back"_s;
     const QDateTime start(QDate(setBack ? 2090 : 2020, 1, 1), QTime(12, 0));
     const auto make = [this](const QString &name, const QDateTime &time) {
         QFile file(writeFile(backupPath(name)));
@@ -274,11 +274,11 @@ void TestDataMgr::newestThirtyBackupsStay()
     };
     QStringList left;
     for (int i = 10; i < 50; ++i) {
-        left.append(u"devices-202001%1-120000.csv"_s.arg(i));
+        left.append("devices-202001%1-120000.csv"_s.arg(i));
         make(left.last(), start.addDays(i));
     }
-    left = left.mid(12); // ten more than thirty, one for the new one and one from a wrong clock
-    left += {u"devices-20990101-000000.csv"_s, u"devices-mine.csv"_s, u"notes.txt"_s};
+    left = left.mid(12); // 31 files remain: 30 and one dated in the future
+    left += {"devices-20990101-000000.csv"_s, "devices-mine.csv"_s, "notes.txt"_s};
     make(left.at(28), start.addYears(99));
     make(left.at(29), start); // the user's own
     make(left.at(30), start);
@@ -290,7 +290,7 @@ void TestDataMgr::newestThirtyBackupsStay()
         QVERIFY2(added.removeOne(name), qPrintable(name));
     QCOMPARE(added.size(), 1);
     QCOMPARE(backup(added.first()), backupText(stampedDevices("a")));
-    run.mgr.insertContactNode(stampedDevice(u"b"_s));
+    run.mgr.insertContactNode(stampedDevice("b"_s));
     QVERIFY(run.deleteAll());
     QVERIFY(backups().contains(added.first()));
 }
@@ -312,12 +312,12 @@ void TestDataMgr::databasesInTheBackups()
     QCOMPARE(backups().size(), 10);
 
     run.mgr.close();
-    const QString journal = database + u"-journal"_s;
+    const QString journal = database + "-journal"_s;
     QVERIFY(QFile::copy(database, journal));
     QVERIFY(kept.putAside(database));
     QVERIFY(!QFile::exists(database) && !QFile::exists(journal));
-    const QStringList aside = backups(u"*unreadable*"_s);
-    QCOMPARE(aside.value(1), aside.value(0) + u"-journal"_s);
+    const QStringList aside = backups("*unreadable*"_s);
+    QCOMPARE(aside.value(1), aside.value(0) + "-journal"_s);
 }
 
 void TestDataMgr::refusedBackupStopsTheJob()
@@ -326,7 +326,7 @@ void TestDataMgr::refusedBackupStopsTheJob()
     const bool isImport = row == "import";
     store(stampedDevices("a b"));
     const QByteArray before = fileContent(databasePath());
-    const QString list = writeFile(at(u"x.csv"_s), backupText(stampedDevices("x")));
+    const QString list = writeFile(at("x.csv"_s), backupText(stampedDevices("x")));
     blockBackups();
     Run run(folder(), "");
     QVERIFY(run.load());
@@ -336,7 +336,7 @@ void TestDataMgr::refusedBackupStopsTheJob()
         m_user->answers = QStringList{answer};
         QVERIFY(!(isImport ? run.import(list) : run.deleteAll()));
         QCOMPARE(m_user->boxes.constFirst().buttons, (QSet<QString>{yes, no}));
-        QCOMPARE(state(run), u"a b [Backup Error]"_s);
+        QCOMPARE(state(run), "a b [Backup Error]"_s);
     }
     // What was refused must not happen later, when a phone asks or the program ends.
     unblockBackups();
@@ -348,8 +348,8 @@ void TestDataMgr::refusedBackupStopsTheJob()
     blockBackups();
     m_user->answers = QStringList{yes};
     QVERIFY(isImport ? run.import(list) : run.deleteAll());
-    QCOMPARE(state(run), isImport ? u"x [Backup Error]"_s : u" [Backup Error]"_s);
-    QVERIFY(QFileInfo(at(u"backup"_s)).isFile());
+    QCOMPARE(state(run), isImport ? "x [Backup Error]"_s : " [Backup Error]"_s);
+    QVERIFY(QFileInfo(at("backup"_s)).isFile());
 }
 
 void TestDataMgr::firstSaveKeepsRowsNeverLoaded()
@@ -364,11 +364,11 @@ void TestDataMgr::firstSaveKeepsRowsNeverLoaded()
     m_user->answers = QStringList{no};
     run.insert("c");
     QCOMPARE(state(run),
-             backupWorks ? u"c"_s : u"c (2 rows for 1 devices) [Backup Error, Save Error]"_s);
+             backupWorks ? "c"_s : "c (2 rows for 1 devices) [Backup Error, Save Error]"_s);
     QCOMPARE(fileContent(databasePath()) == before, !backupWorks);
     m_user->answers = QStringList{yes};
     run.insert("d");
-    QCOMPARE(state(run), backupWorks ? u"c d"_s : u"c d [Backup Error]"_s);
+    QCOMPARE(state(run), backupWorks ? "c d"_s : "c d [Backup Error]"_s);
     QCOMPARE(backups().size(), backupWorks ? 1 : 0);
     if (backupWorks)
         QCOMPARE(backup(backups().constFirst()), backupText(stampedDevices("a b")));
@@ -384,18 +384,18 @@ void TestDataMgr::failedSaveIsToldOnceAndTriedAgain()
     const QString error = run.mgr.lastErrorText();
     QVERIFY2(m_user->boxes.first().text.contains(error) && !error.isEmpty(), qPrintable(error));
     // A trigger is no row of ours.
-    QCOMPARE(state(run), u"a b c (2 rows for 3 devices) [Save Error]"_s);
+    QCOMPARE(state(run), "a b c (2 rows for 3 devices) [Save Error]"_s);
     run.insert("d");
     run.mgr.save();
     QVERIFY(!run.mgr.isSaved());
-    QCOMPARE(state(run), u"a b c d (2 rows for 4 devices)"_s);
+    QCOMPARE(state(run), "a b c d (2 rows for 4 devices)"_s);
     allow(raw);
     run.mgr.deleteContactAt(0);
-    QCOMPARE(state(run), u"b c d [Backup]"_s);
+    QCOMPARE(state(run), "b c d [Backup]"_s);
     // A failure after that is news again.
     refuse(raw);
     run.insert("e");
-    QCOMPARE(m_user->takeTitles().first(), u"Save Error"_s);
+    QCOMPARE(m_user->takeTitles().first(), "Save Error"_s);
 }
 
 void TestDataMgr::damagedStoreIsLeftAlone_data()
@@ -408,9 +408,9 @@ void TestDataMgr::damagedStoreIsLeftAlone_data()
     QTest::newRow("another table") << -2 << QString() << false;
     QTest::newRow("cut off") << 200 << QString() << false;
     // The number of rows can still be read, the rows cannot.
-    QTest::newRow("a page overwritten") << 200 << u"100.sip_server"_s << true;
+    QTest::newRow("a page overwritten") << 200 << "100.sip_server"_s << true;
     // What was shown before the damage was met is taken back.
-    QTest::newRow("a page far back overwritten") << 2600 << u"2500.sip_server"_s << true;
+    QTest::newRow("a page far back overwritten") << 2600 << "2500.sip_server"_s << true;
 }
 
 void TestDataMgr::damagedStoreIsLeftAlone()
@@ -430,9 +430,9 @@ void TestDataMgr::damagedStoreIsLeftAlone()
             count == 0 ? QByteArray("no database\n").repeated(500) : before.left(before.size() / 3);
     }
     if (count == -1)
-        QVERIFY(QDir().mkpath(databasePath() + u"/something"_s));
+        QVERIFY(QDir().mkpath(databasePath() + "/something"_s));
     else if (count == -2)
-        QVERIFY(RawDatabase(databasePath()).exec(u"create table notes (text)"_s));
+        QVERIFY(RawDatabase(databasePath()).exec("create table notes (text)"_s));
     else
         writeFile(databasePath(), before);
     before = fileContent(databasePath());
@@ -452,11 +452,11 @@ void TestDataMgr::damagedStoreIsLeftAlone()
     run.mgr.deleteContactAt(0);
     run.mgr.addContacts(stampedDevices("x y"));
     QCOMPARE(run.mgr.devices().size(), 2);
-    QCOMPARE(m_user->takeTitles(), QStringList{u"Save Error"_s});
+    QCOMPARE(m_user->takeTitles(), QStringList{"Save Error"_s});
     run.mgr.close();
     QCOMPARE(fileContent(databasePath()), before);
     QCOMPARE(QDir(folder()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
-             QStringList{u"phonebook.db"_s});
+             QStringList{"phonebook.db"_s});
 }
 
 void TestDataMgr::endOfProgramKeepsAnUnsavedList()
@@ -473,7 +473,7 @@ void TestDataMgr::endOfProgramKeepsAnUnsavedList()
     const QString name = backups().constFirst();
     QCOMPARE(backup(name), backupText(stampedDevices("a")));
     QVERIFY2(m_user->boxes.first().text.contains(name), qPrintable(m_user->boxes.first().text));
-    QCOMPARE(m_user->takeTitles(), QStringList{u"Save Error"_s});
+    QCOMPARE(m_user->takeTitles(), QStringList{"Save Error"_s});
 }
 
 /// A connection thread never writes; it asks for another try when the last one failed.
@@ -488,10 +488,10 @@ void TestDataMgr::savingFromAnotherThread()
     QVERIFY(run.load());
     refuse(raw);
     run.insert("a");
-    QCOMPARE(state(run), u"old a (1 rows for 2 devices) [Save Error]"_s);
+    QCOMPARE(state(run), "old a (1 rows for 2 devices) [Save Error]"_s);
     // A try that fails as well leaves the next one open, and says nothing.
     saveElsewhere(run);
-    QCOMPARE(state(run), u"old a (1 rows for 2 devices)"_s);
+    QCOMPARE(state(run), "old a (1 rows for 2 devices)"_s);
     allow(raw);
     // However often phones ask, there is a pause between two tries.
     writesBefore = writes();
@@ -501,7 +501,7 @@ void TestDataMgr::savingFromAnotherThread()
     for (int i = 0; i < 2; ++i)
         std::thread([&] { run.mgr.saveList(); }).join();
     QCOMPARE(writes(), writesBefore);
-    QTRY_COMPARE(state(run), u"old a"_s);
+    QTRY_COMPARE(state(run), "old a"_s);
     saveElsewhere(run);
     QCOMPARE(writes(), writesBefore + 1);
 }
@@ -516,17 +516,17 @@ void TestDataMgr::cleanUpRemovesWhatIsItsOwn()
                              "port.xml", "HTTPD/MACCFG/.hidden", "HTTPD/MACCFG/cfg.xml"})
         writeFile(at(QLatin1String(name)));
     const QTemporaryDir elsewhere;
-    QVERIFY(QFile::link(elsewhere.path(), at(u"HTTPD/link"_s)));
+    QVERIFY(QFile::link(elsewhere.path(), at("HTTPD/link"_s)));
     run.mgr.cleanUp();
     const auto left = [this] {
         return QDir(folder()).entryList(QDir::AllEntries | QDir::NoDotAndDotDot);
     };
-    QTRY_COMPARE(left(), QStringList({u"port.xml"_s, u"tmp3.csv"_s}));
+    QTRY_COMPARE(left(), QStringList({"port.xml"_s, "tmp3.csv"_s}));
     QVERIFY(QFileInfo::exists(elsewhere.path()));
     // Left by a program that ended meanwhile.
-    writeFile(at(u"HTTPD.old/MACCFG/cfg.xml"_s));
+    writeFile(at("HTTPD.old/MACCFG/cfg.xml"_s));
     QVERIFY(run.mgr.openDatabase());
-    QTRY_VERIFY(!left().contains(u"HTTPD.old"_s));
+    QTRY_VERIFY(!left().contains("HTTPD.old"_s));
 }
 
 /// A long job lets events through, and with them changes: they wait, and nobody sees a list that is
@@ -552,7 +552,7 @@ void TestDataMgr::changesWaitForALongJob()
     else if (isBatch)
         run.mgr.addContacts(devices);
     else
-        run.mgr.importFile(writeFile(at(u"long.csv"_s), DeviceBackup::csv(devices)));
+        run.mgr.importFile(writeFile(at("long.csv"_s), DeviceBackup::csv(devices)));
     QVERIFY(!run.mgr.worker().isIdle());
     QCOMPARE(run.mgr.isBusy(), isLoad);
     run.insert("one more");
@@ -566,7 +566,7 @@ void TestDataMgr::changesWaitForALongJob()
     const int made = devices.size() + (isBatch ? before : 0);
     QCOMPARE(sizes, (QSet<int>{made, made + 1}));
     QCOMPARE(run.mgr.devices().size(), isBatch ? made : made + 1);
-    QCOMPARE(run.mgr.devices().at(0).info.mac, isBatch ? u"edited.mac"_s : u"0.mac"_s);
+    QCOMPARE(run.mgr.devices().at(0).info.mac, isBatch ? "edited.mac"_s : "0.mac"_s);
     QCOMPARE(state(run), run.stamps());
     QVERIFY(!run.mgr.isBusy());
 }
@@ -575,11 +575,11 @@ void TestDataMgr::rowsOfOthersAreKept_data()
 {
     QTest::addColumn<QString>("id");
     QTest::addColumn<bool>("whileRunning");
-    QTest::newRow("no id") << u"NULL"_s << false;
-    QTest::newRow("id 0") << u"0"_s << false;
-    QTest::newRow("negative id") << u"-7"_s << false;
-    QTest::newRow("beyond 32 bits") << u"4294967296"_s << false;
-    QTest::newRow("added meanwhile") << u"3"_s << true;
+    QTest::newRow("no id") << "NULL"_s << false;
+    QTest::newRow("id 0") << "0"_s << false;
+    QTest::newRow("negative id") << "-7"_s << false;
+    QTest::newRow("beyond 32 bits") << "4294967296"_s << false;
+    QTest::newRow("added meanwhile") << "3"_s << true;
 }
 
 /// Rows that the list does not have are copied, with the whole file, before they go.
@@ -590,7 +590,7 @@ void TestDataMgr::rowsOfOthersAreKept()
     store(stampedDevices("a b"));
     const auto addRows = [&] { // the row behind it is read all the same
         QVERIFY(RawDatabase(databasePath())
-                    .exec(u"insert into contact1 (id, mac, flag) "
+                    .exec("insert into contact1 (id, mac, flag) "
                           "values (%1, 'foreign', 0), (9, 'c.mac', 0)"_s.arg(id)));
     };
     if (!whileRunning)
@@ -610,10 +610,10 @@ void TestDataMgr::rowsOfOthersAreKept()
     if (whileRunning)
         addRows();
     run.mgr.deleteContactAt(0);
-    QCOMPARE(state(run), (whileRunning ? u"b"_s : u"b c"_s) + u" [Backup]"_s);
+    QCOMPARE(state(run), (whileRunning ? "b"_s : "b c"_s) + " [Backup]"_s);
     QCOMPARE(backups().size(), 1);
     const RawDatabase copy(backupPath(backups().constFirst()));
-    QCOMPARE(copy.value(u"select count(*) from contact1 where mac='foreign'"_s), QVariant(1));
+    QCOMPARE(copy.value("select count(*) from contact1 where mac='foreign'"_s), QVariant(1));
     QCOMPARE(copy.rows().size(), 4);
     run.mgr.deleteContactAt(0);
     QCOMPARE(backups().size(), 1);
@@ -623,31 +623,31 @@ void TestDataMgr::rowsOfOthersAreKept()
 void TestDataMgr::aHeldDatabaseIsWaitedFor()
 {
     store(stampedDevices("a b"));
-    const QString list = writeFile(at(u"list.csv"_s), DeviceBackup::csv(stampedDevices("x")));
+    const QString list = writeFile(at("list.csv"_s), DeviceBackup::csv(stampedDevices("x")));
     const RawDatabase other(databasePath());
     Run run(folder(), "");
     run.mgr.setImportFlag(true);
-    QVERIFY(other.exec(u"begin exclusive"_s));
+    QVERIFY(other.exec("begin exclusive"_s));
     run.insert("c");
-    QCOMPARE(m_user->takeTitles(), QStringList{u"Save Error"_s});
+    QCOMPARE(m_user->takeTitles(), QStringList{"Save Error"_s});
     QCOMPARE(run.mgr.lastErrorText(), lockedText);
     QVERIFY(!run.import(list));
     QCOMPARE(run.lastReason, lockedText);
-    QVERIFY(other.exec(u"rollback"_s));
+    QVERIFY(other.exec("rollback"_s));
     run.insert("d");
-    QCOMPARE(state(run), u"c d"_s);
+    QCOMPARE(state(run), "c d"_s);
     run.mgr.close();
 
     // From the start: the file stays, and is read once it is free.
-    QVERIFY(other.exec(u"begin exclusive"_s));
+    QVERIFY(other.exec("begin exclusive"_s));
     Run next(folder());
     next.mgr.setImportFlag(true);
     QVERIFY(!next.mgr.openDatabase());
     QVERIFY(!next.import(list));
     QCOMPARE(next.lastReason, lockedText);
-    QVERIFY(other.exec(u"rollback"_s));
+    QVERIFY(other.exec("rollback"_s));
     QVERIFY(next.import(list));
-    QCOMPARE(state(next), u"x"_s);
+    QCOMPARE(state(next), "x"_s);
 }
 
 void TestDataMgr::aSecondProgramIsKeptOff()
@@ -660,9 +660,9 @@ void TestDataMgr::aSecondProgramIsKeptOff()
              qPrintable(error));
     second.insert("b");
     second.mgr.close();
-    QCOMPARE(state(first), u"a [Save Error]"_s);
+    QCOMPARE(state(first), "a [Save Error]"_s);
     first.mgr.close();
-    writeFile(at(u"phonebook.db.lock"_s)); // left by one that was stopped when it had just made it
+    writeFile(at("phonebook.db.lock"_s)); // left by one that was stopped when it had just made it
     QVERIFY(second.mgr.openDatabase());
 }
 

@@ -39,8 +39,8 @@ void TestDeviceList::readsAddresses_data()
     QTest::addColumn<bool>("isAddress");
     QTest::addColumn<QString>("bare");
 
-    const auto pairs = u"02:00:a7:0A:00:01"_s;
-    const auto digits = u"0200a70a0001"_s;
+    const auto pairs = "02:00:a7:0A:00:01"_s;
+    const auto digits = "0200a70a0001"_s;
     for (const char *text : {"02:00:a7:0A:00:01", "02-00-a7-0A-00-01", "0200.a70A.0001",
                              "0200a70A0001", " 02 00 a7 0A 00 01\xc2\xa0", "02:00:a7:0A:00:01 "})
         QTest::newRow(text) << pairs << true << digits;
@@ -65,7 +65,7 @@ void TestDeviceList::readsAddresses()
 /// list must answer as a plain search does, and no snapshot taken earlier may have moved.
 void TestDeviceList::agreesWithASimpleList()
 {
-    const QStringList addresses = u"A:B,a:b,ab,AC,ac,::,"_s.split(QLatin1Char(','));
+    const QStringList addresses = "A:B,a:b,ab,AC,ac,::,"_s.split(QLatin1Char(','));
     QRandomGenerator random(20240229);
     const auto anyMac = [&] { return addresses.at(random.bounded(addresses.size())); };
 

@@ -14,7 +14,7 @@ namespace {
 
 constexpr int diskMebibytes = 4;
 constexpr int littleRoom = 100 * 1024;
-const QString diskFull = u"the disk is full"_s;
+const QString diskFull = "the disk is full"_s;
 
 QMap<QString, QByteArray> filesIn(const QString &folder)
 {
@@ -45,15 +45,15 @@ QString exported(const QString &folder, int size)
 {
     QList<ContactInfo> devices = devicesWith(size, QString::number(size));
     CSVOutlookExport exporter;
-    exporter.exportFile(u"UTF-8"_s, folder + u"devices"_s, devices);
+    exporter.exportFile("UTF-8"_s, folder + "devices"_s, devices);
     return exporter.reason();
 }
 
 QString document(const QString &folder, int size)
 {
-    QList<ContactInfo> devices = devicesWith(0, u"02:00:a7:00:00:01"_s);
+    QList<ContactInfo> devices = devicesWith(0, "02:00:a7:00:00:01"_s);
     devices.first().dial_plan = QString(size, QLatin1Char('x'));
-    const QString path = folder + u"cfg0200a7000001.xml"_s;
+    const QString path = folder + "cfg0200a7000001.xml"_s;
     return MacCfgExport().exportFile({}, path, devices) ? QString() : diskFull;
 }
 
@@ -61,14 +61,14 @@ QString backup(const QString &folder, int size)
 {
     DeviceBackup backup(folder);
     const bool written = backup.write(devicesWith(size, QString::number(size)));
-    return backup.lastPath().isEmpty() == !written ? backup.errorText() : u"no such file"_s;
+    return backup.lastPath().isEmpty() == !written ? backup.errorText() : "no such file"_s;
 }
 
 QString databaseCopy(const QString &folder, int size)
 {
     const QTemporaryDir elsewhere;
-    const QString path = writeFile(elsewhere.filePath(u"phonebook.db"_s), QByteArray(size, 'd'));
-    writeFile(path + u"-journal"_s, QByteArray(size, 'j'));
+    const QString path = writeFile(elsewhere.filePath("phonebook.db"_s), QByteArray(size, 'd'));
+    writeFile(path + "-journal"_s, QByteArray(size, 'j'));
     DeviceBackup backup(folder);
     backup.copyDatabase(path);
     return backup.errorText();
@@ -111,11 +111,11 @@ void TestFullDisk::leavesTheOldFile_data()
         QTest::newRow(name + ", too large for the rest") << write << littleRoom << 4 * littleRoom;
     };
     rows("language", [](const QString &folder, int size) {
-        return updateLanguageFile(folder + u"x.xml"_s, QString(size, QLatin1Char('z'))).reason();
+        return updateLanguageFile(folder + "x.xml"_s, QString(size, QLatin1Char('z'))).reason();
     });
     rows("port", [](const QString &folder, int size) {
         const QString port(size, QLatin1Char('8'));
-        return writeHttpdPort(folder + u"port.xml"_s, false, port).reason();
+        return writeHttpdPort(folder + "port.xml"_s, false, port).reason();
     });
     rows("export", exported);
     rows("document", document);
@@ -154,15 +154,15 @@ void TestFullDisk::keepsTheList_data()
         QTest::addRow("%s, %d left", flow, bytesLeft)
             << QString::fromLatin1(flow) << bytesLeft << boxes;
     };
-    row("delete", 0, {u"Backup Error"_s});
-    row("delete", littleRoom, {u"Backup Error"_s});
+    row("delete", 0, {"Backup Error"_s});
+    row("delete", littleRoom, {"Backup Error"_s});
     row("import", 0, {});
-    row("import", littleRoom, {u"Backup Error"_s});
-    row("batch", 0, {u"Save Error"_s});
-    row("batch", littleRoom, {u"Save Error"_s});
-    row("long batch", 0, {u"Save Error"_s}); // written in another way
-    row("long batch", littleRoom, {u"Save Error"_s});
-    row("exit", 0, {u"Save Error"_s, u"Save Error"_s});
+    row("import", littleRoom, {"Backup Error"_s});
+    row("batch", 0, {"Save Error"_s});
+    row("batch", littleRoom, {"Save Error"_s});
+    row("long batch", 0, {"Save Error"_s}); // written in another way
+    row("long batch", littleRoom, {"Save Error"_s});
+    row("exit", 0, {"Save Error"_s, "Save Error"_s});
 }
 
 /// The list in the window is the old one or the new one, the file holds the old one, whole, and the
@@ -178,7 +178,7 @@ void TestFullDisk::keepsTheList()
     const QString folder = disk.folder().chopped(1);
     const QTemporaryDir elsewhere;
     const QString list =
-        writeFile(elsewhere.filePath(u"list.csv"_s), DeviceBackup::csv(stampedDevices("x y")));
+        writeFile(elsewhere.filePath("list.csv"_s), DeviceBackup::csv(stampedDevices("x y")));
     const QList<ContactInfo> devices =
         manyDevices(flow == QLatin1String("long batch") ? 2500 : 1500);
     User user;
@@ -194,7 +194,7 @@ void TestFullDisk::keepsTheList()
         run.mgr.setImportFlag(true);
         QVERIFY(!run.import(list));
     } else {
-        ContactInfo large = stampedDevice(u"large"_s);
+        ContactInfo large = stampedDevice("large"_s);
         large.company = QString(400 * 1024, QLatin1Char('x'));
         run.mgr.addContacts({large});
     }
@@ -204,7 +204,7 @@ void TestFullDisk::keepsTheList()
     const bool isUnchanged = flow == QLatin1String("delete") || flow == QLatin1String("import");
     QCOMPARE(run.mgr.devices().size() == devices.size(), isUnchanged);
     QVERIFY(QDir(folder + QLatin1String("/backup")).isEmpty());
-    const RawDatabase raw(folder + u"/phonebook.db"_s);
+    const RawDatabase raw(folder + "/phonebook.db"_s);
     QCOMPARE(raw.difference(devices), QString());
 
     // With room again, what is in the window is saved.
@@ -217,23 +217,23 @@ void TestFullDisk::givesTheReason_data()
 {
     QTest::addColumn<QString>("reason");
     QTest::newRow("link") << QString();
-    QTest::newRow("folder") << u"a folder has the file's name"_s;
-    QTest::newRow("no folder/file") << u"the folder does not exist"_s;
-    QTest::newRow("pipe") << u"Invalid argument"_s; // what the system says
+    QTest::newRow("folder") << "a folder has the file's name"_s;
+    QTest::newRow("no folder/file") << "the folder does not exist"_s;
+    QTest::newRow("pipe") << "Invalid argument"_s; // what the system says
 }
 
 void TestFullDisk::givesTheReason()
 {
     const QString name = QString::fromLatin1(QTest::currentDataTag());
     QTemporaryDir folder;
-    QVERIFY(QDir(folder.path()).mkdir(u"folder"_s));
-    QCOMPARE(mkfifo(qPrintable(folder.filePath(u"pipe"_s)), 0600), 0);
-    const QString target = folder.filePath(u"target"_s);
+    QVERIFY(QDir(folder.path()).mkdir("folder"_s));
+    QCOMPARE(mkfifo(qPrintable(folder.filePath("pipe"_s)), 0600), 0);
+    const QString target = folder.filePath("target"_s);
     QVERIFY(writeWholeFile(target, "old", Durability::Synced, Readers::OwnerOnly));
-    QVERIFY(QFile::link(target, folder.filePath(u"link"_s)));
+    QVERIFY(QFile::link(target, folder.filePath("link"_s)));
     QTEST(writeWholeFile(folder.filePath(name), "new").reason(), "reason");
     QCOMPARE(QDir(folder.path()).entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot),
-             QStringList({u"folder"_s, u"link"_s, u"pipe"_s, u"target"_s}));
+             QStringList({"folder"_s, "link"_s, "pipe"_s, "target"_s}));
     QCOMPARE(fileContent(target), QByteArray(name == QLatin1String("link") ? "new" : "old"));
     // As before: no new reader.
     QCOMPARE(filePermissions(target), QFile::ReadOwner | QFile::WriteOwner);

@@ -1,7 +1,7 @@
 #include "HttpPhone.h"
 #include "TestDevices.h"
+#include "User.h"
 #include "net/HttpdService.h"
-#include "widgets/Modal.h"
 
 #include <QApplication>
 #include <QDir>
@@ -11,6 +11,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
+
+#include <optional>
 
 namespace {
 
@@ -47,7 +49,7 @@ struct Start
     Cards cards;
     QString address; ///< empty: it does not start
     Port port;       ///< that is opened
-    const char *box; ///< none when the user cancels
+    const char *box; ///< icon and text; none when the user cancels
 };
 
 QList<Start> starts()
@@ -86,20 +88,15 @@ private slots:
     {
         m_folder = std::make_unique<QTemporaryDir>();
         QVERIFY(QDir::setCurrent(m_folder->path()));
-        m_asked.clear();
+        m_user.emplace();
         m_service = std::make_unique<HttpdService>(m_source, m_folder->path() + QLatin1Char('/'));
         m_service->setInterfaceSource(usualCards);
-        Modal::setRunner([this](QDialog &dialog) {
-            if (const auto *box = qobject_cast<QMessageBox *>(&dialog))
-                m_asked += "%1 %2"_s.arg(box->icon()).arg(box->text());
-            return m_chooserResult;
-        });
     }
 
     void cleanup()
     {
         m_service.reset();
-        Modal::setRunner({});
+        m_user.reset();
         QDir::setCurrent(QDir::rootPath());
     }
 
@@ -114,7 +111,7 @@ private slots:
     {
         QFETCH(int, row);
         auto [name, useDefault, custom, taken, cards, address, port, box] = starts().at(row);
-        m_chooserResult = address.isEmpty() && *box == '\0' ? 0 : 1;
+        m_user->answers.append(address.isEmpty() && *box == '\0' ? "Cancel"_s : "OK"_s);
         m_service->setInterfaceSource([usable = cards] { return usable; });
         QTcpServer other;
         const quint16 asked = occupy(other, custom.isEmpty() ? 80 : 0);
@@ -124,7 +121,9 @@ private slots:
         QSignalSpy changed(m_service.get(), &HttpdService::httpdAddressChanged);
         QSignalSpy messages(m_service.get(), &HttpdService::httpdMsg);
         QCOMPARE(m_service->start(), !address.isEmpty());
-        QCOMPARE(m_asked, QLatin1String(box));
+        const SeenBox last = m_user->boxes.last(); // after the chooser of cards
+        QCOMPARE(last.text.isEmpty() ? ""_s : "%1 %2"_s.arg(last.icon).arg(last.text),
+                 QLatin1String(box));
         QCOMPARE(m_service->addresses().value(0), address);
         const quint16 opened = m_service->port();
         QCOMPARE(opened == 0 ? None : opened == asked ? Asked : Other, port);
@@ -185,7 +184,7 @@ private slots:
 
         // Nothing is left over that would hinder the next start.
         writePortFile("0", "0");
-        Modal::setRunner([](QDialog &) { return 1; });
+        m_user.emplace().answers.append("OK"_s);
         QVERIFY(m_service->start());
     }
 
@@ -193,8 +192,7 @@ private:
     std::unique_ptr<QTemporaryDir> m_folder;
     FakeSource m_source;
     std::unique_ptr<HttpdService> m_service;
-    QString m_asked;         ///< icon and text of the message box
-    int m_chooserResult = 1; ///< what the user does with the chooser of cards
+    std::optional<User> m_user;
 };
 
 QTEST_MAIN(TestHttpdService)

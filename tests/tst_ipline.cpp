@@ -114,6 +114,7 @@ private slots:
             {Octet, "2|0", '>', "2|0"},
             {Octet, "[20]", '2', "2|"},
             {Octet, "2|", '6', "26|", Move::NextSelected},
+            {Octet, "2|", '5', "25|"},
             {Octet, "25|", '5', "255|", Move::NextSelected},
             {Octet, "25|", '6', "25| too large"},
             {Octet, "1|25", '3', "1|25 full"},

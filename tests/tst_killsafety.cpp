@@ -27,15 +27,15 @@ void tellReady()
 int changeForEver(const QString &kind, const QString &folder)
 {
     User user;
-    user.answers = QStringList{u"Yes to All"_s};
+    user.answers = QStringList{"Yes to All"_s};
     Run run(folder, "");
     DataMgr &mgr = run.mgr;
     mgr.setImportFlag(true);
     mgr.recoverPreviousData();
-    const QList<ContactInfo> lists[] = {thousandDevices(u"one"_s), thousandDevices(u"two"_s)};
+    const QList<ContactInfo> lists[] = {thousandDevices("one"_s), thousandDevices("two"_s)};
     const QString files[] = {
-        writeFile(folder + u"/one.csv"_s, DeviceBackup::csv(lists[0])),
-        writeFile(folder + u"/two.csv"_s, DeviceBackup::csv(lists[1])),
+        writeFile(folder + "/one.csv"_s, DeviceBackup::csv(lists[0])),
+        writeFile(folder + "/two.csv"_s, DeviceBackup::csv(lists[1])),
     };
     const auto isListed = [&](int which) {
         return mgr.devices().size() > 0 &&
@@ -116,9 +116,9 @@ void TestKillSafety::savesAreWhole()
         QVERIFY(runAndKill(QString::fromLatin1(row), folder(), 100));
         interrupted += QFileInfo::exists(databasePath() + QLatin1String("-journal")) ? 1 : 0;
         const RawDatabase raw(databasePath());
-        QCOMPARE(raw.value(u"pragma integrity_check"_s).toString(), u"ok"_s);
-        const QString one = raw.difference(thousandDevices(u"one"_s));
-        QVERIFY2(one.isEmpty() || raw.difference(thousandDevices(u"two"_s)).isEmpty(),
+        QCOMPARE(raw.value("pragma integrity_check"_s).toString(), "ok"_s);
+        const QString one = raw.difference(thousandDevices("one"_s));
+        QVERIFY2(one.isEmpty() || raw.difference(thousandDevices("two"_s)).isEmpty(),
                  qPrintable(one));
     }
     qInfo("%d of %d kills met a save under way", interrupted, rounds());
@@ -131,18 +131,18 @@ void TestKillSafety::creationIsWhole()
     int interrupted = 0;
     for (int round = 0; round < rounds(); ++round) {
         begin();
-        QVERIFY(runAndKill(u"create"_s, folder(), 30));
+        QVERIFY(runAndKill("create"_s, folder(), 30));
         const int created = QDir(folder()).entryList(QDir::Dirs | QDir::NoDotAndDotDot).size();
         QVERIFY(created > 0);
         const QString place = at(QString::number(created - 1));
-        const QString path = place + u"/phonebook.db"_s;
-        const bool isMade = !QFileInfo::exists(path + u"-journal"_s) && QFileInfo(path).size() > 0;
+        const QString path = place + "/phonebook.db"_s;
+        const bool isMade = !QFileInfo::exists(path + "-journal"_s) && QFileInfo(path).size() > 0;
         interrupted += isMade ? 0 : 1;
         Run run(place);
         QVERIFY2(run.mgr.openDatabase(), qPrintable(run.mgr.lastErrorText()));
         run.insert("a");
         const RawDatabase raw(path);
-        QCOMPARE(raw.value(u"pragma integrity_check"_s).toString(), u"ok"_s);
+        QCOMPARE(raw.value("pragma integrity_check"_s).toString(), "ok"_s);
         QCOMPARE(raw.difference(stampedDevices("a")), QString());
     }
     qInfo("%d of %d kills met a creation under way", interrupted, rounds());

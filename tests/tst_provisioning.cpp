@@ -75,7 +75,7 @@ private slots:
         m_run->mgr.httpd().setInterfaceSource([] {
             return QList<NetInterface>{{"card"_s, true, {QHostAddress("192.0.2.1"_s)}}};
         });
-        Modal::setRunner([](QDialog &) { return 1; });
+        m_user->answers = QStringList("OK"_s);
         QVERIFY(m_run->mgr.startHttpService());
     }
 
@@ -133,7 +133,7 @@ private slots:
 
     void answersNeedNoStoreThatWorks()
     {
-        Modal::setRunner([](QDialog &) { return 0; });
+        m_user->answers.clear();
         m_run->dbOperator.database()->closeDatabase();
         const auto fetch = [this](int device) {
             return bodyOf(ask(m_run->mgr.serverPort(), requestOf(device, "KTP")));

@@ -11,14 +11,14 @@
 namespace {
 
 const QString createStatement =
-    u"create table contact1 (id INT PRIMARY KEY, mac VERCHAR, product VERCHAR, sip_server VERCHAR, "
+    "create table contact1 (id INT PRIMARY KEY, mac VERCHAR, product VERCHAR, sip_server VERCHAR, "
     "sip_user_id VERCHAR, first_account VERCHAR, username VERCHAR, password VERCHAR, ip VERCHAR, "
     "city VERCHAR, company VERCHAR, department VERCHAR, auth_id VERCHAR, proxy_server VERCHAR, "
     "speech_coding1 VERCHAR, speech_coding2 VERCHAR,dial_plan VERCHAR, language VERCHAR, "
     "random_port VERCHAR, keep_alive VERCHAR, subnet VERCHAR, gateway_ip VERCHAR, dns_server1 "
     "VERCHAR, dns_server2 VERCHAR, phonebook_path VERCHAR, flag INT)"_s;
 
-const QString insertMac = u"insert into contact1 (id, mac, flag) values (%1)"_s;
+const QString insertMac = "insert into contact1 (id, mac, flag) values (%1)"_s;
 
 ContactInfo device(int id, const char *mac)
 {
@@ -33,9 +33,9 @@ QString summary(const RawDatabase &raw)
     QStringList lines;
     const QList<QSqlRecord> records = raw.rows();
     for (const QSqlRecord &record : records)
-        lines.append(u"%1 %2 %3"_s.arg(record.value(u"id"_s).toString(),
-                                       record.value(u"mac"_s).toString(),
-                                       record.value(u"flag"_s).toString()));
+        lines.append("%1 %2 %3"_s.arg(record.value("id"_s).toString(),
+                                      record.value("mac"_s).toString(),
+                                      record.value("flag"_s).toString()));
     return lines.join(QLatin1Char(','));
 }
 
@@ -51,12 +51,12 @@ private slots:
     void firstStartCreatesAnEmptyStore();
     void everyFieldIsInItsColumn();
     void mergeReplacesOlderRows();
-    void clashingIdFails();
+    void failuresAreTold();
     void rowsWithoutNumbersOfTheirOwnCollapse();
     void transactionsNest();
 
 private:
-    QString path() const { return m_folder->filePath(u"phonebook.db"_s); }
+    QString path() const { return m_folder->filePath("phonebook.db"_s); }
 
     std::unique_ptr<QTemporaryDir> m_folder;
     std::unique_ptr<SqliteDatabase> m_store;
@@ -80,7 +80,7 @@ void TestSqliteDatabase::firstStartCreatesAnEmptyStore()
 
     // SQLite keeps a statement as it was given, but for the case of its first words.
     const RawDatabase raw(path());
-    QString kept = raw.value(u"select sql from sqlite_master where type = 'table'"_s).toString();
+    QString kept = raw.value("select sql from sqlite_master where type = 'table'"_s).toString();
     QCOMPARE(kept.replace(QLatin1String("CREATE TABLE"), QLatin1String("create table")),
              createStatement);
 
@@ -94,12 +94,12 @@ void TestSqliteDatabase::firstStartCreatesAnEmptyStore()
 
 void TestSqliteDatabase::everyFieldIsInItsColumn()
 {
-    ContactInfo stamped = stampedDevice(u"x"_s);
+    ContactInfo stamped = stampedDevice("x"_s);
     stamped.id = 30; // the order is the table's, not the number's
     ContactInfo hard = device(2, "it's \"quoted\"; -- \\");
     hard.company = QString::fromUtf8("北京 📞\r\n\t");
-    hard.dial_plan = QString(QChar(0)) + u"after a NUL"_s;
-    hard.username = u"0012"_s;
+    hard.dial_plan = QString(QChar(0)) + "after a NUL"_s;
+    hard.username = "0012"_s;
     const ContactInfo empty = device(3, "");
     const QList<ContactInfo> devices = {stamped, hard, empty};
 
@@ -108,9 +108,9 @@ void TestSqliteDatabase::everyFieldIsInItsColumn()
     QVERIFY(m_store->insertContacts(devices));
     QVERIFY(m_store->queryContacts() == devices);
     const RawDatabase raw(path());
-    QCOMPARE(raw.value(u"select count(*) from contact1 where flag = 1"_s).toInt(), 3);
+    QCOMPARE(raw.value("select count(*) from contact1 where flag = 1"_s).toInt(), 3);
     QVERIFY(m_store->mergeNewRecords());
-    QVERIFY(raw.exec(u"update contact1 set id = 1 where id = 30"_s));
+    QVERIFY(raw.exec("update contact1 set id = 1 where id = 30"_s));
     QCOMPARE(raw.difference(devices), QString());
 
     // A long list is written in another way, to the same effect.
@@ -132,11 +132,11 @@ void TestSqliteDatabase::mergeReplacesOlderRows()
         QVERIFY(raw.exec(insertMac.arg(QLatin1String(row))));
     for (int i = 0; i < 2; ++i) { // nothing is new the second time
         QVERIFY(m_store->mergeNewRecords());
-        QCOMPARE(summary(raw), u"3 b 0,4 b 0,5 C 0,6 a 0,7 a 0,8 d 0,9 c 0"_s);
+        QCOMPARE(summary(raw), "3 b 0,4 b 0,5 C 0,6 a 0,7 a 0,8 d 0,9 c 0"_s);
     }
 }
 
-void TestSqliteDatabase::clashingIdFails()
+void TestSqliteDatabase::failuresAreTold()
 {
     QVERIFY(m_store->openDatabase());
     QVERIFY(m_store->insertContacts({device(1, "a")}));
@@ -145,12 +145,20 @@ void TestSqliteDatabase::clashingIdFails()
     DeviceList list;
     list.assign({device(1, "c")});
     QVERIFY(!m_store->insertSettled(list.snapshot(), 0, 1));
-    QCOMPARE(m_store->lastErrorText(), u"UNIQUE constraint failed: contact1.id"_s);
+    QCOMPARE(m_store->lastErrorText(), "UNIQUE constraint failed: contact1.id"_s);
     const RawDatabase raw(path());
-    QCOMPARE(summary(raw), u"1 a 0"_s);
+    QCOMPARE(summary(raw), "1 a 0"_s);
     // The failure must not leave a transaction open.
     QVERIFY(m_store->insertContacts({device(2, "b")}));
-    QCOMPARE(summary(raw), u"1 a 0,2 b 1"_s);
+    QCOMPARE(summary(raw), "1 a 0,2 b 1"_s);
+    // A newer program has given the table another column.
+    const QString isNewer = "a newer version of this program has written the database"_s;
+    QVERIFY(raw.exec("alter table contact1 add column later"_s) && m_store->openDatabase());
+    QVERIFY(!m_store->insertContacts({device(3, "c")}));
+    QCOMPARE(m_store->lastErrorText(), isNewer);
+    QCOMPARE(m_store->queryContacts().size(), 2); // forgets the error
+    QVERIFY(!m_store->insertSettled(list.snapshot(), 0, 1));
+    QCOMPARE(m_store->lastErrorText(), isNewer);
     m_store->closeDatabase();
     QVERIFY(!m_store->insertContacts({device(3, "c")}));
     QVERIFY(!m_store->insertSettled(list.snapshot(), 0, 1));
@@ -171,7 +179,7 @@ void TestSqliteDatabase::rowsWithoutNumbersOfTheirOwnCollapse()
     const QList<ContactInfo> contacts = m_store->queryContacts();
     for (const ContactInfo &contact : contacts)
         found += QString::number(contact.id) + contact.mac;
-    QCOMPARE(found, u"1b2c3e4h5i"_s);
+    QCOMPARE(found, "1b2c3e4h5i"_s);
 }
 
 void TestSqliteDatabase::transactionsNest()
@@ -190,7 +198,7 @@ void TestSqliteDatabase::transactionsNest()
             }
             QCOMPARE(outer.commit(), isKept);
         }
-        QCOMPARE(summary(raw), isKept ? u"1 a 1"_s : QString());
+        QCOMPARE(summary(raw), isKept ? "1 a 1"_s : QString());
     }
     {
         const ScopedTransaction givenUp(*m_store);

@@ -13,7 +13,7 @@
 
 namespace {
 
-const QString documents = u"documents"_s;
+const QString documents = "documents"_s;
 
 struct Ended
 {
@@ -24,8 +24,8 @@ struct Ended
 
 ContactInfo device(int number, const QString &product = QString())
 {
-    ContactInfo device = stampedDevice(u"a"_s);
-    device.mac = u"02:00:A7:00:%1:%2"_s.arg(number / 256, 2, 16, QLatin1Char('0'))
+    ContactInfo device = stampedDevice("a"_s);
+    device.mac = "02:00:A7:00:%1:%2"_s.arg(number / 256, 2, 16, QLatin1Char('0'))
                      .arg(number % 256, 2, 16, QLatin1Char('0'));
     device.product = product;
     return device;
@@ -33,7 +33,7 @@ ContactInfo device(int number, const QString &product = QString())
 
 QString documentName(int number)
 {
-    return u"cfg0200a700%1.xml"_s.arg(number, 4, 16, QLatin1Char('0'));
+    return "cfg0200a700%1.xml"_s.arg(number, 4, 16, QLatin1Char('0'));
 }
 
 unsigned modeOf(const QString &path)
@@ -57,7 +57,7 @@ private slots:
     void theNginxOfTheReadmeServesThem();
 
 private:
-    QString documentPath(const QString &name) const { return at(documents) + u"/"_s + name; }
+    QString documentPath(const QString &name) const { return at(documents) + "/"_s + name; }
     QByteArray document(int number) const
     {
         return fileContent(documentPath(documentName(number)));
@@ -72,7 +72,7 @@ private:
 void TestWriteDocuments::init()
 {
     begin();
-    QVERIFY(QFile::copy(QStringLiteral(VL_PROGRAM), at(u"VlManager"_s)));
+    QVERIFY(QFile::copy(QStringLiteral(VL_PROGRAM), at("VlManager"_s)));
     QVERIFY(QDir(folder()).mkdir(documents));
 }
 
@@ -85,7 +85,7 @@ Ended TestWriteDocuments::run(const QStringList &arguments) const
         environment.remove(QLatin1String(name));
     process.setProcessEnvironment(environment);
     process.setWorkingDirectory(QFileInfo(folder()).path());
-    process.start(at(u"VlManager"_s), arguments);
+    process.start(at("VlManager"_s), arguments);
     if (!process.waitForFinished() || process.exitStatus() != QProcess::NormalExit)
         return {-1, {}, {}};
     return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
@@ -94,27 +94,27 @@ Ended TestWriteDocuments::run(const QStringList &arguments) const
 
 void TestWriteDocuments::writesWhatPhonesAskFor()
 {
-    const ContactInfo desk = device(1, u"KTP16XX"_s);
-    const ContactInfo cordless = device(2, u"dk715"_s);
+    const ContactInfo desk = device(1, "KTP16XX"_s);
+    const ContactInfo cordless = device(2, "dk715"_s);
     ContactInfo again = desk;
-    again.mac = u"0200-a700-0001"_s;
-    again.password = u"other"_s;
-    store({desk, cordless, again, stampedDevice(u"b"_s)});
+    again.mac = "0200-a700-0001"_s;
+    again.password = "other"_s;
+    store({desk, cordless, again, stampedDevice("b"_s)});
 
     // Somebody else's program has the list, and is in the middle of a save.
     const Run other(folder(), "");
     const RawDatabase raw(databasePath());
-    QVERIFY(raw.exec(u"begin immediate"_s));
-    QVERIFY(raw.exec(u"delete from contact1"_s));
+    QVERIFY(raw.exec("begin immediate"_s));
+    QVERIFY(raw.exec("delete from contact1"_s));
     const QByteArray stored = fileContent(databasePath());
     const QStringList files = QDir(folder()).entryList(QDir::AllEntries | QDir::Hidden);
 
     // A relative folder is taken from where the program was called.
     const QString relative = QDir(folder()).dirName() + QLatin1Char('/') + documents;
-    const QStringList command = {u"--write-documents"_s, relative};
+    const QStringList command = {"--write-documents"_s, relative};
     const Ended first = run(command);
     QCOMPARE(first.status, 0);
-    QCOMPARE(first.output, u"Documents written: 2, left as they were: 0, removed: 0.\n"_s);
+    QCOMPARE(first.output, "Documents written: 2, left as they were: 0, removed: 0.\n"_s);
     QCOMPARE(first.error, QStringLiteral("Devices without a document of their own: 2\n"
                                          "  3: an earlier device has the MAC \"0200-a700-0001\"\n"
                                          "  4: \"b.mac\" is no MAC\n"));
@@ -128,33 +128,33 @@ void TestWriteDocuments::writesWhatPhonesAskFor()
     const QString name = documentPath(documentName(1));
     QCOMPARE(modeOf(name), 0600U);
     QCOMPARE(::chmod(qPrintable(at(documents)), 02750), 0);
-    QCOMPARE(run(command).output, u"Documents written: 0, left as they were: 2, removed: 0.\n"_s);
+    QCOMPARE(run(command).output, "Documents written: 0, left as they were: 2, removed: 0.\n"_s);
     QCOMPARE(modeOf(name), 0640U);
     // A document that the group's server cannot read is written anew.
     if (::geteuid() == 0) {
         QCOMPARE(::chown(qPrintable(name), 0, 1), 0);
         QCOMPARE(run(command).output,
-                 u"Documents written: 1, left as they were: 1, removed: 0.\n"_s);
+                 "Documents written: 1, left as they were: 1, removed: 0.\n"_s);
     }
 }
 
 void TestWriteDocuments::removesNothingButDocuments()
 {
     store({device(1)});
-    QStringList there = {documentName(1),           documentName(7),
-                         documentName(8),           u"cfg0200a7000009.xml.bak"_s,
-                         u"xcfg0200a7000009.xml"_s, u"cfg0200a700000.xml"_s,
-                         u"cfg0200a70000099.xml"_s, u"cfg0200a700000g.xml"_s};
+    QStringList there = {documentName(1),          documentName(7),
+                         documentName(8),          "cfg0200a7000009.xml.bak"_s,
+                         "xcfg0200a7000009.xml"_s, "cfg0200a700000.xml"_s,
+                         "cfg0200a70000099.xml"_s, "cfg0200a700000g.xml"_s};
     QVERIFY(QFile::link(databasePath(), documentPath(there.at(1))));
     QVERIFY(QDir(at(documents)).mkdir(there.at(2)));
     const QStringList files = there.mid(3) + QStringList(documentName(9));
     for (const QString &name : files)
         writeFile(documentPath(name));
-    const QStringList command = {u"--write-documents"_s, at(documents)};
+    const QStringList command = {"--write-documents"_s, at(documents)};
     run(command);
     QVERIFY(QFile::exists(documentPath(documentName(9))));
-    QCOMPARE(run(command + QStringList(u"--remove-others"_s)).output,
-             u"Documents written: 0, left as they were: 1, removed: 1.\n"_s);
+    QCOMPARE(run(command + QStringList("--remove-others"_s)).output,
+             "Documents written: 0, left as they were: 1, removed: 1.\n"_s);
     there.sort();
     QCOMPARE(written(), there);
 }
@@ -186,7 +186,7 @@ void TestWriteDocuments::endsWithTheReason()
         writeFile(databasePath(), content);
     const QString left = writeFile(documentPath(documentName(1)));
     const Ended ended =
-        run(arguments.replace(u" documents"_s, u" "_s + at(documents)).split(QLatin1Char(' ')));
+        run(arguments.replace(" documents"_s, " "_s + at(documents)).split(QLatin1Char(' ')));
     QCOMPARE(ended.status, 1);
     QCOMPARE(ended.output, QString());
     QVERIFY2(ended.error.contains(reason), qPrintable(ended.error));
@@ -198,38 +198,37 @@ void TestWriteDocuments::endsWithTheReason()
 void TestWriteDocuments::theNginxOfTheReadmeServesThem()
 {
     const QString program =
-        QStandardPaths::findExecutable(u"nginx"_s, {u"/usr/sbin"_s, u"/usr/bin"_s});
+        QStandardPaths::findExecutable("nginx"_s, {"/usr/sbin"_s, "/usr/bin"_s});
     if (program.isEmpty())
         QSKIP("nginx is not installed: see scripts/packages.txt");
     const QByteArray encoded = QFile::encodeName(at(documents));
     // As root nginx reads as another user, which the folder's group lets in.
     QString user;
     if (::geteuid() == 0) {
-        user = u"user www-data;"_s;
+        user = "user www-data;"_s;
         const struct group *const group = ::getgrnam("www-data");
         QVERIFY(group && ::chown(encoded.constData(), 0, group->gr_gid) == 0);
         QCOMPARE(::chmod(QFile::encodeName(folder()).constData(), 0711), 0);
     }
     QCOMPARE(::chmod(encoded.constData(), 02750), 0);
     store({device(1)});
-    QCOMPARE(run({u"--write-documents"_s, at(documents)}).status, 0);
-    QVERIFY(QFile::copy(databasePath(), documentPath(u"phonebook.db"_s)));
+    QCOMPARE(run({"--write-documents"_s, at(documents)}).status, 0);
+    QVERIFY(QFile::copy(databasePath(), documentPath("phonebook.db"_s)));
 
     QTcpServer free;
     QVERIFY(free.listen(QHostAddress::LocalHost));
     const quint16 port = free.serverPort();
     free.close();
-    const QByteArray readme = fileContent(u"" VL_SOURCE_DIR "/README.md"_s);
-    QString shown = QString::fromUtf8(readme).section(u"```nginx\n"_s, 1).section(u"```"_s, 0, 0);
-    for (const auto &[there, here] :
-         {std::pair(u"listen 80;"_s, u"listen 127.0.0.1:%1;"_s.arg(port)),
-          std::pair(u"/srv/phones;"_s, at(documents) + u";"_s)}) {
+    const QByteArray readme = fileContent("" VL_SOURCE_DIR "/README.md"_s);
+    QString shown = QString::fromUtf8(readme).section("```nginx\n"_s, 1).section("```"_s, 0, 0);
+    for (const auto &[there, here] : {std::pair("listen 80;"_s, "listen 127.0.0.1:%1;"_s.arg(port)),
+                                      std::pair("/srv/phones;"_s, at(documents) + ";"_s)}) {
         QVERIFY(shown.contains(there));
         shown.replace(there, here);
     }
     const QString settings =
-        writeFile(at(u"nginx.conf"_s),
-                  u"%1 daemon off; pid %2/pid; error_log %2/log; events {}\n"
+        writeFile(at("nginx.conf"_s),
+                  "%1 daemon off; pid %2/pid; error_log %2/log; events {}\n"
                   "http { access_log off; client_body_temp_path %2/t;\n"
                   "proxy_temp_path %2/t; fastcgi_temp_path %2/t;\n"
                   "uwsgi_temp_path %2/t; scgi_temp_path %2/t;\n%3}\n"_s.arg(user, folder(), shown)
@@ -237,7 +236,7 @@ void TestWriteDocuments::theNginxOfTheReadmeServesThem()
 
     QProcess nginx;
     nginx.setProcessChannelMode(QProcess::ForwardedChannels);
-    nginx.start(program, {u"-c"_s, settings, u"-e"_s, at(u"log"_s)});
+    nginx.start(program, {"-c"_s, settings, "-e"_s, at("log"_s)});
     QVERIFY(nginx.waitForStarted());
     const QByteArray name = documentName(1).toLatin1();
     const auto answer = [port](const QByteArray &line) {

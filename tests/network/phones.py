@@ -40,9 +40,8 @@ def send_damaged(address):
         sock.sendto(header + data, GROUP)
 
 
-def boot(address, mac, model, delay, story):
+def boot(address, mac, model, story):
     """One phone; what it met is in `story` afterwards."""
-    time.sleep(delay)
     story.update(mac=mac, model=model, heard=[], file="")
     begin = time.monotonic()
     with socket.socket(socket.AF_INET, socket.SOCK_DGRAM) as sock:
@@ -78,9 +77,9 @@ def main():
     options = parser.parse_args()
     stories = [{} for _ in range(options.count)]
     send_damaged(options.address)
-    threads = [threading.Thread(target=boot, args=(
+    threads = [threading.Timer(number / options.count, boot, (
         options.address, format(int(options.mac, 16) + number, "012x"),
-        options.model[number % len(options.model)], number / options.count, story))
+        options.model[number % len(options.model)], story))
         for number, story in enumerate(stories)]
     for thread in threads:
         thread.start()
