@@ -32,7 +32,7 @@ struct Run
             lastReason = job.reason();
         });
     }
-    /// Opened, with the devices of these stamps when there are any.
+    /// A run whose store is open, with the devices of these stamps.
     Run(const QString &folder, const char *stamps)
         : Run(folder)
     {

@@ -2,7 +2,7 @@
 
 #include <QFile>
 
-/// What the file's access rights are, without those of this process.
+/// The access rights of the file: the owner's, and what Qt reports of everybody else's.
 inline QFile::Permissions filePermissions(const QString &path)
 {
     const QFile::Permissions owner = QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner;

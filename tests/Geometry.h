@@ -10,7 +10,7 @@
 #include <QTableView>
 #include <QToolButton>
 
-// The only way to change the screen that the platform stands in for.
+// Only the platform's own interface can change the size of the offscreen screen.
 #include <qpa/qwindowsysteminterface.h>
 
 #include <QGuiApplication>
@@ -26,8 +26,8 @@ inline void useScreen(const QSize &pixels)
     QTRY_COMPARE(screen->size(), (QSizeF(pixels) / screen->devicePixelRatio()).toSize());
 }
 
-/// Whether one can scroll to what is outside the parent: what lies in the viewport of an area, and
-/// the labels and boxes that go with the columns of the list.
+/// Whether scrolling brings the widget into view: it lies in the viewport of a scroll area, or is a
+/// label or box that moves with a column of the list.
 inline bool isScrolled(const QWidget &widget)
 {
     const QWidget *const parent = widget.parentWidget();
@@ -53,13 +53,13 @@ inline bool hasRoomForItsText(const QWidget &widget)
     if (const auto *const button = qobject_cast<const QToolButton *>(&widget);
         button && button->toolButtonStyle() == Qt::ToolButtonIconOnly)
         return true;
-    // Some are lower than their size hint; the letters have room all the same.
+    // Some buttons are lower than their size hint, and still have room for their letters.
     return !qobject_cast<const QAbstractButton *>(&widget) ||
            (widget.sizeHint().width() <= widget.width() &&
             widget.fontMetrics().height() < widget.height());
 }
 
-/// What slides or lies over the rest on purpose.
+/// Whether the widget slides or lies over others on purpose.
 inline bool isCover(const QWidget &widget)
 {
     return widget.inherits("SlidePage") || widget.inherits("LoadingWidget") ||
@@ -72,7 +72,7 @@ inline QString faultOf(const QWidget &widget)
     const QWidget &parent = *widget.parentWidget();
     if (!isScrolled(widget) && !parent.rect().contains(widget.geometry()))
         return QStringLiteral("outside its parent");
-    // The sign that empties a line has a size of its own.
+    // The clear button of a line edit has a fixed size.
     if (!qobject_cast<const QLineEdit *>(&parent) && !hasRoomForItsText(widget))
         return QStringLiteral("too small for its text");
     const auto siblings = parent.findChildren<QWidget *>(QString(), Qt::FindDirectChildrenOnly);

@@ -31,7 +31,7 @@ constexpr int sendQuietly = MSG_NOSIGNAL;
 constexpr int endOfSending = SHUT_WR;
 #endif
 
-/// Stands for the data manager. Its documents tell for whom they were made.
+/// Stands for the data manager. Its documents name their type and their file.
 class FakeSource : public ProvisioningSource
 {
 public:
@@ -77,7 +77,7 @@ public:
         m_released.notify_all();
     }
     QStringList exports() const { return locked(m_exports); }
-    /// How requests ended, with the bytes sent.
+    /// The outcome of each request, with the bytes sent.
     QStringList ends() const { return locked(m_ends); }
 
     std::atomic<quint64> version{0};

@@ -28,7 +28,7 @@ public:
     User(const User &) = delete;
     User &operator=(const User &) = delete;
 
-    /// Of the boxes since the last call.
+    /// The titles of the boxes since the last call.
     QStringList takeTitles()
     {
         QStringList titles;

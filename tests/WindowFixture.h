@@ -37,7 +37,7 @@ protected:
         QDir::setCurrent("/"_s);
     }
 
-    /// Another start of the program when it is open already.
+    /// Starts the program, or ends it and starts it again.
     void openWindow()
     {
         m_window.reset();
@@ -84,7 +84,7 @@ protected:
         qFatal("no action %s", qPrintable(text));
     }
 
-    /// As the dialog does when its user saves.
+    /// Adds a device as the dialog does when its user saves.
     void addDevice(const QString &mac, const QString &account = QString()) const
     {
         ContactInfo device = deviceWithMac(mac);

@@ -1,6 +1,6 @@
-// Tests that the windows can be used by keyboard, by ear and on every screen, in both languages.
-// Each is opened as a user opens it, and checked by what Qt tells a screen reader, by the Tab key
-// and by the places of its widgets.
+// Tests that the windows can be used by keyboard, with a screen reader and on every screen, in both
+// languages. Each is opened as a user opens it, and checked by what Qt tells a screen reader, by
+// the Tab key and by the places of its widgets.
 #include "app/Appearance.h"
 #include "app/Language.h"
 #include "app/ReportBox.h"
@@ -57,8 +57,8 @@ Widgets stops(const QWidget &window)
     return found;
 }
 
-/// What is compared with the other widget: the area in which the widget scrolls and the other does
-/// not, or the widget itself.
+/// What stands for the widget beside the other one: the outermost scroll area around it that does
+/// not hold the other, or else the widget itself.
 const QWidget *representative(const QWidget *widget, const QWidget *other)
 {
     const QWidget *outermost = widget;
@@ -69,8 +69,9 @@ const QWidget *representative(const QWidget *widget, const QWidget *other)
     return outermost;
 }
 
-/// Top to bottom, and left to right within a line: what reaches below another's middle and does not
-/// begin below it is on one line with it. What scrolls is read to its end before what follows it.
+/// The reading order is top to bottom, and left to right within a line. A widget is on one line
+/// with another if it spans the other's middle. A scroll area is read to its end before what
+/// follows.
 bool isReadBefore(const QWidget *one, const QWidget *other)
 {
     const auto place = [](const QWidget *widget) {
@@ -142,7 +143,7 @@ private slots:
     {
         for (const QSize &pixels : {QSize(1024, 600), QSize(1366, 768), QSize(1920, 1080)}) {
             if (pixels.width() == 1024 && qApp->devicePixelRatio() > 1)
-                continue; // no such screen is set to a larger scale
+                continue; // nobody enlarges the text on such a small screen
             Geometry::useScreen(pixels);
             for (const Language &one : languages) {
                 const QString language = QLatin1String(one.word);
@@ -258,7 +259,7 @@ private slots:
             QVERIFY2(!title.isEmpty(), QByteArray::number(column));
             const QString told = table->cellAt(1, column)->text(QAccessible::Name);
             if (column == ContactModel::Detail || column == ContactModel::Delete)
-                QCOMPARE(told, title); // a picture, told by what it does
+                QCOMPARE(told, title); // the cell shows an icon, which is named by its effect
             else
                 QCOMPARE(told, view->model()->index(1, column).data().toString());
         }
@@ -290,7 +291,7 @@ private:
         if (row == "list and report") {
             part<ReportBox>()->show();
             addDevices();
-            part<SearchEdit>()->setText("0"_s); // no number holds a 0: all are hidden
+            part<SearchEdit>()->setText("0"_s); // no number contains a 0, so every device is hidden
         } else if (row == "smallest window") {
             m_window->resize(1, 1);
         } else if (row == "new device in full") {

@@ -112,7 +112,7 @@ private slots:
         QCOMPARE(edited.size(), 0);
     }
 
-    // Whoever was handed the record may want it entered again: at once, or after a question.
+    // The receiver of the record may want it entered again: at once, or after a question.
     void comesBackWithWhatWasTyped()
     {
         ContactInfo device = plainDevice();
@@ -150,7 +150,7 @@ private slots:
             const QPointF center = QRectF(codec->rect()).center();
             QWheelEvent event(center, codec->mapToGlobal(center.toPoint()), {}, QPoint(0, -120),
                               Qt::NoButton, Qt::NoModifier, Qt::NoScrollPhase, false);
-            // Only an event of the system goes on to the parents; sendEvent() makes it another.
+            // Parents get only events that came from the system, which sendEvent() denies.
             QSpontaneKeyEvent::setSpontaneous(&event);
             qApp->notify(codec, &event);
         };

@@ -111,8 +111,7 @@ private slots:
         model.setPhonesSeen(seen);
         const QModelIndex cell = model.index(1, ContactModel::City);
         QVERIFY(cell.data(Qt::ToolTipRole).toString().contains("has not asked"_s));
-        QVERIFY(
-            !model.index(0, ContactModel::City).data(Qt::ToolTipRole).isValid()); // it cannot ask
+        QVERIFY(!model.index(0, ContactModel::City).data(Qt::ToolTipRole).isValid()); // no request
         RequestEnd request;
         request.mac = "0200a7ffffff"_s;
         seen.note(request); // from a phone that is not listed

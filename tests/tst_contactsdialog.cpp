@@ -82,7 +82,7 @@ private slots:
         enterChoices(expected);
         input<IpLine>("firstMacIpLine")->setText("02:00:a7:00:00:fe"_s);
         edit("firstSipUserIdLineEdit")->setText("00123"_s);
-        // These follow it: what is typed into them does not count.
+        // These inputs follow the first user ID. What is typed into them does not count.
         for (const char *const name : {"firstAuthIdLineEdit", "firstAccountLineEdit"}) {
             QCOMPARE(edit(name)->text(), "00123"_s);
             edit(name)->setText("5"_s);
@@ -90,7 +90,7 @@ private slots:
         QTRY_COMPARE(input<QLabel>("batchPreview")->text(),
                      "2 devices: 02:00:A7:00:00:FE to 02:00:A7:00:01:00, user IDs 123 to 124\n"
                      "1 of them is in the list already."_s);
-        // These cannot be the same for all, and are left to the phone.
+        // A batch leaves the addresses empty, as no two devices share them.
         for (QString *const address : {&expected.ip, &expected.subnet, &expected.gateway_ip,
                                        &expected.dns_server1, &expected.dns_server2})
             address->clear();

@@ -174,7 +174,7 @@ private slots:
         const QSignalSpy detail(f.view, &ContactView::onRowDetail);
         QWidget *const viewport = f.view->viewport();
         ulong time = 1000;
-        // Two double clicks in a row; the next press comes later.
+        // Two double clicks in quick succession.
         const auto clickFast = [&](const QPoint &place) {
             for (const bool isDouble : {false, true, false, true}) {
                 QMouseEvent press(isDouble ? QEvent::MouseButtonDblClick : QEvent::MouseButtonPress,
@@ -271,7 +271,7 @@ private slots:
         QCOMPARE(f.current(), "4 0 d005.mac"_s);
         f.bar->searchEdit(5)->clear();
         QCOMPARE(f.current(), "4 4 d005.mac"_s);
-        // A hidden device is not current. It is again when it comes back.
+        // A hidden device is not current. It becomes current again when it reappears.
         f.search(5, "9"_s);
         QCOMPARE(f.current(), "none"_s);
         f.bar->clear();
@@ -300,13 +300,13 @@ private slots:
         QCOMPARE(after(1234), "49 49 edited.mac"_s);
         f.list.append(Fixture::numbered(500));
         QCOMPARE(after(1234), "49 49 edited.mac"_s);
-        // Another list, which holds the device as well.
+        // The device is also in the list that replaces this one.
         QList<ContactInfo> devices = f.list.snapshot().contacts();
         devices.append(Fixture::numbered(900));
         std::reverse(devices.begin(), devices.end());
         f.list.assign(devices);
         QCOMPARE(after(1234), "50 50 edited.mac"_s);
-        // The current row goes while it is out of sight: the view does not jump there.
+        // The current row is removed while it is out of sight. The view does not jump there.
         bar->setValue(0);
         f.list.removeAt(50);
         QVERIFY(!after(0).startsWith("scrolled"_s));
@@ -329,7 +329,7 @@ private slots:
         QCOMPARE(f.current(), "none"_s);
         QCOMPARE(label->accessibleName(), "Hidden by the search: 21, new or changed: 1"_s);
 
-        // A new one is shown, now or when it comes.
+        // A new device is shown at once, or when it arrives.
         f.view->showDevice("xd01.mac"_s);
         f.list.removeAt(9);
         f.list.append(stampedDevice("xd01"_s));
@@ -350,7 +350,7 @@ private slots:
         Fixture f(3);
         f.view->selectRow(1);
         const QImage image = f.view->viewport()->grab().toImage();
-        // Above the texts of the selected row and of the one before it.
+        // These points are above the texts of the selected row and of the row before it.
         const QColor band = image.pixelColor(3, 34);
         const QColor plain = image.pixelColor(3, 4);
         QVERIFY(plain != band);
@@ -377,7 +377,7 @@ private slots:
             QCoreApplication::sendEvent(viewport, &rest);
             return hint->isVisible() ? hint->text() : QString();
         };
-        // It covers neither the buttons of any row nor the row below.
+        // The tool tip covers neither the buttons of any row nor the row below.
         const auto isClear = [&](int lowest) {
             const QPoint eye = viewport->mapToGlobal(f.cell(1, ContactModel::Detail));
             return hint->geometry().right() < eye.x() - ContactDelegate::iconEdge / 2 &&

@@ -216,7 +216,7 @@ void TestCsvImport::fieldsArriveAsTheyStand()
     for (const ContactField &field : contactFields())
         QCOMPARE(import.added.first().*field.member, expected.*field.member);
     QVERIFY(import.added.at(1) == deviceWithMac("short"_s));
-    // The quote that was never closed has not taken the line end in.
+    // The quote that was never closed has not swallowed the line end.
     QVERIFY(import.added.last() == deviceWithMac("\"open"_s));
 }
 
@@ -366,7 +366,7 @@ void TestCsvImport::flagSaysWhetherTheListIsReplaced()
     QCOMPARE(backups().size(), flag ? 1 : 0);
     if (flag)
         QCOMPARE(backup(backups().constFirst()), backupText(oldDevices));
-    // An exported empty list is a list as well.
+    // An exported empty list is a valid list.
     QVERIFY(run.import(source(englishCsvHeader().toUtf8())));
     QCOMPARE(state(run), flag ? QString() : "a b c d e"_s);
 }

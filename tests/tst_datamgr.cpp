@@ -280,7 +280,7 @@ void TestDataMgr::newestThirtyBackupsStay()
     left = left.mid(12); // 31 files remain: 30 and one dated in the future
     left += {"devices-20990101-000000.csv"_s, "devices-mine.csv"_s, "notes.txt"_s};
     make(left.at(28), start.addYears(99));
-    make(left.at(29), start); // the user's own
+    make(left.at(29), start); // files of the user's own
     make(left.at(30), start);
 
     Run run(folder(), "a");
@@ -383,7 +383,7 @@ void TestDataMgr::failedSaveIsToldOnceAndTriedAgain()
     QCOMPARE(run.changes.size(), 1);
     const QString error = run.mgr.lastErrorText();
     QVERIFY2(m_user->boxes.first().text.contains(error) && !error.isEmpty(), qPrintable(error));
-    // A trigger is no row of ours.
+    // A trigger does not count as a foreign row: only the failure is told.
     QCOMPARE(state(run), "a b c (2 rows for 3 devices) [Save Error]"_s);
     run.insert("d");
     run.mgr.save();
@@ -392,7 +392,7 @@ void TestDataMgr::failedSaveIsToldOnceAndTriedAgain()
     allow(raw);
     run.mgr.deleteContactAt(0);
     QCOMPARE(state(run), "b c d [Backup]"_s);
-    // A failure after that is news again.
+    // A later failure is told again.
     refuse(raw);
     run.insert("e");
     QCOMPARE(m_user->takeTitles().first(), "Save Error"_s);
@@ -446,7 +446,7 @@ void TestDataMgr::damagedStoreIsLeftAlone()
     QVERIFY(!run.mgr.lastErrorText().isEmpty());
     QVERIFY(!run.mgr.isStoreUsable());
     QVERIFY(!run.mgr.isBusy());
-    QVERIFY(m_user->boxes.isEmpty()); // told by whoever opens it
+    QVERIFY(m_user->boxes.isEmpty()); // the caller tells the user
 
     run.insert("new");
     run.mgr.deleteContactAt(0);
@@ -464,7 +464,7 @@ void TestDataMgr::endOfProgramKeepsAnUnsavedList()
     writeFile(databasePath(), "no database");
     Run run(folder());
     QVERIFY(!run.mgr.openDatabase());
-    QVERIFY(run.mgr.keepUnsavedList()); // nothing was entered
+    QVERIFY(run.mgr.keepUnsavedList()); // there is nothing to keep
     QVERIFY(m_user->boxes.isEmpty());
     run.insert("a");
     m_user->boxes.clear();
@@ -483,7 +483,7 @@ void TestDataMgr::savingFromAnotherThread()
     Run run(folder(), "");
     const RawDatabase raw(databasePath());
     int writesBefore = writes();
-    saveElsewhere(run); // this run's list is not in the table, but no save has failed
+    saveElsewhere(run); // the table differs from this run's list, but no save has failed
     QCOMPARE(writes(), writesBefore);
     QVERIFY(run.load());
     refuse(raw);
@@ -556,7 +556,7 @@ void TestDataMgr::changesWaitForALongJob()
     QVERIFY(!run.mgr.worker().isIdle());
     QCOMPARE(run.mgr.isBusy(), isLoad);
     run.insert("one more");
-    edit(run, 1, "edited"); // by a number that may be another device's by then
+    edit(run, 1, "edited"); // the number may be another device's by then
     run.mgr.deleteContactAt(1);
     QCOMPARE(run.mgr.devices().size(), before);
     sizes.remove(before);
@@ -588,7 +588,7 @@ void TestDataMgr::rowsOfOthersAreKept()
     QFETCH(QString, id);
     QFETCH(bool, whileRunning);
     store(stampedDevices("a b"));
-    const auto addRows = [&] { // the row behind it is read all the same
+    const auto addRows = [&] { // the row after the foreign one is still read
         QVERIFY(RawDatabase(databasePath())
                     .exec("insert into contact1 (id, mac, flag) "
                           "values (%1, 'foreign', 0), (9, 'c.mac', 0)"_s.arg(id)));
@@ -638,7 +638,7 @@ void TestDataMgr::aHeldDatabaseIsWaitedFor()
     QCOMPARE(state(run), "c d"_s);
     run.mgr.close();
 
-    // From the start: the file stays, and is read once it is free.
+    // A file that is locked from the start is left alone, and read once it is free.
     QVERIFY(other.exec("begin exclusive"_s));
     Run next(folder());
     next.mgr.setImportFlag(true);
@@ -662,7 +662,8 @@ void TestDataMgr::aSecondProgramIsKeptOff()
     second.mgr.close();
     QCOMPARE(state(first), "a [Save Error]"_s);
     first.mgr.close();
-    writeFile(at("phonebook.db.lock"_s)); // left by one that was stopped when it had just made it
+    writeFile(
+        at("phonebook.db.lock"_s)); // left by a program that was stopped right after making it
     QVERIFY(second.mgr.openDatabase());
 }
 

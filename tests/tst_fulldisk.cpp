@@ -37,8 +37,8 @@ QList<ContactInfo> devicesWith(int size, const QString &mac)
     return devices;
 }
 
-/// Writes some `size` bytes below the folder. Returns why it could not, by its name where the
-/// writer says no more than that.
+/// Writes about `size` bytes below the folder. Returns the reason of a failure, or the name of a
+/// writer that gives no reason.
 using Writer = std::function<QString(const QString &folder, int size)>;
 
 QString exported(const QString &folder, int size)
@@ -160,7 +160,7 @@ void TestFullDisk::keepsTheList_data()
     row("import", littleRoom, {"Backup Error"_s});
     row("batch", 0, {"Save Error"_s});
     row("batch", littleRoom, {"Save Error"_s});
-    row("long batch", 0, {"Save Error"_s}); // written in another way
+    row("long batch", 0, {"Save Error"_s}); // a long list is written in another way
     row("long batch", littleRoom, {"Save Error"_s});
     row("exit", 0, {"Save Error"_s, "Save Error"_s});
 }
@@ -235,7 +235,7 @@ void TestFullDisk::givesTheReason()
     QCOMPARE(QDir(folder.path()).entryList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot),
              QStringList({"folder"_s, "link"_s, "pipe"_s, "target"_s}));
     QCOMPARE(fileContent(target), QByteArray(name == QLatin1String("link") ? "new" : "old"));
-    // As before: no new reader.
+    // The access rights are unchanged.
     QCOMPARE(filePermissions(target), QFile::ReadOwner | QFile::WriteOwner);
 }
 

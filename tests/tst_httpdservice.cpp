@@ -45,10 +45,10 @@ struct Start
     const char *name;
     const char *useDefault;
     QByteArray custom; ///< %1 is a port
-    bool taken;        ///< that one, or the default one
+    bool taken;        ///< the custom port, or the default one without it
     Cards cards;
     QString address; ///< empty: it does not start
-    Port port;       ///< that is opened
+    Port port;       ///< the port that is opened
     const char *box; ///< icon and text; none when the user cancels
 };
 

@@ -33,7 +33,8 @@ private slots:
         row("GET /cfg0b.xml|GET /cfg0a.xml", name, "", "0a");
 
         row("GET /cfg0200a7aabbcc.xml?pro=KTP HTTP/1.1", "cfg0200a7aabbcc.xml", "KTP", "");
-        row("GET /cfg0a.xml?pro=DK HTTP/1.1", name, "", ""); // too far left
+        row("GET /cfg0a.xml?pro=DK HTTP/1.1", name, "",
+            ""); // the product is only looked for further right
         row("GET /cfg0a.xml|GET /other000000000.xml?pro=DK HTTP/1.1", "other000000000.xml", "DK",
             "0a");
         row("GET x?pro=a HTTP/1.1", "1.1", "", "");
@@ -66,7 +67,7 @@ private slots:
             request.fileName = "cfg0a.xml"_s + QString::fromLatin1(end);
             QVERIFY2(!request.hasSafeFileName(), end);
         }
-        // Nor may a name forge lines of the report, or turn them round.
+        // A name must not forge lines of the report, nor reverse their direction.
         const std::array<ushort, 9> sent = {'\r',   '\n', 0x85, 0x2028, 0x202e,
                                             0x2066, 'a',  ' ',  0x4e2d};
         QCOMPARE(printableText(QString::fromUtf16(sent.data(), 9)),

@@ -59,7 +59,7 @@ private slots:
         auto *const box = part<QLineEdit>("searchEdit_1");
         box->setFocus();
         for (const Qt::Key key : {Qt::Key_Z, Qt::Key_Y})
-            QTest::keyClick(box, key, Qt::ControlModifier); // belong to the text there
+            QTest::keyClick(box, key, Qt::ControlModifier); // these keys undo in the box's text
         QCOMPARE(stored(), "123"_s);
         view->setFocus();
         QTest::keyClick(view, Qt::Key_Y, Qt::ControlModifier);

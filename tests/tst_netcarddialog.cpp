@@ -40,7 +40,7 @@ private slots:
         QCOMPARE(items[0]->findChild<QLabel *>()->text(), "0,10.0.0.2"_s);
 
         dialog.show();
-        // The last one twice: a touched item stays checked.
+        // The last item is clicked twice, and stays checked.
         for (const int chosen : {2, 0, 1, 2, 2}) {
             QTest::mouseClick(items[chosen]->findChild<QRadioButton *>(), Qt::LeftButton, {},
                               QPoint(10, 15));
@@ -48,7 +48,7 @@ private slots:
                 QCOMPARE(items[i]->isChecked(), i == chosen);
             QCOMPARE(selected(), QString::number(chosen));
         }
-        // Beside the name, and on the addresses.
+        // A click beside the name or on the addresses counts as well.
         QTest::mouseClick(items[0], Qt::LeftButton, {}, QPoint(305, 15));
         QVERIFY(items[0]->isChecked());
         QTest::mouseClick(items[1]->findChild<QLabel *>(), Qt::LeftButton);

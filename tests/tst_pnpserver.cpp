@@ -119,7 +119,7 @@ private slots:
 
     void answersTheLaterOfTwo()
     {
-        // Both are there before the event loop turns.
+        // Both requests arrive before the event loop turns.
         subscribe(knownMac);
         subscribe(otherKnownMac);
         QVERIFY(isAnsweredOnly(otherKnownMac));
@@ -137,10 +137,10 @@ private slots:
         }
         for (const QUdpSocket &phone : phones)
             QTRY_VERIFY(phone.hasPendingDatagrams());
-        // One address gets no more.
+        // The address has had its share.
         subscribe(knownMac);
         QTRY_COMPARE(m_lookup->ends.last(), QByteArray("too many"));
-        // However often it asks, the phone beside it is answered.
+        // However often it asks, the other phone is answered.
         for (int i = 0; i < 2000; ++i)
             subscribe(knownMac);
         QUdpSocket neighbour;

@@ -17,7 +17,7 @@ namespace {
 constexpr int deviceCount = 20;
 constexpr int clientCount = 200;
 
-/// How often each asks.
+/// The number of requests of each client.
 const int requestsEach = qEnvironmentVariable("VL_REQUESTS_EACH", "20"_s).toInt();
 
 /// Each field bears the same number, so that a document made of two versions shows.

@@ -116,7 +116,7 @@ private slots:
     {
         const std::pair<QByteArray, QByteArray> rows[] = {
             {englishConfig, "en"},
-            // In a row the last wins, else the first.
+            // Of neighbours the last counts, otherwise the first.
             {"<root><Language>en</Language><Language>zh</Language></root>", "zh"},
             {"<root><Language> zh</Language></root>", " zh"},
             {"<root><a><Language>zh</Language></a></root>", ""},
@@ -159,7 +159,7 @@ private slots:
         });
         cut(m_port, portXml("0", "8080"), [this](const QByteArray &length) {
             const HttpdPort read = readHttpdPort(m_port);
-            // Never half a number.
+            // A number that is cut off never counts.
             QVERIFY2(read.port == 80 || read.port == 8080, length);
             QVERIFY2(read.portText.isEmpty() || read.portText == "8080"_s, length);
             QVERIFY(writeHttpdPort(m_port, false, "8080"_s));

@@ -68,7 +68,7 @@ private slots:
         Copy first(name);
         QTRY_COMPARE_WITH_TIMEOUT(first.count("first"), 1, patienceMs);
 #ifdef Q_OS_UNIX
-        // Out of other users' reach.
+        // Other users cannot reach the folder that this lies in.
         QVERIFY(QFile::exists(runtimeFolder.filePath(name)));
 #endif
         for (int knocks = 1; knocks <= 3; ++knocks) {

@@ -110,7 +110,7 @@ private slots:
             cover.showOver(&window);
             press();
             QVERIFY2(!isHeard(), qPrintable(keys));
-            // The same with the focus below the cover.
+            // It is the same with the focus below the cover.
             window.edit->setFocus();
             press();
             QVERIFY2(!isHeard(), qPrintable(keys));
@@ -145,13 +145,13 @@ private slots:
             QTRY_VERIFY(page.shownPart() > 0 && page.shownPart() < 1);
             QVERIFY(page.geometry().intersects(m_window->content->rect()));
             QTRY_COMPARE(page.geometry(), page.shownGeometry());
-            // It follows its window, and a longer text needs more room.
+            // The page follows its window, and grows with its content.
             m_window->resize(m_window->width() + 50, 400);
             QTRY_COMPARE(page.width(), m_window->width());
             page.button->setMinimumHeight(80);
             QTRY_VERIFY(page.height() > 80 && page.geometry() == page.shownGeometry());
 
-            // On its way out it takes no input.
+            // A page on its way out takes no input.
             const QPoint center = page.button->mapTo(m_window.get(), page.button->rect().center());
             QTest::mouseClick(m_window->windowHandle(), Qt::LeftButton, {}, center);
             QTest::keyClick(m_window->windowHandle(), Qt::Key_Escape);

@@ -171,7 +171,8 @@ void TestWriteDocuments::endsWithTheReason_data()
     const auto whole = "--remove-others --write-documents documents";
     row("phonebook.db does not exist.", {}, whole);
     row("the file is not a database.", QByteArray(5000, 'x'), whole);
-    row("phonebook.db", QByteArray("SQLite format 3").append('\0'), whole); // and no more
+    row("phonebook.db", QByteArray("SQLite format 3").append('\0'),
+        whole); // nothing but the first bytes
     row("no does not exist.", "x", "--write-documents no");
     row("Missing value", {}, "--write-documents");
     row("Unknown option 'write-document'.", {}, "--write-document");
@@ -202,7 +203,7 @@ void TestWriteDocuments::theNginxOfTheReadmeServesThem()
     if (program.isEmpty())
         QSKIP("nginx is not installed: see scripts/packages.txt");
     const QByteArray encoded = QFile::encodeName(at(documents));
-    // As root nginx reads as another user, which the folder's group lets in.
+    // Run as root, nginx reads as another user, whom the folder's group lets in.
     QString user;
     if (::geteuid() == 0) {
         user = "user www-data;"_s;

@@ -81,7 +81,7 @@ class Program(tour.Program):
                                          stdin=subprocess.DEVNULL, stdout=self._log,
                                          stderr=self._log)
         wait_for(f'the window "{title}"', lambda: active_title() == title, PATIENCE_S)
-        time.sleep(1)  # until it takes keys
+        time.sleep(1)  # until it takes keys: nothing tells when it does
 
     def close(self):
         keys("alt+F4")
@@ -190,7 +190,7 @@ class Walk:
             f'MAC,用户ID,分机号,SIP服务器,城市\r\n{STORED_MAC},2001,前台,sip.example.net,"上海, 北京"\r\n'
             .encode("gbk"))
         keys("ctrl+i")
-        time.sleep(1)
+        wait_for("the choice of a file", lambda: active_title() not in ("", chinese(TITLE)))
         type_text(folder + r"\devices.csv")
         keys("Return")
         check_soon(lambda: [(row["mac"], row["first_account"], row["city"])
@@ -247,9 +247,10 @@ class Walk:
 
         say("-- the file is being read by another program")
         reader = subprocess.Popen(
-            ["wine", "cmd", "/c", f'(ping -n 6 127.0.0.1 >nul) < "{FOLDER}\\HTTPD\\MACCFG\\{FILE}"'],
-            stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-        time.sleep(2)
+            ["wine", "cmd", "/c", "(echo open & ping -n 6 127.0.0.1 >nul) < "
+             f'"{FOLDER}\\HTTPD\\MACCFG\\{FILE}"'],
+            stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
+        reader.stdout.readline()  # comes once the file is open
         agent = "Velloran DK715"
         status, answer = self.fetch(agent=agent)
         check(reader.poll() is None, "the reader still has the file")
