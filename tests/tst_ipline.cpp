@@ -12,6 +12,8 @@
 
 #include <functional>
 #include <memory>
+#include <tuple>
+#include <vector>
 
 namespace {
 
@@ -82,91 +84,63 @@ private slots:
         new QVBoxLayout(m_window.get());
     }
 
-    /// What a key does to a segment, without any widget. The special keys are those of type().
+    /// What a key does to a segment, without any widget: "before key after", and where the focus
+    /// moves or why the key is refused. The special keys are those of type().
     void keys()
     {
-        struct Row
-        {
-            Kind kind;
-            const char *before;
-            char key;
-            const char *after; ///< and why the key is refused
-            Move move = Move::Stay;
+        const std::pair<Kind, std::vector<const char *>> kinds[] = {
+            {MacByte,
+             {"| a A|F", "|FF a A|F", "A|F b AB| next", "AB| c AB| full", "[AB] c C|F",
+              "A[B] c AC| next", "|AB g |AB no-digit", "AB| : AB|", "A|F . A|F next", "A|B { |FB",
+              "A|B } A|F", "[AB] } |", "| { | previous's-rest"}},
+            {Octet,
+             {"|20 < |20 previous's-end", "2|0 < 2|0", "20| > 20| next", "2|0 > 2|0", "[20] 2 2|",
+              "2| 6 26| next-selected", "2| 5 25|", "25| 5 255| next-selected",
+              "25| 6 25| too-large", "1|25 3 1|25 full", "0| 7 7|", "| + | no-digit",
+              "20| . 20| next-selected", "20| , 20| next-selected", "[20] . [20]", "| . |",
+              // Deleting is no typing: whatever remains, the user is not moved on.
+              "|192 } |92", "|10 { |10"}},
+            {FourCharacters, {"abc| d abcd| next-selected"}},
         };
-        const Row rows[] = {
-            {MacByte, "|", 'a', "A|F"},
-            {MacByte, "|FF", 'a', "A|F"},
-            {MacByte, "A|F", 'b', "AB|", Move::NextStart},
-            {MacByte, "AB|", 'c', "AB| full"},
-            {MacByte, "[AB]", 'c', "C|F"},
-            {MacByte, "A[B]", 'c', "AC|", Move::NextStart},
-            {MacByte, "|AB", 'g', "|AB no digit"},
-            {MacByte, "AB|", ':', "AB|"},
-            {MacByte, "A|F", '.', "A|F", Move::NextStart},
-            {MacByte, "A|B", '{', "|FB"},
-            {MacByte, "A|B", '}', "A|F"},
-            {MacByte, "[AB]", '}', "|"},
-            {MacByte, "|", '{', "|", Move::PreviousRest},
-
-            {Octet, "|20", '<', "|20", Move::PreviousEnd},
-            {Octet, "2|0", '<', "2|0"},
-            {Octet, "20|", '>', "20|", Move::NextStart},
-            {Octet, "2|0", '>', "2|0"},
-            {Octet, "[20]", '2', "2|"},
-            {Octet, "2|", '6', "26|", Move::NextSelected},
-            {Octet, "2|", '5', "25|"},
-            {Octet, "25|", '5', "255|", Move::NextSelected},
-            {Octet, "25|", '6', "25| too large"},
-            {Octet, "1|25", '3', "1|25 full"},
-            {Octet, "0|", '7', "7|"},
-            {Octet, "|", '+', "| no digit"},
-            {Octet, "20|", '.', "20|", Move::NextSelected},
-            {Octet, "20|", ',', "20|", Move::NextSelected},
-            {Octet, "[20]", '.', "[20]"},
-            {Octet, "|", '.', "|"},
-            // Deleting is no typing: whatever remains, the user is not moved on.
-            {Octet, "|192", '}', "|92"},
-            {Octet, "|10", '{', "|10"},
-
-            {FourCharacters, "abc|", 'd', "abcd|", Move::NextSelected},
-        };
-        const char *const reasons[] = {"", " no digit", " too large", " full"};
-        for (const Row &row : rows) {
-            const State before = stateOf(QLatin1String(row.before));
-            const auto action = Input::Action(specialKeys.indexOf(QLatin1Char(row.key)) + 1);
-            const Result result = apply(row.kind, before, {action, QLatin1Char(row.key)});
-            State after{result.text, result.cursor};
-            if (result.cursor < 0)
-                after = {result.text, before.cursor, before.selectionStart, before.selectionLength};
-            QCOMPARE(shown(after) + QLatin1String(reasons[int(result.refusal)]),
-                     QLatin1String(row.after));
-            QVERIFY2(result.move == row.move, row.before);
+        const char *const moves[] = {"", " next-selected", " next", " previous's-end",
+                                     " previous's-rest"};
+        const char *const refusals[] = {"", " no-digit", " too-large", " full"};
+        for (const auto &[kind, rows] : kinds) {
+            for (const char *const text : rows) {
+                const QString row = QLatin1String(text);
+                const State before = stateOf(row.section(u' ', 0, 0));
+                const QChar key = row.section(u' ', 1, 1).at(0);
+                const auto action = Input::Action(specialKeys.indexOf(key) + 1);
+                const Result result = apply(kind, before, {action, key});
+                State after = before;
+                after.text = result.text;
+                if (result.cursor >= 0)
+                    after = {result.text, result.cursor};
+                QCOMPARE("%1 %2 %3"_s.arg(shown(before), key, shown(after)) +
+                             QLatin1String(moves[int(result.move)]) +
+                             QLatin1String(refusals[int(result.refusal)]),
+                         row);
+            }
         }
     }
 
+    /// The segments of a text that is pasted, and "!" if it cannot be typed either.
     void wholeAddresses()
     {
-        struct Row
-        {
-            Kind kind;
-            const char *text, *pieces; ///< none if it is no address
-            bool canBeTyped = true;
-        };
-        const Row rows[] = {
+        const std::tuple<Kind, const char *, const char *> rows[] = {
             {MacByte, " 02 00-A7 A1:B2 C3\n", "02 00 A7 A1 B2 C3"},
-            {MacByte, "02:00:A7:A1:B2:C3:D4", "", false},
-            {MacByte, "beef cake", "", false},
+            {MacByte, "02:00:A7:A1:B2:C3:D4", "!"},
+            {MacByte, "beef cake", "!"},
             {MacByte, "0200A7", ""},
             {Octet, "192.168.001.20", "192 168 1 20"},
-            {Octet, "\uff11\uff19\uff12\u3002168\uff0e1.10/24", "192 168 1 10", false},
-            {Octet, "192.168.1.256", "", false},
+            {Octet, "\uff11\uff19\uff12\u3002168\uff0e1.10/24", "192 168 1 10!"},
+            {Octet, "192.168.1.256", "!"},
         };
-        for (const Row &row : rows) {
-            const QString text = QString::fromUtf8(row.text);
-            QCOMPARE(piecesOfAddress(row.kind, text).join(QLatin1Char(' ')),
-                     QLatin1String(row.pieces));
-            QVERIFY2(canBeTyped(row.kind, text, row.kind == Octet ? 4 : 6) == row.canBeTyped,
-                     row.text);
+        for (const auto &[kind, text, pieces] : rows) {
+            const QString all = QString::fromUtf8(text);
+            const bool isTyped = canBeTyped(kind, all, kind == Octet ? 4 : 6);
+            QCOMPARE(piecesOfAddress(kind, all).join(u' ') + (isTyped ? ""_s : "!"_s),
+                     QLatin1String(pieces));
         }
     }
 
