@@ -104,50 +104,49 @@ private slots:
     void init() { begin(); }
 
     void savesAreWhole_data() { addRows({"batch", "import", "undo"}); }
-    void savesAreWhole();
-    void creationIsWhole();
+
+    void savesAreWhole()
+    {
+        QFETCH(QByteArray, row);
+        int interrupted = 0;
+        for (int round = 0; round < rounds(); ++round) {
+            QVERIFY(runAndKill(QString::fromLatin1(row), folder(), 100));
+            interrupted += QFileInfo::exists(databasePath() + QLatin1String("-journal")) ? 1 : 0;
+            const RawDatabase raw(databasePath());
+            QCOMPARE(raw.value("pragma integrity_check"_s).toString(), "ok"_s);
+            const QString one = raw.difference(thousandDevices("one"_s));
+            QVERIFY2(one.isEmpty() || raw.difference(thousandDevices("two"_s)).isEmpty(),
+                     qPrintable(one));
+        }
+        qInfo("%d of %d kills met a save under way", interrupted, rounds());
+        // Otherwise nothing was tested.
+        QVERIFY(interrupted > 0);
+    }
+
+    void creationIsWhole()
+    {
+        int interrupted = 0;
+        for (int round = 0; round < rounds(); ++round) {
+            begin();
+            QVERIFY(runAndKill("create"_s, folder(), 30));
+            const int created = QDir(folder()).entryList(QDir::Dirs | QDir::NoDotAndDotDot).size();
+            QVERIFY(created > 0);
+            const QString place = at(QString::number(created - 1));
+            const QString path = place + "/phonebook.db"_s;
+            const bool isMade =
+                !QFileInfo::exists(path + "-journal"_s) && QFileInfo(path).size() > 0;
+            interrupted += isMade ? 0 : 1;
+            Run run(place);
+            QVERIFY2(run.mgr.openDatabase(), qPrintable(run.mgr.lastErrorText()));
+            run.insert("a");
+            const RawDatabase raw(path);
+            QCOMPARE(raw.value("pragma integrity_check"_s).toString(), "ok"_s);
+            QCOMPARE(raw.difference(stampedDevices("a")), QString());
+        }
+        qInfo("%d of %d kills met a creation under way", interrupted, rounds());
+        QVERIFY(interrupted > 0);
+    }
 };
-
-void TestKillSafety::savesAreWhole()
-{
-    QFETCH(QByteArray, row);
-    int interrupted = 0;
-    for (int round = 0; round < rounds(); ++round) {
-        QVERIFY(runAndKill(QString::fromLatin1(row), folder(), 100));
-        interrupted += QFileInfo::exists(databasePath() + QLatin1String("-journal")) ? 1 : 0;
-        const RawDatabase raw(databasePath());
-        QCOMPARE(raw.value("pragma integrity_check"_s).toString(), "ok"_s);
-        const QString one = raw.difference(thousandDevices("one"_s));
-        QVERIFY2(one.isEmpty() || raw.difference(thousandDevices("two"_s)).isEmpty(),
-                 qPrintable(one));
-    }
-    qInfo("%d of %d kills met a save under way", interrupted, rounds());
-    // Otherwise nothing was tested.
-    QVERIFY(interrupted > 0);
-}
-
-void TestKillSafety::creationIsWhole()
-{
-    int interrupted = 0;
-    for (int round = 0; round < rounds(); ++round) {
-        begin();
-        QVERIFY(runAndKill("create"_s, folder(), 30));
-        const int created = QDir(folder()).entryList(QDir::Dirs | QDir::NoDotAndDotDot).size();
-        QVERIFY(created > 0);
-        const QString place = at(QString::number(created - 1));
-        const QString path = place + "/phonebook.db"_s;
-        const bool isMade = !QFileInfo::exists(path + "-journal"_s) && QFileInfo(path).size() > 0;
-        interrupted += isMade ? 0 : 1;
-        Run run(place);
-        QVERIFY2(run.mgr.openDatabase(), qPrintable(run.mgr.lastErrorText()));
-        run.insert("a");
-        const RawDatabase raw(path);
-        QCOMPARE(raw.value("pragma integrity_check"_s).toString(), "ok"_s);
-        QCOMPARE(raw.difference(stampedDevices("a")), QString());
-    }
-    qInfo("%d of %d kills met a creation under way", interrupted, rounds());
-    QVERIFY(interrupted > 0);
-}
 
 int main(int argc, char *argv[])
 {
