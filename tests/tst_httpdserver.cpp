@@ -127,10 +127,10 @@ private slots:
 
     /// The document that each family gets, whichever way a request names it, and what plug and play
     /// adds to its address.
-    void families()
+    void eachFamily()
     {
         QStringList found;
-        for (const PhoneFamily &family : ::families) {
+        for (const PhoneFamily &family : families) {
             const QByteArray word = family.word;
             for (const QByteArray &bytes : {request(docName, "Velloran " + word + "99 1.0"),
                                             QByteArray("GET /cfg0200a7aabbcc.xml\r\nGET /") +
