@@ -31,31 +31,6 @@ bool exportTo(const QString &path, QList<ContactInfo> devices, ExportType type =
 
 using Fields = QList<QPair<QString ContactInfo::*, QString>>;
 using I = ContactInfo;
-const Fields full = {{&I::ip, "192.168.1.20"_s},        {&I::subnet, "255.254.253.0"_s},
-                     {&I::gateway_ip, "10.11.12.13"_s}, {&I::dns_server1, "8.7.6.5"_s},
-                     {&I::dns_server2, "1.2.3.4"_s},    {&I::speech_coding1, "G729A/B"_s},
-                     {&I::speech_coding2, "L16-256"_s}};
-const QString highSurrogate = QChar(0xD83D);
-const QString lowSurrogate = QChar(0xDCDE);
-const Fields hardTexts = {{&I::sip_server, "a&b<c>d"_s},
-                          {&I::sip_user_id, "\"quoted\" and 'single'"_s},
-                          {&I::first_account, "北京 总机"_s},
-                          {&I::username, "Zoë 📞"_s},
-                          {&I::auth_id, "&amp;"_s},
-                          {&I::password, "]]>"_s},
-                          {&I::proxy_server, "  blanks  "_s},
-                          {&I::dial_plan, "bell\anul\0\x1B"_s},
-                          {&I::language, "lo"_s + highSurrogate + "ne"_s + lowSurrogate},
-                          {&I::random_port, lowSurrogate + "swapped"_s + highSurrogate},
-                          {&I::keep_alive, "last\uFFFE\uFFFF"_s + highSurrogate},
-                          {&I::phonebook_path, "tab\tstays"_s},
-                          {&I::speech_coding1, "pcmu"_s},
-                          {&I::ip, "\x1"
-                                   "1.2.3"_s},
-                          {&I::subnet, "1.2.3.4.5"_s}};
-const Fields sparse = {{&I::speech_coding1, "G.722"_s}, {&I::speech_coding2, "PCMU"_s},
-                       {&I::ip, "192.168.1"_s},         {&I::subnet, "255.255.255.0"_s},
-                       {&I::dns_server1, "10..0.1"_s},  {&I::dns_server2, "a.<. c."_s}};
 
 ContactInfo deviceOf(const Fields &fields, ContactInfo device = {})
 {
@@ -65,7 +40,17 @@ ContactInfo deviceOf(const Fields &fields, ContactInfo device = {})
     return device;
 }
 
-const ContactInfo fullDevice = deviceOf(full, stampedDevice("x"_s));
+ContactInfo fullDevice()
+{
+    return deviceOf({{&I::ip, "192.168.1.20"_s},
+                     {&I::subnet, "255.254.253.0"_s},
+                     {&I::gateway_ip, "10.11.12.13"_s},
+                     {&I::dns_server1, "8.7.6.5"_s},
+                     {&I::dns_server2, "1.2.3.4"_s},
+                     {&I::speech_coding1, "G729A/B"_s},
+                     {&I::speech_coding2, "L16-256"_s}},
+                    stampedDevice("x"_s));
+}
 
 } // namespace
 
@@ -76,10 +61,31 @@ class TestProvisioningXml : public QObject
 private slots:
     void documentIsAsWrittenByHand_data()
     {
+        const QString highSurrogate = QChar(0xD83D);
+        const QString lowSurrogate = QChar(0xDCDE);
+        const Fields hardTexts = {{&I::sip_server, "a&b<c>d"_s},
+                                  {&I::sip_user_id, "\"quoted\" and 'single'"_s},
+                                  {&I::first_account, "北京 总机"_s},
+                                  {&I::username, "Zoë 📞"_s},
+                                  {&I::auth_id, "&amp;"_s},
+                                  {&I::password, "]]>"_s},
+                                  {&I::proxy_server, "  blanks  "_s},
+                                  {&I::dial_plan, "bell\anul\0\x1B"_s},
+                                  {&I::language, "lo"_s + highSurrogate + "ne"_s + lowSurrogate},
+                                  {&I::random_port, lowSurrogate + "swapped"_s + highSurrogate},
+                                  {&I::keep_alive, "last\uFFFE\uFFFF"_s + highSurrogate},
+                                  {&I::phonebook_path, "tab\tstays"_s},
+                                  {&I::speech_coding1, "pcmu"_s},
+                                  {&I::ip, "\x1"
+                                           "1.2.3"_s},
+                                  {&I::subnet, "1.2.3.4.5"_s}};
+        const Fields sparse = {{&I::speech_coding1, "G.722"_s}, {&I::speech_coding2, "PCMU"_s},
+                               {&I::ip, "192.168.1"_s},         {&I::subnet, "255.255.255.0"_s},
+                               {&I::dns_server1, "10..0.1"_s},  {&I::dns_server2, "a.<. c."_s}};
         QTest::addColumn<ContactInfo>("device");
         QTest::addColumn<ExportType>("type");
-        QTest::newRow("desk-full") << fullDevice << DeskPhoneXml;
-        QTest::newRow("cordless-full") << fullDevice << CordlessXml;
+        QTest::newRow("desk-full") << fullDevice() << DeskPhoneXml;
+        QTest::newRow("cordless-full") << fullDevice() << CordlessXml;
         QTest::newRow("desk-hard-texts") << deviceOf(hardTexts) << DeskPhoneXml;
         QTest::newRow("desk-sparse") << deviceOf(sparse) << DeskPhoneXml;
     }
@@ -165,7 +171,7 @@ private slots:
     {
         const QTemporaryDir folder;
         const QString path = folder.filePath(requestedName);
-        QVERIFY(exportTo(path, {fullDevice}));
+        QVERIFY(exportTo(path, {fullDevice()}));
         QCOMPARE(filePermissions(path), ownerOnly);
         QFile file(path);
         QVERIFY(file.open(QIODevice::ReadWrite));
@@ -174,9 +180,9 @@ private slots:
         file.close();
         const QDateTime before = QFileInfo(path).lastModified();
         // The same length, so that nothing but the contents can tell them apart.
-        ContactInfo changed = fullDevice;
+        ContactInfo changed = fullDevice();
         changed.password = "x.passwore"_s;
-        for (const ContactInfo &device : {fullDevice, changed}) {
+        for (const ContactInfo &device : {fullDevice(), changed}) {
             QVERIFY(QFile::setPermissions(path, ownerOnly | QFile::ReadGroup | QFile::ReadOther));
             QVERIFY(exportTo(path, {device}));
             QCOMPARE(QFileInfo(path).lastModified() > before, device == changed);
@@ -193,7 +199,7 @@ private slots:
     {
         const QTemporaryDir folder;
         const QString path = folder.filePath(requestedName);
-        ContactInfo versions[] = {fullDevice, fullDevice};
+        ContactInfo versions[] = {fullDevice(), fullDevice()};
         QByteArray documents[2];
         for (int i = 0; i < 2; ++i) {
             versions[i].dial_plan = QString(200000 + 100000 * i, QLatin1Char('a'));
