@@ -255,15 +255,15 @@ bool SqliteDatabase::insertColumns(const ColumnMap &columns)
     if (prepared && !nothingToDo)
         query.execBatch();
     const bool inserted = nothingToDo || succeeded(query);
-    if (!prepared)
-        notePreparationFailed();
+    if (!inserted)
+        noteInsertFailed();
     // Commits also after a failed row: the owner of the outermost transaction decides about the
     // rows before it.
     return transaction.commit() && inserted;
 }
 
-/// Explains why the statement that inserts a row could not be prepared, if the table has grown.
-void SqliteDatabase::notePreparationFailed()
+/// Explains why no row could be inserted, if the table has grown.
+void SqliteDatabase::noteInsertFailed()
 {
     if (number(Sql::countColumns) > contactTableColumns)
         m_lastErrorText = tr("a newer version of this program has written the database");
@@ -320,10 +320,10 @@ bool SqliteDatabase::insertSettled(const DeviceListSnapshot &list, int first, in
     const int end = std::min(first + count, list.size());
     for (int row = first; inserted && row < end; ++row)
         inserted = rows.insert(list.at(row).number, list.infoAt(row));
-    if (!inserted)
+    if (!inserted) {
         noted(errorOf(database));
-    if (!rows.isPrepared())
-        notePreparationFailed();
+        noteInsertFailed();
+    }
     return inserted;
 }
 

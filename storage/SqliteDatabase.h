@@ -54,7 +54,7 @@ private:
     QSqlQuery newQuery() const;
     bool begin(const QString &statement);
     bool execute(const QString &statement);
-    void notePreparationFailed();
+    void noteInsertFailed();
     bool succeeded(const QSqlQuery &query);
     bool noted(const QSqlError &error);
     int number(const QString &statement);
