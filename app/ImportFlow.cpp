@@ -11,10 +11,6 @@
 
 #include <QFileInfo>
 
-namespace {
-
-} // namespace
-
 ImportFlow::ImportFlow(DataMgr &dataMgr, const QString &folder, QWidget &window, QWidget &content)
     : QObject(&window)
     , m_dataMgr(dataMgr)
