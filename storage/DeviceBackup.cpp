@@ -155,7 +155,8 @@ DeviceBackup::Writing::Step DeviceBackup::Writing::step()
     return Step::Failed;
 }
 
-/// Compares with one file. A file with the same contents becomes the newest, and nothing is written.
+/// Compares with one file. A file with the same contents becomes the newest, and nothing is
+/// written.
 DeviceBackup::Writing::Step DeviceBackup::Writing::compare()
 {
     if (m_names.isEmpty()) {
