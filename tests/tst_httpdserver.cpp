@@ -335,6 +335,10 @@ private slots:
             row.several = 1240;
             QVERIFY(RequestLogFile::text(row).endsWith(
                 ",http,10.0.0.9,\"1,240 more from 10.0.0.9\",KTP,more,0,1240\r\n"));
+            // Plug and play tells a phone that it is not listed; the service only keeps silent.
+            QVERIFY(row.request.line().endsWith(": no answer, not in the list"_s));
+            row.request.protocol = RequestEnd::Protocol::Sip;
+            QVERIFY(row.request.line().endsWith(": plug and play, refused, not in the list"_s));
         }
     }
 
