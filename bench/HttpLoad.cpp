@@ -47,10 +47,11 @@ int connectTo(std::uint16_t port, int host = 0)
         const int later = 1; // connect() chooses the port
         ::setsockopt(connection, IPPROTO_IP, IP_BIND_ADDRESS_NO_PORT, &later, sizeof later);
         const sockaddr own = address(host, 0);
-        ::bind(connection, &own, sizeof own);
+        static_cast<void>(::bind(connection, &own, sizeof own));
     }
     const sockaddr server = address(1, port);
-    ::connect(connection, &server, sizeof server); // the first use of the socket reports a failure
+    // The first use of the socket reports a failure.
+    static_cast<void>(::connect(connection, &server, sizeof server));
     return connection;
 }
 

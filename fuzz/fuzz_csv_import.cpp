@@ -1,5 +1,6 @@
 // Imports any bytes into a device list, writes the list to a backup and imports the backup, which
 // must give the same list. The first byte chooses the encoding; the rest is the file.
+#include "fuzz/FuzzTarget.h"
 #include "import/CSVParse.h"
 #include "model/ContactFields.h"
 #include "model/DeviceList.h"
@@ -12,21 +13,12 @@
 
 #include <algorithm>
 #include <array>
-#include <cstddef>
-#include <cstdint>
-#include <cstdlib>
 
 namespace {
 
 // An empty name stands for the result of encodingOf().
 constexpr std::array<const char *, 10> encodings = {
     "UTF-8", "GBK", "Big5", "Big5-HKSCS", "Shift-JIS", "EUC-KR", "KOI8-R", "unknown", "UTF-16", ""};
-
-void require(bool kept)
-{
-    if (!kept)
-        std::abort();
-}
 
 /// Answers "Yes" to every question about a MAC that is in the list already.
 class Target : public ImportTarget
