@@ -197,6 +197,7 @@ private slots:
         auto *const clearList = part<QAbstractButton>("clearListCheckBox");
         clearList->click();
         QCOMPARE(preview->text(), numbers.arg("stay"_s));
+        QCOMPARE(button("importBeginButton")->accessibleDescription(), preview->text());
         clearList->click();
         QTest::keyClick(pathEdit, Qt::Key_Return);
         QCOMPARE(m_user->told(), QString());
