@@ -148,6 +148,10 @@ private slots:
         QVERIFY(m_run->dbOperator.database()->openDatabase());
         QCOMPARE(versionOf(fetch(4)), 0);
         QTRY_COMPARE(m_run->dbOperator.load().at(3).city, "v7.city"_s);
+        // With the list go the documents that were made from it.
+        const QDir documents(at("HTTPD/MACCFG"_s));
+        QVERIFY(!documents.isEmpty() && m_run->deleteAll());
+        QTRY_VERIFY(documents.isEmpty());
     }
 
 private:
