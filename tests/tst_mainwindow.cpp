@@ -184,6 +184,10 @@ private slots:
             pathEdit->clear();
             pathEdit->setText(list);
         };
+        m_window->localImport();
+        pathEdit->setText(list);
+        button("importBeginButton")->click();
+        QCOMPARE(m_user->told(), "Import Box: Please choose correct file to import."_s);
         offer("mine");
         QTRY_VERIFY(preview->text().startsWith("The first line has no column titles"_s));
         button("importBeginButton")->click();
