@@ -103,12 +103,12 @@ int serve(const QString &path, int devices, bool isLogged)
     QElapsedTimer silence;
     silence.start();
     QTimer beat;
-    QObject::connect(&beat, &QTimer::timeout, [&] {
+    QObject::connect(&beat, &QTimer::timeout, &beat, [&] {
         longestSilence = std::max(longestSilence, static_cast<int>(silence.restart()));
     });
     beat.start(5);
     QSocketNotifier notifier(STDIN_FILENO, QSocketNotifier::Read);
-    QObject::connect(&notifier, &QSocketNotifier::activated, [&] {
+    QObject::connect(&notifier, &QSocketNotifier::activated, &notifier, [&] {
         char command = 0;
         if (::read(STDIN_FILENO, &command, 1) != 1) {
             QCoreApplication::quit();

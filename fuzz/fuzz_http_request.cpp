@@ -20,7 +20,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
         const QString path = QStringLiteral("/served/") + request.fileName;
         require(QDir::cleanPath(path) == path && path.count(QLatin1Char('/')) == 2);
         // Windows gives some of these characters a meaning, and drops a dot or a blank at the end.
-        for (const QChar c : request.fileName)
+        for (const QChar c : qAsConst(request.fileName))
             require(c.unicode() >= 0x20 && !QStringLiteral("<>:\"|?*\\").contains(c));
         require(!request.fileName.endsWith(QLatin1Char('.')) &&
                 !request.fileName.endsWith(QLatin1Char(' ')));

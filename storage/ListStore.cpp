@@ -9,7 +9,11 @@
 
 namespace {
 
-const QString lockName = databaseName + QLatin1String(".lock");
+QString lockName()
+{
+    return databaseName + QLatin1String(".lock");
+}
+
 constexpr int rowsReadAtOnce = 200;
 constexpr int rowsDeletedAtOnce = 1000;
 
@@ -18,7 +22,7 @@ constexpr int rowsDeletedAtOnce = 1000;
 ListStore::ListStore(DBOperator &dbOperator, const QString &directory)
     : m_dbOperator(dbOperator)
     , m_backup(directory)
-    , m_lock(directory + lockName)
+    , m_lock(directory + lockName())
 {
     // A lock is held as long as its program runs, so its age says nothing. On the same computer, Qt
     // checks whether that program still runs.
@@ -73,7 +77,7 @@ bool ListStore::lock()
         "ListStore", "the list is in use by the program \"%1\" on the computer "
                      "\"%2\" (process %3). If that program no longer runs, remove "
                      "the file %4");
-    return makeUnusable(reason.arg(program, host, QString::number(process), lockName),
+    return makeUnusable(reason.arg(program, host, QString::number(process), lockName()),
                         Holder::Program);
 }
 

@@ -33,7 +33,10 @@ public:
     QList<QByteArray> ends;
 };
 
-const QHostAddress loopback = QHostAddress(QHostAddress::LocalHost);
+QHostAddress loopback()
+{
+    return QHostAddress(QHostAddress::LocalHost);
+}
 
 bool isPortFree(quint16 port)
 {
@@ -68,7 +71,7 @@ private slots:
         m_server = std::make_unique<PnPServer>(*m_lookup);
         m_server->setHttpdAddress("127.0.0.1"_s, "80"_s);
         m_phone = std::make_unique<QUdpSocket>();
-        QVERIFY(m_phone->bind(loopback, 0));
+        QVERIFY(m_phone->bind(loopback(), 0));
         if (QTest::currentTestFunction() != QByteArray("startsAndStops"))
             QVERIFY(m_server->start());
     }
@@ -81,8 +84,9 @@ private slots:
         m_server->setHttpdAddress("127.0.0.2"_s, "5001"_s);
         // The answer goes where the request says, not where it came from.
         QUdpSocket sender;
-        QVERIFY(sender.bind(loopback, 0));
-        sender.writeDatagram(pnpSubscribe(knownMac, address(*m_phone), "DK71X"), loopback, sipPort);
+        QVERIFY(sender.bind(loopback(), 0));
+        sender.writeDatagram(pnpSubscribe(knownMac, address(*m_phone), "DK71X"), loopback(),
+                             sipPort);
         QVERIFY(isAnsweredOnly(knownMac, "http://127.0.0.2:5001"));
         QCOMPARE(m_answerFrom, QHostAddress("127.0.0.2"_s));
 
@@ -109,7 +113,7 @@ private slots:
                  {"too brief",
                   from(phone).replace(";branch", ":" + QByteArray(400, '\xff') + ";branch")}}) {
             m_lookup->ends.clear();
-            m_phone->writeDatagram(datagram, loopback, sipPort);
+            m_phone->writeDatagram(datagram, loopback(), sipPort);
             QTRY_COMPARE(m_lookup->ends, QList<QByteArray>({end}));
             // An answer would come before the next request's.
             subscribe(otherKnownMac);
@@ -132,8 +136,8 @@ private slots:
     {
         std::array<QUdpSocket, 100> phones;
         for (QUdpSocket &phone : phones) {
-            QVERIFY(phone.bind(loopback, 0));
-            phone.writeDatagram(pnpSubscribe(knownMac, address(phone), ""), loopback, sipPort);
+            QVERIFY(phone.bind(loopback(), 0));
+            phone.writeDatagram(pnpSubscribe(knownMac, address(phone), ""), loopback(), sipPort);
         }
         for (const QUdpSocket &phone : phones)
             QTRY_VERIFY(phone.hasPendingDatagrams());
@@ -147,7 +151,8 @@ private slots:
         QVERIFY(neighbour.bind(QHostAddress("127.0.0.2"_s), 0));
         const QByteArray via = address(neighbour);
         const auto isAnswered = [&] {
-            neighbour.writeDatagram(pnpSubscribe(otherKnownMac, via, "KTP2135"), loopback, sipPort);
+            neighbour.writeDatagram(pnpSubscribe(otherKnownMac, via, "KTP2135"), loopback(),
+                                    sipPort);
             return neighbour.hasPendingDatagrams();
         };
         QTRY_VERIFY(isAnswered());
@@ -176,7 +181,8 @@ private:
     }
     void subscribe(const QByteArray &mac)
     {
-        m_phone->writeDatagram(pnpSubscribe(mac, address(*m_phone), "KTP2135"), loopback, sipPort);
+        m_phone->writeDatagram(pnpSubscribe(mac, address(*m_phone), "KTP2135"), loopback(),
+                               sipPort);
     }
     /// The next datagram that comes to the phone. Empty when none does in time, or from elsewhere.
     QByteArray received()
